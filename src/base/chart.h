@@ -1,0 +1,76 @@
+// A picture of data as a plain value. The engine makes Charts; plot/ shows and writes them.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <limits>
+#include <span>
+#include <string>
+#include <vector>
+
+// A colour as 0x00BBGGRR: red in the lowest byte.
+using ChartColor = std::uint32_t;
+
+inline constexpr ChartColor kChartBlack = 0x000000;
+inline constexpr ChartColor kChartRed = 0x0000FF;
+inline constexpr ChartColor kChartBlue = 0xFF0000;
+
+enum class SeriesStyle : std::uint8_t {
+  kLine = 0,           // joined points, no marks
+  kCross = 1,          // upright crosses, not joined
+  kDiagonalCross = 2,  // diagonal crosses, not joined
+  kDot = 3,            // filled discs, not joined
+};
+
+struct ChartSeries {
+  std::string name;  // for legends and tables; may be empty
+  SeriesStyle style = SeriesStyle::kLine;
+  ChartColor color = kChartBlack;
+  std::vector<double> x;  // in units of the bottom axis
+  std::vector<double> y;  // in units of the panel's left axis; as many as x
+  bool operator==(const ChartSeries&) const = default;
+};
+
+// A vertical line through a panel at x, with a text beside it.
+struct ChartMark {
+  double x = 0.0;
+  ChartColor color = kChartBlack;
+  std::string text;
+  bool operator==(const ChartMark&) const = default;
+};
+
+// One pair of axes. Panels of a Chart stand one above the other and share the bottom axis.
+struct ChartPanel {
+  std::string leftTitle;
+  double heightShare = 1.0;  // of the Chart's height, relative to the other panels; above 0
+  std::vector<ChartSeries> series;
+  std::vector<ChartMark> marks;
+  bool operator==(const ChartPanel&) const = default;
+};
+
+struct Chart {
+  std::string title;
+  std::string bottomTitle;
+  std::vector<ChartPanel> panels;
+  bool operator==(const Chart&) const = default;
+};
+
+// The least and the greatest finite value seen; low > high while none was.
+struct ChartRange {
+  double low = std::numeric_limits<double>::infinity();
+  double high = -std::numeric_limits<double>::infinity();
+  bool Empty() const { return low > high; }
+  void Include(std::span<const double> values);
+};
+
+// Range of x over all series of all panels, and of y over the series of one panel.
+ChartRange RangeOfX(const Chart& chart);
+ChartRange RangeOfY(const ChartPanel& panel);
+
+// The bytes of a Chart: a magic word, a version, then lengths and values, little-endian.
+std::vector<std::byte> SerializeChart(const Chart& chart);
+
+// The Chart that SerializeChart turned into `bytes`.
+// Throws std::runtime_error, saying what was wrong and at which byte, for anything else; every
+// length is checked against the bytes that are left before memory is taken for it.
+Chart ParseChart(std::span<const std::byte> bytes);

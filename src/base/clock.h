@@ -1,0 +1,19 @@
+// Dates in the log, and a steady clock for elapsed times.
+#pragma once
+
+#include <chrono>
+#include <string>
+
+// Local date and time now as "2026-11-21, 14:03:22".
+std::string DateAndTimeText();
+
+// Seconds since it was made; never runs backwards.
+class Stopwatch {
+ public:
+  double Seconds() const {
+    return std::chrono::duration<double>(std::chrono::steady_clock::now() - start_).count();
+  }
+
+ private:
+  std::chrono::steady_clock::time_point start_ = std::chrono::steady_clock::now();
+};

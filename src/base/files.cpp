@@ -1,0 +1,160 @@
+#include "base/files.h"
+
+#include <cerrno>
+#include <cstdio>
+#include <fstream>
+#include <memory>
+#include <system_error>
+
+#if defined(_WIN32)
+#include <io.h>
+#include <process.h>
+#else
+#include <unistd.h>
+#endif
+
+namespace fs = std::filesystem;
+
+namespace {
+
+struct CloseFile {
+  void operator()(std::FILE* file) const { std::fclose(file); }
+};
+using FileHandle = std::unique_ptr<std::FILE, CloseFile>;
+
+[[noreturn]] void Fail(const fs::path& path, const char* what, int error) {
+  throw FileFault(PathText(path) + ": " + what + ": " +
+                  std::error_code(error, std::generic_category()).message());
+}
+
+FileHandle OpenForWriting(const fs::path& path) {
+#if defined(_WIN32)
+  return FileHandle(_wfopen(path.c_str(), L"wb"));
+#else
+  return FileHandle(std::fopen(path.c_str(), "wbe"));
+#endif
+}
+
+bool FlushToDisk(std::FILE* file) {
+  if (std::fflush(file) != 0) return false;
+#if defined(_WIN32)
+  return _commit(_fileno(file)) == 0;
+#else
+  return fsync(fileno(file)) == 0;
+#endif
+}
+
+fs::path TemporaryBeside(const fs::path& path) {
+#if defined(_WIN32)
+  const int process = _getpid();
+#else
+  const int process = getpid();
+#endif
+  fs::path temporary = path;
+  temporary += ".~" + std::to_string(process);
+  return temporary;
+}
+
+// What the path finally leads to, so that a symbolic link is kept and its target replaced.
+fs::path FinalTarget(const fs::path& path) {
+  std::error_code error;
+  if (!fs::is_symlink(fs::symlink_status(path, error))) return path;
+  fs::path target = fs::weakly_canonical(path, error);
+  return error ? path : target;
+}
+
+}  // namespace
+
+bool ValidFileName(std::string_view name) {
+  return !name.empty() && name.find_first_of("/\\:*?\"<>|") == std::string_view::npos;
+}
+
+bool DirExists(const fs::path& path) {
+  std::error_code error;
+  return fs::is_directory(path, error);
+}
+
+bool FileExists(const fs::path& path) {
+  std::error_code error;
+  const fs::file_status status = fs::status(path, error);
+  return fs::exists(status) && !fs::is_directory(status);
+}
+
+std::string DirectoryOf(std::string_view path) {
+  const std::size_t at = path.find_last_of(":\\/");
+  if (at == std::string_view::npos) return {};
+  return std::string(path.substr(0, path[at] == ':' ? at + 1 : at));
+}
+
+bool IsBinaryFile(const fs::path& path) {
+  constexpr std::uintmax_t kWhole = 16384;
+  constexpr std::uintmax_t kLimit = 16382;
+  std::error_code error;
+  const std::uintmax_t length = fs::file_size(path, error);
+  std::ifstream in(path, std::ios::binary);
+  if (error || !in) return false;
+  const std::uintmax_t limit = length < kWhole ? length : kLimit;
+  for (std::uintmax_t k = 1; k < limit; ++k) {
+    const int c = in.get();
+    if (c == std::ifstream::traits_type::eof()) return false;
+    if (c < 32 && c != '\r' && c != '\n') return true;
+  }
+  return false;
+}
+
+std::string ReadWholeFile(const fs::path& path, std::size_t limit) {
+  if (DirExists(path)) throw FileFault(PathText(path) + ": is a folder");
+  errno = 0;
+  std::ifstream in(path, std::ios::binary);
+  if (!in) Fail(path, "cannot be read", errno != 0 ? errno : EIO);
+  std::string bytes;
+  std::string piece(65536, '\0');
+  while (in) {
+    in.read(piece.data(), static_cast<std::streamsize>(piece.size()));
+    bytes.append(piece, 0, static_cast<std::size_t>(in.gcount()));
+    if (bytes.size() > limit) {
+      throw FileFault(PathText(path) + ": is longer than " + std::to_string(limit) + " bytes");
+    }
+  }
+  if (in.bad()) Fail(path, "cannot be read", EIO);
+  return bytes;
+}
+
+void WriteWholeFile(const fs::path& path, std::string_view bytes) {
+  if (DirExists(path)) throw FileFault(PathText(path) + ": is a folder");
+  const fs::path target = FinalTarget(path);
+  std::error_code ignored;
+  const fs::file_status old = fs::status(target, ignored);
+  if (fs::exists(old) && !fs::is_regular_file(old)) {  // a device or a pipe: nothing to keep whole
+    FileHandle device = OpenForWriting(target);
+    if (!device) Fail(path, "cannot be written", errno);
+    if (std::fwrite(bytes.data(), 1, bytes.size(), device.get()) != bytes.size() ||
+        std::fflush(device.get()) != 0) {
+      Fail(path, "cannot be written", errno);
+    }
+    return;
+  }
+  const fs::path temporary = TemporaryBeside(target);
+  FileHandle out = OpenForWriting(temporary);
+  if (!out) Fail(path, "cannot be written", errno);
+  const bool written = std::fwrite(bytes.data(), 1, bytes.size(), out.get()) == bytes.size() &&
+                       FlushToDisk(out.get());
+  const int writeError = errno;
+  out.reset();
+  std::error_code error;
+  if (written && fs::exists(old)) fs::permissions(temporary, old.permissions(), ignored);
+  if (written) fs::rename(temporary, target, error);
+  if (!written || error) {
+    fs::remove(temporary, ignored);
+    Fail(path, "cannot be written", written ? error.value() : writeError);
+  }
+}
+
+std::string PathText(const fs::path& path) {
+  const std::u8string text = path.u8string();
+  return {text.begin(), text.end()};
+}
+
+fs::path PathFromText(std::string_view text) {
+  return fs::path(std::u8string(text.begin(), text.end()));
+}

@@ -1,0 +1,44 @@
+// Files and folders: questions about paths, whole-file reads and writes.
+#pragma once
+
+#include <filesystem>
+#include <stdexcept>
+#include <string>
+#include <string_view>
+
+// A file that could not be read or written; what() names it and says why.
+class FileFault : public std::runtime_error {
+  using std::runtime_error::runtime_error;
+};
+
+// False for an empty text and for one that holds any of / \ : * ? " < > |
+bool ValidFileName(std::string_view name);
+
+// Whether the path is a folder; false if it cannot be looked at.
+bool DirExists(const std::filesystem::path& path);
+
+// Whether the path can be looked at and is not a folder.
+bool FileExists(const std::filesystem::path& path);
+
+// The folder part of a path in text form: up to and including the last ":", or what stands before
+// the last "\" or "/", whichever comes later; empty if neither occurs.
+std::string DirectoryOf(std::string_view path);
+
+// Whether the file shows signs of a binary file: a character below 32 that is neither CR nor LF
+// among the first L - 1 characters, L being its length, or among the first 16381 characters of
+// a file of 16384 or more. A TAB is such a character. False if the file cannot be read.
+bool IsBinaryFile(const std::filesystem::path& path);
+
+// The whole file. Throws FileFault if it cannot be read, is a folder, or is longer than `limit`
+// bytes.
+std::string ReadWholeFile(const std::filesystem::path& path, std::size_t limit);
+
+// Writes `bytes` to a temporary file beside `path`, flushes it to the disk and renames it over
+// `path`: the old file stays whole until the new one is. Throws FileFault; then nothing changed.
+void WriteWholeFile(const std::filesystem::path& path, std::string_view bytes);
+
+// The path as UTF-8 text, as it was given.
+std::string PathText(const std::filesystem::path& path);
+
+// The path that UTF-8 text names.
+std::filesystem::path PathFromText(std::string_view text);

@@ -1,0 +1,43 @@
+// What the engine may ask of whoever runs it: a window, the command line or a test.
+#pragma once
+
+#include <string_view>
+
+struct Chart;
+
+enum class MessageIcon { kNone, kInformation, kQuestion, kExclamation, kStop };
+
+// How far a long calculation has come.
+struct Progress {
+  std::string_view what;    // "Fit", or the parameter under search
+  int iteration = 0;        // of the running fit, from 1
+  double sumOfSquares = 0;  // in squared signal units
+};
+
+class Host {
+ public:
+  virtual ~Host() = default;
+
+  // Writes `text` to the log and ends the line. A CR LF inside `text` makes further lines.
+  virtual void PrintIt(std::string_view text) = 0;
+
+  // A message box; returns when the user has closed it.
+  virtual void ShowMessage(std::string_view title, std::string_view text, MessageIcon icon) = 0;
+
+  // A question with Yes and No; true for Yes.
+  virtual bool AskYesNo(std::string_view title, std::string_view text) = 0;
+
+  // Lets clicks and redraws through; called at fixed points of long loops.
+  virtual void RunPendingEvents() = 0;
+
+  // The text under the log; a single blank clears it.
+  virtual void SetStatus(std::string_view text) = 0;
+
+  virtual void ReportProgress(const Progress& progress) = 0;
+
+  // Says what failed, and why, where the work is given up without a message box or a log line.
+  virtual void ReportFailure(std::string_view text) = 0;
+
+  // Puts a picture of `chart` at the end of the log.
+  virtual void SendPictureToLog(const Chart& chart) = 0;
+};

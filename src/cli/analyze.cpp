@@ -1,0 +1,123 @@
+#include "cli/analyze.h"
+
+#include <ostream>
+
+#include "base/arithmetic.h"
+#include "base/files.h"
+#include "base/number_format.h"
+#include "cli/fit_table.h"
+#include "cli/job.h"
+#include "cli/job_steps.h"
+#include "cli/json_records.h"
+#include "cli/terminal_host.h"
+#include "core/fit_run.h"
+#include "plot/offscreen.h"
+#include "scan/dataset_files.h"
+
+namespace fs = std::filesystem;
+
+namespace {
+
+ExitStatus StatusOf(FitEnding ending) {
+  return ending == FitEnding::kFinished ? ExitStatus::kDone : ExitStatus::kNotDone;
+}
+
+void MakeFolder(const fs::path& folder) {
+  std::error_code error;
+  fs::create_directories(folder, error);
+  if (!DirExists(folder)) {
+    throw FileFault(PathText(folder) + ": the folder cannot be made" +
+                    (error ? ": " + error.message() : ""));
+  }
+}
+
+// "Setup Fit", then "Fit" as often as the job says; stops at the first press that does not finish.
+FitOutcome Fit(const Job& job, QuorvaneModule& module, TerminalHost& host) {
+  try {
+    if (!ApplyFit(job, module, host)) {
+      return {.error = "No datasets were chosen to be fitted!", .where = "No Sets Chosen"};
+    }
+  } catch (const SubscriptFault& fault) {
+    host.ReportFailure("At most 101 datasets can be fitted at once.");
+    return {.ending = FitEnding::kFailed, .error = fault.what(), .where = "cmdSetFit"};
+  }
+  if (job.fit->timeLimit) host.SetTimeLimit(*job.fit->timeLimit);
+  FitOutcome outcome;
+  for (int press = 0; press < job.fit->repeat; ++press) {
+    module.GraphStreams.clear();
+    outcome = RunFit(module, host);
+    if (outcome.ending != FitEnding::kFinished) break;
+  }
+  return outcome;
+}
+
+// "01_12_3B20280.png": number and name of a dataset, fit for a file name.
+std::string PictureName(const FitState& fit, const std::vector<Dataset>& datasets, int set,
+                        PictureFormat format) {
+  constexpr std::array<const char*, 3> kSuffixes = {".png", ".svg", ".pdf"};
+  const auto place = static_cast<std::size_t>(fit.FitSetList[static_cast<std::size_t>(set)]);
+  std::string name = NameOf(datasets[place]);
+  if (name.ends_with(".dat")) name.resize(name.size() - 4);
+  for (char& c : name) {
+    if (!ValidFileName(std::string_view(&c, 1))) c = '-';
+  }
+  return FormatNumber(static_cast<double>(place + 1), "00") + "_" + name +
+         kSuffixes[static_cast<std::size_t>(format)];
+}
+
+void WritePictures(const Job& job, const QuorvaneModule& module) {
+  const fs::path& folder = *job.output.graphsFolder;
+  MakeFolder(folder);
+  const OffscreenDrawing drawing;
+  for (int set = 0; set < module.Fit.NumFitSets; ++set) {
+    const Chart chart = PlotDataFit(module.Fit, module.Store.Datasets, set, module.Plots);
+    const std::string name =
+        PictureName(module.Fit, module.Store.Datasets, set, job.output.graphsFormat);
+    WriteWholeFile(folder / PathFromText(name), RenderChart(chart, job.output.graphsFormat));
+  }
+}
+
+ExitStatus WriteOutputs(const Job& job, const QuorvaneModule& module, const FitOutcome& outcome,
+                        TerminalHost& host) {
+  ExitStatus status = ExitStatus::kDone;
+  if (job.output.dataFolder) {
+    MakeFolder(*job.output.dataFolder);
+    if (!SaveLoadedData(module.Store, *job.output.dataFolder, SavedSignal::kAsLoaded,
+                        ExistingFiles::kReplace, host)) {
+      status = ExitStatus::kNotDone;
+    }
+  }
+  if (!job.fit || outcome.ending != FitEnding::kFinished) return status;
+  if (job.output.table) {
+    WriteWholeFile(*job.output.table, FitTable(module.Fit, module.Store.Datasets));
+  }
+  if (job.output.graphsFolder) WritePictures(job, module);
+  return status;
+}
+
+}  // namespace
+
+ExitStatus RunAnalyze(const AnalyzeArguments& arguments, const CommandStreams& streams) {
+  const std::unique_ptr<ParsedJob> parsed = ReadJob(PathFromText(arguments.job));
+  const Job& job = parsed->job;
+  QuorvaneModule module;
+  TerminalHost host(streams, arguments.quiet, module.Fit.FitKeepGoing);
+  ApplyConstants(job, streams.programFolder, module);
+  LogHead(host);
+  const ExitStatus loaded = ApplyLoads(job, module, host);
+  if (loaded != ExitStatus::kDone) return loaded;
+  ApplyDatasets(job, module, host);
+  if (job.temperature) module.Setup.DegC = *job.temperature;
+  FitOutcome outcome;
+  if (job.fit) outcome = Fit(job, module, host);
+  const ExitStatus written = WriteOutputs(job, module, outcome, host);
+  if (!arguments.json.empty()) {
+    Json json = DocumentHead();
+    json["constants"] = ConstantsJson(module);
+    json["datasets"] = DatasetsJson(module.Store);
+    if (job.fit) json["fit"] = FitJson(module, outcome);
+    json["log"] = host.Log();
+    WriteWholeFile(PathFromText(arguments.json), JsonText(json));
+  }
+  return job.fit && outcome.ending != FitEnding::kFinished ? StatusOf(outcome.ending) : written;
+}

@@ -1,0 +1,285 @@
+#include "cli/job.h"
+
+#include <algorithm>
+
+#include "base/files.h"
+#include "base/text.h"
+#include "core/constants.h"
+#include "fit/models.h"
+
+namespace fs = std::filesystem;
+
+namespace {
+
+constexpr std::size_t kLongestJob = 16U << 20U;  // bytes
+
+FileKind KindOf(const LoadWords& words, const fs::path& file, const TableReader& table) {
+  if (words.kind) {
+    constexpr std::array<std::pair<const char*, FileKind>, 4> kKinds = {{{"IP,RA", FileKind::kIpRa},
+                                                                         {"DAT", FileKind::kDat},
+                                                                         {"FI", FileKind::kFi},
+                                                                         {"EL", FileKind::kEl}}};
+    for (const auto& [name, kind] : kKinds) {
+      if (*words.kind == name) return kind;
+    }
+    table.Fail("kind", "\"IP,RA\", \"DAT\", \"FI\" or \"EL\" is wanted");
+  }
+  const std::string extension = ToLower(PathText(file.extension()));
+  if (extension.starts_with(".ip") || extension.starts_with(".ra")) return FileKind::kIpRa;
+  if (extension.starts_with(".fi") || extension.starts_with(".fl")) return FileKind::kFi;
+  if (extension.starts_with(".el")) return FileKind::kEl;
+  return FileKind::kDat;
+}
+
+Centerpiece CenterpieceOf(const LoadWords& words, const TableReader& table) {
+  if (!words.centerpiece || *words.centerpiece == "2 channels") return Centerpiece::kTwoChannels;
+  if (*words.centerpiece == "6 channels") return Centerpiece::kSixChannels;
+  if (*words.centerpiece == "8 channels") return Centerpiece::kEightChannels;
+  table.Fail("centerpiece", "\"2 channels\", \"6 channels\" or \"8 channels\" is wanted");
+}
+
+// Loading, in its order.
+std::vector<JobLoad> ReadLoads(TableReader& root, const fs::path& folder) {
+  std::vector<JobLoad> loads;
+  for (TableReader& table : root.Tables("load")) {
+    JobLoad load;
+    const std::optional<std::string> file = table.Text("file");
+    if (!file || file->empty()) table.Fail("file", "a file name is wanted");
+    load.file = folder / PathFromText(*file);
+    LoadWords words;
+    words.kind = table.Text("kind");
+    words.centerpiece = table.Text("centerpiece");
+    words.channels = table.Texts("channels");
+    load.settings = LoadSettingsOf(words, load.file, table);
+    load.blank = table.Flag("blank").value_or(false);
+    table.RefuseUnknownKeys();
+    loads.push_back(std::move(load));
+  }
+  return loads;
+}
+
+void RequirePositive(const TableReader& table, const char* key,
+                     const std::optional<double>& value) {
+  if (value && !(*value > 0.0)) {
+    table.Fail(key, "Illegal Value Entered: it must be greater than 0");
+  }
+}
+
+void RequireNotNegative(const TableReader& table, const char* key,
+                        const std::optional<double>& value) {
+  if (value && *value < 0.0) table.Fail(key, "Illegal Value Entered: it must not be negative");
+}
+
+std::optional<int> Position(TableReader& table, const char* key) {
+  const std::optional<int> number = table.Integer(key);
+  if (number && *number < 1) table.Fail(key, "dataset numbers count from 1");
+  return number;
+}
+
+JobDataset ReadDataset(TableReader& table) {
+  JobDataset dataset(table);
+  const std::optional<int> number = Position(table, "number");
+  if (!number) table.Fail("number", "the number of the dataset is wanted");
+  dataset.number = *number;
+  dataset.name = table.Text("name");
+  dataset.use = table.Flag("use");
+  dataset.subtractBlank = Position(table, "subtract_blank");
+  dataset.deleteOutside = table.Range("delete_outside");
+  dataset.deleteRanges = table.Ranges("delete");
+  dataset.restoreRanges = table.Ranges("restore");
+  dataset.meniscus = table.Number("meniscus");
+  dataset.base = table.Number("base");
+  dataset.speed = table.Integer("speed");
+  dataset.extCoeff = table.Number("ext_coeff");
+  dataset.extCoeffB = table.Number("ext_coeff_b");
+  dataset.baseline = table.Number("baseline");
+  dataset.refConc = table.Number("ref_conc");
+  dataset.refConcB = table.Number("ref_conc_b");
+  dataset.loadA = table.Number("load_a");
+  dataset.loadB = table.Number("load_b");
+  dataset.fitBaseline = table.Flag("fit_baseline");
+  dataset.fitRefConc = table.Flag("fit_ref_conc");
+  dataset.fitRefConcB = table.Flag("fit_ref_conc_b");
+  dataset.linkTo = Position(table, "link_to");
+  dataset.cellGeometry = table.Integer("cell_geometry");
+  table.RefuseUnknownKeys();
+  if (dataset.speed && *dataset.speed <= 0) {
+    table.Fail("speed", "Illegal Value Entered: it must be greater than 0");
+  }
+  RequirePositive(table, "ref_conc", dataset.refConc);
+  RequirePositive(table, "ref_conc_b", dataset.refConcB);
+  RequireNotNegative(table, "load_a", dataset.loadA);
+  RequireNotNegative(table, "load_b", dataset.loadB);
+  return dataset;
+}
+
+std::vector<JobDataset> ReadDatasets(TableReader& root) {
+  std::vector<JobDataset> datasets;
+  for (TableReader& table : root.Tables("dataset")) {
+    JobDataset dataset = ReadDataset(table);
+    for (const JobDataset& earlier : datasets) {
+      if (earlier.number == dataset.number)
+        table.Fail("number", "this dataset has a table already");
+    }
+    datasets.push_back(std::move(dataset));
+  }
+  return datasets;
+}
+
+int ReadModel(TableReader& table) {
+  const std::optional<std::variant<int, std::string>> model = table.IntegerOrText("model");
+  if (!model) table.Fail("model", "the name or the index of a model is wanted");
+  const int index = std::holds_alternative<int>(*model)
+                        ? std::get<int>(*model)
+                        : ModelIndexOf(std::get<std::string>(*model));
+  if (index >= 0 && index < static_cast<int>(ModelNames.size())) return index;
+  std::string names;
+  for (const std::string_view name : ModelNames) names += "\n  " + std::string(name);
+  table.Fail("model", "there is no such model; the models, by index from 0, are:" + names);
+}
+
+std::map<std::string, JobParameter> ReadParameters(TableReader& fit) {
+  std::map<std::string, JobParameter> parameters;
+  std::optional<TableReader> table = fit.Table("parameters");
+  if (!table) return parameters;
+  for (const char* name : {"MW", "MWB", "VirialC", "N1", "N2", "LnK1", "LnK2", "LnK3", "Alpha"}) {
+    std::optional<TableReader> entry = table->Table(name);
+    if (!entry) continue;
+    parameters[name] = {entry->Number("start"), entry->Flag("fit")};
+    entry->RefuseUnknownKeys();
+  }
+  table->RefuseUnknownKeys();
+  return parameters;
+}
+
+// Rules between the switches of [fit].
+void CheckFit(const JobFit& fit) {
+  if (!fit.constrainKRatios) return;
+  if (fit.modelIndex != 7 && fit.modelIndex != 8) {
+    fit.table.Fail("constrain_k_ratios", "this model has no K ratios");
+  }
+  for (const char* name : {"LnK2", "LnK3"}) {
+    const auto found = fit.parameters.find(name);
+    if (found == fit.parameters.end()) continue;
+    if (found->second.fit.value_or(false)) {
+      fit.table.Fail("parameters", std::string(name) + ": a constrained ratio is held");
+    }
+    if (found->second.start && !(*found->second.start > 0.0)) {
+      fit.table.Fail("parameters",
+                     std::string(name) + ": K" + name[3] + "/K1 must be greater than 0!");
+    }
+  }
+}
+
+std::optional<JobFit> ReadFit(TableReader& root) {
+  std::optional<TableReader> table = root.Table("fit");
+  if (!table) return std::nullopt;
+  JobFit fit(*table);
+  fit.modelIndex = ReadModel(*table);
+  fit.constrainKRatios = table->Flag("constrain_k_ratios").value_or(false);
+  fit.useMassConservation = table->Flag("use_mass_conservation").value_or(false);
+  fit.calcLoadingConcs = table->Flag("calc_loading_concs").value_or(false);
+  fit.timeLimit = table->Number("time_limit");
+  fit.repeat = table->Integer("repeat").value_or(1);
+  fit.parameters = ReadParameters(*table);
+  table->RefuseUnknownKeys();
+  if (fit.timeLimit && !(*fit.timeLimit > 0.0)) {
+    table->Fail("time_limit", "the number of seconds must be greater than 0");
+  }
+  if (fit.repeat < 1) table->Fail("repeat", "it must be at least 1");
+  CheckFit(fit);
+  return fit;
+}
+
+std::optional<double> ReadConstant(TableReader& table, const char* key, Constant constant) {
+  const std::optional<double> value = table.Number(key);
+  if (value && !InRange(constant, *value)) table.Fail(key, "Out-of-range Value Entered");
+  return value;
+}
+
+void ReadConstants(TableReader& root, Job& job) {
+  std::optional<TableReader> table = root.Table("constants");
+  if (!table) return;
+  job.vbar = ReadConstant(*table, "vbar", Constant::kVbar);
+  job.vbarB = ReadConstant(*table, "vbar_b", Constant::kVbarB);
+  job.density = ReadConstant(*table, "density", Constant::kDensity);
+  job.mcTolerance = ReadConstant(*table, "mc_tolerance", Constant::kMCTolerance);
+  job.temperature = table->Number("temperature");
+  table->RefuseUnknownKeys();
+}
+
+JobOutput ReadOutput(TableReader& root, const fs::path& folder) {
+  JobOutput output;
+  std::optional<TableReader> table = root.Table("output");
+  if (!table) return output;
+  const auto path = [&](const char* key) -> std::optional<fs::path> {
+    const std::optional<std::string> text = table->Text(key);
+    if (!text) return std::nullopt;
+    if (text->empty()) table->Fail(key, "a path is wanted");
+    return folder / PathFromText(*text);
+  };
+  output.dataFolder = path("data_folder");
+  output.graphsFolder = path("graphs_folder");
+  output.table = path("table");
+  if (const std::optional<std::string> format = table->Text("graphs_format")) {
+    const std::optional<PictureFormat> known = PictureFormatFromText(*format);
+    if (!known) table->Fail("graphs_format", "\"png\", \"svg\" or \"pdf\" is wanted");
+    output.graphsFormat = *known;
+  }
+  table->RefuseUnknownKeys();
+  return output;
+}
+
+toml::table ParseToml(const std::string& text, const std::string& file) {
+  try {
+    return toml::parse(text, file);
+  } catch (const toml::parse_error& error) {
+    throw JobFault(file + ":" + std::to_string(error.source().begin.line) + ": " +
+                   std::string(error.description()));
+  }
+}
+
+}  // namespace
+
+LoadSettings LoadSettingsOf(const LoadWords& words, const fs::path& file,
+                            const TableReader& table) {
+  LoadSettings settings;
+  settings.kind = KindOf(words, file, table);
+  settings.centerpiece = CenterpieceOf(words, table);
+  const auto count = static_cast<std::size_t>(ChannelCount(settings.centerpiece));
+  for (std::size_t c = 0; c < settings.chkChannel.size(); ++c) {
+    settings.chkChannel[c] = c < count && !words.channels;
+  }
+  if (!words.channels) return settings;
+  if (words.channels->empty()) table.Fail("channels", "at least one channel is wanted");
+  for (const std::string& channel : *words.channels) {
+    const auto end = ChannelLetters.begin() + static_cast<std::ptrdiff_t>(count);
+    const auto found =
+        channel.size() == 1 ? std::find(ChannelLetters.begin(), end, channel[0]) : end;
+    if (found == end) {
+      table.Fail("channels", "\"" + channel + "\" is no channel of this centerpiece");
+    }
+    settings.chkChannel[static_cast<std::size_t>(found - ChannelLetters.begin())] = true;
+  }
+  return settings;
+}
+
+std::unique_ptr<ParsedJob> ReadJob(const fs::path& path) {
+  auto parsed = std::make_unique<ParsedJob>();
+  const std::string file = PathText(path);
+  parsed->document = ParseToml(ReadWholeFile(path, kLongestJob), file);
+  const fs::path folder = path.parent_path();
+  TableReader root(file, "", parsed->document);
+  Job& job = parsed->job;
+  job.file = file;
+  if (const std::optional<std::string> channels = root.Text("channels_file")) {
+    job.channelsFile = folder / PathFromText(*channels);
+  }
+  ReadConstants(root, job);
+  job.loads = ReadLoads(root, folder);
+  job.datasets = ReadDatasets(root);
+  job.fit = ReadFit(root);
+  job.output = ReadOutput(root, folder);
+  root.RefuseUnknownKeys();
+  return parsed;
+}

@@ -1,0 +1,112 @@
+// A job of `analyze` as it stands in its file, checked as far as that goes without the scans.
+#pragma once
+
+#include <array>
+#include <filesystem>
+#include <map>
+#include <memory>
+#include <optional>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "cli/toml_reader.h"
+#include "plot/chart_export.h"
+#include "scan/loading.h"
+
+// How a file is to be loaded: the words of a job and of the options of `scan`.
+struct LoadWords {
+  std::optional<std::string> kind;
+  std::optional<std::string> centerpiece;
+  std::optional<std::vector<std::string>> channels;
+};
+
+struct JobLoad {
+  std::filesystem::path file;
+  LoadSettings settings;
+  bool blank = false;
+};
+
+using RadiusRange = std::pair<double, double>;  // cm, rising
+
+struct JobDataset {
+  explicit JobDataset(TableReader reader) : table(std::move(reader)) {}
+
+  TableReader table;  // for messages
+  int number = 0;     // from 1
+  std::optional<std::string> name;
+  std::optional<bool> use;
+  std::optional<int> subtractBlank;
+  std::optional<RadiusRange> deleteOutside;
+  std::vector<RadiusRange> deleteRanges;
+  std::vector<RadiusRange> restoreRanges;
+  std::optional<double> meniscus;
+  std::optional<double> base;
+  std::optional<int> speed;
+  std::optional<double> extCoeff;
+  std::optional<double> extCoeffB;
+  std::optional<double> baseline;
+  std::optional<double> refConc;
+  std::optional<double> refConcB;
+  std::optional<double> loadA;
+  std::optional<double> loadB;
+  std::optional<bool> fitBaseline;
+  std::optional<bool> fitRefConc;
+  std::optional<bool> fitRefConcB;
+  std::optional<int> linkTo;
+  std::optional<int> cellGeometry;
+};
+
+struct JobParameter {
+  std::optional<double> start;
+  std::optional<bool> fit;
+};
+
+struct JobFit {
+  explicit JobFit(TableReader reader) : table(std::move(reader)) {}
+
+  TableReader table;  // for messages
+  int modelIndex = 0;
+  bool constrainKRatios = false;
+  bool useMassConservation = false;
+  bool calcLoadingConcs = false;
+  std::optional<double> timeLimit;  // seconds
+  int repeat = 1;
+  std::map<std::string, JobParameter> parameters;  // by their names on the page
+};
+
+struct JobOutput {
+  std::optional<std::filesystem::path> dataFolder;
+  std::optional<std::filesystem::path> graphsFolder;
+  PictureFormat graphsFormat = PictureFormat::kPng;
+  std::optional<std::filesystem::path> table;
+};
+
+struct Job {
+  std::string file;  // for messages
+  std::optional<std::filesystem::path> channelsFile;
+  std::optional<double> vbar;
+  std::optional<double> vbarB;
+  std::optional<double> density;
+  std::optional<double> mcTolerance;
+  std::optional<double> temperature;  // deg C
+  std::vector<JobLoad> loads;
+  std::vector<JobDataset> datasets;
+  std::optional<JobFit> fit;
+  JobOutput output;
+};
+
+// The file of a job and what it says. Kept together: the tables inside point into `document`.
+struct ParsedJob {
+  toml::table document;
+  Job job;
+};
+
+// Reads and checks a job. Relative paths in it are taken from its folder.
+// Throws FileFault if it cannot be read and JobFault, naming file, line and key, if it is bad.
+std::unique_ptr<ParsedJob> ReadJob(const std::filesystem::path& path);
+
+// The load settings that the words ask for; `table` is for messages.
+// Throws JobFault for a word that is none.
+LoadSettings LoadSettingsOf(const LoadWords& words, const std::filesystem::path& file,
+                            const TableReader& table);

@@ -1,0 +1,26 @@
+// The steps of a job on a session: constants, loading, edits of datasets, the page of the fit.
+#pragma once
+
+#include "cli/command_line.h"
+#include "cli/job.h"
+#include "core/program_state.h"
+
+class Host;
+
+// Cell geometries and constants. Throws FileFault.
+void ApplyConstants(const Job& job, const std::filesystem::path& programFolder,
+                    QuorvaneModule& module);
+
+// Loads one file as "Load" (or "Load Blank") would after a selection.
+LoadResult LoadOne(const JobLoad& load, DatasetStore& store, Host& host);
+
+// Loads all files in their order; stops at the first that cannot be read or gives no dataset and
+// says so by the status.
+ExitStatus ApplyLoads(const Job& job, QuorvaneModule& module, Host& host);
+
+// Names, blanks, deleted points and values of the datasets. Throws JobFault.
+void ApplyDatasets(const Job& job, QuorvaneModule& module, Host& host);
+
+// "Setup Fit" and what the job changes on the page. False, with a message, if no dataset is chosen.
+// Throws JobFault, and SubscriptFault for more than 101 datasets.
+bool ApplyFit(const Job& job, QuorvaneModule& module, Host& host);

@@ -1,0 +1,163 @@
+#include "cli/json_records.h"
+
+#include <cmath>
+
+#include "base/arithmetic.h"
+#include "base/text.h"
+#include "fit/mass_conservation.h"
+#include "fit/models.h"
+#include "fit/report.h"
+
+namespace {
+
+Json DatasetJson(const Dataset& dataset, int number) {
+  const auto count = static_cast<std::ptrdiff_t>(dataset.NumPoints);
+  const auto list = [count](const auto& values) {
+    return Json(std::vector<double>(values.begin(), values.begin() + count));
+  };
+  Json good = Json::array();
+  for (std::ptrdiff_t k = 0; k < count; ++k) good.push_back(*(dataset.Good.begin() + k) != kFalse);
+  return {{"number", number},
+          {"name", NameOf(dataset)},
+          {"path", PathOf(dataset)},
+          {"comment1", Comment1Of(dataset)},
+          {"comment2", Comment2Of(dataset)},
+          {"points", dataset.NumPoints},
+          {"good_points", CountGoodPoints(dataset)},
+          {"speed", dataset.Speed},
+          {"wavelength", dataset.Wavelength},
+          {"temperature", static_cast<double>(dataset.Temperature)},
+          {"ref_radius", dataset.RefRadius},
+          {"ref_conc", dataset.RefConc},
+          {"ref_conc_b", dataset.RefConc2},
+          {"baseline", dataset.Offset},
+          {"ext_coeff", dataset.ExtCoeff},
+          {"ext_coeff_b", dataset.ExtCoeff2},
+          {"meniscus", dataset.Rmen},
+          {"base", dataset.Rbase},
+          {"load_a", dataset.ALoad},
+          {"load_b", dataset.BLoad},
+          {"edited", dataset.Edited != 0.0},
+          {"blank", IsBlank(dataset)},
+          {"blanked", IsBlanked(dataset)},
+          {"r", list(dataset.R)},
+          {"c", list(dataset.C)},
+          {"err", list(dataset.Err)},
+          {"good", good}};
+}
+
+// Number of the dataset at position d (from 1) of the fit, from 1.
+int DatasetNumber(const FitState& fit, int d) {
+  return fit.FitSetList[static_cast<std::size_t>(d - 1)] + 1;
+}
+
+Json ParametersJson(const FitState& fit, const FitStatistics* statistics) {
+  Json parameters = Json::array();
+  for (int k = 1; k <= fit.FitMA; ++k) {
+    Json parameter = {{"name", std::string(Trim(fit.FitParamNames(k)))}, {"value", fit.FitA(k)}};
+    if (statistics != nullptr) parameter["sd"] = StandardError(fit, *statistics, k);
+    parameter["fitted"] = fit.FitIA(k) != 0;
+    parameters.push_back(std::move(parameter));
+  }
+  return parameters;
+}
+
+Json CovarianceJson(const FitState& fit) {
+  Json rows = Json::array();
+  for (int j = 1; j <= fit.FitMA; ++j) {
+    rows.push_back(std::vector<double>(fit.FitCovar.Row(j), fit.FitCovar.Row(j) + fit.FitMA));
+  }
+  return rows;
+}
+
+Json CurvesJson(const FitState& fit) {
+  Json curves = Json::array();
+  for (int d = 1; d <= fit.NumFitSets; ++d) {
+    std::vector<double> r;
+    std::vector<double> y;
+    std::vector<double> calculated;
+    for (int i = fit.SetFirstPoint(d); i < fit.SetFirstPoint(d) + fit.SetPointCount(d); ++i) {
+      if (fit.PointKind(i) != 0) continue;
+      r.push_back(fit.FitR(i));
+      y.push_back(fit.FitY(i));
+      calculated.push_back(fit.FitYCalc(i));
+    }
+    curves.push_back(
+        {{"dataset", DatasetNumber(fit, d)}, {"r", r}, {"y", y}, {"y_calc", calculated}});
+  }
+  return curves;
+}
+
+void AddConcentrations(const FitState& fit, Json& json) {
+  if (fit.TwoComponentModel && fit.UseMassConservation) {
+    Json& list = json["mass_conservation"] = Json::array();
+    for (int d = 1; d <= fit.NumFitSets; ++d) {
+      list.push_back({{"dataset", DatasetNumber(fit, d)},
+                      {"input_a", fit.SetALoad(d)},
+                      {"calc_a", CalculatedLoad(fit, d, 1)},
+                      {"input_b", fit.SetBLoad(d)},
+                      {"calc_b", CalculatedLoad(fit, d, 2)}});
+    }
+  }
+  if (!fit.TwoComponentModel && fit.CalcLoadingConcs) {
+    Json& list = json["loading_concs"] = Json::array();
+    for (int d = 1; d <= fit.NumFitSets; ++d) {
+      list.push_back({{"dataset", DatasetNumber(fit, d)}, {"calc_a", fit.SetCalcLoad(d)}});
+    }
+  }
+}
+
+}  // namespace
+
+Json DocumentHead() {
+  return {{"program", "Quorvane"}, {"version", ProgramVersion()}};
+}
+
+Json ConstantsJson(const QuorvaneModule& module) {
+  double temperature = module.Setup.DegC;
+  if (module.Setup.NumFitSets == 0 && !module.Store.Datasets.empty()) {
+    temperature = static_cast<double>(module.Store.Datasets.front().Temperature);
+  }
+  return {{"vbar", module.FitPage.Vbar},
+          {"vbar_b", module.FitPage.VbarB},
+          {"density", module.FitPage.Density},
+          {"mc_tolerance", module.MCTolerance},
+          {"temperature", temperature}};
+}
+
+Json DatasetsJson(const DatasetStore& store) {
+  Json list = Json::array();
+  int number = 0;
+  for (const Dataset& dataset : store.Datasets) list.push_back(DatasetJson(dataset, ++number));
+  return list;
+}
+
+Json FitJson(const QuorvaneModule& module, const FitOutcome& outcome) {
+  if (outcome.ending == FitEnding::kRefused || outcome.ending == FitEnding::kFailed) {
+    return {{"error", outcome.error}, {"where", outcome.where}};
+  }
+  const FitState& fit = module.Fit;
+  const bool stopped = outcome.ending == FitEnding::kStopped;
+  const FitStatistics statistics = CalcFitStatistics(fit);
+  Json json = {{"model", ModelNames[static_cast<std::size_t>(fit.ModelIndex)]},
+               {"model_index", fit.ModelIndex},
+               {"stopped", stopped},
+               {"iterations", outcome.iterations},
+               {"points", fit.FitNumPoints},
+               {"fitted_parameters", statistics.fitted},
+               {"degrees_of_freedom", statistics.freedom},
+               {"chi_squared", fit.FitChiSq},
+               {"variance", statistics.variance},
+               {"rms", std::sqrt(statistics.variance)}};
+  if (!stopped) {
+    json["f_ratio"] = module.CIRatios.FRatio;
+    json["variance_ratio"] = module.CIRatios.VarianceRatio;
+  }
+  json["seconds"] = outcome.seconds;
+  json["parameters"] = ParametersJson(fit, stopped ? nullptr : &statistics);
+  if (stopped) return json;
+  json["covariance"] = CovarianceJson(fit);
+  json["curves"] = CurvesJson(fit);
+  AddConcentrations(fit, json);
+  return json;
+}

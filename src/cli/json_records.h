@@ -1,0 +1,17 @@
+// Datasets and fits as JSON, as the contract of the command line lays them out.
+#pragma once
+
+#include "cli/json_text.h"
+#include "core/fit_run.h"
+
+// {"program", "version"}: the start of every document.
+Json DocumentHead();
+
+Json ConstantsJson(const QuorvaneModule& module);
+
+// All datasets of the store, "number" from 1.
+Json DatasetsJson(const DatasetStore& store);
+
+// The fit that module.Fit holds, or {"error", "where"} for one that was refused or failed.
+// Throws ArithmeticFault.
+Json FitJson(const QuorvaneModule& module, const FitOutcome& outcome);

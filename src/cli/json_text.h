@@ -1,0 +1,12 @@
+// JSON as text, numbers with 17 significant digits.
+#pragma once
+
+#include <string>
+
+#include <nlohmann/json.hpp>
+
+using Json = nlohmann::ordered_json;
+
+// The text of a value, indented by two blanks, lists of numbers on one line; ends with \n. Numbers
+// that are not finite never appear: they are written as null.
+std::string JsonText(const Json& value);

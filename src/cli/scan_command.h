@@ -1,0 +1,18 @@
+// quorvane-cli scan: loads scan files and lists their datasets.
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "cli/command_line.h"
+
+struct ScanArguments {
+  std::vector<std::string> files;
+  std::string kind;         // empty: from the extension
+  std::string centerpiece;  // empty: "2 channels"
+  std::string channels;     // such as "A,C"; empty: all of the centerpiece
+  std::string json;         // empty: none
+};
+
+// Throws JobFault for a word that is none, and FileFault.
+ExitStatus RunScan(const ScanArguments& arguments, const CommandStreams& streams);

@@ -1,0 +1,83 @@
+#include "cli/terminal_host.h"
+
+#include <csignal>
+#include <ostream>
+
+#include "base/number_format.h"
+#include "base/text.h"
+
+namespace {
+
+volatile std::sig_atomic_t interrupted = 0;
+
+extern "C" void OnInterrupt(int signal) {
+  interrupted = 1;
+  std::signal(signal, SIG_DFL);
+}
+
+}  // namespace
+
+void CatchInterrupts() {
+  std::signal(SIGINT, OnInterrupt);
+}
+
+TerminalHost::TerminalHost(const CommandStreams& streams, bool quiet, bool& keepGoing)
+    : streams_(streams), quiet_(quiet), keepGoing_(keepGoing) {}
+
+void TerminalHost::PrintIt(std::string_view text) {
+  ClearProgressLine();
+  const std::string lines = WithUnixLines(text) + '\n';
+  log_ += lines;
+  if (!quiet_) streams_.out << lines << std::flush;
+}
+
+void TerminalHost::ShowMessage(std::string_view title, std::string_view text, MessageIcon) {
+  ErrorLine(title.empty() ? std::string(text) : std::string(title) + ": " + std::string(text));
+}
+
+bool TerminalHost::AskYesNo(std::string_view title, std::string_view text) {
+  ShowMessage(title, text, MessageIcon::kQuestion);
+  ErrorLine("Going on: No.");
+  return false;
+}
+
+void TerminalHost::RunPendingEvents() {
+  const bool late = timeLimit_ && sinceLimitSet_.Seconds() > *timeLimit_;
+  if (interrupted != 0 || late) keepGoing_ = false;
+}
+
+void TerminalHost::SetStatus(std::string_view) {}
+
+void TerminalHost::ReportProgress(const Progress& progress) {
+  constexpr double kPause = 0.1;  // seconds
+  if (!streams_.showProgress || (progressShown_ && sinceProgress_.Seconds() < kPause)) return;
+  ClearProgressLine();
+  streams_.err << progress.what << ": iteration " << progress.iteration << ", sum of squares "
+               << FormatNumber(progress.sumOfSquares, "0.000000E+00") << std::flush;
+  progressShown_ = true;
+  sinceProgress_ = Stopwatch();
+}
+
+void TerminalHost::ReportFailure(std::string_view text) {
+  if (text == lastFailure_) return;
+  lastFailure_ = text;
+  ErrorLine(text);
+}
+
+void TerminalHost::SendPictureToLog(const Chart&) {}
+
+void TerminalHost::SetTimeLimit(double seconds) {
+  timeLimit_ = seconds;
+  sinceLimitSet_ = Stopwatch();
+}
+
+void TerminalHost::ClearProgressLine() {
+  if (!progressShown_) return;
+  streams_.err << "\r\x1b[K" << std::flush;
+  progressShown_ = false;
+}
+
+void TerminalHost::ErrorLine(std::string_view text) {
+  ClearProgressLine();
+  streams_.err << WithUnixLines(text) << '\n' << std::flush;
+}

@@ -1,0 +1,49 @@
+// The engine's Host on a terminal: the log to standard output, all else to standard error.
+#pragma once
+
+#include <chrono>
+#include <optional>
+#include <string>
+
+#include "base/clock.h"
+#include "base/host.h"
+#include "cli/command_line.h"
+
+// From here on an interrupt (Ctrl-C) stops a running calculation instead of ending the program; a
+// second one ends it.
+void CatchInterrupts();
+
+class TerminalHost : public Host {
+ public:
+  // `keepGoing` is cleared by an interrupt or by the time limit; it and the streams outlive this.
+  TerminalHost(const CommandStreams& streams, bool quiet, bool& keepGoing);
+
+  void PrintIt(std::string_view text) override;
+  void ShowMessage(std::string_view title, std::string_view text, MessageIcon icon) override;
+  bool AskYesNo(std::string_view title, std::string_view text) override;
+  void RunPendingEvents() override;
+  void SetStatus(std::string_view text) override;
+  void ReportProgress(const Progress& progress) override;
+  void ReportFailure(std::string_view text) override;
+  void SendPictureToLog(const Chart& chart) override;
+
+  // Stops the next calculations when so many seconds have passed from now.
+  void SetTimeLimit(double seconds);
+
+  // All lines of the log, ended by \n.
+  const std::string& Log() const { return log_; }
+
+ private:
+  void ClearProgressLine();
+  void ErrorLine(std::string_view text);
+
+  const CommandStreams& streams_;
+  bool quiet_;
+  bool& keepGoing_;
+  std::string log_;
+  std::string lastFailure_;
+  bool progressShown_ = false;
+  Stopwatch sinceProgress_;
+  Stopwatch sinceLimitSet_;
+  std::optional<double> timeLimit_;  // seconds
+};

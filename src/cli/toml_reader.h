@@ -1,0 +1,58 @@
+// Strict reading of job tables: every key is known, of the right type and in its range, or the job
+// is refused with file, line and key.
+#pragma once
+
+#include <optional>
+#include <set>
+#include <stdexcept>
+#include <string>
+#include <string_view>
+#include <utility>
+#include <variant>
+#include <vector>
+
+#include <toml++/toml.h>
+
+// A bad job; what() names file, line and key.
+class JobFault : public std::runtime_error {
+  using std::runtime_error::runtime_error;
+};
+
+class TableReader {
+ public:
+  // `file` and `name` ("" for the whole job, else such as "fit") are for messages; `table` outlives
+  // this.
+  TableReader(std::string file, std::string name, const toml::table& table);
+
+  bool Has(std::string_view key) const;
+
+  // The value of a key, nothing if it is absent. Numbers are finite; an integer serves as one.
+  std::optional<double> Number(std::string_view key);
+  std::optional<int> Integer(std::string_view key);
+  std::optional<bool> Flag(std::string_view key);
+  std::optional<std::string> Text(std::string_view key);
+  std::optional<std::variant<int, std::string>> IntegerOrText(std::string_view key);
+  std::optional<std::vector<std::string>> Texts(std::string_view key);
+  std::optional<std::pair<double, double>> Range(std::string_view key);
+  std::vector<std::pair<double, double>> Ranges(std::string_view key);
+
+  // The tables of an array of tables, none if it is absent.
+  std::vector<TableReader> Tables(std::string_view key);
+  std::optional<TableReader> Table(std::string_view key);
+
+  // Refuses the job because of a key (or of the table, if it is absent).
+  [[noreturn]] void Fail(std::string_view key, const std::string& why) const;
+
+  // Refuses the job if it holds a key that nobody asked for.
+  void RefuseUnknownKeys() const;
+
+ private:
+  const toml::node* Find(std::string_view key);
+  double NumberOf(std::string_view key, const toml::node& node) const;
+  std::pair<double, double> RangeOf(std::string_view key, const toml::node& node) const;
+
+  std::string file_;
+  std::string name_;
+  const toml::table* table_;
+  std::set<std::string, std::less<>> asked_;
+};

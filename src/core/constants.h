@@ -1,0 +1,28 @@
+// The physical constants of an experiment and the bounds within which they are accepted.
+#pragma once
+
+#include <string>
+
+#include "core/program_state.h"
+
+enum class Constant { kVbar, kVbarB, kDensity, kMCTolerance, kCriticalCCC };
+
+// Title, prompt and number pattern of the dialog of a constant, and the titles of its refusals.
+struct ConstantDialog {
+  const char* title;
+  const char* prompt;
+  const char* pattern;
+  const char* outOfRangeTitle;
+  const char* notANumberTitle;
+};
+
+const ConstantDialog& DialogOf(Constant constant);
+
+// Whether `value` lies within the bounds: vbar above 0.25, density above 0.5, MC tolerance above 0
+// and up to 10, critical coefficient between 0 and 1.
+bool InRange(Constant constant, double value);
+
+double ValueOf(const QuorvaneModule& module, Constant constant);
+
+// Takes a value that is in range; vbar and density for this experiment and for new ones.
+void SetConstant(QuorvaneModule& module, Constant constant, double value);

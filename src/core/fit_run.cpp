@@ -1,0 +1,193 @@
+#include "core/fit_run.h"
+
+#include <algorithm>
+#include <optional>
+
+#include "base/arithmetic.h"
+#include "base/clock.h"
+#include "base/host.h"
+#include "base/number_format.h"
+#include "base/text.h"
+#include "core/graph_store.h"
+#include "fit/assembly.h"
+#include "fit/levmarq.h"
+#include "fit/mass_conservation.h"
+#include "fit/model_pass.h"
+#include "fit/models.h"
+#include "fit/report.h"
+#include "stats/quantiles.h"
+
+namespace {
+
+const std::string kRule(40, '=');
+const std::string kShortRule(39, '=');
+
+FitOutcome Refusal(const char* title, std::string text) {
+  return {.ending = FitEnding::kRefused, .error = std::move(text), .where = title};
+}
+
+const Dataset& DatasetAt(const QuorvaneModule& module, std::size_t position) {
+  return module.Store.Datasets[static_cast<std::size_t>(module.Setup.FitSetList[position])];
+}
+
+// Whether meniscus or base still is where the load put it.
+bool HasDefaultEnds(const Dataset& dataset) {
+  return dataset.Rmen == dataset.R.front() ||
+         dataset.Rbase == dataset.R[static_cast<std::size_t>(dataset.NumPoints - 1)];
+}
+
+// The checks of the models that need a cell's ends; a refusal if they fail.
+std::optional<FitOutcome> CheckCellEnds(const QuorvaneModule& module, Host& host) {
+  const auto n = static_cast<std::size_t>(module.Setup.NumFitSets);
+  bool defaults = false;
+  bool ordered = true;
+  for (std::size_t k = 0; k < n; ++k) {
+    const Dataset& dataset = DatasetAt(module, k);
+    defaults = defaults || HasDefaultEnds(dataset);
+    ordered = ordered && dataset.Rmen < dataset.Rbase;
+  }
+  const char* const kDefaults =
+      "One or more of the R(Meniscus) and R(Base)\r\nvalues have not been changed from the "
+      "default values!\r\nDo you want to change any of these values?";
+  if (defaults && host.AskYesNo("Possible Parameter Value Error", kDefaults)) {
+    return Refusal("Possible Parameter Value Error", kDefaults);
+  }
+  if (!ordered) {
+    const char* const kOrder = "The values of R(Meniscus) must be < R(Base)\r\nfor each data set!";
+    host.ShowMessage("Parameter Value Error", kOrder, MessageIcon::kExclamation);
+    return Refusal("Parameter Value Error", kOrder);
+  }
+  return std::nullopt;
+}
+
+void LogFitHead(const QuorvaneModule& module, Host& host) {
+  host.PrintIt(" ");
+  host.PrintIt(kRule);
+  host.PrintIt(
+      "Model :: " + std::string(ModelNames[static_cast<std::size_t>(module.Setup.ModelIndex)]) +
+      "\r\n" + DateAndTimeText());
+}
+
+void LogStop(Host& host) {
+  host.PrintIt("\r\n" + kShortRule);
+  host.PrintIt("** User  Terminated Fitting Process  **");
+  host.PrintIt(kShortRule + "\r\n");
+}
+
+// The variance ratios, which the confidence search uses as well.
+void LogRatios(QuorvaneModule& module, const FitStatistics& statistics, Host& host) {
+  const double level = ConfidenceLevels[1];
+  const double p = level / 100.0;
+  const double f = FSTAT(statistics.fitted, statistics.freedom, p, host);
+  CheckArithmetic([&] {
+    module.CIRatios.VarianceRatio =
+        static_cast<double>(statistics.fitted) / statistics.freedom * f + 1.0;
+  });
+  module.CIRatios.FRatio = FSTAT(statistics.freedom, statistics.freedom, p, host);
+  host.PrintIt("\r\nVariance Ratio at the " + FormatNumber(level, "##.0#") + "% confidence level:");
+  host.PrintIt("F(NDF,NDF,1-P) = " + FormatParam(module.CIRatios.FRatio) + "\r\n");
+}
+
+void SendGraphs(QuorvaneModule& module, Host& host) {
+  if (!module.SaveGraphs && !module.LogGraphs) return;
+  for (int set = 0; set < module.Fit.NumFitSets; ++set) {
+    SendGraphToLog(module, PlotDataFit(module.Fit, module.Store.Datasets, set, module.Plots), host);
+  }
+}
+
+// What follows a finished minimisation: the values go back, the report into the log.
+void Report(QuorvaneModule& module, int iterations, const Stopwatch& watch, Host& host) {
+  FitState& fit = module.Fit;
+  CalcModelValues(fit);
+  UpdateParameters(fit, module.FitPage, module.Store.Datasets);
+  const FitStatistics statistics = CalcFitStatistics(fit);
+  const ReportSource source{fit,
+                            statistics,
+                            module.FitPage,
+                            module.Store.Datasets,
+                            module.CellGeometries,
+                            module.Setup.SetCellChannel};
+  LogDatasetTable(source, host);
+  LogModelLines(source, host);
+  if (!fit.TwoComponentModel && fit.CalcLoadingConcs) {
+    CalcLoadConcs(fit, module.Store.Datasets);
+    LogLoadingConcs(source, host);
+  }
+  LogFitCounts(source, iterations, host);
+  LogRatios(module, statistics, host);
+  SendGraphs(module, host);
+  host.PrintIt(" ");
+  host.PrintIt(kRule);
+  host.PrintIt(" ");
+  host.PrintIt("Fitting Time: " + FormatNumber(watch.Seconds(), "###.#0 secs"));
+  host.PrintIt(" ");
+}
+
+void ReportFailure(const FitState& fit, const std::string& description, Host& host) {
+  host.ShowMessage("",
+                   "Error while Fitting Data!  Error in " + fit.CurrentProc + ".  " + description,
+                   MessageIcon::kNone);
+  host.SetStatus(" ");
+  host.PrintIt("\r\nFitting Error in " + fit.CurrentProc + ".  \r\n" + description);
+  host.PrintIt(" ");
+  host.PrintIt(kRule);
+}
+
+// Assembly, minimisation and report; errors go up to the handler.
+FitOutcome FitAndReport(QuorvaneModule& module, Host& host) {
+  FitState& fit = module.Fit;
+  const Stopwatch watch;
+  fit.CurrentProc = "cmdFit_Me";
+  host.RunPendingEvents();
+  const Stopwatch assembly;
+  SetupDataArrays(fit, module.Setup, module.Store.Datasets, module.CellGeometries,
+                  module.MCTolerance, host);
+  fit.CurrentProc = "cmdFit_Me";
+  bool anyFitted = false;
+  SetupParameterArray(fit, module.Setup, module.FitPage, module.Store.Datasets, anyFitted);
+  fit.CurrentProc = "cmdFit_Me";
+  const double assemblySeconds = assembly.Seconds();
+  if (!anyFitted) {
+    host.ShowMessage("Parameter Choice Error", "No Parameters Chosen for Fitting!",
+                     MessageIcon::kNone);
+    return Refusal("Parameter Choice Error", "No Parameters Chosen for Fitting!");
+  }
+  host.SetStatus("Click anywhere in log window to halt fitting.");
+  fit.FitKeepGoing = true;
+  LogFitHead(module, host);
+  host.RunPendingEvents();
+  FitOutcome outcome;
+  const Stopwatch minimisation;
+  FitData(fit, host, outcome.iterations);
+  outcome.seconds = assemblySeconds + minimisation.Seconds();
+  if (outcome.iterations == 0) {
+    LogStop(host);
+    fit.FitKeepGoing = false;
+    host.SetStatus(" ");
+    outcome.ending = FitEnding::kStopped;
+    return outcome;
+  }
+  fit.FitKeepGoing = false;
+  host.SetStatus(" ");
+  Report(module, outcome.iterations, watch, host);
+  outcome.ending = FitEnding::kFinished;
+  return outcome;
+}
+
+}  // namespace
+
+FitOutcome RunFit(QuorvaneModule& module, Host& host) {
+  if (NeedsCellEnds(module.Setup.ModelIndex)) {
+    if (const std::optional<FitOutcome> refusal = CheckCellEnds(module, host)) return *refusal;
+  }
+  std::string description;
+  try {
+    return FitAndReport(module, host);
+  } catch (const ArithmeticFault& fault) {
+    description = fault.what();
+  } catch (const SubscriptFault& fault) {
+    description = fault.what();
+  }
+  ReportFailure(module.Fit, description, host);
+  return {.ending = FitEnding::kFailed, .error = description, .where = module.Fit.CurrentProc};
+}

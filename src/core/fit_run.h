@@ -1,0 +1,27 @@
+// The run of a fit: checks, assembly, minimisation, and the report in the log.
+#pragma once
+
+#include <string>
+
+#include "core/program_state.h"
+
+class Host;
+
+enum class FitEnding {
+  kFinished,  // reported; datasets and page hold the new values
+  kStopped,   // by the user; datasets and page as they were
+  kRefused,   // a check of the page failed, `where` is the title of its box; nothing changed
+  kFailed,    // an error, reported; datasets and page as they were, unless it came in the report
+};
+
+struct FitOutcome {
+  FitEnding ending = FitEnding::kRefused;
+  int iterations = 0;    // of a finished fit
+  double seconds = 0.0;  // assembly and minimisation, steady clock
+  std::string error;     // text of the refusal, or description of the error
+  std::string where;     // title of the box, or the routine last entered
+};
+
+// "Fit": fits module.Setup from the values of datasets and page. A failure is shown in a message
+// box and logged, never thrown.
+FitOutcome RunFit(QuorvaneModule& module, Host& host);

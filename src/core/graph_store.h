@@ -1,0 +1,13 @@
+// The graphs of a session: pictures for the log and charts kept for export.
+#pragma once
+
+#include "base/chart.h"
+#include "core/program_state.h"
+
+class Host;
+
+// Keeps a copy of `chart` as the next "Graph #", its title headed so.
+void SaveGraph(QuorvaneModule& module, const Chart& chart);
+
+// A finished plot: kept if SaveGraphs is on, put at the end of the log if LogGraphs is on.
+void SendGraphToLog(QuorvaneModule& module, const Chart& chart, Host& host);

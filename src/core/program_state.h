@@ -1,0 +1,68 @@
+// QuorvaneModule: all that a session holds. main makes one, windows and commands refer to it.
+#pragma once
+
+#include <array>
+#include <cstddef>
+#include <cstdint>
+#include <filesystem>
+#include <string>
+#include <vector>
+
+#include "fit/fit_page.h"
+#include "fit/fit_plots.h"
+#include "fit/fit_setup.h"
+#include "fit/fit_state.h"
+#include "scan/cell_geometry.h"
+#include "scan/dataset_store.h"
+
+// Colours of series by position, as 0x00BBGGRR; entry 12 has all bits set on purpose.
+inline constexpr std::array<std::uint32_t, 16> GraphColors = {
+    0x000000, 0x0000FF, 0x00FF00, 0xFF0000, 0x00FFFF,   0xFF00FF, 0xFFFF00, 0x7F7F7F,
+    0x9F003F, 0x00005F, 0x005F00, 0xDFDF00, 0xFFFFFFFF, 0xDF00DF, 0x9F3F00, 0x007F00};
+
+// Levels of the confidence search in percent; the third repeats the first until the user sets it.
+inline constexpr std::array<double, 3> ConfidenceLevels = {68.27, 95.46, 68.27};
+
+// Ratios of the last report, kept for the confidence search.
+struct CIRatios {
+  double FRatio = 0.0;         // F(NDF, NDF, P)
+  double VarianceRatio = 0.0;  // 1 + nFit/NDF F(nFit, NDF, P)
+};
+
+struct QuorvaneModule {
+  DatasetStore Store;
+  struct FitPage FitPage;
+  FitSetup Setup;
+  FitState Fit;
+  struct CIRatios CIRatios;
+  bool ExperimentOpen = false;
+
+  std::filesystem::path ChannelFile;
+  bool HaveChannelFile = false;
+  std::vector<CellGeometry> CellGeometries;
+
+  std::vector<std::vector<std::byte>> GraphStreams;  // serialised Charts, "Graph #1" first
+  int NumGraphs() const { return static_cast<int>(GraphStreams.size()); }
+
+  // Preferences, kept from one session to the next.
+  bool SaveGraphs = true;
+  bool LogGraphs = true;
+  PlotOptions Plots;
+  bool ShowNIWarning = true;
+  bool ShowHints = true;
+  bool UseBuoyantMW = true;
+  std::int16_t KFormat = 0;  // 0 shows ln K, 1 log10 K, 2 K
+  std::uint32_t DeletedColor = 255;
+  std::uint32_t GoodColor = 0xFF0000;
+  double DefaultVbar = 0.73;
+  double DefaultVbarB = 0.73;
+  double DefaultDensity = 1.0;
+  double CriticalCCCValue = 0.95;
+  double MCTolerance = 0.25;
+};
+
+// "1.0.0"
+const char* ProgramVersion();
+
+// The two lines that head a new log: program and version, date and time.
+void LogHead(Host& host);

@@ -1,0 +1,56 @@
+#include "fit/fit_plots.h"
+
+#include "base/number_format.h"
+
+namespace {
+
+std::string TitleOf(const FitState& fit, const std::vector<Dataset>& datasets, int set,
+                    const char* kind) {
+  const auto place = static_cast<std::size_t>(fit.FitSetList[static_cast<std::size_t>(set)]);
+  return FormatNumber(set + 1, "(###) ") + NameOf(datasets[place]) + kind;
+}
+
+void AddPoint(ChartSeries& series, double x, double y) {
+  series.x.push_back(x);
+  series.y.push_back(y);
+}
+
+}  // namespace
+
+Chart PlotDataFit(const FitState& fit, const std::vector<Dataset>& datasets, int set,
+                  const PlotOptions& options) {
+  ChartSeries data{"Data", SeriesStyle::kCross, kChartRed, {}, {}};
+  ChartSeries curve{"Fit", SeriesStyle::kLine, kChartBlue, {}, {}};
+  ChartSeries deviations{"Deviation", SeriesStyle::kDiagonalCross, kChartBlue, {}, {}};
+  ChartSeries zero{"Zero", SeriesStyle::kLine, kChartBlack, {}, {}};
+  const double baseline = options.SubtractOffsets ? fit.FitA(set + 1) : 0.0;
+  for (int i = 1; i <= fit.FitNumPoints; ++i) {
+    if (fit.FitSet(i) != set + 1 || fit.PointKind(i) != 0) continue;
+    const double x = options.PlotUsingPSI ? fit.FitX(i) : fit.FitR(i);
+    AddPoint(data, x, fit.FitY(i) - baseline);
+    AddPoint(curve, x, fit.FitYCalc(i) - baseline);
+    AddPoint(deviations, x, fit.FitY(i) - fit.FitYCalc(i));
+    AddPoint(zero, x, 0.0);
+  }
+  Chart chart;
+  chart.title = TitleOf(fit, datasets, set, " : Data Plot");
+  chart.bottomTitle = options.PlotUsingPSI ? "(R^2-R0^2)/2 (cm^2)" : "Radius (cm)";
+  chart.panels.push_back({"Concentration", 2.5, {std::move(data), std::move(curve)}, {}});
+  chart.panels.push_back({"Deviation", 1.0, {std::move(deviations), std::move(zero)}, {}});
+  return chart;
+}
+
+Chart PlotDeviations(const FitState& fit, const std::vector<Dataset>& datasets, int set) {
+  ChartSeries deviations{"Deviation", SeriesStyle::kDiagonalCross, kChartBlue, {}, {}};
+  ChartSeries zero{"Zero", SeriesStyle::kLine, kChartBlack, {}, {}};
+  for (int i = 1; i <= fit.FitNumPoints; ++i) {
+    if (fit.FitSet(i) != set + 1) continue;
+    AddPoint(deviations, fit.FitR(i), fit.FitY(i) - fit.FitYCalc(i));
+    AddPoint(zero, fit.FitR(i), 0.0);
+  }
+  Chart chart;
+  chart.title = TitleOf(fit, datasets, set, " : Deviation Plot");
+  chart.bottomTitle = "Radius (cm)";
+  chart.panels.push_back({"Deviation", 1.0, {std::move(deviations), std::move(zero)}, {}});
+  return chart;
+}

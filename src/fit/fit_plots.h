@@ -1,0 +1,20 @@
+// The plots of a fit: data with the model's curve and the deviations, one dataset at a time.
+#pragma once
+
+#include "base/chart.h"
+#include "fit/fit_state.h"
+#include "scan/dataset_store.h"
+
+// What the user has set for all plots.
+struct PlotOptions {
+  bool SubtractOffsets = true;  // data and curve minus the fitted baseline
+  bool PlotUsingPSI = false;    // abscissa (r^2 - r0^2)/2 instead of the radius
+};
+
+// Position `set` of the fit, from 0: data as crosses, curve, and below them the deviations with
+// their zero line. Mass conservation points are left out. Needs FitYCalc.
+Chart PlotDataFit(const FitState& fit, const std::vector<Dataset>& datasets, int set,
+                  const PlotOptions& options);
+
+// Deviations alone, against the radius, mass conservation points included.
+Chart PlotDeviations(const FitState& fit, const std::vector<Dataset>& datasets, int set);

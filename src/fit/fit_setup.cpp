@@ -1,0 +1,69 @@
+#include "fit/fit_setup.h"
+
+#include "base/arithmetic.h"
+#include "base/host.h"
+#include "base/number_format.h"
+#include "base/text.h"
+#include "fit/models.h"
+
+namespace {
+
+// The temperature as the page shows it, deg C: the shown text is what the fit reads.
+double ShownDegC(float temperature) {
+  const std::string shown = FormatNumber(static_cast<double>(temperature), "##.0##");
+  return ParseNumeric(shown).value_or(0.0);
+}
+
+std::vector<std::int16_t> ChosenDatasets(const DatasetStore& store) {
+  std::vector<std::int16_t> chosen;
+  for (std::size_t k = 0; k < store.Datasets.size(); ++k) {
+    if (!store.UseData[k]) continue;
+    if (chosen.size() == static_cast<std::size_t>(kMaxFitSets)) throw SubscriptFault();
+    chosen.push_back(static_cast<std::int16_t>(k));
+  }
+  return chosen;
+}
+
+}  // namespace
+
+bool SetupFit(FitSetup& setup, FitPage& page, const DatasetStore& store, int modelIndex,
+              Host& host) {
+  FitSetup fresh;
+  fresh.FitSetList = ChosenDatasets(store);
+  if (fresh.FitSetList.empty()) {
+    host.ShowMessage("No Sets Chosen", "No datasets were chosen to be fitted!", MessageIcon::kNone);
+    return false;
+  }
+  if (setup.ConstrainKRatios) ReleaseRatios(setup, page);
+  const std::size_t n = fresh.FitSetList.size();
+  fresh.ModelIndex = modelIndex;
+  fresh.NumFitSets = static_cast<std::int16_t>(n);
+  fresh.TwoComponentModel = HasSecondComponent(modelIndex);
+  fresh.RefLink.resize(n);
+  for (std::size_t i = 0; i < n; ++i) fresh.RefLink[i] = static_cast<std::int16_t>(i);
+  fresh.SetCellChannel.assign(n, 0);
+  const auto first = static_cast<std::size_t>(fresh.FitSetList.front());
+  fresh.DegC = ShownDegC(store.Datasets[first].Temperature);
+  fresh.chkOffset.assign(n, CheckState::kChecked);
+  fresh.chkRefC.assign(n, CheckState::kChecked);
+  fresh.chkRefC2.assign(n, CheckState::kChecked);
+  setup = std::move(fresh);
+  return true;
+}
+
+void ConstrainRatios(FitSetup& setup) {
+  setup.ConstrainKRatios = true;
+  setup.chkLnK2 = CheckState::kGrey;
+  setup.chkLnK3 = CheckState::kGrey;
+}
+
+void ReleaseRatios(FitSetup& setup, FitPage& page) {
+  const double lnK2 = CheckedLog(page.ModelLnK2) + page.ModelLnK1;
+  const double lnK3 =
+      setup.ModelIndex == 8 ? CheckedLog(page.ModelLnK3) + page.ModelLnK1 : page.ModelLnK3;
+  page.ModelLnK2 = lnK2;
+  page.ModelLnK3 = lnK3;
+  setup.ConstrainKRatios = false;
+  setup.chkLnK2 = setup.chkLnK1;
+  setup.chkLnK3 = setup.chkLnK1;
+}

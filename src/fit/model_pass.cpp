@@ -1,0 +1,243 @@
+#include "fit/model_pass.h"
+
+#include <algorithm>
+#include <cmath>
+#include <span>
+
+#include "base/arithmetic.h"
+#include "fit/fit_state.h"
+#include "fit/partials.h"
+
+namespace {
+
+// Four sums side by side hide the latency of the additions; the rows of derivatives are filled up
+// with zeros to a multiple of that.
+constexpr std::size_t kTogether = 4;
+
+std::size_t PaddedColumns(std::size_t columns) {
+  return (columns + kTogether - 1) / kTogether * kTogether;
+}
+
+// The fitted parameters that touch dataset d, in rising order. A model without species terms is
+// taken to depend on all parameters everywhere.
+void FindTouching(FitState& fit, int d) {
+  std::vector<int>& touching = fit.Workspace.touching;
+  const std::vector<int>& ordinal = fit.Workspace.ordinal;
+  touching.clear();
+  const auto take = [&](int l) {
+    if (ordinal[static_cast<std::size_t>(l)] != 0) touching.push_back(l);
+  };
+  if (fit.FitModel->terms == nullptr) {
+    for (int l = 1; l <= fit.FitMA; ++l) take(l);
+    return;
+  }
+  const int n = fit.NumFitSets;
+  const int owner =
+      fit.FitModel->secondComponent ? fit.RefLink[static_cast<std::size_t>(d - 1)] + 1 : d;
+  take(d);
+  take(n + owner);
+  if (fit.FitModel->secondComponent) take(2 * n + owner);
+  for (int l = fit.SharedBase() + 1; l <= fit.FitMA; ++l) take(l);
+}
+
+// The model at one dataset, at the parameters of a pass: values and what moved values share.
+struct BaseValues {
+  SetTerms terms;
+  Exponentials exponentials;
+};
+
+// Values of the dataset with parameter l moved to `value`, into `out`.
+void MovedValues(FitState& fit, const SetPoints& points, int d, const BaseValues& base, int l,
+                 double value, std::span<double> out) {
+  PassWorkspace& work = fit.Workspace;
+  const double kept = work.work(l);
+  work.work(l) = value;
+  SetTerms terms;
+  fit.FitModel->terms(fit, work.work, d, terms);
+  work.work(l) = kept;
+  const Exponentials exponentials = ComputeExponentials(
+      terms, points, &base.terms, &base.exponentials, work.stepExp, work.stride);
+  EvaluateSet(terms, points, exponentials, out);
+}
+
+// Chooses the step of each point for parameter l, and says whether some point takes `common`.
+bool ChooseSteps(FitState& fit, std::size_t total, double a0, double first, double common) {
+  PassWorkspace& work = fit.Workspace;
+  bool anyCommon = false;
+  for (std::size_t j = 0; j < total; ++j) {
+    const double r = StepRatio(work.value[j], work.firstValue[j]);
+    work.step[j] = KeepsFirstStep(r) ? first : SecondStep(a0, first, r);
+    anyCommon = anyCommon || work.step[j] == common;
+  }
+  return anyCommon;
+}
+
+// Derivatives of all points of dataset d with respect to parameter l, into column `column` of the
+// work space. Nearly every point ends at the same step, the least that the rule allows, a0/1000;
+// those values are found for the whole dataset at once. Other points take the plain road.
+void SetDerivatives(FitState& fit, const SetPoints& points, int d, const BaseValues& base, int l,
+                    std::size_t column) {
+  PassWorkspace& work = fit.Workspace;
+  const std::size_t stride = PaddedColumns(work.touching.size());
+  const std::size_t total = points.n + points.extra;
+  const double a0 = work.work(l);
+  const double first = FirstStep(*fit.FitModel, a0);
+  const double common = a0 * 0.001;
+  MovedValues(fit, points, d, base, l, a0 + first, work.firstValue);
+  if (ChooseSteps(fit, total, a0, first, common)) {
+    MovedValues(fit, points, d, base, l, a0 + common, work.upValue);
+    MovedValues(fit, points, d, base, l, a0 - common, work.downValue);
+  }
+  for (std::size_t j = 0; j < total; ++j) {
+    double& derivative = work.derivative[j * stride + column];
+    if (work.step[j] == common) {
+      derivative = CentredDifference(work.upValue[j], work.downValue[j], common);
+    } else {
+      derivative = DerivativeAt(fit, *fit.FitModel, l, points.first + static_cast<int>(j),
+                                work.value[j], work.work);
+    }
+  }
+}
+
+// Values and derivatives of dataset d, the whole dataset at a time.
+void SetPass(FitState& fit, const SetPoints& points, int d) {
+  PassWorkspace& work = fit.Workspace;
+  BaseValues base;
+  fit.FitModel->terms(fit, work.work, d, base.terms);
+  base.exponentials =
+      ComputeExponentials(base.terms, points, nullptr, nullptr, work.baseExp, work.stride);
+  EvaluateSet(base.terms, points, base.exponentials, work.value);
+  for (std::size_t k = 0; k < work.touching.size(); ++k) {
+    SetDerivatives(fit, points, d, base, work.touching[k], k);
+  }
+}
+
+// The same, point by point: for models without species terms, and after a fault, to find the point
+// that raised it. Each point is checked by itself.
+void PointwisePass(FitState& fit, const SetPoints& points) {
+  PassWorkspace& work = fit.Workspace;
+  const std::size_t columns = work.touching.size();
+  const std::size_t stride = PaddedColumns(columns);
+  for (std::size_t j = 0; j < points.n + points.extra; ++j) {
+    const int i = points.first + static_cast<int>(j);
+    CheckArithmetic([&] {
+      fit.FitModel->funcs(fit, i, work.work, work.value[j]);
+      for (std::size_t k = 0; k < columns; ++k) {
+        work.derivative[j * stride + k] =
+            DerivativeAt(fit, *fit.FitModel, work.touching[k], i, work.value[j], work.work);
+      }
+    });
+  }
+}
+
+using FourSums = std::array<double, kTogether>;
+
+// Adds left[j * leftStride] * right[j * rightStride + k] over the points, in their order.
+void AddProducts(const double* left, std::size_t leftStride, const double* right,
+                 std::size_t rightStride, std::size_t points, FourSums& sums) {
+  FourSums local = sums;
+  for (std::size_t j = 0; j < points; ++j) {
+    for (std::size_t k = 0; k < kTogether; ++k) {
+      local[k] += left[j * leftStride] * right[j * rightStride + k];
+    }
+  }
+  sums = local;
+}
+
+// The sums of one dataset, each element in the order of the points.
+void Accumulate(FitState& fit, std::size_t points, Matrix1<double>& alpha, Matrix1<double>& beta,
+                double& chisq) {
+  const PassWorkspace& work = fit.Workspace;
+  const std::size_t columns = work.touching.size();
+  const std::size_t stride = PaddedColumns(columns);
+  const double* derivative = work.derivative.data();
+  const double* residual = work.residual.data();
+  const auto place = [&](std::size_t column) {
+    return work.ordinal[static_cast<std::size_t>(work.touching[column])];
+  };
+  for (std::size_t j = 0; j < points; ++j) chisq += residual[j] * residual[j];
+  for (std::size_t m = 0; m < columns; m += kTogether) {
+    const std::size_t last = std::min(m + kTogether, columns);
+    FourSums sums{};
+    for (std::size_t k = m; k < last; ++k) sums[k - m] = beta(place(k), 1);
+    AddProducts(residual, 1, derivative + m, stride, points, sums);
+    for (std::size_t k = m; k < last; ++k) beta(place(k), 1) = sums[k - m];
+    for (std::size_t l = m; l < columns; ++l) {
+      const std::size_t lastOfRow = std::min(last, l + 1);
+      for (std::size_t k = m; k < lastOfRow; ++k) sums[k - m] = alpha(place(l), place(k));
+      AddProducts(derivative + l, stride, derivative + m, stride, points, sums);
+      for (std::size_t k = m; k < lastOfRow; ++k) alpha(place(l), place(k)) = sums[k - m];
+    }
+  }
+}
+
+// Zeros behind the columns in use, so that what an earlier dataset left there is not multiplied.
+void ClearPadding(PassWorkspace& work, std::size_t points) {
+  const std::size_t columns = work.touching.size();
+  const std::size_t stride = PaddedColumns(columns);
+  for (std::size_t j = 0; j < points; ++j) {
+    for (std::size_t k = columns; k < stride; ++k) work.derivative[j * stride + k] = 0.0;
+  }
+}
+
+void NumberFitted(FitState& fit) {
+  int count = 0;
+  for (int l = 1; l <= fit.FitMA; ++l) {
+    fit.Workspace.ordinal[static_cast<std::size_t>(l)] = fit.FitIA(l) != 0 ? ++count : 0;
+  }
+}
+
+}  // namespace
+
+void PreparePass(FitState& fit) {
+  PassWorkspace& work = fit.Workspace;
+  std::size_t largest = 0;
+  for (int d = 1; d <= fit.NumFitSets; ++d) {
+    largest = std::max(largest, static_cast<std::size_t>(fit.SetPointCount(d)));
+  }
+  const auto parameters = static_cast<std::size_t>(fit.FitMA);
+  constexpr std::size_t kTouchingAtMost = 3 + 5;  // per-dataset ones and those of a Model
+  const bool species = fit.FitModel != nullptr && fit.FitModel->terms != nullptr;
+  const std::size_t columns = species ? std::min(parameters, kTouchingAtMost) : parameters;
+  work.stride = largest;
+  work.baseExp.resize(kMaxSpecies * largest);
+  work.stepExp.resize(kMaxSpecies * largest);
+  for (std::vector<double>* column : {&work.value, &work.firstValue, &work.upValue, &work.downValue,
+                                      &work.step, &work.residual}) {
+    column->resize(largest);
+  }
+  work.derivative.resize(PaddedColumns(columns) * largest);
+  work.ordinal.resize(parameters + 1);
+  work.touching.reserve(columns);
+  work.work = fit.FitA;
+}
+
+void AddPass(FitState& fit, const Array1<double>& a, Matrix1<double>& alpha, Matrix1<double>& beta,
+             double& chisq) {
+  PassWorkspace& work = fit.Workspace;
+  for (int l = 1; l <= fit.FitMA; ++l) work.work(l) = a(l);
+  NumberFitted(fit);
+  fit.CurrentProc = fit.FitModel->funcsName;
+  for (int d = 1; d <= fit.NumFitSets; ++d) {
+    const SetPoints points = PointsOf(fit, d);
+    FindTouching(fit, d);
+    ClearPadding(work, points.n + points.extra);
+    if (fit.FitModel->terms == nullptr || FaultsRaisedBy([&] { SetPass(fit, points, d); }).Any()) {
+      PointwisePass(fit, points);
+    }
+    CheckArithmetic([&] {
+      const std::size_t total = points.n + points.extra;
+      for (std::size_t j = 0; j < total; ++j) {
+        work.residual[j] = points.y[j] - work.value[j];
+      }
+      Accumulate(fit, total, alpha, beta, chisq);
+    });
+  }
+}
+
+void CalcModelValues(FitState& fit) {
+  if (fit.FitModel == nullptr) return;
+  for (int i = 1; i <= fit.FitNumPoints; ++i) {
+    CheckArithmetic([&] { fit.FitModel->funcs(fit, i, fit.FitA, fit.FitYCalc(i)); });
+  }
+}

@@ -1,0 +1,288 @@
+#include "fit/report.h"
+
+#include <algorithm>
+#include <cmath>
+#include <string>
+
+#include "base/arithmetic.h"
+#include "base/host.h"
+#include "base/number_format.h"
+#include "base/text.h"
+#include "fit/mass_conservation.h"
+#include "fit/models.h"
+
+namespace {
+
+constexpr double kOmegaFactor = 1.319007e-10;
+constexpr std::string_view kSigned = " 0.00E+00;-0.00E+00";
+
+std::string Space(std::size_t count) {
+  return std::string(count, ' ');
+}
+
+// `text` (UTF-8) in a field of 20 characters: filled up with blanks, or its end behind "...".
+std::string NameField(const std::string& text) {
+  constexpr std::size_t kField = 20;
+  constexpr std::size_t kEnd = 17;
+  const std::string bytes = Utf8ToCp1252(text);
+  if (bytes.size() > kField) return "..." + Cp1252ToUtf8(bytes.substr(bytes.size() - kEnd));
+  return text + Space(kField - bytes.size());
+}
+
+// `text` in at most 20 characters: its start before "..." if it is longer.
+std::string CellTypeField(const std::string& text) {
+  constexpr std::size_t kField = 20;
+  constexpr std::size_t kStart = 17;
+  const std::string bytes = Utf8ToCp1252(std::string(Trim(text)));
+  if (bytes.size() > kField) return Cp1252ToUtf8(bytes.substr(0, kStart)) + "...";
+  return Cp1252ToUtf8(bytes);
+}
+
+// The result of `work`, whose arithmetic is checked.
+template <class Work>
+double Checked(Work&& work) {
+  double result = 0.0;
+  CheckArithmetic([&] { result = work(); });
+  return result;
+}
+
+// The lines of one report, made from its source.
+class ModelReport {
+ public:
+  ModelReport(const ReportSource& source, Host& host) : source_(source), host_(host) {}
+
+  void MolecularWeight(const std::string& suffix, int k, double vbar, const std::string& name) {
+    const double v = source_.fit.FitA(k);
+    const double density = source_.page.Density;
+    host_.PrintIt("Buoyant MW" + suffix + " = " + FormatNumber(v, "### ") +
+                  std::string(kPlusMinus) + FormatNumber(Error(k), " ##0 Da") + "\r\n");
+    const double weight = Checked([&] { return v / (1.0 - density * vbar); });
+    host_.PrintIt("MW" + suffix + " = " + FormatNumber(weight, "### ") +
+                  "using the current values of " + name + " = " + FormatNumber(vbar, "0.###0 ") +
+                  "and density = " + FormatNumber(density, "0.####0"));
+  }
+
+  void Sigma(const std::string& suffix, int k) {
+    const double speed = source_.statistics.maxSpeed;
+    const double sigma = Checked(
+        [&] { return speed * speed * source_.fit.FitA(k) * kOmegaFactor / source_.fit.TempK; });
+    host_.PrintIt("Sigma" + suffix + " at Max. Speed of " + FormatNumber(speed, "##### RPM = ") +
+                  FormatNumber(sigma, "#0.000 cm-2"));
+  }
+
+  void LnK(const std::string& tag, int k) {
+    const double v = source_.fit.FitA(k);
+    const double association = Checked([&] { return std::exp(v); });
+    host_.PrintIt("Ln " + tag + " = " + WithError(v, "#0.000 ", k, " #0.00") + "\r\n");
+    host_.PrintIt("Log10 " + tag + " = " + FormatNumber(v / std::log(10.0), "#0.000 ") + "\r\n" +
+                  tag + " = " + FormatNumber(association, kSigned));
+  }
+
+  void Stoichiometry(const std::string& label, int k) {
+    host_.PrintIt(label + " = " + WithError(source_.fit.FitA(k), "#0.00 ", k, " #0.00") + "\r\n");
+  }
+
+  void Virial(int k) {
+    host_.PrintIt("B*M (virial coefficient) = " +
+                  WithError(source_.fit.FitA(k), "0.000E+00 ", k, " 0.000E+00 ") + "\r\n");
+  }
+
+  void Alpha(int k) {
+    host_.PrintIt("Alpha = " + WithError(source_.fit.FitA(k), "#0.000 ", k, " #0.000") + "\r\n");
+  }
+
+ private:
+  double Error(int k) const { return StandardError(source_.fit, source_.statistics, k); }
+
+  std::string WithError(double v, const char* pattern, int k, const char* errorPattern) const {
+    return FormatNumber(v, pattern) + std::string(kPlusMinus) +
+           FormatNumber(Error(k), errorPattern);
+  }
+
+  const ReportSource& source_;
+  Host& host_;
+};
+
+void LogOneComponentLines(const ReportSource& source, ModelReport& report) {
+  const int b = source.fit.SharedBase();
+  report.MolecularWeight("", b + 1, source.page.Vbar, "vbar");
+  report.Sigma("", b + 1);
+  switch (source.fit.ModelIndex) {
+    case 1:
+      report.Virial(b + 2);
+      break;
+    case 2:
+      report.Stoichiometry("Stoichiometry", b + 2);
+      report.LnK("K", b + 3);
+      break;
+    case 3:
+      report.Stoichiometry("Stoichiometry N", b + 2);
+      report.LnK("K1", b + 3);
+      report.Stoichiometry("Stoichiometry M", b + 4);
+      report.LnK("K2", b + 5);
+      break;
+    case 4:
+    case 5:
+      report.Stoichiometry("Stoichiometry", b + 2);
+      report.LnK("K", b + 3);
+      report.Alpha(b + 4);
+      break;
+    case 9:
+      report.LnK("Ki", b + 2);
+      break;
+    default:
+      break;
+  }
+}
+
+// K2 and K3, as ratios where those were held.
+void LogFurtherSites(const ReportSource& source, ModelReport& report, Host& host) {
+  const int b = source.fit.SharedBase();
+  const bool third = source.fit.ModelIndex == 8;
+  if (!source.fit.ConstrainKRatios) {
+    report.LnK("K2", b + 4);
+    if (third) report.LnK("K3", b + 5);
+    return;
+  }
+  const auto ratio = [&](const char* tag, int k) {
+    return tag + FormatNumber(source.fit.FitA(k), "#0.000 ");
+  };
+  if (third) {
+    host.PrintIt("The ratios for K2/K1 and K3/K1 have been fixed at the following values: " +
+                 ratio("K2/K1 = ", b + 4) + ratio("K3/K1 = ", b + 5));
+  } else {
+    host.PrintIt("The ratios for K2/K1 has been fixed at the following value: " +
+                 ratio("K2/K1 = ", b + 4));
+  }
+}
+
+void LogTwoComponentLines(const ReportSource& source, ModelReport& report, Host& host) {
+  const int b = source.fit.SharedBase();
+  report.MolecularWeight("-A", b + 1, source.page.Vbar, "vbar-A");
+  report.Sigma("-A", b + 1);
+  report.MolecularWeight("-B", b + 2, source.page.VbarB, "vbar-B");
+  if (source.fit.ModelIndex == 10) {
+    report.Stoichiometry("Stoichiometry", b + 3);
+    report.LnK("Ks", b + 4);
+    report.LnK("Kh", b + 5);
+    return;
+  }
+  report.Sigma("-B", b + 2);
+  report.LnK("K1", b + 3);
+  if (source.fit.ModelIndex != 6) LogFurtherSites(source, report, host);
+}
+
+const Dataset& DatasetOf(const ReportSource& source, int d) {
+  const auto place = static_cast<std::size_t>(d - 1);
+  return source.datasets[static_cast<std::size_t>(source.fit.FitSetList[place])];
+}
+
+// Start of a table row: number and name.
+std::string RowHead(const ReportSource& source, int d) {
+  return FormatNumber(d, " ###: ") + NameField(NameOf(DatasetOf(source, d)));
+}
+
+std::string CellType(const ReportSource& source, int d) {
+  const auto channel =
+      static_cast<std::size_t>(source.cellChannels[static_cast<std::size_t>(d - 1)]);
+  if (channel >= source.geometries.size()) return {};
+  return CellTypeField(source.geometries[channel].name);
+}
+
+void LogMassConservation(const ReportSource& source, Host& host) {
+  const FitState& fit = source.fit;
+  host.PrintIt("Using soft mass conservation with a tolerance of " +
+               FormatNumber(fit.MCTolerance, "#0.0000") + "\r\n");
+  host.PrintIt(Space(7) + "File" + Space(16) +
+               "[A]input   [A]calc    [B]input   [B]calc      CellType");
+  for (int d = 1; d <= fit.NumFitSets; ++d) {
+    host.PrintIt(RowHead(source, d) + Space(2) + FormatNumber(fit.SetALoad(d), " 0.00E+00  ") +
+                 FormatNumber(CalculatedLoad(fit, d, 1), " 0.00E+00  ") +
+                 FormatNumber(fit.SetBLoad(d), " 0.00E+00  ") +
+                 FormatNumber(CalculatedLoad(fit, d, 2), " 0.00E+00   ") + CellType(source, d));
+  }
+}
+
+// A fitted logarithm as its exponential, with the error on the low side.
+std::string ReferenceText(const ReportSource& source, int k) {
+  const double v = source.fit.FitA(k);
+  const double sd = StandardError(source.fit, source.statistics, k);
+  double value = 0.0;
+  double error = 0.0;
+  CheckArithmetic([&] {
+    value = std::exp(v);
+    error = std::fabs(value - std::exp(v - sd));
+  });
+  return FormatNumber(value, kSigned) + std::string(kPlusMinus) + FormatNumber(error, "0.00E+00");
+}
+
+}  // namespace
+
+FitStatistics CalcFitStatistics(const FitState& fit) {
+  FitStatistics statistics;
+  for (int l = 1; l <= fit.FitMA; ++l) statistics.fitted += fit.FitIA(l) != 0;
+  for (int d = 1; d <= fit.NumFitSets; ++d) {
+    statistics.maxSpeed = std::max(statistics.maxSpeed, static_cast<int>(fit.SetSpeed(d)));
+  }
+  statistics.freedom = fit.FitNumPoints - statistics.fitted;
+  statistics.variance = Checked([&] { return fit.FitChiSq / statistics.freedom; });
+  return statistics;
+}
+
+double StandardError(const FitState& fit, const FitStatistics& statistics, int k) {
+  return Checked([&] { return std::sqrt(statistics.variance * fit.FitCovar(k, k)); });
+}
+
+void LogDatasetTable(const ReportSource& source, Host& host) {
+  const FitState& fit = source.fit;
+  const int n = fit.NumFitSets;
+  std::string head = "\r\n" + Space(7) + "File" + Space(16) + "Baseline" + Space(13);
+  head += fit.TwoComponentModel ? "Ref.Conc.A" + Space(11) + "Ref.Conc.B" + Space(9)
+                                : "Ref.Conc." + Space(10);
+  head += "Ref.Dist." + Space(2);
+  head += fit.TwoComponentModel ? "Ext.Coeff.A" + Space(2) + "Ext.Coeff.B" : "Ext.Coeff.";
+  host.PrintIt(head);
+  for (int d = 1; d <= n; ++d) {
+    const Dataset& dataset = DatasetOf(source, d);
+    std::string row = RowHead(source, d) + Space(2) + FormatNumber(fit.FitA(d), kSigned) +
+                      std::string(kPlusMinus) +
+                      FormatNumber(StandardError(fit, source.statistics, d), "0.00E+00") +
+                      Space(3) + ReferenceText(source, n + d);
+    if (fit.TwoComponentModel) row += Space(3) + ReferenceText(source, 2 * n + d);
+    row += Space(3) + FormatNumber(dataset.RefRadius, "0.0000") + Space(4) +
+           FormatNumber(dataset.ExtCoeff, "0.000E+00");
+    if (fit.TwoComponentModel) row += Space(4) + FormatNumber(dataset.ExtCoeff2, "0.000E+00");
+    host.PrintIt(row);
+  }
+}
+
+void LogModelLines(const ReportSource& source, Host& host) {
+  if (source.fit.FitModel == nullptr) return;
+  ModelReport report(source, host);
+  if (!source.fit.TwoComponentModel) {
+    LogOneComponentLines(source, report);
+    return;
+  }
+  LogTwoComponentLines(source, report, host);
+  if (source.fit.UseMassConservation) LogMassConservation(source, host);
+}
+
+void LogLoadingConcs(const ReportSource& source, Host& host) {
+  host.PrintIt("Calculated Loading Concentration for the fitted region:\r\n");
+  host.PrintIt(Space(7) + "File" + Space(16) + "[A]calc      CellType");
+  for (int d = 1; d <= source.fit.NumFitSets; ++d) {
+    host.PrintIt(RowHead(source, d) + Space(2) +
+                 FormatNumber(source.fit.SetCalcLoad(d), " 0.00E+00   ") + CellType(source, d));
+  }
+}
+
+void LogFitCounts(const ReportSource& source, int iterations, Host& host) {
+  const FitStatistics& statistics = source.statistics;
+  host.PrintIt("\r\nNumber of Iterations: " + FormatNumber(iterations, "###"));
+  host.PrintIt("Number of Points: " + FormatNumber(source.fit.FitNumPoints, "#####"));
+  host.PrintIt("Degrees of Freedom: " + FormatNumber(statistics.freedom, "#####"));
+  const double rms = Checked([&] { return std::sqrt(source.fit.FitChiSq / statistics.freedom); });
+  host.PrintIt("RMS Deviation: " + FormatNumber(rms, "#0.00000"));
+  host.PrintIt("Number of Parameters Held Constant: " +
+               FormatNumber(source.fit.FitMA - statistics.fitted, "#0"));
+}

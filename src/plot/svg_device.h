@@ -1,0 +1,31 @@
+// A paint device that writes SVG and, unlike Qt's own generator, keeps the painter's clipping.
+#pragma once
+
+#include <QByteArray>
+#include <QPaintDevice>
+#include <QSize>
+#include <QString>
+#include <memory>
+
+class SvgEngine;
+
+// Give it to one QPainter; when that has ended, Document() is the file. Same calls, same bytes.
+// Covers what charts need: paths, lines, text as <text>, embedded images, transformations, solid
+// pens and brushes (of other brushes only the colour), and rectangular clipping (of another clip
+// its bounding rectangle).
+class SvgDevice : public QPaintDevice {
+ public:
+  // `size` in user units (CSS pixels); `title` is what viewers show as the picture's name.
+  explicit SvgDevice(QSize size, QString title = {});
+  ~SvgDevice() override;
+  QPaintEngine* paintEngine() const override;
+  QByteArray Document() const;
+
+ protected:
+  int metric(PaintDeviceMetric metric) const override;
+
+ private:
+  QSize size_;
+  QString title_;
+  std::unique_ptr<SvgEngine> engine_;
+};

@@ -1,0 +1,30 @@
+// All loaded scans of a session.
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "scan/dataset.h"
+
+class Host;
+
+struct DatasetStore {
+  std::vector<Dataset> Datasets;  // positions from 0; the user counts from 1
+  std::vector<bool> UseData;      // "Fit this dataset?", one a dataset; a blank never is
+  std::string HeaderLine;         // second line of the file last selected, one byte a character
+
+  int NumDatasets() const { return static_cast<int>(Datasets.size()); }
+};
+
+// "Dataset #3:: name", number and name of the dataset at `position` (from 0).
+std::string DatasetTitle(const DatasetStore& store, int position);
+
+// Unloads the dataset at `position` (from 0) and logs it. Later datasets move up.
+void RemoveDataset(DatasetStore& store, int position, Host& host);
+
+// Unloads all datasets and logs it.
+void RemoveAllDatasets(DatasetStore& store, Host& host);
+
+// Gives a dataset the name `text` (UTF-8), trimmed and cut to 32 characters. An empty name or one
+// with an illegal character is refused with a message; then the old one stays. True if taken.
+bool RenameDataset(Dataset& dataset, const std::string& text, Host& host);

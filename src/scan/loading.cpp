@@ -1,0 +1,101 @@
+#include "scan/loading.h"
+
+#include "base/arithmetic.h"
+#include "base/files.h"
+#include "base/host.h"
+#include "base/text.h"
+
+namespace fs = std::filesystem;
+
+namespace {
+
+std::string FileNameOf(const fs::path& path) {
+  return Utf8ToCp1252(PathText(path.filename()));
+}
+
+bool RefuseBinary(const fs::path& path, Host& host) {
+  if (!IsBinaryFile(path)) return false;
+  host.ShowMessage("Invalid Data File", PathText(path) + " is a binary file!",
+                   MessageIcon::kExclamation);
+  return true;
+}
+
+void Note(LoadResult& result, LoadOutcome outcome) {
+  if (outcome == LoadOutcome::kLoaded) {
+    ++result.datasets;
+  } else {
+    result.outcome = outcome;
+  }
+}
+
+// A load with its trap: a header number out of range gives the file up.
+template <class Load>
+LoadResult Trapped(const fs::path& path, Host& host, Load&& load) {
+  LoadResult result;
+  try {
+    load(result);
+  } catch (const ArithmeticFault&) {
+    host.ReportFailure(PathText(path) + ", line 2: a number is out of range");
+    Note(result, LoadOutcome::kUnreadable);
+  } catch (const FileFault& fault) {
+    host.ReportFailure(fault.what());
+    Note(result, LoadOutcome::kUnreadable);
+  }
+  return result;
+}
+
+// Each chosen channel of the file, in the order of the letters.
+void LoadChannels(DatasetStore& store, const LoadSettings& settings, const fs::path& path,
+                  const std::string& header, ElWavelength elWavelength, Host& host,
+                  LoadResult& result) {
+  const bool channelled = settings.kind == FileKind::kIpRa;
+  const Centerpiece centerpiece = channelled ? settings.centerpiece : Centerpiece::kTwoChannels;
+  const auto column = settings.kind == FileKind::kEl ? std::size_t{kElectrophoresisColumn}
+                                                     : static_cast<std::size_t>(centerpiece);
+  const int channels = ChannelCount(centerpiece);
+  for (std::size_t c = 0; c < static_cast<std::size_t>(channels); ++c) {
+    if (channels > 1 && !settings.chkChannel[c]) continue;
+    const std::string name =
+        DatasetName(settings.kind, FileNameOf(path), header, ChannelLetters[c], elWavelength);
+    const LoadOutcome outcome =
+        LoadDataFile(store, settings.kind, path, name, ChannelLowRadius[c][column],
+                     ChannelHighRadius[c][column], host);
+    Note(result, outcome);
+    if (!FileExists(path)) return;  // the other windows would only say it again
+  }
+}
+
+}  // namespace
+
+LoadResult LoadSelectedFile(DatasetStore& store, const LoadSettings& settings, const fs::path& path,
+                            Host& host) {
+  return Trapped(path, host, [&](LoadResult& result) {
+    if (RefuseBinary(path, host)) {
+      Note(result, LoadOutcome::kBinary);
+      return;
+    }
+    LoadChannels(store, settings, path, store.HeaderLine, ElWavelength::kSingleLoad, host, result);
+  });
+}
+
+LoadResult LoadNamedFile(DatasetStore& store, const LoadSettings& settings, const fs::path& path,
+                         Host& host) {
+  return Trapped(path, host, [&](LoadResult& result) {
+    std::string header = store.HeaderLine;
+    if (settings.kind == FileKind::kIpRa) header = Trim(ReadCommentLines(path).header);
+    LoadChannels(store, settings, path, header, ElWavelength::kMultipleLoad, host, result);
+  });
+}
+
+LoadResult LoadBlankFile(DatasetStore& store, FileKind kind, const fs::path& path, Host& host) {
+  return Trapped(path, host, [&](LoadResult& result) {
+    if (RefuseBinary(path, host)) {
+      Note(result, LoadOutcome::kBinary);
+      return;
+    }
+    const std::size_t column = kind == FileKind::kEl ? kElectrophoresisColumn : 0;
+    const std::string name = BlankName(kind, FileNameOf(path), store.HeaderLine);
+    Note(result, LoadDataFile(store, kind, path, name, ChannelLowRadius[0][column],
+                              ChannelHighRadius[0][column], host));
+  });
+}

@@ -1,0 +1,35 @@
+// Loading as the tab "Source Files" does it: one file, one name of a multiple load, or a blank.
+#pragma once
+
+#include <array>
+#include <filesystem>
+
+#include "scan/channel_windows.h"
+#include "scan/scan_file.h"
+
+// What the user has set on the tab.
+struct LoadSettings {
+  FileKind kind = FileKind::kIpRa;
+  Centerpiece centerpiece = Centerpiece::kTwoChannels;  // counts for "IP,RA" only
+  std::array<bool, kMaxChannels> chkChannel = {true};   // A to D; counts for 6 and 8 channels
+};
+
+// What came of loading a file: the worst outcome of its channels, and how many datasets came.
+struct LoadResult {
+  LoadOutcome outcome = LoadOutcome::kLoaded;
+  int datasets = 0;
+};
+
+// "Load": the selected file, one dataset a chosen channel. A binary file is refused with a message.
+// Names come from HeaderLine, the memory of the selection (GetCommentLines).
+LoadResult LoadSelectedFile(DatasetStore& store, const LoadSettings& settings,
+                            const std::filesystem::path& path, Host& host);
+
+// One file of "Load Multiple": no test for binary files; names of the kind "IP,RA" come from the
+// file's own second line, those of "FI" and "EL" from HeaderLine.
+LoadResult LoadNamedFile(DatasetStore& store, const LoadSettings& settings,
+                         const std::filesystem::path& path, Host& host);
+
+// "Load Blank": one dataset from the file over the whole window, whatever channels are set.
+LoadResult LoadBlankFile(DatasetStore& store, FileKind kind, const std::filesystem::path& path,
+                         Host& host);

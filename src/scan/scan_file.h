@@ -1,0 +1,40 @@
+// Reader of scan files: fixed columns, one Dataset for each radial window.
+#pragma once
+
+#include <filesystem>
+#include <string>
+#include <vector>
+
+#include "scan/dataset.h"
+#include "scan/dataset_names.h"
+#include "scan/dataset_store.h"
+
+class Host;
+
+enum class LoadOutcome {
+  kLoaded,
+  kTooFewPoints,  // fewer than 10 in the window; a message was shown
+  kBinary,        // refused; a message was shown
+  kUnreadable,    // given up; host.ReportFailure says why
+};
+
+// The two lines above the data of a scan file, one byte a character.
+struct CommentLines {
+  std::string comment;
+  std::string header;
+};
+
+// Lines 1 and 2 of the file. Throws FileFault if it cannot be read or ends before.
+CommentLines ReadCommentLines(const std::filesystem::path& path);
+
+// Shows lines 1 and 2 of the selected file and remembers line 2 in HeaderLine: gives trimmed
+// line 1, CR LF, trimmed line 2 as UTF-8. If the file cannot be read: an empty text, HeaderLine
+// stays, host.ReportFailure says why.
+std::string GetCommentLines(DatasetStore& store, const std::filesystem::path& path, Host& host);
+
+// Reads the rows whose first column, in single precision, lies in [lowRadius, highRadius] (cm; for
+// "EL" r^2/2 in cm^2) and appends one Dataset named `datasetName` (one byte a character), or none.
+// Logs the source and the dataset's number. The store is changed only by a load that succeeds.
+LoadOutcome LoadDataFile(DatasetStore& store, FileKind kind, const std::filesystem::path& path,
+                         const std::string& datasetName, float lowRadius, float highRadius,
+                         Host& host);

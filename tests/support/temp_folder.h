@@ -1,0 +1,45 @@
+// A folder of a test's own, removed with all that is in it.
+#pragma once
+
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <string>
+#include <string_view>
+
+#include <gtest/gtest.h>
+
+class TempFolder {
+ public:
+  TempFolder() {
+    const auto* info = testing::UnitTest::GetInstance()->current_test_info();
+    path_ = std::filesystem::temp_directory_path() /
+            (std::string("quorvane-") + info->test_suite_name() + "-" + info->name());
+    std::filesystem::remove_all(path_);
+    std::filesystem::create_directories(path_);
+  }
+  ~TempFolder() {
+    std::error_code ignored;
+    std::filesystem::remove_all(path_, ignored);
+  }
+  TempFolder(const TempFolder&) = delete;
+  TempFolder& operator=(const TempFolder&) = delete;
+
+  std::filesystem::path operator/(std::string_view name) const { return path_ / name; }
+  const std::filesystem::path& path() const { return path_; }
+
+  // Writes `text` as it is to a file of the folder.
+  std::filesystem::path Write(std::string_view name, std::string_view text) const {
+    const std::filesystem::path file = path_ / name;
+    std::ofstream(file, std::ios::binary) << text;
+    return file;
+  }
+
+ private:
+  std::filesystem::path path_;
+};
+
+inline std::string ReadText(const std::filesystem::path& path) {
+  std::ifstream in(path, std::ios::binary);
+  return {std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>()};
+}
