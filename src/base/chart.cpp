@@ -130,20 +130,6 @@ void ChartRange::Include(std::span<const double> values) {
   }
 }
 
-ChartRange RangeOfX(const Chart& chart) {
-  ChartRange range;
-  for (const ChartPanel& panel : chart.panels) {
-    for (const ChartSeries& series : panel.series) range.Include(series.x);
-  }
-  return range;
-}
-
-ChartRange RangeOfY(const ChartPanel& panel) {
-  ChartRange range;
-  for (const ChartSeries& series : panel.series) range.Include(series.y);
-  return range;
-}
-
 std::vector<std::byte> SerializeChart(const Chart& chart) {
   ByteWriter out;
   out.Integer(kMagic);

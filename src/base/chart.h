@@ -63,10 +63,6 @@ struct ChartRange {
   void Include(std::span<const double> values);
 };
 
-// Range of x over all series of all panels, and of y over the series of one panel.
-ChartRange RangeOfX(const Chart& chart);
-ChartRange RangeOfY(const ChartPanel& panel);
-
 // The bytes of a Chart: a magic word, a version, then lengths and values, little-endian.
 std::vector<std::byte> SerializeChart(const Chart& chart);
 

@@ -19,6 +19,7 @@ class FieldReader {
 
   std::string Text(std::string_view field) {
     SkipBlanks();
+    fieldLine_ = line_;
     if (in_.peek() == kEnd) Fail(field, "the file ends here");
     std::string text = in_.peek() == '"' ? Quoted(field) : Plain();
     SkipSeparator();
@@ -91,13 +92,14 @@ class FieldReader {
   }
 
   [[noreturn]] void Fail(std::string_view field, const std::string& why) const {
-    throw FileFault(std::string(source_) + ", line " + std::to_string(line_) + ", " +
+    throw FileFault(std::string(source_) + ", line " + std::to_string(fieldLine_) + ", " +
                     std::string(field) + ": " + why);
   }
 
   std::istream& in_;
   std::string_view source_;
   int line_ = 1;
+  int fieldLine_ = 1;  // where the field at hand begins
 };
 
 CellGeometry ReadGeometry(FieldReader& fields) {

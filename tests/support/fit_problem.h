@@ -2,12 +2,63 @@
 #pragma once
 
 #include <cmath>
+#include <cstdint>
+#include <random>
 #include <string>
 #include <vector>
 
 #include "fit/fit_state.h"
 #include "fit/model_pass.h"
 #include "fit/models.h"
+
+// Normal deviates, the same on every platform (the library's distributions are not).
+class NormalNoise {
+ public:
+  NormalNoise(std::uint64_t seed, double sd) : generator_(seed), sd_(sd) {}
+  double operator()() {
+    const double radius = std::sqrt(-2.0 * std::log(1.0 - Uniform()));
+    return sd_ * radius * std::cos(2.0 * std::acos(-1.0) * Uniform());
+  }
+  // Uniform in [0, 1).
+  double Uniform() { return static_cast<double>(generator_() >> 11) * 0x1p-53; }
+
+ private:
+  std::mt19937_64 generator_;
+  double sd_;
+};
+
+// The model indices with routines, and for each the shared parameters of a plausible sample.
+inline const std::vector<int>& AllModels() {
+  static const std::vector<int> indices = {0, 1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 14};
+  return indices;
+}
+inline std::vector<double> TypicalShared(int modelIndex) {
+  switch (modelIndex) {
+    case 0:
+      return {7500.0};
+    case 1:
+      return {7500.0, 8e-6};
+    case 2:
+      return {7500.0, 2.0, 1.0};
+    case 3:
+      return {7500.0, 2.0, 1.0, 4.0, 3.0};
+    case 4:
+    case 5:
+      return {7500.0, 2.0, 1.0, 0.15};
+    case 6:
+      return {7500.0, 5200.0, 1.0};
+    case 7:
+      return {7500.0, 5200.0, 1.0, 0.6};
+    case 8:
+      return {7500.0, 5200.0, 1.0, 0.6, 0.4};
+    case 9:
+      return {7500.0, 0.3};
+    case 10:
+      return {7500.0, 5200.0, 2.0, 1.0, 0.6};
+    default:
+      return {7500.0, 2.0, 1.0, 1e-3};
+  }
+}
 
 struct ProblemSize {
   int modelIndex = 0;

@@ -1,0 +1,101 @@
+// Passes over the points and whole fits, at the sizes of real experiments.
+#include <benchmark/benchmark.h>
+
+#include <cmath>
+#include <random>
+
+#include "bench/quiet_host.h"
+#include "fit/levmarq.h"
+#include "support/fit_problem.h"
+
+namespace {
+
+// Loading concentrations that agree with the true parameters: at a mass conservation point the
+// model value is the target times mean over load.
+void TakeTrueLoads(FitState& fit) {
+  for (int i = 1; i <= fit.FitNumPoints; ++i) {
+    if (fit.PointKind(i) == 0) continue;
+    double& load = (fit.PointKind(i) == 1 ? fit.SetALoad : fit.SetBLoad)(fit.FitSet(i));
+    double value = 0.0;
+    fit.FitModel->funcs(fit, i, fit.FitA, value);
+    load *= value / fit.FitY(i);
+  }
+}
+
+// One of the four standing problems: signal with noise of 0.005, start values off by some percent.
+FitState StandingProblem(int number) {
+  struct Standing {
+    ProblemSize size;
+    std::vector<double> shared;
+    int held;  // shared parameter that is held, from 1; 0 for none
+  };
+  const std::array<Standing, 4> problems = {{
+      {{.modelIndex = 0, .sets = 9, .points = 60}, {8100.0}, 0},
+      {{.modelIndex = 2, .sets = 20, .points = 400}, {8100.0, 2.0, 1.5}, 2},
+      {{.modelIndex = 7, .sets = 30, .points = 400, .massConservation = true},
+       {8100.0, 5000.0, 2.0, 1.0},
+       0},
+      {{.modelIndex = 2, .sets = 80, .points = 1000}, {8100.0, 2.0, 1.5}, 2},
+  }};
+  const Standing& standing = problems[static_cast<std::size_t>(number)];
+  FitState fit = MakeProblem(standing.size, standing.shared);
+  std::mt19937_64 generator(17);
+  std::normal_distribution<double> noise(0.0, 0.005);
+  FillSignal(fit, [&](int) { return noise(generator); });
+  TakeTrueLoads(fit);
+  if (standing.held > 0) fit.FitIA(fit.SharedBase() + standing.held) = 0;
+  for (int l = 1; l <= fit.FitMA; ++l) {
+    if (fit.FitIA(l) != 0) fit.FitA(l) *= l % 2 == 0 ? 1.04 : 0.97;
+  }
+  return fit;
+}
+
+void Pass(benchmark::State& state) {
+  FitState fit = StandingProblem(static_cast<int>(state.range(0)));
+  PreparePass(fit);
+  Matrix1<double> alpha(fit.FitMA, fit.FitMA);
+  Matrix1<double> beta(fit.FitMA, 1);
+  double chisq = 0.0;
+  for (auto _ : state) {
+    MRQCOF(fit, fit.FitA, alpha, beta, chisq);
+    benchmark::DoNotOptimize(chisq);
+  }
+  state.counters["points"] = fit.FitNumPoints;
+  state.counters["passes_per_s"] =
+      benchmark::Counter(static_cast<double>(state.iterations()), benchmark::Counter::kIsRate);
+}
+
+void WholeFit(benchmark::State& state) {
+  const FitState start = StandingProblem(static_cast<int>(state.range(0)));
+  QuietHost host;
+  int iterations = 0;
+  double chisq = 0.0;
+  for (auto _ : state) {
+    FitState fit = start;
+    FitData(fit, host, iterations);
+    chisq = fit.FitChiSq;
+  }
+  state.counters["iterations"] = iterations;
+  state.counters["chisq"] = chisq;
+}
+
+// Points per dataset fixed, datasets growing: the time of a pass must grow with the points.
+void PassOverDatasets(benchmark::State& state) {
+  FitState fit = MakeProblem(
+      {.modelIndex = 0, .sets = static_cast<int>(state.range(0)), .points = 200}, {8100.0});
+  FillSignal(fit, [](int) { return 0.0; });
+  PreparePass(fit);
+  Matrix1<double> alpha(fit.FitMA, fit.FitMA);
+  Matrix1<double> beta(fit.FitMA, 1);
+  double chisq = 0.0;
+  for (auto _ : state) MRQCOF(fit, fit.FitA, alpha, beta, chisq);
+  state.SetComplexityN(fit.FitNumPoints);
+}
+
+}  // namespace
+
+// 0: Ideal, 9 x 60; 1: Monomer-Nmer, N held, 20 x 400; 2: A+B<>AB+B<>AB2 with soft mass
+// conservation, 30 x 400; 3: Monomer-Nmer, N held, 80 x 1000.
+BENCHMARK(Pass)->DenseRange(0, 3)->Unit(benchmark::kMicrosecond);
+BENCHMARK(WholeFit)->DenseRange(0, 3)->Unit(benchmark::kMillisecond);
+BENCHMARK(PassOverDatasets)->RangeMultiplier(2)->Range(5, 80)->Complexity(benchmark::oN);

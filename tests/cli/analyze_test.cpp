@@ -1,0 +1,245 @@
+// Faults caught here: a key of a job that is read and not obeyed, a result that JSON, log and files
+// give differently, outputs left half written or missing after a failure, a wrong exit status.
+#include <cstdint>
+#include <regex>
+
+#include "cli/command_fixture.h"
+
+namespace {
+
+using nlohmann::json;
+
+constexpr const char* kTwoScans =
+    "[[load]]\nfile = \"00001.RA3\"\n[[load]]\nfile = \"00002.RA3\"\n";
+
+class AnalyzeTest : public CommandTest {
+ protected:
+  AnalyzeTest() {
+    WriteScan("00001.RA3", 14000);
+    WriteScan("00002.RA3", 20000);
+  }
+};
+
+TEST_F(AnalyzeTest, FitsTwoScansAndSaysSoEverywhere) {
+  ASSERT_EQ(
+      Analyze(std::string(kTwoScans) + "[fit]\nmodel = \"Ideal\"\n"
+                                       "[output]\ntable = \"fit.csv\"\ndata_folder = \"data\"\n"
+                                       "graphs_folder = \"plots\"\ngraphs_format = \"svg\"\n"),
+      0)
+      << err.str();
+  EXPECT_EQ(err.str(), "");
+  const json result = Result();
+  EXPECT_EQ(result["program"], "Quorvane");
+  EXPECT_EQ(result["log"], out.str());
+  const json& fit = result["fit"];
+  EXPECT_EQ(fit["model"], "Ideal");
+  EXPECT_EQ(fit["stopped"], false);
+  EXPECT_EQ(fit["points"], 120);
+  EXPECT_EQ(fit["fitted_parameters"], 5);
+  EXPECT_EQ(fit["degrees_of_freedom"], 115);
+  EXPECT_GT(fit["seconds"], 0.0);
+  const json& weight = fit["parameters"][4];
+  EXPECT_EQ(weight["name"], "MW");
+  EXPECT_NEAR(weight["value"], 8000.0, 4 * weight["sd"].get<double>());
+  EXPECT_DOUBLE_EQ(std::pow(weight["sd"].get<double>(), 2),
+                   fit["variance"].get<double>() * fit["covariance"][4][4].get<double>());
+  double sum = 0.0;
+  for (const json& curve : fit["curves"]) {
+    for (std::size_t k = 0; k < curve["y"].size(); ++k) {
+      sum += std::pow(curve["y"][k].get<double>() - curve["y_calc"][k].get<double>(), 2);
+    }
+  }
+  EXPECT_NEAR(sum, fit["chi_squared"], 1e-3 * sum);  // of the last, maybe rejected, step
+  EXPECT_EQ(result["datasets"][1]["name"], "2_3A20280.dat");
+  EXPECT_DOUBLE_EQ(result["datasets"][1]["baseline"], fit["parameters"][1]["value"]);
+  EXPECT_FALSE(fit.contains("mass_conservation"));
+  EXPECT_FALSE(result.contains("confidence"));
+
+  const std::string table = ReadText(folder / "fit.csv");
+  EXPECT_EQ(std::count(table.begin(), table.end(), '\n'), 121);
+  EXPECT_TRUE(
+      table.starts_with("dataset,name,radius,signal,fitted,residual\r\n1,1_3A14280.dat,6.4"));
+  EXPECT_TRUE(ReadText(folder / "plots/02_2_3A20280.svg").find("</svg>") != std::string::npos);
+  EXPECT_TRUE(ReadText(folder / "data/1_3A14280.dat").starts_with("one species :: "));
+}
+
+TEST_F(AnalyzeTest, JsonNumbersCarrySeventeenDigits) {
+  ASSERT_EQ(Analyze(std::string(kTwoScans) + "[fit]\nmodel = 0\n"), 0);
+  const std::string text = ReadText(folder / "out.json");
+  std::smatch match;
+  ASSERT_TRUE(std::regex_search(text, match, std::regex(R"("chi_squared": (\S+),)")));
+  EXPECT_TRUE(std::regex_match(match[1].str(), std::regex(R"(\d\.\d{16}e[+-]\d\d)"))) << match[1];
+}
+
+TEST_F(AnalyzeTest, EditsFollowTheJobInTheirOrder) {
+  ASSERT_EQ(Analyze(std::string(kTwoScans) +
+                    "[[dataset]]\nnumber = 2\nname = \"renamed.dat\"\n"
+                    "delete_outside = [6.42, 6.58]\ndelete = [[6.45, 6.50], [6.55, 6.56]]\n"
+                    "restore = [[6.47, 6.48]]\nmeniscus = 6.7\nbase = 6.3\nspeed = 15000\n"
+                    "ext_coeff = 2.0\nbaseline = 0.1\nref_conc = 0.4\nload_a = 0\nuse = false\n"),
+            0)
+      << err.str();
+  const json result = Result();
+  EXPECT_FALSE(result.contains("fit"));
+  const json& other = result["datasets"][0];
+  EXPECT_EQ(other["edited"], false);
+  EXPECT_EQ(other["good_points"], 60);
+  const json& edited = result["datasets"][1];
+  EXPECT_EQ(edited["name"], "renamed.dat");
+  EXPECT_EQ(edited["edited"], true);
+  EXPECT_EQ(edited["meniscus"], 6.3);  // the two in rising order
+  EXPECT_EQ(edited["base"], 6.7);
+  EXPECT_EQ(edited["speed"], 15000);
+  EXPECT_EQ(edited["ext_coeff"], 2.0);
+  EXPECT_EQ(edited["baseline"], 0.1);
+  EXPECT_EQ(edited["ref_conc"], 0.4);
+  EXPECT_EQ(edited["load_a"], 0.0);
+  for (std::size_t k = 0; k < edited["r"].size(); ++k) {
+    const double r = edited["r"][k];
+    const bool kept =
+        r >= 6.42 && r <= 6.58 && !(r >= 6.45 && r <= 6.50) && !(r >= 6.55 && r <= 6.56);
+    const bool good = kept || (r >= 6.47 && r <= 6.48);
+    EXPECT_EQ(edited["good"][k], good) << r;
+    EXPECT_EQ(edited["err"][k] > 0.0, good) << r;
+  }
+}
+
+TEST_F(AnalyzeTest, BlankIsSubtractedOnceAndNeverFitted) {
+  const std::string job =
+      "[[load]]\nfile = \"00001.RA3\"\n[[load]]\nfile = \"00002.RA3\"\nblank = true\n"
+      "[[dataset]]\nnumber = 1\nsubtract_blank = 2\n";
+  ASSERT_EQ(Analyze(job + "[fit]\nmodel = \"Ideal\"\n[fit.parameters]\nMW = { fit = false }\n"), 0)
+      << err.str();
+  const json result = Result();
+  EXPECT_EQ(result["datasets"][0]["blanked"], true);
+  EXPECT_EQ(result["datasets"][1]["blank"], true);
+  EXPECT_EQ(result["datasets"][1]["name"], "BL_2_3A20280.dat");
+  EXPECT_EQ(result["fit"]["curves"].size(), 1U);
+  EXPECT_NE(out.str().find("was blanked using\nDataset #2:: BL_2_3A20280.dat"), std::string::npos);
+}
+
+TEST_F(AnalyzeTest, FitSwitchesReachTheFit) {
+  ASSERT_EQ(Analyze(std::string(kTwoScans) +
+                    "[constants]\ntemperature = 4.0\nvbar = 0.72\ndensity = 1.01\n"
+                    "[[dataset]]\nnumber = 1\nfit_baseline = false\nbaseline = 0.01\n"
+                    "[[dataset]]\nnumber = 2\nfit_ref_conc = false\nref_conc = 0.31\n"
+                    "[fit]\nmodel = \"Ideal\"\ncalc_loading_concs = true\nrepeat = 2\n"
+                    "[fit.parameters]\nMW = { start = 7000.0 }\n"),
+            1);
+  EXPECT_EQ(Result()["fit"]["where"], "SetupDataArrays");  // no cell geometry is installed
+  folder.Write("channels.txt", "1\n0, 2, \"sector\"\n5.0 1.0\n8.0 1.6\n");
+  ASSERT_EQ(Run({"analyze", Path("job.toml"), "--json", Path("out.json"), "--quiet"}), 0);
+  EXPECT_EQ(out.str(), "");
+  const json result = Result();
+  EXPECT_EQ(result["constants"]["temperature"], 4.0);
+  EXPECT_EQ(result["constants"]["vbar"], 0.72);
+  EXPECT_EQ(result["fit"]["parameters"][0]["fitted"], false);
+  EXPECT_EQ(result["fit"]["parameters"][0]["sd"], 0.0);
+  EXPECT_EQ(result["fit"]["parameters"][3]["value"], std::log(0.31));
+  EXPECT_EQ(result["fit"]["loading_concs"].size(), 2U);
+  const std::string log = result["log"];
+  EXPECT_NE(log.find("vbar = 0.7200 and density = 1.01000"), std::string::npos);
+  EXPECT_NE(log.find("sector"), std::string::npos);
+  EXPECT_NE(log.find("Model :: ", log.find("Model :: ") + 1), std::string::npos);  // two presses
+}
+
+TEST_F(AnalyzeTest, LinkedDatasetsShareReferenceConcentrations) {
+  ASSERT_EQ(Analyze(std::string(kTwoScans) +
+                    "[[dataset]]\nnumber = 2\nlink_to = 1\n"
+                    "[fit]\nmodel = \"A+B<>AB\"\n[fit.parameters]\n"
+                    "MWB = { start = 4000, fit = false }\nLnK1 = { start = -3, fit = false }\n"),
+            0)
+      << err.str();
+  const json result = Result();
+  EXPECT_EQ(result["datasets"][0]["ref_conc"], result["datasets"][1]["ref_conc"]);
+  EXPECT_EQ(result["datasets"][0]["ref_conc_b"], result["datasets"][1]["ref_conc_b"]);
+  EXPECT_EQ(result["fit"]["parameters"][3]["fitted"], false);
+}
+
+TEST_F(AnalyzeTest, AFailedFitStillWritesWhatDoesNotNeedIt) {
+  ASSERT_EQ(Analyze(std::string(kTwoScans) +
+                    "[fit]\nmodel = \"Ideal\"\n[fit.parameters]\nMW = { start = 1e12 }\n"
+                    "[output]\ntable = \"fit.csv\"\ndata_folder = \"data\"\n"),
+            1);
+  const json result = Result();
+  EXPECT_EQ(result["fit"], (json{{"error", "Overflow"}, {"where", "FUNCS0"}}));
+  EXPECT_EQ(result["datasets"][0]["baseline"], 0.0);
+  EXPECT_EQ(result["datasets"][0]["ref_conc"], 0.5);
+  EXPECT_TRUE(std::filesystem::exists(folder / "data/2_3A20280.dat"));
+  EXPECT_FALSE(std::filesystem::exists(folder / "fit.csv"));
+  EXPECT_NE(err.str().find("Error while Fitting Data!  Error in FUNCS0.  Overflow"),
+            std::string::npos);
+}
+
+TEST_F(AnalyzeTest, ARefusedFitNamesItsBox) {
+  ASSERT_EQ(Analyze(std::string(kTwoScans) +
+                    "[[dataset]]\nnumber = 1\nuse = false\n[[dataset]]\nnumber = 2\nuse = false\n"
+                    "[fit]\nmodel = \"Ideal\"\n"),
+            1);
+  EXPECT_EQ(Result()["fit"]["where"], "No Sets Chosen");
+}
+
+TEST_F(AnalyzeTest, ATimeLimitStopsAsAClickDoes) {
+  ASSERT_EQ(Analyze(std::string(kTwoScans) + "[fit]\nmodel = \"Ideal\"\ntime_limit = 1e-9\n"), 1);
+  const json result = Result();
+  EXPECT_EQ(result["fit"]["stopped"], true);
+  EXPECT_EQ(result["fit"]["iterations"], 0);
+  EXPECT_EQ(result["datasets"][0]["ref_conc"], 0.5);
+  EXPECT_NE(out.str().find("** User  Terminated Fitting Process  **"), std::string::npos);
+}
+
+TEST_F(AnalyzeTest, FilesThatCannotBeUsedStopTheJobWithTheirStatus) {
+  struct Row {
+    const char* what;
+    std::string text;
+    int status;
+    const char* message;
+  };
+  std::string tooLong = "c\r\nR 3 20.0 20000 0086400 1.0000E11 280 21\r\n";
+  for (int k = 0; k < 2049; ++k) tooLong += "   6.4000   1.0   1.0\r\n";
+  const std::vector<Row> rows = {
+      {"empty", "", 3, "ends before its comment line"},
+      {"one line", "only a comment", 3, "ends before its header line"},
+      {"cut in a line", "c\r\nR 3 20.0 20000 0086400 1.0000E11 280 21\r\n   6.40", 1,
+       "Fewer than 10 points"},
+      {"binary", std::string("c\0mment\r\nx\r\n", 12), 1, "is a binary file!"},
+      {"too long", tooLong, 3, "more than 2048 rows"},
+      {"wrong columns", "c\r\nR 3 20.0 20000 0086400 1.0000E11 280 21\r\na,b,c\r\nd,e,f\r\n", 1,
+       "Fewer than 10 points"},
+  };
+  for (const Row& row : rows) {
+    SCOPED_TRACE(row.what);
+    folder.Write("00003.RA3", row.text);
+    EXPECT_EQ(Analyze(std::string(kTwoScans) +
+                      "[[load]]\nfile = \"00003.RA3\"\n[output]\ndata_folder = \"data\"\n"),
+              row.status);
+    EXPECT_NE(err.str().find(row.message), std::string::npos) << err.str();
+    EXPECT_FALSE(std::filesystem::exists(folder / "out.json"));
+    EXPECT_FALSE(std::filesystem::exists(folder / "data"));
+  }
+  for (const char* file : {"missing.RA3", "."}) {
+    EXPECT_EQ(Analyze("[[load]]\nfile = \"" + std::string(file) + "\"\n"), 3) << file;
+  }
+}
+
+TEST_F(AnalyzeTest, OutputsThatCannotBeWrittenHaveStatusThree) {
+  folder.Write("occupied", "a file where a folder is wanted");
+  EXPECT_EQ(Analyze(std::string(kTwoScans) + "[output]\ndata_folder = \"occupied/data\"\n"), 3);
+  EXPECT_EQ(Run({"analyze", Path("job.toml"), "--json", Path("no/such/folder/out.json")}), 3);
+  EXPECT_EQ(Analyze(std::string(kTwoScans) + "[[dataset]]\nnumber = 2\nname = \"1_3A14280.dat\"\n"
+                                             "[output]\ndata_folder = \"data\"\n"),
+            1);
+  EXPECT_NE(err.str().find("There are duplicate names in the loaded data files!"),
+            std::string::npos);
+}
+
+TEST_F(AnalyzeTest, TheExampleGivesItsWeight) {
+  const std::string job = std::string(QUORVANE_SOURCE_DIR) + "/examples/ideal/job.toml";
+  ASSERT_EQ(Run({"analyze", job, "--json", Path("out.json")}), 0);
+  const json fit = Result()["fit"];
+  const json& weight = fit["parameters"].back();
+  EXPECT_NEAR(weight["value"], 8100.0, 3 * weight["sd"].get<double>());
+  EXPECT_NEAR(fit["rms"], 0.004, 0.0004);
+}
+
+}  // namespace

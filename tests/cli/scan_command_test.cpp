@@ -1,0 +1,65 @@
+// Faults caught here: load options that are not obeyed, a file that fails and stops the others,
+// usage errors without their status, help that does not answer.
+#include "cli/command_fixture.h"
+
+namespace {
+
+class ScanTest : public CommandTest {};
+
+TEST_F(ScanTest, ListsDatasetsAndGoesOnAfterABadFile) {
+  WriteScan("00001.RA3");
+  WriteScan("00002.RA3", 14000, 9);  // one point too few
+  WriteScan("00004.RA3", 10000);
+  EXPECT_EQ(Run({"scan", Path("00001.RA3"), Path("00002.RA3"), Path("00003.RA3"), Path("00004.RA3"),
+                 "--json", Path("out.json")}),
+            3);
+  EXPECT_NE(out.str().find("1  1_3A20280.dat"), std::string::npos) << out.str();
+  EXPECT_NE(out.str().find("2  4_3A10280.dat"), std::string::npos) << out.str();
+  EXPECT_NE(err.str().find("Fewer than 10 points were found for the dataset 2_3A14280.dat.  This "
+                           "dataset will not be loaded\n"),
+            std::string::npos);
+  EXPECT_NE(err.str().find("00003.RA3: there is no such file\n"), std::string::npos);
+  const nlohmann::json result = Result();
+  EXPECT_EQ(result["datasets"].size(), 2U);
+  EXPECT_EQ(result["datasets"][1]["number"], 2);
+  EXPECT_EQ(Run({"scan", Path("00002.RA3"), Path("00001.RA3")}), 1);
+}
+
+TEST_F(ScanTest, LoadOptionsAreThoseOfAJob) {
+  WriteScan("00001.RA3");
+  struct Row {
+    std::vector<std::string> options;
+    int status;
+    const char* part;  // of either stream
+  };
+  for (const Row& row : std::initializer_list<Row>{
+           {{"--centerpiece", "6 channels", "--channels", "B"}, 0, "1_3B20280.dat"},
+           {{"--centerpiece", "6 channels"}, 0, "1_3B20280.dat"},
+           {{"--kind", "DAT"}, 0, "00001.RA3"},
+           {{"--kind", "FI"}, 0, "00001_320280.dat"},
+           {{"--kind", "XY"}, 2, "kind: "},
+           {{"--centerpiece", "6"}, 2, "centerpiece: "},
+           {{"--channels", "D"}, 2, "channels: \"D\" is no channel of this centerpiece"}}) {
+    std::vector<std::string> arguments = {"scan", Path("00001.RA3")};
+    arguments.insert(arguments.end(), row.options.begin(), row.options.end());
+    EXPECT_EQ(Run(arguments), row.status) << row.part;
+    EXPECT_NE((out.str() + err.str()).find(row.part), std::string::npos) << out.str() << err.str();
+  }
+}
+
+TEST_F(ScanTest, UsageHasItsStatusAndHelpAnswers) {
+  EXPECT_EQ(Run({}), 2);
+  EXPECT_EQ(Run({"scan"}), 2);
+  EXPECT_EQ(Run({"scann", "x"}), 2);
+  EXPECT_EQ(Run({"analyze", "job.toml", "--jsonn", "x"}), 2);
+  EXPECT_EQ(Run({"--version"}), 0);
+  EXPECT_EQ(out.str(), "Quorvane 1.0.0\n");
+  for (const std::vector<std::string>& arguments : std::vector<std::vector<std::string>>{
+           {"--help"}, {"analyze", "--help"}, {"scan", "--help"}}) {
+    EXPECT_EQ(Run(arguments), 0);
+    EXPECT_NE(out.str().find("quorvane-cli"), std::string::npos);
+    EXPECT_EQ(err.str(), "");
+  }
+}
+
+}  // namespace

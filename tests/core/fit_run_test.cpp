@@ -1,0 +1,246 @@
+// Faults caught here: a fit that leaves datasets or page half changed, a refusal that goes on, a
+// stop that keeps results, a lost or misplaced step of the run.
+#include "core/fit_run.h"
+
+#include <cstring>
+
+#include "base/arithmetic.h"
+#include "support/recording_host.h"
+#include "support/session.h"
+
+namespace {
+
+double Ideal(double x, double omega) {
+  return 0.01 + 0.3 * std::exp(8000.0 * omega * x);
+}
+
+QuorvaneModule IdealSession() {
+  QuorvaneModule module;
+  AddScan(module, {.name = "slow.dat", .speed = 14000}, Ideal);
+  AddScan(module, {.name = "fast.dat", .speed = 20000}, Ideal);
+  return module;
+}
+
+// Bytes of all that a failed fit must leave alone.
+std::string Kept(const QuorvaneModule& module) {
+  std::string bytes(sizeof(Dataset) * module.Store.Datasets.size() + sizeof(FitPage), '\0');
+  std::memcpy(bytes.data(), module.Store.Datasets.data(), bytes.size() - sizeof(FitPage));
+  std::memcpy(bytes.data() + bytes.size() - sizeof(FitPage), &module.FitPage, sizeof(FitPage));
+  return bytes;
+}
+
+TEST(RunFit, FinishesAndWritesBack) {
+  QuorvaneModule module = IdealSession();
+  RecordingHost host;
+  ASSERT_TRUE(SetupFit(module.Setup, module.FitPage, module.Store, 0, host));
+  const FitOutcome outcome = RunFit(module, host);
+  ASSERT_EQ(outcome.ending, FitEnding::kFinished);
+  EXPECT_GE(outcome.iterations, 3);
+  EXPECT_GT(outcome.seconds, 0.0);
+  EXPECT_NEAR(module.FitPage.ModelMW, 8000.0, 150.0);
+  EXPECT_NEAR(module.Store.Datasets[1].RefConc, 0.3, 0.01);
+  EXPECT_FALSE(module.Fit.FitKeepGoing);
+  EXPECT_EQ(host.pictures.size(), 2U);
+  EXPECT_EQ(module.NumGraphs(), 2);
+  const Chart kept = ParseChart(module.GraphStreams[1]);
+  EXPECT_EQ(kept.title, "Graph #2 :: (2) fast.dat : Data Plot");
+  EXPECT_EQ(host.statuses,
+            (std::vector<std::string>{"Click anywhere in log window to halt fitting.", " "}));
+}
+
+TEST(RunFit, GraphsFollowTheirTwoSwitches) {
+  for (const auto& [save, log] : {std::pair(false, true), std::pair(true, false)}) {
+    QuorvaneModule module = IdealSession();
+    module.SaveGraphs = save;
+    module.LogGraphs = log;
+    RecordingHost host;
+    SetupFit(module.Setup, module.FitPage, module.Store, 0, host);
+    RunFit(module, host);
+    EXPECT_EQ(module.NumGraphs(), save ? 2 : 0);
+    EXPECT_EQ(host.pictures.size(), log ? 2U : 0U);
+  }
+}
+
+TEST(RunFit, ARefusalChangesNothing) {
+  QuorvaneModule module = IdealSession();
+  RecordingHost host;
+  SetupFit(module.Setup, module.FitPage, module.Store, 0, host);
+  module.Setup.chkOffset.assign(2, CheckState::kUnchecked);
+  module.Setup.chkRefC.assign(2, CheckState::kUnchecked);
+  module.Setup.chkMWB = CheckState::kUnchecked;
+  const std::string before = Kept(module);
+  const FitOutcome outcome = RunFit(module, host);
+  EXPECT_EQ(outcome.ending, FitEnding::kRefused);
+  EXPECT_EQ(outcome.where, "Parameter Choice Error");
+  ASSERT_EQ(host.messages.size(), 1U);
+  EXPECT_EQ(host.messages[0].text, "No Parameters Chosen for Fitting!");
+  EXPECT_TRUE(host.lines.empty());
+  EXPECT_EQ(Kept(module), before);
+}
+
+TEST(RunFit, ModelsWithCellEndsAskAboutDefaultRadiiAndRefuseAWrongOrder) {
+  struct Row {
+    double meniscus, base;  // 0: as loaded
+    std::deque<bool> answers;
+    FitEnding ending;
+    const char* where;
+  };
+  for (const Row& row :
+       {Row{0, 0, {true}, FitEnding::kRefused, "Possible Parameter Value Error"},
+        Row{6.39, 0, {true}, FitEnding::kRefused, "Possible Parameter Value Error"},
+        Row{6.61, 6.39, {}, FitEnding::kRefused, "Parameter Value Error"},
+        Row{6.39, 6.61, {}, FitEnding::kFinished, ""},
+        Row{0, 0, {false}, FitEnding::kFinished, ""}}) {
+    QuorvaneModule module = IdealSession();
+    RecordingHost host;
+    host.answers = row.answers;
+    SetupFit(module.Setup, module.FitPage, module.Store, 4, host);
+    module.Setup.chkLnK1 = CheckState::kUnchecked;
+    module.Setup.chkAlpha = CheckState::kUnchecked;
+    module.FitPage.ModelLnK1 = -20.0;
+    for (Dataset& dataset : module.Store.Datasets) {
+      if (row.meniscus > 0) dataset.Rmen = row.meniscus;
+      if (row.base > 0) dataset.Rbase = row.base;
+    }
+    const FitOutcome outcome = RunFit(module, host);
+    EXPECT_EQ(outcome.ending, row.ending) << row.meniscus;
+    EXPECT_EQ(outcome.where, row.where);
+    EXPECT_TRUE(host.answers.empty());
+  }
+}
+
+TEST(RunFit, AStopKeepsDatasetsAndPage) {
+  QuorvaneModule module = IdealSession();
+  RecordingHost host;
+  SetupFit(module.Setup, module.FitPage, module.Store, 0, host);
+  const std::string before = Kept(module);
+  host.onEvents = [&] {
+    if (host.eventRuns == 6) module.Fit.FitKeepGoing = false;
+  };
+  const FitOutcome outcome = RunFit(module, host);
+  EXPECT_EQ(outcome.ending, FitEnding::kStopped);
+  EXPECT_EQ(Kept(module), before);
+  EXPECT_TRUE(host.pictures.empty());
+  ASSERT_GE(host.lines.size(), 3U);
+  const std::string rule(39, '=');
+  EXPECT_EQ(host.lines[host.lines.size() - 3], "\r\n" + rule);
+  EXPECT_EQ(host.lines[host.lines.size() - 2], "** User  Terminated Fitting Process  **");
+  EXPECT_EQ(host.lines.back(), rule + "\r\n");
+  EXPECT_EQ(host.statuses.back(), " ");
+}
+
+TEST(RunFit, AFailureIsShownLoggedAndKeepsDatasetsAndPage) {
+  struct Row {
+    const char* what;
+    std::function<void(QuorvaneModule&)> spoil;
+    const char* where;
+    const char* description;
+  };
+  const std::vector<Row> rows = {
+      {"a start beyond all exponentials", [](QuorvaneModule& m) { m.FitPage.ModelMW = 1e9; },
+       "FUNCS0", "Overflow"},
+      {"a reference concentration of 0",
+       [](QuorvaneModule& m) { m.Store.Datasets[1].RefConc = 0.0; }, "SetupParameterArray",
+       "Invalid operation"},
+      {"no temperature", [](QuorvaneModule& m) { m.Setup.DegC = -273.15; }, "SetupParameterArray",
+       "Division by zero"},
+      {"a cell geometry that is not there",
+       [](QuorvaneModule& m) { m.Setup.CalcLoadingConcs = true; }, "SetupDataArrays",
+       "Subscript out of range"},
+  };
+  for (const Row& row : rows) {
+    SCOPED_TRACE(row.what);
+    QuorvaneModule module = IdealSession();
+    RecordingHost host;
+    SetupFit(module.Setup, module.FitPage, module.Store, 0, host);
+    row.spoil(module);
+    const std::string before = Kept(module);
+    const FitOutcome outcome = RunFit(module, host);
+    EXPECT_EQ(outcome.ending, FitEnding::kFailed);
+    EXPECT_EQ(outcome.where, row.where);
+    EXPECT_EQ(outcome.error, row.description);
+    EXPECT_EQ(Kept(module), before);
+    ASSERT_EQ(host.messages.size(), 1U);
+    EXPECT_EQ(host.messages[0].text, std::string("Error while Fitting Data!  Error in ") +
+                                         row.where + ".  " + row.description);
+    ASSERT_GE(host.lines.size(), 3U);
+    EXPECT_EQ(host.lines[host.lines.size() - 3],
+              std::string("\r\nFitting Error in ") + row.where + ".  \r\n" + row.description);
+    EXPECT_EQ(host.lines[host.lines.size() - 2], " ");
+    EXPECT_EQ(host.lines.back(), std::string(40, '='));
+  }
+}
+
+TEST(RunFit, FaultsOfTheReportComeAfterTheValuesWereWrittenBack) {
+  struct Row {
+    const char* what;
+    std::function<void(QuorvaneModule&)> spoil;
+    int linesOfReport;  // that come before the fault
+  };
+  const std::vector<Row> rows = {
+      {"one fitted parameter divides by zero in the F quantile",
+       [](QuorvaneModule& m) {
+         m.Setup.chkOffset.assign(2, CheckState::kUnchecked);
+         m.Setup.chkRefC.assign(2, CheckState::kUnchecked);
+       },
+       1},
+      {"vbar times density of 1 has no molecular weight",
+       [](QuorvaneModule& m) { m.FitPage.Vbar = m.FitPage.Density = 1.0; }, 0},
+  };
+  for (const Row& row : rows) {
+    SCOPED_TRACE(row.what);
+    QuorvaneModule module = IdealSession();
+    RecordingHost host;
+    SetupFit(module.Setup, module.FitPage, module.Store, 0, host);
+    row.spoil(module);
+    const FitOutcome outcome = RunFit(module, host);
+    EXPECT_EQ(outcome.ending, FitEnding::kFailed);
+    EXPECT_EQ(outcome.where, "Unknown");
+    EXPECT_EQ(outcome.error, "Division by zero");
+    EXPECT_NE(module.FitPage.ModelMW, 7500.0);
+    EXPECT_EQ(host.CountLinesWith("RMS Deviation"), row.linesOfReport);
+    EXPECT_EQ(host.CountLinesWith("Buoyant MW = "), 1);
+  }
+}
+
+TEST(RunFit, AsManyParametersAsPointsDividesByZero) {
+  QuorvaneModule module;
+  AddScan(module, {.points = 10}, Ideal);
+  Dataset& dataset = module.Store.Datasets[0];
+  for (std::size_t k = 3; k < 10; ++k) dataset.Good[k] = kFalse;
+  RecordingHost host;
+  SetupFit(module.Setup, module.FitPage, module.Store, 0, host);
+  const FitOutcome outcome = RunFit(module, host);
+  EXPECT_EQ(outcome.ending, FitEnding::kFailed);
+  EXPECT_EQ(outcome.where, "Unknown");
+}
+
+TEST(PlotDataFit, FollowsTheTwoOptionsAndLeavesMassPointsOut) {
+  QuorvaneModule module = IdealSession();
+  module.CellGeometries = {{1, "cell", {5.0F, 8.0F}, {1.0F, 1.0F}}};
+  RecordingHost host;
+  SetupFit(module.Setup, module.FitPage, module.Store, 6, host);
+  module.Setup.UseMassConservation = true;
+  module.Setup.chkMWB2 = CheckState::kUnchecked;
+  module.FitPage.ModelLnK1 = 0.0;
+  for (Dataset& dataset : module.Store.Datasets) dataset.ALoad = dataset.BLoad = 0.2;
+  ASSERT_EQ(RunFit(module, host).ending, FitEnding::kFinished);
+  const auto& datasets = module.Store.Datasets;
+  const Chart plain = PlotDataFit(module.Fit, datasets, 1, {false, false});
+  const Chart shifted = PlotDataFit(module.Fit, datasets, 1, {true, true});
+  const ChartSeries& data = plain.panels[0].series[0];
+  ASSERT_EQ(data.x.size(), 60U);
+  EXPECT_EQ(data.x.front(), 6.40);
+  EXPECT_EQ(data.y, std::vector<double>(datasets[1].C.begin(), datasets[1].C.begin() + 60));
+  EXPECT_EQ(plain.title, "(2) fast.dat : Data Plot");
+  EXPECT_EQ(plain.bottomTitle, "Radius (cm)");
+  EXPECT_EQ(shifted.bottomTitle, "(R^2-R0^2)/2 (cm^2)");
+  EXPECT_LT(shifted.panels[0].series[0].x.front(), 0.0);  // the meniscus lies above R0
+  EXPECT_DOUBLE_EQ(data.y[7] - shifted.panels[0].series[0].y[7], datasets[1].Offset);
+  EXPECT_EQ(plain.panels[1].series[0].y, shifted.panels[1].series[0].y);
+  const Chart deviations = PlotDeviations(module.Fit, datasets, 1);
+  EXPECT_EQ(deviations.panels[0].series[0].x.size(), 62U);
+  EXPECT_EQ(deviations.title, "(2) fast.dat : Deviation Plot");
+}
+
+}  // namespace

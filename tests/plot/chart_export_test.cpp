@@ -1,0 +1,286 @@
+// Faults caught here: points in the wrong place or colour, a series or a title that gets lost, data
+// on the frame, ticks that cannot be told apart, charts without a proper range, broken files.
+#include "plot/chart_export.h"
+
+#include <gtest/gtest.h>
+
+#include <QImage>
+#include <QLocale>
+#include <QRegularExpression>
+#include <QSet>
+#include <initializer_list>
+#include <limits>
+#include <stdexcept>
+#include <utility>
+
+#include "svg_reading.h"
+
+namespace {
+
+constexpr double kNaN = std::numeric_limits<double>::quiet_NaN();
+constexpr double kInfinity = std::numeric_limits<double>::infinity();
+constexpr double kPixels = 1.0;  // where the middle of a mark may be off
+
+constexpr ChartColor kOrange = 0x0080FF;  // red 255, green 128, blue 0
+constexpr ChartColor kGreen = 0x00C000;
+
+ChartSeries Marks(ChartColor color, std::vector<double> x, std::vector<double> y,
+                  SeriesStyle style = SeriesStyle::kCross) {
+  return {"", style, color, std::move(x), std::move(y)};
+}
+
+ChartSeries Line(ChartColor color, std::vector<double> x, std::vector<double> y) {
+  return Marks(color, std::move(x), std::move(y), SeriesStyle::kLine);
+}
+
+Chart OnePanel(std::vector<ChartSeries> series) {
+  return {"Title", "Radius (cm)", {{"Concentration", 1.0, std::move(series), {}}}};
+}
+
+Chart TwoPanels() {
+  Chart chart = OnePanel({Marks(kChartRed, {6.4, 6.5, 6.6}, {0.1, 0.4, 1.2}),
+                          Line(kChartBlue, {6.4, 6.5, 6.6}, {0.1, 0.4, 1.2})});
+  chart.panels.push_back(
+      {"Residual",
+       0.4,
+       {Marks(kOrange, {6.4, 6.5, 6.6}, {-0.01, 0.0, 0.02}, SeriesStyle::kDiagonalCross),
+        Line(kChartBlack, {6.4, 6.6}, {0.0, 0.0})},
+       {}});
+  return chart;
+}
+
+QImage Png(const Chart& chart, PictureSize size = {}) {
+  const QImage image =
+      QImage::fromData(QByteArray::fromStdString(RenderChart(chart, PictureFormat::kPng, size)));
+  return image.convertToFormat(QImage::Format_RGB32);
+}
+
+QByteArray Svg(const Chart& chart) {
+  return QByteArray::fromStdString(RenderChart(chart, PictureFormat::kSvg));
+}
+
+struct Blob {
+  int pixels = 0;
+  QRect box;
+};
+
+// All pixels of just this colour.
+Blob Find(const QImage& image, ChartColor color) {
+  const QRgb wanted = qRgb(int(color & 0xFF), int(color >> 8 & 0xFF), int(color >> 16));
+  Blob blob;
+  for (int y = 0; y < image.height(); ++y) {
+    for (int x = 0; x < image.width(); ++x) {
+      if (image.pixel(x, y) != wanted) continue;
+      ++blob.pixels;
+      blob.box |= QRect(x, y, 1, 1);
+    }
+  }
+  return blob;
+}
+
+// All texts that are numbers: tick labels, and exponents in them.
+std::vector<double> Numbers(const SvgFile& file) {
+  std::vector<double> numbers;
+  for (const SvgElement& element : file.elements) {
+    bool number = false;
+    const double value = element.content.toDouble(&number);
+    if (number && element.name == QLatin1String("text")) numbers.push_back(value);
+  }
+  return numbers;
+}
+
+}  // namespace
+
+TEST(PictureFormatFromText, KnowsThreeFormats) {
+  EXPECT_EQ(PictureFormatFromText("png"), PictureFormat::kPng);
+  EXPECT_EQ(PictureFormatFromText("SVG"), PictureFormat::kSvg);
+  EXPECT_EQ(PictureFormatFromText("Pdf"), PictureFormat::kPdf);
+  for (const char* other : {"", ".png", "jpg", "png "}) {
+    EXPECT_EQ(PictureFormatFromText(other), std::nullopt) << other;
+  }
+}
+
+TEST(RenderChart, RefusesSizesItCannotFill) {
+  for (const PictureSize size : {PictureSize{0, 600}, {600, 199}, {-5, -5}, {10001, 600}}) {
+    EXPECT_THROW(RenderChart(Chart{}, PictureFormat::kPng, size), std::runtime_error);
+  }
+}
+
+TEST(RenderChart, PngHasTheAskedSizeAndEverySeries) {
+  for (const PictureSize size : {PictureSize{801, 603}, {2500, 2161}, {200, 200}}) {
+    EXPECT_EQ(Png(TwoPanels(), size).size(), QSize(size.width, size.height));
+  }
+  const QImage image = Png(TwoPanels());
+  EXPECT_EQ(image.size(), QSize(1200, 1080));
+  EXPECT_EQ(image.pixel(1199, 1079), qRgb(255, 255, 255));
+  for (const ChartColor color : {kChartBlack, kChartRed, kChartBlue, kOrange}) {
+    EXPECT_GT(Find(image, color).pixels, 3) << "colour " << color;
+  }
+}
+
+TEST(RenderChart, PointsLieWhereTheirCoordinatesSayAndClearOfTheFrame) {
+  for (const SeriesStyle style :
+       {SeriesStyle::kCross, SeriesStyle::kDiagonalCross, SeriesStyle::kDot}) {
+    const QImage image =
+        Png(OnePanel({Marks(kChartRed, {6.4}, {0.2}, style), Marks(kGreen, {6.6}, {1.0}, style),
+                      Marks(kOrange, {6.45}, {0.8}, style)}));
+    const QRectF low = Find(image, kChartRed).box;
+    const QRectF high = Find(image, kGreen).box;
+    const QRectF between = Find(image, kOrange).box;
+    const QPointF way = high.center() - low.center();
+    EXPECT_GT(way.x(), 900);  // most of the picture is used
+    EXPECT_LT(way.y(), -700);
+    EXPECT_NEAR(between.center().x(), low.center().x() + 0.25 * way.x(), kPixels);
+    EXPECT_NEAR(between.center().y(), low.center().y() + 0.75 * way.y(), kPixels);
+    EXPECT_NEAR(low.width(), between.width(), 2 * kPixels);  // not cut by the frame
+    EXPECT_NEAR(high.height(), between.height(), 2 * kPixels);
+  }
+}
+
+TEST(RenderChart, PanelsShareTheBottomAxisAlthoughTheirDataDiffer) {
+  Chart chart = OnePanel({Marks(kChartRed, {6.4, 6.6}, {0.1, 0.2})});
+  chart.panels.push_back({"Residual", 0.4, {Marks(kOrange, {6.5}, {-0.00001})}, {}});
+  const QImage image = Png(chart);
+  EXPECT_GT(Find(image, kChartRed).box.width(), 900);
+  EXPECT_NEAR(Find(image, kOrange).box.center().x(), Find(image, kChartRed).box.center().x(),
+              kPixels);
+  EXPECT_GT(Find(image, kOrange).box.top(), Find(image, kChartRed).box.bottom());
+}
+
+// A fit stands above its data, but the zero line of residuals behind them, whatever their order.
+TEST(RenderChart, StacksLinesAndMarks) {
+  for (const bool lineFirst : {false, true}) {
+    const auto topmost = [&](double level) {
+      std::vector<ChartSeries> series = {
+          Marks(kChartRed, {1, 2, 3}, {level - 1, level, level + 1}, SeriesStyle::kDot),
+          Line(kGreen, {1, 3}, {level, level})};
+      if (lineFirst) std::swap(series[0], series[1]);
+      const QImage image = Png(OnePanel(series));
+      EXPECT_GT(Find(image, kGreen).pixels, 900);
+      return image.pixel(Find(image, kChartRed).box.center());
+    };
+    EXPECT_EQ(topmost(5.0), qRgb(0, 0xC0, 0)) << lineFirst;
+    EXPECT_EQ(topmost(0.0), qRgb(255, 0, 0)) << lineFirst;
+  }
+}
+
+TEST(RenderChart, LinesKeepTheOrderOfTheirPointsAndBreakWhereOneIsNotFinite) {
+  // Round a square with a gap in its upper side; sorted by x it would be a zigzag.
+  const QImage image =
+      Png(OnePanel({Line(kChartRed, {0, 4, 4, 3, 2, 1, 0, 0}, {0, 0, 1, 1, kNaN, 1, 1, 0})}));
+  const QRect box = Find(image, kChartRed).box;
+  const QRgb red = qRgb(255, 0, 0);
+  for (int x = box.left() + 20; x < box.right() - 20; ++x) {
+    ASSERT_NE(image.pixel(x, box.center().y()), red) << x;
+  }
+  EXPECT_EQ(image.pixel(box.left() + box.width() / 8, box.top()), red);
+  EXPECT_NE(image.pixel(box.center().x(), box.top()), red);
+  EXPECT_EQ(image.pixel(box.center().x(), box.bottom()), red);
+}
+
+TEST(RenderChart, SkipsWhatIsNotFinite) {
+  const Chart clean = OnePanel({Marks(kChartRed, {1, 2, 3}, {1, 2, 3})});
+  for (const double bad : {kNaN, kInfinity, -kInfinity, 1e300}) {
+    const Chart inY = OnePanel({Marks(kChartRed, {1, 900, 2, 3}, {1, bad, 2, 3})});
+    const Chart inX = OnePanel({Marks(kChartRed, {bad, 1, 2, 3}, {-900, 1, 2, 3})});
+    EXPECT_EQ(Svg(inY), Svg(clean)) << bad;
+    EXPECT_EQ(Svg(inX), Svg(clean)) << bad;
+  }
+  Chart longer = clean;
+  longer.panels[0].series[0].x.push_back(99);  // without its y
+  EXPECT_EQ(Svg(longer), Svg(clean));
+}
+
+TEST(RenderChart, OddRangesGiveDrawnPointsAndNumberedTicks) {
+  const struct {
+    const char* what;
+    std::vector<double> x, y;
+  } cases[] = {
+      {"one point", {6.5}, {0.7}},
+      {"one point at 0", {0}, {0}},
+      {"constant", {1, 2, 3}, {0.5, 0.5, 0.5}},
+      {"constant and negative", {1, 2, 3}, {-4, -4, -4}},
+      {"constant but for rounding", {1, 2}, {0.1 + 0.2, 0.3}},
+      {"constant and huge", {1, 2}, {1e150, 1e150}},
+      {"tiny", {1e-9, 2e-9}, {3e-12, 4e-12}},
+      {"tinier than a range can be", {1, 2}, {1e-300, 2e-300}},
+      {"huge", {1e9, 2e9}, {-3e12, 4e12}},
+      {"from end to end", {1, 2}, {-9e199, 9e199}},
+  };
+  for (const auto& c : cases) {
+    const Chart chart = OnePanel({Marks(kChartRed, c.x, c.y)});
+    EXPECT_GT(Find(Png(chart), kChartRed).pixels, 10) << c.what;
+    const SvgFile file = ReadSvg(Svg(chart));
+    EXPECT_GE(Numbers(file).size(), 4u) << c.what;
+    EXPECT_EQ(file.FindText("No data"), nullptr) << c.what;
+  }
+}
+
+TEST(RenderChart, NeighbouringTicksDiffer) {
+  for (const auto& [low, high] : std::initializer_list<std::pair<double, double>>{
+           {1e9, 1e9 + 1}, {123.456, 123.457}, {6.4, 6.6}, {0.00012, 0.00013}}) {
+    QSet<double> seen;
+    for (const double value : Numbers(ReadSvg(Svg(OnePanel({Marks(0, {low, high}, {-2, -1})}))))) {
+      if (value < low || value > high) continue;
+      EXPECT_FALSE(seen.contains(value)) << value;
+      seen.insert(value);
+    }
+    EXPECT_GE(seen.size(), 3) << low;
+  }
+}
+
+TEST(RenderChart, SaysWhereThereIsNoData) {
+  EXPECT_NE(ReadSvg(Svg(Chart{})).FindText("No data"), nullptr);
+  EXPECT_NE(ReadSvg(Svg(OnePanel({Marks(kChartRed, {kNaN}, {1})}))).FindText("No data"), nullptr);
+  Chart half = TwoPanels();
+  half.panels[1].series.clear();
+  const SvgFile file = ReadSvg(Svg(half));
+  EXPECT_NE(file.FindText("No data"), nullptr);
+  EXPECT_NE(file.FindText("6.50"), nullptr);  // the other panel's radii
+}
+
+TEST(RenderChart, SvgKeepsTextsAndClipsDataToTheAxes) {
+  Chart chart = TwoPanels();
+  chart.title = "(1) a&b <c> \u00b1 5 \u00b5g : \"Plot\"";
+  chart.panels[0].marks = {{6.45, kGreen, "men & iscus"}, {kNaN, kGreen, "nowhere"}};
+  const SvgFile file = ReadSvg(Svg(chart));
+  ASSERT_EQ(file.error, QString());
+  for (const std::string& text : {chart.title, chart.bottomTitle, std::string("men & iscus")}) {
+    EXPECT_NE(file.FindText(QString::fromStdString(text)), nullptr) << text;
+  }
+  EXPECT_EQ(file.FindText("nowhere"), nullptr);
+  const SvgElement* left = file.FindText("Residual");
+  ASSERT_NE(left, nullptr);
+  EXPECT_TRUE(left->transform.startsWith("matrix(0.000 -2.000 2.000 0.000"));
+  int clipped = 0;
+  for (const SvgElement& element : file.elements) {
+    if (element.stroke != "#ff0000" && element.stroke != "#0000ff") continue;
+    ++clipped;
+    const QRectF axes = file.clips.value(element.clip);
+    EXPECT_GT(axes.left(), 50);
+    EXPECT_LT(axes.right(), 1190);
+    EXPECT_LT(axes.bottom(), 800);  // the residuals' panel is below
+  }
+  EXPECT_GE(clipped, 4);  // three crosses and the line
+}
+
+TEST(RenderChart, SvgDependsOnTheChartOnly) {
+  const QByteArray first = Svg(TwoPanels());
+  QLocale::setDefault(QLocale(QLocale::German));
+  const QByteArray second = Svg(TwoPanels());
+  QLocale::setDefault(QLocale::c());
+  EXPECT_EQ(first, second);
+}
+
+TEST(RenderChart, PdfIsOnePageOfTheAskedSize) {
+  const QByteArray bytes = QByteArray::fromStdString(
+      RenderChart(TwoPanels(), PictureFormat::kPdf, PictureSize{700, 500}));
+  EXPECT_TRUE(bytes.startsWith("%PDF-"));
+  EXPECT_TRUE(bytes.trimmed().endsWith("%%EOF"));
+  const QString text = QString::fromLatin1(bytes);
+  EXPECT_EQ(text.count(QRegularExpression("/Type\\s*/Page\\b")), 1);
+  const auto box = QRegularExpression("/MediaBox\\s*\\[0 0 ([0-9.]+) ([0-9.]+)\\s*\\]").match(text);
+  EXPECT_NEAR(box.captured(1).toDouble(), 700, 0.5);
+  EXPECT_NEAR(box.captured(2).toDouble(), 500, 0.5);
+  EXPECT_FALSE(text.contains("/Subtype /Image"));  // lines, not pixels
+}

@@ -1,0 +1,10 @@
+// Runs the tests under the same application object as a command line program has.
+#include <gtest/gtest.h>
+
+#include "plot/offscreen.h"
+
+int main(int argc, char** argv) {
+  testing::InitGoogleTest(&argc, argv);
+  const OffscreenDrawing drawing;
+  return RUN_ALL_TESTS();
+}

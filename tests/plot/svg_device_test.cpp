@@ -1,0 +1,72 @@
+// Faults caught here: clipping lost or moved by a transformation, text that breaks the XML or is
+// turned the wrong way, numbers that follow the user's locale.
+#include "plot/svg_device.h"
+
+#include <gtest/gtest.h>
+
+#include <QLocale>
+#include <QPainter>
+#include <functional>
+
+#include "svg_reading.h"
+
+namespace {
+
+QByteArray Painted(const std::function<void(QPainter&)>& paint) {
+  SvgDevice device(QSize(300, 200), QStringLiteral("a < b"));
+  QPainter painter(&device);
+  paint(painter);
+  painter.end();
+  return device.Document();
+}
+
+}  // namespace
+
+TEST(SvgDevice, ClipsWhatIsPaintedUnderAClipOnly) {
+  const SvgFile file = ReadSvg(Painted([](QPainter& painter) {
+    painter.save();
+    painter.setClipRect(10, 20, 30, 40);
+    painter.drawLine(0, 0, 300, 200);
+    painter.restore();
+    painter.drawLine(0, 0, 5, 5);
+    painter.scale(2, 2);
+    painter.setClipRect(50, 50, 10, 10);  // 100, 100, 20, 20 of the picture
+    painter.drawLine(0, 0, 300, 200);
+  }));
+  ASSERT_EQ(file.error, QString());
+  ASSERT_EQ(file.elements.size(), 3u);
+  EXPECT_EQ(file.clips[file.elements[0].clip], QRectF(10, 20, 30, 40));
+  EXPECT_EQ(file.elements[1].clip, QString());
+  EXPECT_EQ(file.clips[file.elements[2].clip], QRectF(100, 100, 20, 20));
+}
+
+TEST(SvgDevice, WritesTextAsTextWhateverItHolds) {
+  for (const char* text : {"plain", "& < > \" '", "\u00b1 \u00b5 \u03c3\u00b2", "  two  blanks "}) {
+    const QString expected = QString::fromUtf8(text);
+    const SvgFile file =
+        ReadSvg(Painted([&](QPainter& painter) { painter.drawText(10, 20, expected); }));
+    EXPECT_EQ(file.error, QString()) << text;
+    EXPECT_NE(file.FindText(expected), nullptr) << text;
+  }
+  const QString withControls = QStringLiteral("bell\a and escape\x1b");
+  EXPECT_EQ(ReadSvg(Painted([&](QPainter& p) { p.drawText(10, 20, withControls); })).error, "");
+}
+
+TEST(SvgDevice, KeepsTransformationsOfText) {
+  const SvgFile file = ReadSvg(Painted([](QPainter& painter) {
+    painter.translate(40, 100);
+    painter.rotate(-90);
+    painter.drawText(0, 0, QStringLiteral("upwards"));
+  }));
+  const SvgElement* text = file.FindText(QStringLiteral("upwards"));
+  ASSERT_NE(text, nullptr);
+  EXPECT_EQ(text->transform, "matrix(0.000 -1.000 1.000 0.000 40.000 100.000)");
+}
+
+TEST(SvgDevice, WritesPointsUnderALocaleWithCommas) {
+  QLocale::setDefault(QLocale(QLocale::German));
+  const SvgFile file = ReadSvg(Painted([](QPainter& p) { p.drawLine(QLineF(0.5, 1, 2.25, 3)); }));
+  QLocale::setDefault(QLocale::c());
+  ASSERT_EQ(file.elements.size(), 1u);
+  EXPECT_EQ(file.elements[0].content, "M0.500 1.000L2.250 3.000");
+}
