@@ -44,7 +44,6 @@ FitOutcome Fit(const Job& job, QuorvaneModule& module, TerminalHost& host) {
   if (job.fit->timeLimit) host.SetTimeLimit(*job.fit->timeLimit);
   FitOutcome outcome;
   for (int press = 0; press < job.fit->repeat; ++press) {
-    module.GraphStreams.clear();
     outcome = RunFit(module, host);
     if (outcome.ending != FitEnding::kFinished) break;
   }
@@ -95,6 +94,14 @@ ExitStatus WriteOutputs(const Job& job, const QuorvaneModule& module, const FitO
   return status;
 }
 
+// The temperature of a session without a fit: the job's, or that of the first dataset.
+void TakeTemperature(const Job& job, QuorvaneModule& module) {
+  if (!module.Store.Datasets.empty()) {
+    module.Setup.DegC = static_cast<double>(module.Store.Datasets.front().Temperature);
+  }
+  if (job.temperature) module.Setup.DegC = *job.temperature;
+}
+
 }  // namespace
 
 ExitStatus RunAnalyze(const AnalyzeArguments& arguments, const CommandStreams& streams) {
@@ -107,7 +114,7 @@ ExitStatus RunAnalyze(const AnalyzeArguments& arguments, const CommandStreams& s
   const ExitStatus loaded = ApplyLoads(job, module, host);
   if (loaded != ExitStatus::kDone) return loaded;
   ApplyDatasets(job, module, host);
-  if (job.temperature) module.Setup.DegC = *job.temperature;
+  TakeTemperature(job, module);
   FitOutcome outcome;
   if (job.fit) outcome = Fit(job, module, host);
   const ExitStatus written = WriteOutputs(job, module, outcome, host);

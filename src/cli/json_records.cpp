@@ -114,15 +114,11 @@ Json DocumentHead() {
 }
 
 Json ConstantsJson(const QuorvaneModule& module) {
-  double temperature = module.Setup.DegC;
-  if (module.Setup.NumFitSets == 0 && !module.Store.Datasets.empty()) {
-    temperature = static_cast<double>(module.Store.Datasets.front().Temperature);
-  }
   return {{"vbar", module.FitPage.Vbar},
           {"vbar_b", module.FitPage.VbarB},
           {"density", module.FitPage.Density},
           {"mc_tolerance", module.MCTolerance},
-          {"temperature", temperature}};
+          {"temperature", module.Setup.DegC}};
 }
 
 Json DatasetsJson(const DatasetStore& store) {

@@ -2,6 +2,7 @@
 
 #include <cstdlib>
 
+#include "base/arithmetic.h"
 #include "base/files.h"
 
 namespace fs = std::filesystem;
@@ -37,7 +38,12 @@ fs::path FindChannelFile(const fs::path& programFolder) {
 }
 
 void LoadChannelFile(QuorvaneModule& module, const fs::path& path) {
-  std::vector<CellGeometry> geometries = LoadCellGeometries(path);
+  std::vector<CellGeometry> geometries;
+  try {
+    geometries = LoadCellGeometries(path);
+  } catch (const SubscriptFault&) {
+    throw FileFault(PathText(path) + ": more than 11 geometries, or one of more than 501 pairs");
+  }
   module.ChannelFile = path;
   module.HaveChannelFile = FileExists(path);
   module.CellGeometries = std::move(geometries);

@@ -11,5 +11,5 @@
 std::filesystem::path FindChannelFile(const std::filesystem::path& programFolder);
 
 // Reads the cell geometries of `path` into the module, which stays as it is if that fails.
-// No file is no failure. Throws FileFault or SubscriptFault.
+// No file is no failure. Throws FileFault.
 void LoadChannelFile(QuorvaneModule& module, const std::filesystem::path& path);

@@ -139,6 +139,7 @@ FitOutcome FitAndReport(QuorvaneModule& module, Host& host) {
   const Stopwatch watch;
   fit.CurrentProc = "cmdFit_Me";
   host.RunPendingEvents();
+  host.RunPendingEvents();
   const Stopwatch assembly;
   SetupDataArrays(fit, module.Setup, module.Store.Datasets, module.CellGeometries,
                   module.MCTolerance, host);
@@ -155,6 +156,7 @@ FitOutcome FitAndReport(QuorvaneModule& module, Host& host) {
   host.SetStatus("Click anywhere in log window to halt fitting.");
   fit.FitKeepGoing = true;
   LogFitHead(module, host);
+  host.RunPendingEvents();
   host.RunPendingEvents();
   FitOutcome outcome;
   const Stopwatch minimisation;

@@ -88,33 +88,49 @@ void AppendMassPoints(FitState& fit, int start, double mcTolerance) {
   }
 }
 
+// What the points of one dataset are made from.
+struct PointSource {
+  const Dataset& dataset;
+  double referenceSquared;  // of the radius that FitX is measured from, cm^2
+  bool needsWidth;
+  int geometry;
+  const std::vector<CellGeometry>& geometries;
+};
+
+// Appends point p of the dataset as the next flat point of dataset d.
+void AppendPoint(FitState& fit, const PointSource& source, std::size_t p, int d,
+                 OutsideCounts& outside) {
+  const int n = ++fit.FitNumPoints;
+  fit.FitR(n) = source.dataset.R[p];
+  fit.FitF(n) = 1.0;
+  if (source.needsWidth) {
+    std::int32_t below = 0;
+    std::int32_t above = 0;
+    fit.FitF(n) = getFofR(fit.FitR(n), source.geometry, source.geometries, below, above);
+    outside.below += below;
+    outside.above += above;
+  }
+  fit.FitY(n) = source.dataset.C[p];
+  fit.FitX(n) = (fit.FitR(n) * fit.FitR(n) - source.referenceSquared) / 2.0;
+  fit.FitSet(n) = static_cast<std::int16_t>(d);
+  fit.PointKind(n) = 0;
+}
+
 // Appends the good points of the dataset at `position` as number d of the flat arrays.
 void AppendDataset(FitState& fit, const FitSetup& setup, int position, int d,
                    const std::vector<Dataset>& datasets,
                    const std::vector<CellGeometry>& geometries, double mcTolerance, Host& host) {
   const auto place = static_cast<std::size_t>(position);
-  const Dataset& dataset = DatasetAt(setup, position, datasets);
   const double reference = DatasetAt(setup, setup.RefLink[place], datasets).RefRadius;
-  const double rr2 = reference * reference;
+  const PointSource source{DatasetAt(setup, position, datasets), reference * reference,
+                           NeedsWidth(setup), setup.SetCellChannel[place], geometries};
   const int start = fit.FitNumPoints;
   OutsideCounts outside;
-  for (std::size_t p = 0; p < static_cast<std::size_t>(dataset.NumPoints); ++p) {
-    if (dataset.Good[p] == kFalse) continue;
-    const int n = ++fit.FitNumPoints;
-    fit.FitR(n) = dataset.R[p];
-    fit.FitF(n) = 1.0;
-    if (NeedsWidth(setup)) {
-      std::int32_t below = 0;
-      std::int32_t above = 0;
-      fit.FitF(n) = getFofR(dataset.R[p], setup.SetCellChannel[place], geometries, below, above);
-      outside.below += below;
-      outside.above += above;
+  CheckArithmetic([&] {
+    for (std::size_t p = 0; p < static_cast<std::size_t>(source.dataset.NumPoints); ++p) {
+      if (source.dataset.Good[p] != kFalse) AppendPoint(fit, source, p, d, outside);
     }
-    fit.FitY(n) = dataset.C[p];
-    fit.FitX(n) = (fit.FitR(n) * fit.FitR(n) - rr2) / 2.0;
-    fit.FitSet(n) = static_cast<std::int16_t>(d);
-    fit.PointKind(n) = 0;
-  }
+  });
   LogOutside(outside, d, host);
   if (setup.TwoComponentModel && setup.UseMassConservation) {
     AppendMassPoints(fit, start, mcTolerance);

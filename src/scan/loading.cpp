@@ -1,5 +1,7 @@
 #include "scan/loading.h"
 
+#include <algorithm>
+
 #include "base/arithmetic.h"
 #include "base/files.h"
 #include "base/host.h"
@@ -85,6 +87,14 @@ LoadResult LoadNamedFile(DatasetStore& store, const LoadSettings& settings, cons
     if (settings.kind == FileKind::kIpRa) header = Trim(ReadCommentLines(path).header);
     LoadChannels(store, settings, path, header, ElWavelength::kMultipleLoad, host, result);
   });
+}
+
+void LoadNamedFiles(DatasetStore& store, const LoadSettings& settings, std::vector<fs::path> paths,
+                    Host& host) {
+  std::stable_sort(paths.begin(), paths.end(), [](const fs::path& a, const fs::path& b) {
+    return FileNameOf(a) < FileNameOf(b);
+  });
+  for (const fs::path& path : paths) LoadNamedFile(store, settings, path, host);
 }
 
 LoadResult LoadBlankFile(DatasetStore& store, FileKind kind, const fs::path& path, Host& host) {

@@ -3,6 +3,7 @@
 
 #include <array>
 #include <filesystem>
+#include <vector>
 
 #include "scan/channel_windows.h"
 #include "scan/scan_file.h"
@@ -29,6 +30,11 @@ LoadResult LoadSelectedFile(DatasetStore& store, const LoadSettings& settings,
 // file's own second line, those of "FI" and "EL" from HeaderLine.
 LoadResult LoadNamedFile(DatasetStore& store, const LoadSettings& settings,
                          const std::filesystem::path& path, Host& host);
+
+// "Load Multiple": the files in rising order of their names (plain comparison of characters), each
+// as LoadNamedFile does; one that fails is passed over.
+void LoadNamedFiles(DatasetStore& store, const LoadSettings& settings,
+                    std::vector<std::filesystem::path> paths, Host& host);
 
 // "Load Blank": one dataset from the file over the whole window, whatever channels are set.
 LoadResult LoadBlankFile(DatasetStore& store, FileKind kind, const std::filesystem::path& path,
