@@ -29,7 +29,7 @@ fs::path ConfigurationFolder() {
 
 fs::path FindChannelFile(const fs::path& programFolder) {
   const char* const kName = "channels.txt";
-  const fs::path beside = programFolder / kName;
+  fs::path beside = programFolder / kName;
   const fs::path installed = programFolder / ".." / "share" / "quorvane" / kName;
   for (const fs::path& path : {beside, ConfigurationFolder() / kName, installed}) {
     if (FileExists(path)) return path;

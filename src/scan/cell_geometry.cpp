@@ -1,6 +1,6 @@
 #include "scan/cell_geometry.h"
 
-#include <charconv>
+#include <algorithm>
 #include <cmath>
 #include <cstddef>
 #include <fstream>
@@ -108,6 +108,8 @@ CellGeometry ReadGeometry(FieldReader& fields) {
   const int pairs = fields.Int16("number of pairs");
   if (pairs > kMaxGeometryPairs) throw SubscriptFault();
   geometry.name = Cp1252ToUtf8(fields.Text("name"));
+  geometry.r.reserve(static_cast<std::size_t>(std::max(pairs, 0)));
+  geometry.f.reserve(static_cast<std::size_t>(std::max(pairs, 0)));
   for (int k = 0; k < pairs; ++k) {
     geometry.r.push_back(fields.Single("radius"));
     geometry.f.push_back(fields.Single("factor"));

@@ -135,6 +135,29 @@ inline FitState MakeProblem(const ProblemSize& size, const std::vector<double>& 
   return fit;
 }
 
+// A curve y(x) through one dataset, for a test-only model that reads x from FitX.
+inline FitState MakeCurveProblem(const Model& model, const std::vector<double>& x,
+                                 const std::vector<double>& y, const std::vector<double>& start) {
+  FitState fit;
+  fit.FitModel = &model;
+  fit.NumFitSets = 1;
+  fit.FitSetList = fit.RefLink = {0};
+  for (const double value : x) fit.FitX.Append(value);
+  for (const double value : y) fit.FitY.Append(value);
+  for (const double value : start) fit.FitA.Append(value);
+  fit.FitNumPoints = fit.FitX.size();
+  fit.FitR = fit.FitF = fit.FitX;
+  fit.FitSet = Array1<std::int16_t>(fit.FitNumPoints, 1);
+  fit.PointKind = Array1<std::int16_t>(fit.FitNumPoints, 0);
+  fit.SetPointCount = Array1<std::int16_t>(1, static_cast<std::int16_t>(fit.FitNumPoints));
+  fit.SetFirstPoint = Array1<std::int32_t>(1, 1);
+  fit.SetALoad = fit.SetBLoad = Array1<double>(1, 1.0);
+  fit.FitMA = static_cast<std::int16_t>(fit.FitA.size());
+  fit.FitIA = Array1<std::int16_t>(fit.FitMA, 1);
+  fit.FitKeepGoing = true;
+  return fit;
+}
+
 // FitY of the data points from the model at FitA plus noise(i); then the targets of the mass
 // conservation points, with a tolerance of 0.25. A model that reads FitY is brought to agree with
 // itself by iteration.
