@@ -50,16 +50,15 @@ fs::path TemporaryBeside(const fs::path& path) {
 #else
   const int process = getpid();
 #endif
-  fs::path temporary = path;
-  temporary += ".~" + std::to_string(process);
-  return temporary;
+  return path.parent_path() / (".quorvane-" + std::to_string(process) + "~");
 }
 
 // What the path finally leads to, so that a symbolic link is kept and its target replaced.
 fs::path FinalTarget(const fs::path& path) {
   std::error_code error;
   if (!fs::is_symlink(fs::symlink_status(path, error))) return path;
-  fs::path target = fs::weakly_canonical(path, error);
+  if (!fs::exists(path, error)) return path.parent_path() / fs::read_symlink(path, error);
+  fs::path target = fs::canonical(path, error);
   return error ? path : target;
 }
 

@@ -64,6 +64,9 @@ char32_t NextUtf8(std::string_view& text) {
     }
     c = c << 6 | (byte(k) & 0x3F);
   }
+  constexpr std::array<char32_t, 5> kLeast = {0, 0, 0x80, 0x800, 0x10000};  // by length
+  const bool surrogate = c >= 0xD800 && c <= 0xDFFF;
+  if (c < kLeast[length] || surrogate || c > 0x10FFFF) c = kReplacement;
   text.remove_prefix(length);
   return c;
 }

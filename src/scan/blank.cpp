@@ -45,6 +45,10 @@ void SubtractBlank(Dataset& sample, const Dataset& blank, std::int16_t& above,
         if (j == m - 1) return;
         ++j;
       }
+      if (b[j] == b[j - 1]) {  // a radius that stands twice: nothing to interpolate
+        sample.C[k] -= blank.C[j];
+        continue;
+      }
       sample.C[k] = sample.C[k] - blank.C[j - 1] -
                     (blank.C[j] - blank.C[j - 1]) * (r[k] - b[j - 1]) / (b[j] - b[j - 1]);
     }

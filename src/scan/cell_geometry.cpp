@@ -21,7 +21,7 @@ class FieldReader {
     SkipBlanks();
     fieldLine_ = line_;
     if (in_.peek() == kEnd) Fail(field, "the file ends here");
-    std::string text = in_.peek() == '"' ? Quoted(field) : Plain();
+    std::string text = in_.peek() == '"' ? Quoted(field) : Plain(field);
     SkipSeparator();
     return text;
   }
@@ -70,11 +70,11 @@ class FieldReader {
     if (in_.peek() == ',') Get();
   }
 
-  std::string Plain() {
+  std::string Plain(std::string_view field) {
     std::string text;
     while (in_.peek() != kEnd && in_.peek() != ',' && !IsBlank(in_.peek())) {
       text += static_cast<char>(Get());
-      if (text.size() > kLongest) Fail("field", "it is longer than 256 characters");
+      if (text.size() > kLongest) Fail(field, "it is longer than 256 characters");
     }
     return text;
   }

@@ -32,7 +32,7 @@ void RemoveAllDatasets(DatasetStore& store, Host& host) {
 }
 
 bool RenameDataset(Dataset& dataset, const std::string& text, Host& host) {
-  const std::string_view name = Trim(text);
+  const std::string name = Utf8ToCp1252(Trim(text));
   if (name.empty()) {
     host.ShowMessage("Filename Error", "Zero-length Filename Entered!", MessageIcon::kNone);
     return false;
@@ -44,6 +44,6 @@ bool RenameDataset(Dataset& dataset, const std::string& text, Host& host) {
                      MessageIcon::kNone);
     return false;
   }
-  dataset.FileName.SetBytes(Utf8ToCp1252(name));
+  dataset.FileName.SetBytes(name);
   return true;
 }

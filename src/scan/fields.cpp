@@ -76,6 +76,16 @@ std::string NumberPrefix(std::string_view text) {
   return number;
 }
 
+// A read that fails counts as the end of the file and leaves badbit.
+int NextCharacter(std::istream& in) {
+  try {
+    return in.rdbuf()->sbumpc();
+  } catch (const std::exception&) {
+    in.setstate(std::ios::badbit);
+    return std::istream::traits_type::eof();
+  }
+}
+
 }  // namespace
 
 LineBuffer::LineBuffer(std::string_view line) {
@@ -114,19 +124,18 @@ std::int32_t FieldInt32(std::string_view field) {
 }
 
 bool ReadLine(std::istream& in, std::string& line, std::size_t limit) {
-  line.clear();
-  std::streambuf& buffer = *in.rdbuf();
   constexpr int kEnd = std::istream::traits_type::eof();
-  int c = buffer.sbumpc();
+  line.clear();
+  int c = NextCharacter(in);
   if (c == kEnd) {
     in.setstate(std::ios::eofbit | std::ios::failbit);
     return false;
   }
   bool carriageReturn = false;  // held back: it belongs to the line unless LF follows
-  for (; c != kEnd && c != '\n'; c = buffer.sbumpc()) {
+  for (; c != kEnd && c != '\n'; c = NextCharacter(in)) {
     if (carriageReturn && line.size() < limit) line += '\r';
     carriageReturn = c == '\r';
     if (!carriageReturn && line.size() < limit) line += static_cast<char>(c);
   }
-  return true;
+  return !in.bad();
 }

@@ -37,5 +37,5 @@ std::int16_t FieldInt16(std::string_view field);
 std::int32_t FieldInt32(std::string_view field);
 
 // Reads the next line, ended by LF, CR LF or the end of the file, and keeps its first `limit`
-// characters without the line end. False at the end of the file.
+// characters without the line end. False at the end of the file, and with badbit if a read fails.
 bool ReadLine(std::istream& in, std::string& line, std::size_t limit = LineBuffer::kSize);

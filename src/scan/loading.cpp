@@ -26,7 +26,7 @@ void Note(LoadResult& result, LoadOutcome outcome) {
   if (outcome == LoadOutcome::kLoaded) {
     ++result.datasets;
   } else {
-    result.outcome = outcome;
+    result.outcome = std::max(result.outcome, outcome);
   }
 }
 

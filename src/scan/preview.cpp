@@ -26,7 +26,10 @@ bool IsHeader(const std::string& line) {
 
 // Throws FileFault, ArithmeticFault or SubscriptFault.
 ChartSeries ReadRows(const std::filesystem::path& path) {
-  if (!FileExists(path)) throw FileFault(PathText(path) + ": there is no such file");
+  std::error_code error;
+  if (!std::filesystem::is_regular_file(path, error)) {
+    throw FileFault(PathText(path) + ": is no regular file");  // a device may never end
+  }
   std::ifstream in(path, std::ios::binary);
   std::string line;
   ReadLine(in, line);
@@ -40,6 +43,7 @@ ChartSeries ReadRows(const std::filesystem::path& path) {
     series.x.push_back(static_cast<double>(SingleAt(row, 1, 11)));
     series.y.push_back(static_cast<double>(SingleAt(row, 12, 26)));
   }
+  if (in.bad()) throw FileFault(PathText(path) + ": a read failed");
   return series;
 }
 

@@ -16,6 +16,10 @@ namespace {
 std::ifstream OpenScan(const std::filesystem::path& path) {
   if (DirExists(path)) throw FileFault(PathText(path) + ": is a folder");
   if (!FileExists(path)) throw FileFault(PathText(path) + ": there is no such file");
+  std::error_code error;
+  if (!std::filesystem::is_regular_file(path, error)) {
+    throw FileFault(PathText(path) + ": is no regular file");  // a device may never end
+  }
   std::ifstream in(path, std::ios::binary);
   if (!in) throw FileFault(PathText(path) + ": cannot be read");
   return in;
@@ -24,6 +28,7 @@ std::ifstream OpenScan(const std::filesystem::path& path) {
 std::string RequiredLine(std::istream& in, const std::filesystem::path& path, const char* which) {
   std::string line;
   if (!ReadLine(in, line)) {
+    if (in.bad()) throw FileFault(PathText(path) + ": a read failed");
     throw FileFault(PathText(path) + ": ends before its " + which);
   }
   return line;
@@ -82,6 +87,7 @@ void TakeRow(Dataset& dataset, FileKind kind, const LineBuffer& row, float low, 
   if (!(low <= single && single <= high)) return;
   if (dataset.NumPoints >= kMaxPoints) throw SubscriptFault();
   const auto k = static_cast<std::size_t>(dataset.NumPoints);
+  if (kind == FileKind::kEl && x < 0.0) throw ArithmeticFault(FaultKind::kInvalidOperation);
   dataset.R[k] = kind == FileKind::kEl ? std::sqrt(x + x) : x;
   dataset.C[k] = FieldVal(row.Columns(12, 26));
   const double err = FieldVal(row.Columns(28, 41));

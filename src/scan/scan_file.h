@@ -11,6 +11,7 @@
 
 class Host;
 
+// From the best to the worst.
 enum class LoadOutcome {
   kLoaded,
   kTooFewPoints,  // fewer than 10 in the window; a message was shown

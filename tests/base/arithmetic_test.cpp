@@ -1,0 +1,88 @@
+// Faults caught here: a faulting operation that the optimiser moves past the test of the flags,
+// flags of earlier work counted again, and a wrong side at the bounds of a conversion.
+#include "base/arithmetic.h"
+
+#include <cmath>
+#include <limits>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include <gtest/gtest.h>
+
+namespace {
+
+// A number that the optimiser does not know.
+double Unknown(double value) {
+  volatile double hidden = value;
+  return hidden;
+}
+
+constexpr double kMax = std::numeric_limits<double>::max();
+
+// The kind that `work` throws, or "".
+template <class Work>
+std::string KindOf(Work&& work) {
+  try {
+    CheckArithmetic(work);
+  } catch (const ArithmeticFault& fault) {
+    EXPECT_STREQ(fault.what(), DescribeFault(fault.kind()));
+    return fault.what();
+  }
+  return "";
+}
+
+}  // namespace
+
+TEST(CheckArithmetic, SeesTheFaultOfTheLastOperation) {
+  const double zero = Unknown(0.0);
+  const double one = Unknown(1.0);
+  const double big = Unknown(kMax);
+  const double tiny = Unknown(std::numeric_limits<double>::min());
+  double result = 0.0;
+  EXPECT_EQ(KindOf([&] { result = one / zero; }), "Division by zero");
+  EXPECT_TRUE(std::isinf(result));
+  EXPECT_EQ(KindOf([&] { result = big * big; }), "Overflow");
+  EXPECT_TRUE(std::isinf(result));
+  EXPECT_EQ(KindOf([&] { result = zero / zero; }), "Invalid operation");
+  EXPECT_TRUE(std::isnan(result));
+  EXPECT_EQ(KindOf([&] { result = std::sqrt(-one); }), "Invalid operation");
+  EXPECT_TRUE(std::isnan(result));
+  EXPECT_EQ(KindOf([&] { result = std::exp(big); }), "Overflow");
+  EXPECT_EQ(KindOf([&] { result = tiny * tiny; }), "");  // underflow is none
+  EXPECT_EQ(result, 0.0);
+  // An infinity makes later operations invalid: the cause is named, not its consequence.
+  EXPECT_EQ(KindOf([&] { result = one / zero - one / zero; }), "Division by zero");
+  EXPECT_EQ(KindOf([&] { result = big * big * zero; }), "Overflow");
+}
+
+TEST(FaultsRaisedBy, ForgetsWhatCameBefore) {
+  const double zero = Unknown(0.0);
+  double result = 0.0;
+  ASSERT_TRUE(FaultsRaisedBy([&] { result = 1.0 / zero; }).divisionByZero);
+  EXPECT_FALSE(FaultsRaisedBy([&] { result = zero + 1.0; }).Any());
+  EXPECT_EQ(result, 1.0);
+}
+
+TEST(IsZeroInSingle, TurnsAtHalfTheLeastSingle) {
+  const double half = 0x1p-150;
+  for (const double x : {0.0, -0.0, half, -half, 1e-46}) EXPECT_TRUE(IsZeroInSingle(x)) << x;
+  for (const double x : {std::nextafter(half, 1.0), -1e-45, 1e300, -HUGE_VAL}) {
+    EXPECT_FALSE(IsZeroInSingle(x)) << x;
+  }
+}
+
+TEST(RoundHalfEven, KeepsToItsBounds) {
+  const std::vector<std::pair<double, long long>> cases = {
+      {0.5, 0}, {1.5, 2}, {2.5, 2}, {-0.5, 0}, {-1.5, -2}, {32767.4999, 32767}, {-32768.5, -32768}};
+  for (const auto& [x, rounded] : cases) EXPECT_EQ(RoundHalfEven(x, -32768, 32767), rounded) << x;
+  for (const double x : {32767.5, -32769.0, 1e300, -HUGE_VAL, std::nan("")}) {
+    EXPECT_THROW(RoundHalfEven(x, -32768, 32767), ArithmeticFault) << x;
+  }
+}
+
+TEST(CheckedLog, RefusesWhatHasNoLogarithm) {
+  EXPECT_DOUBLE_EQ(CheckedLog(std::exp(2.0)), 2.0);
+  for (const double x : {0.0, -1.0, std::nan("")})
+    EXPECT_THROW(CheckedLog(x), ArithmeticFault) << x;
+}

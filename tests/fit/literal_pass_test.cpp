@@ -1,0 +1,290 @@
+// Faults caught here: any shortcut of the fit that changes a result by a bit. A slow minimiser that
+// takes every point, parameter and step one by one runs beside the real one on random problems;
+// both call the same model routines, solver and spreading of the covariance.
+#include <cmath>
+#include <string>
+#include <vector>
+
+#include <gtest/gtest.h>
+
+#include "base/arithmetic.h"
+#include "fit/fit_state.h"
+#include "fit/levmarq.h"
+#include "fit/models.h"
+#include "support/fit_problem.h"
+#include "support/recording_host.h"
+
+namespace {
+
+constexpr int kLastIteration = 50;  // where both are stopped
+
+template <class Work>
+double Checked(Work&& work) {
+  double result = 0.0;
+  CheckArithmetic([&] { result = work(); });
+  return result;
+}
+
+class LiteralFit {
+ public:
+  explicit LiteralFit(FitState problem) : fit(std::move(problem)) {}
+
+  void Run() {
+    fit.FitCovar = Matrix1<double>(fit.FitMA, fit.FitMA);
+    alpha_ = fit.FitCovar;
+    lambda_ = -1.0;
+    Step();
+    iterations = 1;
+    for (int passes = 0; passes < 2;) {
+      ++iterations;
+      const double before = fit.FitChiSq;
+      Step();
+      if (fit.FitChiSq > before) {
+        passes = 0;
+      } else if (std::fabs(fit.FitChiSq - before) < 0.001) {
+        ++passes;
+      }
+      if (iterations == kLastIteration) {
+        iterations = 0;
+        return;
+      }
+    }
+    lambda_ = 0.0;
+    Step();
+  }
+
+  FitState fit;
+  int iterations = -1;
+  RecordingHost host;
+
+ private:
+  double Value(int i, const Array1<double>& a) {
+    return Checked([&] {
+      double result = 0.0;
+      fit.FitModel->funcs(fit, i, a, result);
+      return result;
+    });
+  }
+
+  double Partial(const Array1<double>& a, int j, int i) {
+    const double f0 = fit.TwoComponentModel ? 0.003 : 0.01;
+    const double z = fit.TwoComponentModel ? 0.003 : 0.001;
+    const double unmoved = Value(i, a);
+    Array1<double> work = a;
+    const double a0 = a(j);
+    double h = a0 * f0;
+    if (h == 0.0) h = z;
+    work(j) = a0 + h;
+    double up = Value(i, work);
+    const double r = Checked([&] { return std::fabs(unmoved == 0.0 ? up : up / unmoved); });
+    if (!(r < 0.03 && r > 0.0003)) {
+      if (r <= 1e-5 && a0 != 0.0) {
+        h = a0 * 0.1;
+      } else {
+        h = Checked([&] { return h * 0.01 / r; });
+        if (a0 != 0.0 && a0 * 0.1 < h) h = a0 * 0.1;
+        if (a0 != 0.0 && a0 * 0.001 > h) h = a0 * 0.001;
+      }
+      work(j) = a0 + h;
+      up = Value(i, work);
+    }
+    work(j) = a0 - h;
+    const double down = Value(i, work);
+    return Checked([&] { return (up - down) / 2.0 / h; });
+  }
+
+  // Whether point i can depend on parameter j at all.
+  bool Touches(int j, int i) const {
+    const int n = fit.NumFitSets;
+    const int d = fit.FitSet(i);
+    if (j > fit.SharedBase() || j == d) return true;
+    const int owner = fit.TwoComponentModel ? fit.RefLink[static_cast<std::size_t>(d - 1)] + 1 : d;
+    return j == n + owner || j == 2 * n + owner;
+  }
+
+  // All derivatives at point i. One that is not wanted raises no fault.
+  std::vector<double> Partials(const Array1<double>& a, int i) {
+    std::vector<double> dyda;
+    for (int j = 1; j <= fit.FitMA; ++j) {
+      try {
+        dyda.push_back(Partial(a, j, i));
+      } catch (const ArithmeticFault&) {
+        if (fit.FitIA(j) != 0 && Touches(j, i)) throw;
+        dyda.push_back(0.0);
+      }
+    }
+    return dyda;
+  }
+
+  void Sums(const Array1<double>& a, Matrix1<double>& alpha, std::vector<double>& beta) {
+    std::vector<int> fitted;
+    for (int l = 1; l <= fit.FitMA; ++l) {
+      if (fit.FitIA(l) != 0) fitted.push_back(l);
+    }
+    const int n = static_cast<int>(fitted.size());
+    for (int j = 1; j <= n; ++j) {
+      for (int k = 1; k <= j; ++k) alpha(j, k) = 0.0;
+    }
+    beta.assign(fitted.size(), 0.0);
+    fit.FitChiSq = 0.0;
+    for (int i = 1; i <= fit.FitNumPoints; ++i) {
+      const double value = Value(i, a);
+      const double dy = Checked([&] { return fit.FitY(i) - value; });
+      const std::vector<double> dyda = Partials(a, i);
+      CheckArithmetic([&] {
+        for (int j = 1; j <= n; ++j) {
+          const auto row = static_cast<std::size_t>(j - 1);
+          const double own = dyda[static_cast<std::size_t>(fitted[row] - 1)];
+          for (int k = 1; k <= j; ++k) {
+            const int m = fitted[static_cast<std::size_t>(k - 1)];
+            alpha(j, k) += own * dyda[static_cast<std::size_t>(m - 1)];
+          }
+          beta[row] += dy * own;
+        }
+        fit.FitChiSq += dy * dy;
+      });
+    }
+    for (int j = 2; j <= n; ++j) {
+      for (int k = 1; k < j; ++k) alpha(k, j) = alpha(j, k);
+    }
+  }
+
+  // The step from the damped curvature in FitCovar, which becomes its inverse.
+  std::vector<double> Solve(int n) {
+    Matrix1<double> b(kMaxParameters, 1);
+    for (int j = 1; j <= n; ++j) b(j, 1) = beta_[static_cast<std::size_t>(j - 1)];
+    GAUSSJ(fit.FitCovar, n, b, 1, fit.CurrentProc, host);
+    return {b.Row(1), b.Row(1) + n};
+  }
+
+  void Step() {
+    fit.CurrentProc = "MRQMIN1";
+    if (static_cast<float>(lambda_) < 0.0F) {
+      lambda_ = 0.001;
+      Sums(fit.FitA, alpha_, beta_);
+      best_ = fit.FitChiSq;
+      trial_ = fit.FitA;
+    }
+    const int n = static_cast<int>(beta_.size());
+    for (int j = 1; j <= n; ++j) {
+      for (int k = 1; k <= n; ++k) fit.FitCovar(j, k) = alpha_(j, k);
+      fit.FitCovar(j, j) = Checked([&] { return alpha_(j, j) * (1.0 + lambda_); });
+    }
+    std::vector<double> step = Solve(n);
+    if (static_cast<float>(lambda_) == 0.0F) {
+      COVSRT(fit, fit.FitCovar, fit.FitMA, n);
+      COVSRT(fit, alpha_, fit.FitMA, n);
+      return;
+    }
+    std::size_t j = 0;
+    for (int l = 1; l <= fit.FitMA; ++l) {
+      if (fit.FitIA(l) != 0) trial_(l) = Checked([&] { return fit.FitA(l) + step[j++]; });
+    }
+    Sums(trial_, fit.FitCovar, step);
+    if (fit.FitChiSq < best_) {
+      lambda_ /= 10.0;
+      best_ = fit.FitChiSq;
+      for (int row = 1; row <= n; ++row) {
+        for (int k = 1; k <= n; ++k) alpha_(row, k) = fit.FitCovar(row, k);
+      }
+      beta_ = step;
+      fit.FitA = trial_;
+    } else {
+      lambda_ *= 10.0;
+    }
+  }
+
+  Matrix1<double> alpha_;
+  std::vector<double> beta_;
+  Array1<double> trial_;
+  double best_ = 0.0;
+  double lambda_ = 0.0;
+};
+
+// A noisy problem off its solution, with whatever may lead a fit astray, now and then.
+FitState RandomProblem(int modelIndex, std::uint64_t seed) {
+  NormalNoise random(seed * 100 + static_cast<std::uint64_t>(modelIndex), 1.0);
+  const auto chance = [&](double p) { return random.Uniform() < p; };
+  const int sets = 1 + static_cast<int>(3.0 * random.Uniform());
+  const int points = 7 + static_cast<int>(6.0 * random.Uniform());
+  FitState fit = MakeProblem(
+      {.modelIndex = modelIndex, .sets = sets, .points = points, .massConservation = chance(0.6)},
+      TypicalShared(modelIndex));
+  const int base = fit.SharedBase();
+  if (sets > 1 && chance(0.5)) fit.RefLink[1] = 0;
+  const double signal = chance(0.7) ? 30.0 : 1.0;  // a stronger one takes more steps
+  for (int d = 1; d <= sets; ++d) {
+    fit.SetEpsA(d) *= signal;
+    fit.SetEpsB(d) *= signal;
+    if (chance(0.3)) fit.FitA(d) = -0.2 * signal;
+  }
+  if ((modelIndex == 7 || modelIndex == 8) && chance(0.5)) {
+    fit.ConstrainKRatios = true;
+    for (int l = base + 4; l <= fit.FitMA; ++l) fit.FitA(l) = 0.5;
+  }
+  FillSignal(fit, [&](int) { return 0.01 * signal * random(); });
+  for (int l = 1; l <= fit.FitMA; ++l) {
+    fit.FitA(l) *= 1.0 + 0.08 * random();
+    fit.FitIA(l) = chance(0.75) ? 1 : 0;
+    if (fit.ConstrainKRatios && l >= base + 4) fit.FitIA(l) = 0;
+  }
+  fit.FitIA(sets + 1) = 1;
+  if (chance(0.3)) fit.FitA(1) = 0.0;
+  if (chance(0.2)) fit.FitA(fit.FitMA) = 0.0;
+  if (chance(0.1)) fit.FitA(fit.FitMA) *= -1.0;
+  if (chance(0.05)) fit.FitA(sets + 1) = -800.0;
+  if (chance(0.05)) fit.FitA(base + 1) *= 500.0;
+  if (chance(0.05)) fit.SetALoad(sets) = 0.0;
+  if (chance(0.05)) fit.FitA(fit.FitMA) = 1.0;
+  return fit;
+}
+
+// What the fault of a run was; empty for none.
+template <class Run>
+std::string FaultOf(Run&& run) {
+  try {
+    run();
+  } catch (const ArithmeticFault& fault) {
+    return fault.what();
+  }
+  return "";
+}
+
+}  // namespace
+
+TEST(FitData, EqualsTheLiteralFitBitForBit) {
+  int ended = 0;
+  int stopped = 0;
+  int failed = 0;
+  int singular = 0;
+  for (const int index : AllModels()) {
+    for (std::uint64_t seed = 1; seed <= 60; ++seed) {
+      SCOPED_TRACE("model " + std::to_string(index) + ", seed " + std::to_string(seed));
+      FitState fit = RandomProblem(index, seed);
+      LiteralFit literal(fit);
+      RecordingHost host;
+      host.onEvents = [&] { fit.FitKeepGoing = host.lastIteration < kLastIteration; };
+      int iterations = -1;
+      const auto fault = FaultOf([&] { FitData(fit, host, iterations); });
+      const auto expectedFault = FaultOf([&] { literal.Run(); });
+      ASSERT_EQ(fault, expectedFault);
+      ASSERT_EQ(fit.CurrentProc, literal.fit.CurrentProc);
+      ASSERT_EQ(fit.FitA, literal.fit.FitA);
+      ASSERT_EQ(host.lines, literal.host.lines);
+      singular += !host.lines.empty();
+      if (!fault.empty()) {
+        ++failed;
+        continue;
+      }
+      (iterations == 0 ? stopped : ended) += 1;
+      ASSERT_EQ(iterations, literal.iterations);
+      ASSERT_EQ(fit.FitChiSq, literal.fit.FitChiSq);
+      ASSERT_TRUE(fit.FitCovar == literal.fit.FitCovar);
+    }
+  }
+  // Every way to end is among the problems.
+  EXPECT_GT(ended, 200);
+  EXPECT_GT(stopped, 50);
+  EXPECT_GT(failed, 40);
+  EXPECT_GT(singular, 50);
+}

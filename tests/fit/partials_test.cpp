@@ -1,0 +1,144 @@
+// Faults caught here: a derivative that belongs to another model or parameter, and a step rule that
+// somebody made symmetric, relative or careful at zero.
+#include "fit/partials.h"
+
+#include <algorithm>
+#include <array>
+#include <cmath>
+#include <vector>
+
+#include <gtest/gtest.h>
+
+#include "base/arithmetic.h"
+#include "fit/fit_state.h"
+#include "support/fit_problem.h"
+
+namespace {
+
+using PartialsRoutine = void (*)(FitState&, const Array1<double>&, Array1<double>&, int, int);
+
+// In the order of AllModels.
+const std::vector<PartialsRoutine> kRoutines = {PARTIALS0, PARTIALS1,  PARTIALS2,  PARTIALS3,
+                                                PARTIALS5, PARTIALS6,  PARTIALS7,  PARTIALS8,
+                                                PARTIALS9, PARTIALS10, PARTIALS11, PARTIALS4};
+
+double ValueMoved(FitState& fit, int j, int i, double h) {
+  Array1<double> moved = fit.FitA;
+  moved(j) += h;
+  double value = 0.0;
+  fit.FitModel->funcs(fit, i, moved, value);
+  return value;
+}
+
+double Centred(FitState& fit, int j, int i, double h) {
+  return (ValueMoved(fit, j, i, h) - ValueMoved(fit, j, i, -h)) / (2.0 * h);
+}
+
+// Centred differences over steps halved three times, extrapolated to a step of 0 (Richardson).
+double Derivative(FitState& fit, int j, int i, double h) {
+  std::array<double, 4> t{};
+  for (std::size_t k = 0; k < t.size(); ++k) {
+    t[k] = Centred(fit, j, i, h / std::pow(2.0, static_cast<double>(k)));
+  }
+  for (double factor = 4.0; factor < 100.0; factor *= 4.0) {
+    for (std::size_t k = 0; k + 1 < t.size(); ++k) t[k] = (factor * t[k + 1] - t[k]) / (factor - 1);
+  }
+  return t[0];
+}
+
+// A model of one parameter that notes where it is asked and answers from a list.
+std::vector<double> places;
+std::vector<double> answers;
+void Spy(FitState& /*fit*/, int /*i*/, const Array1<double>& a, double& result) {
+  result = answers[std::min(places.size(), answers.size() - 1)];
+  places.push_back(a(1));
+}
+const Model kSpy = {.funcsName = "SPY",
+                    .partialsName = "SPY",
+                    .funcs = Spy,
+                    .terms = nullptr,
+                    .firstStep = 0.01,
+                    .stepAtZero = 0.001,
+                    .secondComponent = false,
+                    .parameters = {}};
+
+double SpiedDerivative(double a0, double f0, double f1) {
+  places.clear();
+  answers = {f1, 7.0, 3.0};
+  FitState fit;
+  Array1<double> work(1, a0);
+  const double result = DerivativeAt(fit, kSpy, 1, 1, f0, work);
+  EXPECT_EQ(work(1), a0);
+  return result;
+}
+
+}  // namespace
+
+// A centred difference of step h is off by h^2/6 times the third derivative, and by rounding.
+TEST(PARTIALS, AreCentredDifferencesOfTheirOwnModel) {
+  for (std::size_t k = 0; k < kRoutines.size(); ++k) {
+    const int index = AllModels()[k];
+    FitState fit =
+        MakeProblem({.modelIndex = index, .sets = 3, .points = 8, .massConservation = true},
+                    TypicalShared(index));
+    fit.RefLink = {0, 0, 2};
+    FillSignal(fit, [](int i) { return 0.01 * std::cos(3.0 * i); });
+    for (int i = 1; i <= fit.FitNumPoints; ++i) {
+      Array1<double> dyda(fit.FitMA);
+      kRoutines[k](fit, fit.FitA, dyda, fit.FitMA, i);
+      EXPECT_EQ(fit.CurrentProc, FindModel(index)->funcsName);
+      const double value = ValueMoved(fit, 1, i, 0.0);
+      for (int j = 1; j <= fit.FitMA; ++j) {
+        const double size = std::fabs(fit.FitA(j));
+        const double wide = 0.02 * size;
+        const double exact = Derivative(fit, j, i, wide);
+        const double third =
+            (Centred(fit, j, i, 2.0 * wide) - Centred(fit, j, i, wide)) * 2.0 / (wide * wide);
+        const double r = std::fabs(ValueMoved(fit, j, i, 0.01 * fit.FitA(j)) / value);
+        const double step = r < 0.03 && r > 0.0003 ? 0.01 * size : 0.001 * size;
+        const double rounding = 1e-12 * std::fabs(value) / step;
+        EXPECT_NEAR(dyda(j), exact, 1.5 * step * step / 6.0 * std::fabs(third) + rounding)
+            << "model " << index << ", point " << i << ", parameter " << j;
+      }
+    }
+  }
+}
+
+TEST(PARTIALS, StepFollowsTheRuleAtEachBranch) {
+  struct Case {
+    const char* what;
+    double a0;
+    double f0;
+    double f1;
+    double step;
+  };
+  const std::vector<Case> cases = {{"effect between the limits", 2.0, 1.0, 0.01, 0.02},
+                                   {"the same, negative", -2.0, -1.0, 0.01, -0.02},
+                                   {"r at the upper limit", 2.0, 1.0, 0.03, 0.02 * 0.01 / 0.03},
+                                   {"r at the lower limit", 2.0, 1.0, 0.0003, 0.2},
+                                   {"effect a little too large", 2.0, 1.0, 0.05, 0.004},
+                                   {"no effect", 2.0, 1.0, 1.0, 0.002},
+                                   {"effect too small", 2.0, 1.0, 0.0002, 0.2},
+                                   {"r vanishing", 2.0, 1.0, 1e-5, 0.2},
+                                   {"r vanishing, negative", -2.0, 1.0, 1e-6, -0.2},
+                                   {"negative, no effect", -2.0, 1.0, 1.0, -0.002},
+                                   {"negative, effect too small", -2.0, 1.0, 0.0002, -0.002},
+                                   {"from zero, kept", 0.0, 1.0, 0.01, 0.001},
+                                   {"from zero, no effect", 0.0, 1.0, 1.0, 1e-5},
+                                   {"value zero, kept", 2.0, 0.0, -0.02, 0.02},
+                                   {"value zero, r from F1 alone", 2.0, 0.0, 0.05, 0.004}};
+  for (const Case& c : cases) {
+    const double derivative = SpiedDerivative(c.a0, c.f0, c.f1);
+    const bool kept = places.size() == 2;
+    EXPECT_EQ(kept, c.step == 0.01 * c.a0 || c.step == 0.001) << c.what;
+    const double up = kept ? c.f1 : 7.0;
+    const double down = kept ? 7.0 : 3.0;
+    EXPECT_DOUBLE_EQ(places[places.size() - 2], c.a0 + c.step) << c.what;
+    EXPECT_DOUBLE_EQ(places.back(), c.a0 - c.step) << c.what;
+    EXPECT_DOUBLE_EQ(derivative, (up - down) / 2.0 / c.step) << c.what;
+  }
+}
+
+TEST(PARTIALS, ZeroParameterWithoutAnyEffectDividesByZero) {
+  EXPECT_TRUE(FaultsRaisedBy([] { SpiedDerivative(0.0, 1.0, 0.0); }).divisionByZero);
+}

@@ -1,0 +1,153 @@
+// Faults caught here: a removal that shifts the wrong records or logs the wrong number, a name that
+// no file can bear, and saved data that do not load back.
+#include "scan/dataset_store.h"
+
+#include <string>
+#include <vector>
+
+#include <gtest/gtest.h>
+
+#include "base/files.h"
+#include "scan/dataset_files.h"
+#include "scan/scan_file.h"
+#include "scan_samples.h"
+
+namespace {
+
+using Lines = std::vector<std::string>;
+
+DatasetStore StoreOf(const std::vector<std::string>& names) {
+  DatasetStore store;
+  for (const std::string& name : names) {
+    store.Datasets.push_back(MakeDataset(name, {6.0, 6.5}));
+    store.UseData.push_back(name != "b");
+  }
+  return store;
+}
+
+}  // namespace
+
+TEST(RemoveDataset, LogsWhatIsLeft) {
+  DatasetStore store = StoreOf({"a", "b", "c"});
+  const auto remove = [&](int position) {
+    RecordingHost host;
+    RemoveDataset(store, position, host);
+    return host.lines;
+  };
+  EXPECT_EQ(remove(0), (Lines{"Removed Dataset #1:: a\r\n", "Dataset(s) currently loaded ::",
+                              "Dataset #1:: b", "Dataset #2:: c", " "}));
+  EXPECT_EQ(store.UseData, (std::vector<bool>{false, true}));  // the choice moves with its dataset
+  EXPECT_EQ(remove(1), (Lines{"Removed Dataset #2:: c\r\n",
+                              "Dataset(s) currently loaded ::", "Dataset #1:: b", " "}));
+  EXPECT_EQ(remove(0), (Lines{"Removed Dataset #1:: b", "\r\nNo datasets are currently loaded."}));
+  EXPECT_EQ(store.NumDatasets(), 0);
+  store = StoreOf({"a", "b"});
+  RecordingHost host;
+  RemoveAllDatasets(store, host);
+  EXPECT_TRUE(store.Datasets.empty() && store.UseData.empty());
+  EXPECT_EQ(host.lines, Lines{"\r\n*** Removed All Datasets. ***\r\n"});
+}
+
+TEST(RenameDataset, KeepsTheOldNameWhenTheNewOneIsRefused) {
+  const std::string empty = "Zero-length Filename Entered!";
+  const std::string illegal =
+      "Illegal Filename!  The following characters can not be used\r\n"
+      "in filenames  \\  /  :  *  ?  \"  <  >  |";
+  const struct {
+    std::string text, message, name;
+  } cases[] = {{"  new name ", "", "new name"},
+               {std::string(40, 'x'), "", std::string(32, 'x')},
+               {"10 \u00B1 2", "", "10 \u00B1 2"},
+               {"   ", empty, "old"},
+               {"a/b", illegal, "old"},
+               {"what?", illegal, "old"}};
+  for (const auto& c : cases) {
+    Dataset d = MakeDataset("old", {6.0, 6.5});
+    RecordingHost host;
+    EXPECT_EQ(RenameDataset(d, c.text, host), c.message.empty()) << c.text;
+    EXPECT_EQ(NameOf(d), c.name);
+    ASSERT_EQ(host.messages.size(), c.message.empty() ? 0u : 1u);
+    if (!c.message.empty()) {
+      EXPECT_EQ(host.messages[0].title, "Filename Error");
+      EXPECT_EQ(host.messages[0].text, c.message);
+    }
+  }
+}
+
+// A Greek letter, tested before it was turned into one byte, was stored as "?": no file can bear
+// it.
+TEST(RenameDataset, NeverStoresAnIllegalName) {
+  Dataset d = MakeDataset("old", {6.0, 6.5});
+  RecordingHost host;
+  RenameDataset(d, "\u03B1-chymotrypsin", host);
+  EXPECT_TRUE(ValidFileName(NameOf(d))) << NameOf(d);
+}
+
+TEST(SaveLoadedData, WritesFixedColumnsThatLoadBack) {
+  Session s;
+  const auto load = [&](const char* file, const char* name) {
+    LoadDataFile(s.store, FileKind::kDat, s.folder / file, name, 5.6F, 7.3F, s.host);
+  };
+  s.folder.Write("s.RA1", ScanText(Row(6.0, -0.5, 0.02) + Row(6.0123, 1.23456e-3, -0.03) +
+                                   Rows(6.1, 0.01, 10)));
+  load("s.RA1", "one.dat");
+  s.store.Datasets[0].Offset = 0.25;
+  const std::string text = DatasetText(s.store.Datasets[0], SavedSignal::kAsLoaded);
+  EXPECT_EQ(text.substr(0, text.find("6.1")),
+            "a comment\r\n" + std::string(kHeader) +
+                "\r\n6.0000     -5.00000E-001    2.00000E-002"
+                "\r\n6.0123      1.23456E-003   -3.00000E-002\r\n");
+  EXPECT_NE(DatasetText(s.store.Datasets[0], SavedSignal::kBaselineSubtracted)
+                .find("6.0000     -7.50000E-001    2.00000E-002\r\n"),
+            std::string::npos);
+  ASSERT_TRUE(SaveLoadedData(s.store, s.folder.path(), SavedSignal::kAsLoaded, ExistingFiles::kAsk,
+                             s.host));
+  load("one.dat", "two.dat");
+  ASSERT_EQ(s.store.NumDatasets(), 2);
+  const Dataset& a = s.store.Datasets[0];
+  const Dataset& b = s.store.Datasets[1];
+  EXPECT_TRUE(a.R == b.R && a.C == b.C && a.Err == b.Err && a.Good == b.Good);
+  EXPECT_TRUE(a.Comment1 == b.Comment1 && a.Comment2 == b.Comment2);
+}
+
+TEST(SaveLoadedData, RefusesNamesBeforeItWrites) {
+  const std::string twice = "Duplicate File Names!";
+  const std::vector<std::pair<const char*, std::string>> cases = {{"a", twice},
+                                                                  {"A", twice},
+                                                                  {"../b", "Filename Error"},
+                                                                  {"c:b", "Filename Error"},
+                                                                  {"..", "Filename Error"},
+                                                                  {".", "Filename Error"},
+                                                                  {"", "Filename Error"}};
+  const TempFolder folder;
+  for (const auto& [name, title] : cases) {
+    RecordingHost host;
+    EXPECT_FALSE(SaveLoadedData(StoreOf({"a", name}), folder.path(), SavedSignal::kAsLoaded,
+                                ExistingFiles::kReplace, host));
+    ASSERT_EQ(host.messages.size(), 1u);
+    EXPECT_EQ(host.messages[0].title, title) << name;
+  }
+  EXPECT_TRUE(std::filesystem::is_empty(folder.path()));
+}
+
+TEST(SaveLoadedData, AsksBeforeItOverwrites) {
+  const TempFolder folder;
+  const DatasetStore store = StoreOf({"a", "b", "c"});
+  folder.Write("a", "old a");
+  folder.Write("c", "old c");
+  RecordingHost host;
+  host.answers = {false, true};
+  const auto save = [&](const std::filesystem::path& where, ExistingFiles existing) {
+    return SaveLoadedData(store, where, SavedSignal::kAsLoaded, existing, host);
+  };
+  EXPECT_TRUE(save(folder.path(), ExistingFiles::kAsk));
+  ASSERT_EQ(host.questions.size(), 2u);
+  EXPECT_EQ(host.questions[0].text, PathText(folder / "a") + " already exists!  Overwrite?");
+  const std::string text = DatasetText(store.Datasets[0], SavedSignal::kAsLoaded);
+  EXPECT_EQ(ReadText(folder / "a"), "old a");
+  EXPECT_EQ(ReadText(folder / "b"), text);
+  EXPECT_EQ(ReadText(folder / "c"), text);
+  EXPECT_TRUE(save(folder.path(), ExistingFiles::kReplace));
+  EXPECT_EQ(ReadText(folder / "a"), text);
+  EXPECT_THROW(save(folder / "none", ExistingFiles::kReplace), FileFault);
+}

@@ -1,0 +1,124 @@
+// Faults caught here: channels that are not chosen, or chosen and forgotten, names made from the
+// wrong header, and a binary file that slips in or is refused at the wrong door.
+#include "scan/loading.h"
+
+#include <string>
+#include <vector>
+
+#include <gtest/gtest.h>
+
+#include "base/files.h"
+#include "scan_samples.h"
+
+namespace {
+
+using Names = std::vector<std::string>;
+
+constexpr std::array<bool, 4> kAll = {true, true, true, true};
+constexpr LoadSettings kSixChannels = {FileKind::kIpRa, Centerpiece::kSixChannels, kAll};
+
+// 20 rows in the middle of each channel of a 6-channel cell.
+const std::string kSixRows = Rows(5.90, 0.005, 20) + Rows(6.40, 0.005, 20) + Rows(6.90, 0.005, 20);
+
+}  // namespace
+
+TEST(LoadSelectedFile, LoadsTheChosenChannels) {
+  const struct {
+    LoadSettings settings;
+    Names names;
+  } cases[] = {
+      {{FileKind::kIpRa, Centerpiece::kTwoChannels, {false, true}}, {"12_3A20280.dat"}},
+      {{FileKind::kIpRa, Centerpiece::kSixChannels, {true, false, true, true}},
+       {"12_3A20280.dat", "12_3C20280.dat"}},
+      {{FileKind::kIpRa, Centerpiece::kSixChannels, {}}, {}},
+      {{FileKind::kDat, Centerpiece::kEightChannels, {}}, {"00012.RA3"}},
+      {{FileKind::kFi, Centerpiece::kSixChannels, {false, true}}, {"00012_320280.dat"}},
+  };
+  for (const auto& c : cases) {
+    Session s;
+    const auto path = s.folder.Write("00012.RA3", ScanText(kSixRows));
+    GetCommentLines(s.store, path, s.host);
+    const LoadResult result = LoadSelectedFile(s.store, c.settings, path, s.host);
+    EXPECT_EQ(NamesOf(s.store), c.names);
+    EXPECT_EQ(result.datasets, s.store.NumDatasets());
+    EXPECT_EQ(result.outcome, LoadOutcome::kLoaded);
+  }
+}
+
+TEST(LoadSelectedFile, CutsChannelsByTheirWindows) {
+  Session s;
+  const auto path = s.folder.Write("a.RA1", ScanText(Rows(5.5, 0.01, 200)));
+  for (const auto centerpiece :
+       {Centerpiece::kTwoChannels, Centerpiece::kSixChannels, Centerpiece::kEightChannels}) {
+    LoadSelectedFile(s.store, {FileKind::kIpRa, centerpiece, kAll}, path, s.host);
+  }
+  std::vector<std::pair<double, double>> windows;
+  for (const Dataset& d : s.store.Datasets) windows.emplace_back(d.Rmen, d.Rbase);
+  const std::vector<std::pair<double, double>> expected = {{5.60, 7.30}, {5.70, 6.30}, {6.20, 6.83},
+                                                           {6.75, 7.30}, {6.03, 6.34}, {6.34, 6.65},
+                                                           {6.65, 6.96}, {6.96, 7.27}};
+  EXPECT_EQ(windows, expected);
+}
+
+TEST(LoadSelectedFile, RefusesBinaryFilesWhereAMultipleLoadDoesNot) {
+  Session s;
+  const auto path = s.folder.Write("a.RA1", ScanText(kSixRows, kHeader, "a\tcomment"));
+  EXPECT_EQ(LoadSelectedFile(s.store, {}, path, s.host).outcome, LoadOutcome::kBinary);
+  EXPECT_EQ(LoadBlankFile(s.store, FileKind::kIpRa, path, s.host).outcome, LoadOutcome::kBinary);
+  EXPECT_EQ(s.store.NumDatasets(), 0);
+  ASSERT_EQ(s.host.messages.size(), 2u);
+  EXPECT_EQ(s.host.messages[0].title, "Invalid Data File");
+  EXPECT_EQ(s.host.messages[0].text, PathText(path) + " is a binary file!");
+  EXPECT_EQ(LoadNamedFile(s.store, {}, path, s.host).outcome, LoadOutcome::kLoaded);
+}
+
+// Kept on purpose: only the kind "IP,RA" looks into the file for its name.
+TEST(LoadNamedFile, NamesOtherKindsByTheHeaderOfTheSelection) {
+  Session s;
+  const auto load = [&](FileKind kind, const char* name) {
+    const auto path = s.folder.Write(name, ScanText(kSixRows, std::string("  ") + kHeader));
+    LoadNamedFile(s.store, {kind}, path, s.host);
+  };
+  s.store.HeaderLine = "F 8 20.0 30000 0099999 1.0000E12 488 21";
+  load(FileKind::kIpRa, "00012.RA3");
+  load(FileKind::kFi, "B00012.FI3");
+  s.store.HeaderLine = "E                     1234567";
+  load(FileKind::kEl, "run.EL1");
+  EXPECT_EQ(NamesOf(s.store), (Names{"12_3A20280.dat", "12_8B30488.dat", "run_1A01234.EL1"}));
+}
+
+TEST(LoadNamedFile, LeavesTheStoreAloneWhenTheFileIsUnfit) {
+  Session s;
+  const auto load = [&](const LoadSettings& settings, const std::string& text) {
+    const auto path = s.folder.Write("a.RA1", text);
+    return LoadNamedFile(s.store, settings, path, s.host).outcome;
+  };
+  s.store.HeaderLine = "F 3 20.0 1E999";
+  EXPECT_EQ(load({FileKind::kFi}, ScanText(kSixRows)), LoadOutcome::kUnreadable);
+  EXPECT_EQ(load(kSixChannels, "one line"), LoadOutcome::kUnreadable);
+  EXPECT_EQ(s.host.failures.size(), 2u);
+  EXPECT_EQ(load(kSixChannels, ScanText(Rows(6.0, 0.01, 15))), LoadOutcome::kTooFewPoints);
+  EXPECT_EQ(NamesOf(s.store), Names{"a_3A20280.dat"});  // channels B and C are empty
+  EXPECT_EQ(s.host.messages.size(), 2u);
+}
+
+// Channel A overflows, B and C are empty: the command line called the file short, not unreadable.
+TEST(LoadNamedFile, ReportsTheWorstOutcomeOfItsChannels) {
+  Session s;
+  const auto path = s.folder.Write("a.RA1", ScanText(Rows(5.7, 0.0002, 2049)));
+  EXPECT_EQ(LoadNamedFile(s.store, kSixChannels, path, s.host).outcome, LoadOutcome::kUnreadable);
+}
+
+TEST(LoadBlankFile, CoversTheWholeWindowAndIsNotFitted) {
+  Session s;
+  const auto path = s.folder.Write("00012.RA3", ScanText(Rows(5.5, 0.01, 200)));
+  GetCommentLines(s.store, path, s.host);
+  LoadBlankFile(s.store, FileKind::kIpRa, path, s.host);
+  LoadSelectedFile(s.store, {}, path, s.host);
+  EXPECT_EQ(NamesOf(s.store), (Names{"BL_12_3A20280.dat", "12_3A20280.dat"}));
+  EXPECT_EQ(s.store.UseData, (std::vector<bool>{false, true}));
+  EXPECT_TRUE(IsBlank(s.store.Datasets[0]) && !IsBlank(s.store.Datasets[1]));
+  EXPECT_FALSE(IsBlank(MakeDataset("BLANK", {6.0})));
+  EXPECT_EQ(s.store.Datasets[0].Rmen, 5.6);
+  EXPECT_EQ(s.store.Datasets[0].Rbase, 7.3);
+}
