@@ -48,15 +48,6 @@ TEST(DirectoryOf, StopsAtTheLastSeparator) {
   for (const auto& [path, folder] : cases) EXPECT_EQ(DirectoryOf(path), folder) << path;
 }
 
-TEST(ValidFileName, RefusesNineCharacters) {
-  EXPECT_TRUE(ValidFileName("12_3B20280.dat"));
-  EXPECT_TRUE(ValidFileName("a b \u00B1;,'"));
-  EXPECT_FALSE(ValidFileName(""));
-  for (const char c : std::string("/\\:*?\"<>|")) {
-    EXPECT_FALSE(ValidFileName(std::string("a") + c)) << c;
-  }
-}
-
 TEST(IsBinaryFile, LooksAtTheCharactersOfItsLimit) {
   const struct {
     bool binary;

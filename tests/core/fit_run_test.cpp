@@ -48,19 +48,6 @@ TEST(RunFit, FinishesAndWritesBack) {
             (std::vector<std::string>{"Click anywhere in log window to halt fitting.", " "}));
 }
 
-TEST(RunFit, GraphsFollowTheirTwoSwitches) {
-  for (const auto& [save, log] : {std::pair(false, true), std::pair(true, false)}) {
-    QuorvaneModule module = IdealSession();
-    module.SaveGraphs = save;
-    module.LogGraphs = log;
-    RecordingHost host;
-    SetupFit(module.Setup, module.FitPage, module.Store, 0, host);
-    RunFit(module, host);
-    EXPECT_EQ(module.NumGraphs(), save ? 2 : 0);
-    EXPECT_EQ(host.pictures.size(), log ? 2U : 0U);
-  }
-}
-
 TEST(RunFit, ARefusalChangesNothing) {
   QuorvaneModule module = IdealSession();
   RecordingHost host;
@@ -201,18 +188,6 @@ TEST(RunFit, FaultsOfTheReportComeAfterTheValuesWereWrittenBack) {
     EXPECT_EQ(host.CountLinesWith("RMS Deviation"), row.linesOfReport);
     EXPECT_EQ(host.CountLinesWith("Buoyant MW = "), 1);
   }
-}
-
-TEST(RunFit, AsManyParametersAsPointsDividesByZero) {
-  QuorvaneModule module;
-  AddScan(module, {.points = 10}, Ideal);
-  Dataset& dataset = module.Store.Datasets[0];
-  for (std::size_t k = 3; k < 10; ++k) dataset.Good[k] = kFalse;
-  RecordingHost host;
-  SetupFit(module.Setup, module.FitPage, module.Store, 0, host);
-  const FitOutcome outcome = RunFit(module, host);
-  EXPECT_EQ(outcome.ending, FitEnding::kFailed);
-  EXPECT_EQ(outcome.where, "Unknown");
 }
 
 TEST(PlotDataFit, FollowsTheTwoOptionsAndLeavesMassPointsOut) {

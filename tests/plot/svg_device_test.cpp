@@ -62,11 +62,3 @@ TEST(SvgDevice, KeepsTransformationsOfText) {
   ASSERT_NE(text, nullptr);
   EXPECT_EQ(text->transform, "matrix(0.000 -1.000 1.000 0.000 40.000 100.000)");
 }
-
-TEST(SvgDevice, WritesPointsUnderALocaleWithCommas) {
-  QLocale::setDefault(QLocale(QLocale::German));
-  const SvgFile file = ReadSvg(Painted([](QPainter& p) { p.drawLine(QLineF(0.5, 1, 2.25, 3)); }));
-  QLocale::setDefault(QLocale::c());
-  ASSERT_EQ(file.elements.size(), 1u);
-  EXPECT_EQ(file.elements[0].content, "M0.500 1.000L2.250 3.000");
-}

@@ -129,25 +129,3 @@ TEST(SaveLoadedData, RefusesNamesBeforeItWrites) {
   }
   EXPECT_TRUE(std::filesystem::is_empty(folder.path()));
 }
-
-TEST(SaveLoadedData, AsksBeforeItOverwrites) {
-  const TempFolder folder;
-  const DatasetStore store = StoreOf({"a", "b", "c"});
-  folder.Write("a", "old a");
-  folder.Write("c", "old c");
-  RecordingHost host;
-  host.answers = {false, true};
-  const auto save = [&](const std::filesystem::path& where, ExistingFiles existing) {
-    return SaveLoadedData(store, where, SavedSignal::kAsLoaded, existing, host);
-  };
-  EXPECT_TRUE(save(folder.path(), ExistingFiles::kAsk));
-  ASSERT_EQ(host.questions.size(), 2u);
-  EXPECT_EQ(host.questions[0].text, PathText(folder / "a") + " already exists!  Overwrite?");
-  const std::string text = DatasetText(store.Datasets[0], SavedSignal::kAsLoaded);
-  EXPECT_EQ(ReadText(folder / "a"), "old a");
-  EXPECT_EQ(ReadText(folder / "b"), text);
-  EXPECT_EQ(ReadText(folder / "c"), text);
-  EXPECT_TRUE(save(folder.path(), ExistingFiles::kReplace));
-  EXPECT_EQ(ReadText(folder / "a"), text);
-  EXPECT_THROW(save(folder / "none", ExistingFiles::kReplace), FileFault);
-}

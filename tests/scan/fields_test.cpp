@@ -74,9 +74,3 @@ TEST(ReadLine, EndsLinesAtLineFeeds) {
     EXPECT_EQ(lines, c.lines) << c.text;
   }
 }
-
-TEST(LineBuffer, IsFilledUpAndCut) {
-  EXPECT_EQ(LineBuffer("abc").Columns(2, 5), "bc  ");
-  EXPECT_EQ(LineBuffer(std::string(300, 'x')).View(), std::string(256, 'x'));
-  EXPECT_EQ(LineBuffer("abc").Columns(256, 256), " ");
-}

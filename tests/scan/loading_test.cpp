@@ -8,6 +8,7 @@
 #include <gtest/gtest.h>
 
 #include "base/files.h"
+#include "scan/preview.h"
 #include "scan_samples.h"
 
 namespace {
@@ -107,6 +108,43 @@ TEST(LoadNamedFile, ReportsTheWorstOutcomeOfItsChannels) {
   Session s;
   const auto path = s.folder.Write("a.RA1", ScanText(Rows(5.7, 0.0002, 2049)));
   EXPECT_EQ(LoadNamedFile(s.store, kSixChannels, path, s.host).outcome, LoadOutcome::kUnreadable);
+}
+
+TEST(LoadNamedFiles, GoesOnInTheOrderOfTheNames) {
+  Session s;
+  std::vector<std::filesystem::path> paths;
+  for (const char* name : {"00010.RA1", "00009.RA1", "B.RA1", "a.RA1"}) {
+    paths.push_back(s.folder.Write(name, ScanText(kSixRows)));
+  }
+  paths.push_back(s.folder / "00001.RA1");  // is not there
+  LoadNamedFiles(s.store, {}, paths, s.host);
+  EXPECT_EQ(NamesOf(s.store),
+            (Names{"9_3A20280.dat", "10_3A20280.dat", "B_3A20280.dat", "a_3A20280.dat"}));
+}
+
+// Kept on purpose: the last row is left out, and further comment lines do no harm here.
+TEST(PreviewFile, ShowsAllRowsButTheLast) {
+  Session s;
+  const auto preview = [&](const std::string& text) {
+    return PreviewFile(s.folder.Write("a.RA1", text), s.host);
+  };
+  const auto chart =
+      preview("comment\nnot a header\n" + ScanText(Rows(5.0, 0.1, 30), kHeader, "x"));
+  ASSERT_TRUE(chart);
+  const ChartSeries& series = chart->panels[0].series[0];
+  EXPECT_EQ(series.x.size(), 29u);  // no radial window
+  EXPECT_EQ(series.x[1], static_cast<double>(5.1F));
+  EXPECT_EQ(series.y[1], 0.25);
+  EXPECT_FALSE(preview(ScanText(Rows(6.0, 0.1, 9))));
+  EXPECT_EQ(s.host.messages.back().text,
+            "Fewer than 10 points were found for this dataset.\r\n  This dataset will not be "
+            "previewed");
+  for (const std::string& text : {std::string("no header\n") + Rows(6.0, 0.1, 20),
+                                  ScanText(Rows(6.0, 0.0001, 2049)), std::string()}) {
+    EXPECT_FALSE(preview(text));
+    EXPECT_EQ(s.host.messages.back().text,
+              "An error occurred trying to read this dataset.\r\nThis dataset cannot be previewed");
+  }
 }
 
 TEST(LoadBlankFile, CoversTheWholeWindowAndIsNotFitted) {

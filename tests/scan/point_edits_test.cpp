@@ -63,15 +63,6 @@ TEST(PointEdits, ReachThePointsOfTheirSide) {
   }
 }
 
-TEST(RestoreAll, TakesBackEveryDeletion) {
-  Dataset d = Sample();
-  DeleteInside(d, {});
-  DeleteInside(d, {6.0, 0.0, 6.1, 10.0});
-  RestoreAll(d);
-  EXPECT_EQ(States(d), "++++++");
-  EXPECT_EQ(d.RefRadius, Sample().RefRadius);
-}
-
 TEST(SetMeniscusAndBase, PutsThemInOrder) {
   Dataset d = Sample();
   for (const bool swapped : {false, true}) {
