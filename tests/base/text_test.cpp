@@ -41,26 +41,9 @@ TEST(ParseNumeric, TakesPlainNumbersOnly) {
   }
 }
 
-TEST(DoubleFromText, GoesToTheRightSideBeyondItsRange) {
-  const std::string zeros(400, '0');
-  const double infinity = std::numeric_limits<double>::infinity();
-  EXPECT_EQ(DoubleFromText("1" + zeros), infinity);
-  EXPECT_EQ(DoubleFromText("0." + zeros + "1"), 0.0);
-  EXPECT_EQ(DoubleFromText("0." + zeros + "1e500"), 1e99);
-  EXPECT_EQ(DoubleFromText("0." + zeros + "1e800"), infinity);
-  EXPECT_EQ(DoubleFromText("1" + zeros + "e-800"), 0.0);
-  EXPECT_EQ(DoubleFromText("1e-99999999999999999999"), 0.0);
-}
-
 TEST(WithUnixLines, TurnsEveryLineEndIntoOne) {
   EXPECT_EQ(WithUnixLines("a\r\nb\nc\rd\r\r\ne\r"), "a\nb\nc\nd\n\ne\n");
   EXPECT_EQ(WithUnixLines(""), "");
-}
-
-TEST(Trim, TakesBlanksOnly) {
-  EXPECT_EQ(Trim("  a b  "), "a b");
-  EXPECT_EQ(Trim("\ta\n "), "\ta\n");
-  EXPECT_EQ(Trim("   "), "");
 }
 
 TEST(Utf8ToCp1252, GoesBackAndForth) {
@@ -74,13 +57,6 @@ TEST(Utf8ToCp1252, GoesBackAndForth) {
   EXPECT_EQ(Cp1252ToUtf8("\xB1\x80\x9F"), "\u00B1\u20AC\u0178");
   EXPECT_EQ(Cp1252ToUtf8("\x81"), "\uFFFD");
   EXPECT_EQ(Utf8ToCp1252(kPlusMinus), "\xB1");
-}
-
-TEST(Utf8ToCp1252, ReplacesWhatHasNoPlace) {
-  EXPECT_EQ(Utf8ToCp1252("a\u03A9b\U0001F600c"), "a?b?c");
-  EXPECT_EQ(Utf8ToCp1252("\xC3"), "?");              // cut short
-  EXPECT_EQ(Utf8ToCp1252("\xC3x\xFF\xB1"), "?x??");  // no continuation, no lead, no start
-  EXPECT_EQ(Utf8ToCp1252("\xC0\xAF"), "??");         // a slash in two bytes
 }
 
 // A slash hidden in three or four bytes got past the test of file names and came out as "/".

@@ -171,14 +171,6 @@ TEST_F(AnalyzeTest, AFailedFitStillWritesWhatDoesNotNeedIt) {
             std::string::npos);
 }
 
-TEST_F(AnalyzeTest, ARefusedFitNamesItsBox) {
-  ASSERT_EQ(Analyze(std::string(kTwoScans) +
-                    "[[dataset]]\nnumber = 1\nuse = false\n[[dataset]]\nnumber = 2\nuse = false\n"
-                    "[fit]\nmodel = \"Ideal\"\n"),
-            1);
-  EXPECT_EQ(Result()["fit"]["where"], "No Sets Chosen");
-}
-
 TEST_F(AnalyzeTest, ATimeLimitStopsAsAClickDoes) {
   ASSERT_EQ(Analyze(std::string(kTwoScans) + "[fit]\nmodel = \"Ideal\"\ntime_limit = 1e-9\n"), 1);
   const json result = Result();

@@ -48,23 +48,6 @@ TEST(RunFit, FinishesAndWritesBack) {
             (std::vector<std::string>{"Click anywhere in log window to halt fitting.", " "}));
 }
 
-TEST(RunFit, ARefusalChangesNothing) {
-  QuorvaneModule module = IdealSession();
-  RecordingHost host;
-  SetupFit(module.Setup, module.FitPage, module.Store, 0, host);
-  module.Setup.chkOffset.assign(2, CheckState::kUnchecked);
-  module.Setup.chkRefC.assign(2, CheckState::kUnchecked);
-  module.Setup.chkMWB = CheckState::kUnchecked;
-  const std::string before = Kept(module);
-  const FitOutcome outcome = RunFit(module, host);
-  EXPECT_EQ(outcome.ending, FitEnding::kRefused);
-  EXPECT_EQ(outcome.where, "Parameter Choice Error");
-  ASSERT_EQ(host.messages.size(), 1U);
-  EXPECT_EQ(host.messages[0].text, "No Parameters Chosen for Fitting!");
-  EXPECT_TRUE(host.lines.empty());
-  EXPECT_EQ(Kept(module), before);
-}
-
 TEST(RunFit, ModelsWithCellEndsAskAboutDefaultRadiiAndRefuseAWrongOrder) {
   struct Row {
     double meniscus, base;  // 0: as loaded

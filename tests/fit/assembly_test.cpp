@@ -103,25 +103,6 @@ TEST(SetupDataArrays, TakesGoodPointsInOrderAndMassPointsBehindThem) {
   EXPECT_EQ(fit.FitY(22), session.At(2).C[0]);
 }
 
-TEST(SetupDataArrays, LooksUpTheSectorWidthOnlyWhereItIsNeeded) {
-  struct Case {
-    int modelIndex;
-    bool mass;
-    bool loads;
-    bool needed;
-  };
-  for (const Case& c : {Case{0, false, true, true}, Case{0, false, false, false},
-                        Case{6, true, false, true}, Case{6, false, true, false}}) {
-    Session session(c.modelIndex);
-    session.setup.SetCellChannel = {1, 1, 1};
-    session.setup.UseMassConservation = c.mass;
-    session.setup.CalcLoadingConcs = c.loads;
-    session.Assemble();
-    EXPECT_EQ(session.fit.FitF(3) != 1.0, c.needed);
-    EXPECT_EQ(session.host.lines.empty(), !c.needed);  // the first point lies below 6.1 cm
-  }
-}
-
 TEST(SetupDataArrays, WarnsOfPointsOutsideTheCellGeometry) {
   const std::string head =
       "   WARNING :: Datapoints outside the range defined for the chosen cell geometry have been "
@@ -215,18 +196,6 @@ TEST(UpdateParameters, OverflowChangesNothing) {
   EXPECT_EQ(session.fit.CurrentProc, "UpdateParameters");
   EXPECT_EQ(session.At(0).Offset, 0.002);
   EXPECT_EQ(session.page.ModelMW, FitPage().ModelMW);
-}
-
-TEST(SetupFit, RefusesAnEmptyChoice) {
-  Session session(7);
-  session.store.UseData.assign(4, false);
-  const FitSetup before = session.setup;
-  EXPECT_FALSE(SetupFit(session.setup, session.page, session.store, 2, session.host));
-  ASSERT_EQ(session.host.messages.size(), 1u);
-  EXPECT_EQ(session.host.messages[0].title, "No Sets Chosen");
-  EXPECT_EQ(session.host.messages[0].text, "No datasets were chosen to be fitted!");
-  EXPECT_EQ(session.setup.ModelIndex, before.ModelIndex);
-  EXPECT_EQ(session.setup.FitSetList, before.FitSetList);
 }
 
 TEST(SetupFit, TakesAtMost101Datasets) {

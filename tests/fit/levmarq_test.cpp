@@ -220,16 +220,6 @@ TEST(FitData, CountsPassesUntilTheSumRises) {
   }
 }
 
-TEST(FitData, WithoutInfluenceParametersAreLoggedUntilTheUserStops) {
-  FitState fit = IdealProblem();
-  fit.SetOmegaTerm = Array1<double>(2, 0.0);  // no rotor speed: MW has no influence
-  RecordingHost host;
-  host.onEvents = [&] { fit.FitKeepGoing = host.lastIteration < 30; };
-  int iterations = -1;
-  FitData(fit, host, iterations);
-  EXPECT_GE(host.CountLinesWith(")=0 :: Singular matrix."), 3);
-}
-
 TEST(FitData, Fits256ParametersAndNoMore) {
   for (const int shared : {2, 3}) {
     FitState fit = MakeProblem({.modelIndex = 1, .sets = 127, .points = 10}, TypicalShared(1));

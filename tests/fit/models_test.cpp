@@ -212,34 +212,6 @@ TEST(FUNCS, RatiosOfConstantsStandForTheConstants) {
   }
 }
 
-TEST(FUNCS, ReadWhatConcernsThemAndNothingElse) {
-  struct Case {
-    const char* what;
-    std::function<void(FitState&)> change;
-    std::vector<int> affected;  // models
-  };
-  const std::vector<Case> cases = {
-      {"kind of the point", [](FitState& f) { f.PointKind(3) = 1; }, {6, 7, 8, 10}},
-      {"signal", [](FitState& f) { f.FitY(3) += 0.1; }, {1}},
-      {"last parameter",
-       [](FitState& f) { f.FitA(f.FitMA) *= 1.1; },
-       {0, 1, 2, 3, 4, 5, 6, 7, 8, 9, 10}},  // not the reserved model's virial coefficient
-      {"concentration of a linked set",
-       [](FitState& f) { f.FitA(f.NumFitSets + 1) += 0.5; },
-       {0, 1, 2, 3, 4, 5, 9, 14}}};
-  for (const Case& c : cases) {
-    std::vector<int> affected;
-    for (const int index : AllModels()) {
-      FitState fit = FilledProblem({.modelIndex = index, .massConservation = true});
-      fit.RefLink = {1, 1};
-      const double before = ValueAt(fit, 3);
-      c.change(fit);
-      if (ValueAt(fit, 3) != before) affected.push_back(index);
-    }
-    EXPECT_EQ(affected, c.affected) << c.what;
-  }
-}
-
 struct FaultCase {
   const char* what;
   int modelIndex;

@@ -132,37 +132,6 @@ TEST(RenderChart, PanelsShareTheBottomAxisAlthoughTheirDataDiffer) {
   EXPECT_GT(Find(image, kOrange).box.top(), Find(image, kChartRed).box.bottom());
 }
 
-// A fit stands above its data, but the zero line of residuals behind them, whatever their order.
-TEST(RenderChart, StacksLinesAndMarks) {
-  for (const bool lineFirst : {false, true}) {
-    const auto topmost = [&](double level) {
-      std::vector<ChartSeries> series = {
-          Marks(kChartRed, {1, 2, 3}, {level - 1, level, level + 1}, SeriesStyle::kDot),
-          Line(kGreen, {1, 3}, {level, level})};
-      if (lineFirst) std::swap(series[0], series[1]);
-      const QImage image = Png(OnePanel(series));
-      EXPECT_GT(Find(image, kGreen).pixels, 900);
-      return image.pixel(Find(image, kChartRed).box.center());
-    };
-    EXPECT_EQ(topmost(5.0), qRgb(0, 0xC0, 0)) << lineFirst;
-    EXPECT_EQ(topmost(0.0), qRgb(255, 0, 0)) << lineFirst;
-  }
-}
-
-TEST(RenderChart, LinesKeepTheOrderOfTheirPointsAndBreakWhereOneIsNotFinite) {
-  // Round a square with a gap in its upper side; sorted by x it would be a zigzag.
-  const QImage image =
-      Png(OnePanel({Line(kChartRed, {0, 4, 4, 3, 2, 1, 0, 0}, {0, 0, 1, 1, kNaN, 1, 1, 0})}));
-  const QRect box = Find(image, kChartRed).box;
-  const QRgb red = qRgb(255, 0, 0);
-  for (int x = box.left() + 20; x < box.right() - 20; ++x) {
-    ASSERT_NE(image.pixel(x, box.center().y()), red) << x;
-  }
-  EXPECT_EQ(image.pixel(box.left() + box.width() / 8, box.top()), red);
-  EXPECT_NE(image.pixel(box.center().x(), box.top()), red);
-  EXPECT_EQ(image.pixel(box.center().x(), box.bottom()), red);
-}
-
 TEST(RenderChart, SkipsWhatIsNotFinite) {
   const Chart clean = OnePanel({Marks(kChartRed, {1, 2, 3}, {1, 2, 3})});
   for (const double bad : {kNaN, kInfinity, -kInfinity, 1e300}) {

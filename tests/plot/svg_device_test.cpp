@@ -39,26 +39,3 @@ TEST(SvgDevice, ClipsWhatIsPaintedUnderAClipOnly) {
   EXPECT_EQ(file.elements[1].clip, QString());
   EXPECT_EQ(file.clips[file.elements[2].clip], QRectF(100, 100, 20, 20));
 }
-
-TEST(SvgDevice, WritesTextAsTextWhateverItHolds) {
-  for (const char* text : {"plain", "& < > \" '", "\u00b1 \u00b5 \u03c3\u00b2", "  two  blanks "}) {
-    const QString expected = QString::fromUtf8(text);
-    const SvgFile file =
-        ReadSvg(Painted([&](QPainter& painter) { painter.drawText(10, 20, expected); }));
-    EXPECT_EQ(file.error, QString()) << text;
-    EXPECT_NE(file.FindText(expected), nullptr) << text;
-  }
-  const QString withControls = QStringLiteral("bell\a and escape\x1b");
-  EXPECT_EQ(ReadSvg(Painted([&](QPainter& p) { p.drawText(10, 20, withControls); })).error, "");
-}
-
-TEST(SvgDevice, KeepsTransformationsOfText) {
-  const SvgFile file = ReadSvg(Painted([](QPainter& painter) {
-    painter.translate(40, 100);
-    painter.rotate(-90);
-    painter.drawText(0, 0, QStringLiteral("upwards"));
-  }));
-  const SvgElement* text = file.FindText(QStringLiteral("upwards"));
-  ASSERT_NE(text, nullptr);
-  EXPECT_EQ(text->transform, "matrix(0.000 -1.000 1.000 0.000 40.000 100.000)");
-}

@@ -116,15 +116,6 @@ TEST(getFofR, InterpolatesAndFlagsWhatLiesOutside) {
   EXPECT_EQ(below + above, 0);
 }
 
-TEST(getFofR, RefusesATableThatIsNotThere) {
-  std::int32_t below = 0;
-  std::int32_t above = 0;
-  const std::vector<CellGeometry> tables = {{1, "none", {}, {}}};
-  for (const int geometry : {-1, 0, 1, 11}) {
-    EXPECT_THROW(getFofR(6.5, geometry, tables, below, above), SubscriptFault) << geometry;
-  }
-}
-
 TEST(CalcRefRadius, LiesTwoThirdsDownTheGoodPoints) {
   Dataset d = MakeDataset("a", {6.0, 6.3, 6.6, 6.9});
   EXPECT_EQ(CalcRefRadius(d), 6.6F);

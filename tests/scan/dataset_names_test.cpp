@@ -56,12 +56,6 @@ TEST(DatasetName, ElWavelengthShiftsInAMultipleLoad) {
             "run_1A01234.EL1");
 }
 
-TEST(DatasetName, RefusesHeaderNumbersBeyondAnInteger) {
-  const std::string header = "F 3 20.0 1E999";
-  EXPECT_THROW(DatasetName(FileKind::kFi, "a.FI1", header, 'A', ElWavelength::kSingleLoad),
-               ArithmeticFault);
-}
-
 TEST(BlankName, HasItsMarkOnce) {
   EXPECT_EQ(BlankName(FileKind::kIpRa, "00012.RA3", kRa), "BL_12_3A20280.dat");
   EXPECT_EQ(BlankName(FileKind::kFi, "B00012.FI3", kRa), "BL_12_3B20280.dat");

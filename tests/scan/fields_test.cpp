@@ -44,15 +44,6 @@ TEST(FieldVal, TakesTheLongestNumberInFront) {
   EXPECT_THROW(FieldVal("-1D99999"), ArithmeticFault);
 }
 
-TEST(FieldInt16, RoundsHalfToEvenWithinItsRange) {
-  const std::vector<std::pair<const char*, int>> cases = {
-      {" 280", 280}, {"2.5", 2}, {"3.5", 4}, {"-32768", -32768}, {"32767", 32767}};
-  for (const auto& [field, value] : cases) EXPECT_EQ(FieldInt16(field), value) << field;
-  EXPECT_THROW(FieldInt16("32768"), ArithmeticFault);
-  EXPECT_EQ(FieldInt32("2147483647"), 2147483647);
-  EXPECT_THROW(FieldInt32("2147483648"), ArithmeticFault);
-}
-
 TEST(ReadLine, EndsLinesAtLineFeeds) {
   const struct {
     std::string text;

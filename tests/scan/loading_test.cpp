@@ -88,21 +88,6 @@ TEST(LoadNamedFile, NamesOtherKindsByTheHeaderOfTheSelection) {
   EXPECT_EQ(NamesOf(s.store), (Names{"12_3A20280.dat", "12_8B30488.dat", "run_1A01234.EL1"}));
 }
 
-TEST(LoadNamedFile, LeavesTheStoreAloneWhenTheFileIsUnfit) {
-  Session s;
-  const auto load = [&](const LoadSettings& settings, const std::string& text) {
-    const auto path = s.folder.Write("a.RA1", text);
-    return LoadNamedFile(s.store, settings, path, s.host).outcome;
-  };
-  s.store.HeaderLine = "F 3 20.0 1E999";
-  EXPECT_EQ(load({FileKind::kFi}, ScanText(kSixRows)), LoadOutcome::kUnreadable);
-  EXPECT_EQ(load(kSixChannels, "one line"), LoadOutcome::kUnreadable);
-  EXPECT_EQ(s.host.failures.size(), 2u);
-  EXPECT_EQ(load(kSixChannels, ScanText(Rows(6.0, 0.01, 15))), LoadOutcome::kTooFewPoints);
-  EXPECT_EQ(NamesOf(s.store), Names{"a_3A20280.dat"});  // channels B and C are empty
-  EXPECT_EQ(s.host.messages.size(), 2u);
-}
-
 // Channel A overflows, B and C are empty: the command line called the file short, not unreadable.
 TEST(LoadNamedFile, ReportsTheWorstOutcomeOfItsChannels) {
   Session s;

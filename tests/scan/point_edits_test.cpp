@@ -62,13 +62,3 @@ TEST(PointEdits, ReachThePointsOfTheirSide) {
     EXPECT_TRUE(d.R == Sample().R && d.C == Sample().C);
   }
 }
-
-TEST(SetMeniscusAndBase, PutsThemInOrder) {
-  Dataset d = Sample();
-  for (const bool swapped : {false, true}) {
-    SetMeniscusAndBase(d, swapped ? 6.45 : 6.05, swapped ? 6.05 : 6.45);
-    EXPECT_EQ(d.Rmen, 6.05);
-    EXPECT_EQ(d.Rbase, 6.45);
-  }
-  EXPECT_EQ(States(d), "+-++++");
-}

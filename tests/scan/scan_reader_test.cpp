@@ -158,22 +158,6 @@ TEST(LoadDataFile, GivesUpHeadersOutOfRange) {
   EXPECT_TRUE(loader.host.messages.empty());
 }
 
-TEST(LoadDataFile, CommentHasRoomForTwoHundredCharacters) {
-  Loader loader;
-  const auto comment = [&](std::size_t length, FileKind kind) {
-    const int before = loader.store.NumDatasets();
-    loader.Load(ScanText(Rows(6.0, 0.01, 10), kHeader, "  " + std::string(length, 'c')), kind);
-    return loader.store.NumDatasets() > before ? Comment1Of(loader.Last()) : "none";
-  };
-  const std::string path = PathText(loader.folder / "scan.RA1");
-  const std::string c195(195, 'c');
-  EXPECT_EQ(comment(195, FileKind::kIpRa), c195 + " :: " + path.substr(path.size() - 5));
-  EXPECT_EQ(comment(200, FileKind::kIpRa), std::string(200, 'c') + " ::");
-  EXPECT_EQ(comment(201, FileKind::kIpRa), "none");
-  EXPECT_EQ(comment(201, FileKind::kDat), std::string(201, 'c'));
-  EXPECT_EQ(comment(300, FileKind::kDat), std::string(254, 'c'));  // 256 columns, two of them blank
-}
-
 TEST(LoadDataFile, GivesUpFilesItCannotRead) {
   Loader loader;
   for (const std::string& text : {std::string(), std::string("only a comment\r\n"),

@@ -57,16 +57,4 @@ TEST(FSTAT, RefusesWithALineForEachReason) {
   }
 }
 
-TEST(FSTAT, OneDegreeOfFreedomDividesByZero) {
-  RecordingHost host;
-  for (const auto& [n, m] : {std::pair(1, 9), std::pair(9, 1)}) {
-    try {
-      FSTAT(n, m, 0.95, host);
-      FAIL() << n << ", " << m;
-    } catch (const ArithmeticFault& fault) {
-      EXPECT_EQ(fault.kind(), FaultKind::kDivisionByZero);
-    }
-  }
-}
-
 }  // namespace
