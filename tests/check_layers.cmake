@@ -1,4 +1,5 @@
 # Fails on an #include in src/ that goes up or sideways in the house (see docs/developer-guide.md).
+cmake_minimum_required(VERSION 3.22)
 set(below_base base)
 set(below_scan base scan)
 set(below_fit base scan fit)

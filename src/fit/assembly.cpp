@@ -11,8 +11,6 @@
 
 namespace {
 
-// (2 pi / 60)^2 over a gas constant of 8.314e7 erg/(mol K); a literal of the domain.
-constexpr double kOmegaFactor = 1.319007e-10;
 constexpr double kZeroCelsius = 273.15;  // kelvin
 
 const Dataset& DatasetAt(const FitSetup& setup, int position,

@@ -13,6 +13,9 @@ struct Model;
 // More parameters than this, held ones included, do not fit.
 inline constexpr int kMaxParameters = 256;
 
+// (2 pi / 60)^2 over a gas constant of 8.314e7 erg/(mol K); a literal of the domain.
+inline constexpr double kOmegaFactor = 1.319007e-10;
+
 // What one Levenberg-Marquardt step leaves for the next.
 struct StepMemory {
   int mfit = 0;                                            // fitted parameters

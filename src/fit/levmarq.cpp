@@ -91,7 +91,7 @@ std::optional<Singular> Eliminate(Matrix1<double>& a, int n, Matrix1<double>& b,
   for (int i = 1; i <= n; ++i) {
     const std::optional<PivotPlace> found = FindPivot(a, n, timesChosen);
     if (!found) return Singular{true, 0};
-    if (found->row != 0) place = *found;  // nothing found keeps the last place
+    if (found->row != 0) place = *found;           // nothing found keeps the last place
     if (place.row == 0) return Singular{true, 0};  // a matrix without numbers; the flags say so
     ++timesChosen[static_cast<std::size_t>(place.column)];
     if (place.row != place.column) {

@@ -83,7 +83,7 @@ bool SameExponential(const SpeciesTerm& a, const SpeciesTerm& b) {
   return a.rate == b.rate && a.shift == b.shift;
 }
 
-// Data points at the front of those of a dataset.
+// Mass conservation points behind the data points of a dataset.
 std::size_t ExtraPoints(const FitState& fit) {
   return fit.TwoComponentModel && fit.UseMassConservation ? 2 : 0;
 }
@@ -164,6 +164,31 @@ struct ColumnMeans {
   double nmerIntegral;
   double monomer;  // mean concentration
   double nmer;     // mean concentration
+};
+
+// What the two models with a fraction of incompetent material share.
+struct WithIncompetent {
+  WithIncompetent(const FitState& fit, const Array1<double>& a, int d)
+      : own(fit, a, d),
+        n(a(own.base + 2)),
+        lnK(a(own.base + 3)),
+        fraction(a(own.base + 4)),
+        means(fit, own, d, n, lnK) {}
+
+  // Mean concentration, as monomer, of what can associate.
+  double CompetentMass() const { return n * means.nmer + means.monomer; }
+
+  void AddCompetent(double baseline, SetTerms& out) const {
+    out = {.baseline = baseline};
+    out.Add(own.Monomer());
+    out.Add(own.Nmer(n, lnK));
+  }
+
+  OneComponent own;
+  double n;
+  double lnK;
+  double fraction;
+  ColumnMeans means;
 };
 
 }  // namespace
@@ -267,31 +292,20 @@ void MonomerNmerMmerTerms(const FitState& fit, const Array1<double>& a, int d, S
 }
 
 void IncompetentMonomerTerms(const FitState& fit, const Array1<double>& a, int d, SetTerms& out) {
-  const OneComponent own(fit, a, d);
-  const double n = a(own.base + 2);
-  const double lnK = a(own.base + 3);
-  const double fraction = a(own.base + 4);
-  const ColumnMeans means(fit, own, d, n, lnK);
-  const double mean = (n * means.nmer + means.monomer) * fraction / (1.0 - fraction);
-  const double incompetent = means.height * (mean * own.rate) / means.monomerIntegral;
-  out = {.baseline = a(d)};
-  out.Add(own.Monomer());
-  out.Add(own.Nmer(n, lnK));
-  out.Add({.amplitude = incompetent * own.extinction, .rate = own.rate});
+  const WithIncompetent all(fit, a, d);
+  const double mean = all.CompetentMass() * all.fraction / (1.0 - all.fraction);
+  const double incompetent = all.means.height * (mean * all.own.rate) / all.means.monomerIntegral;
+  all.AddCompetent(a(d), out);
+  out.Add({.amplitude = incompetent * all.own.extinction, .rate = all.own.rate});
 }
 
 void IncompetentNmerTerms(const FitState& fit, const Array1<double>& a, int d, SetTerms& out) {
-  const OneComponent own(fit, a, d);
-  const double n = a(own.base + 2);
-  const double lnK = a(own.base + 3);
-  const double fraction = a(own.base + 4);
-  const ColumnMeans means(fit, own, d, n, lnK);
-  const double mean = (n * means.nmer + means.monomer) * fraction / ((1.0 - fraction) * n);
-  const double incompetent = mean * n * own.rate * means.height / means.nmerIntegral;
-  out = {.baseline = a(d)};
-  out.Add(own.Monomer());
-  out.Add(own.Nmer(n, lnK));
-  out.Add({.amplitude = n * own.extinction * incompetent, .rate = n * own.rate});
+  const WithIncompetent all(fit, a, d);
+  const double mean = all.CompetentMass() * all.fraction / ((1.0 - all.fraction) * all.n);
+  const double incompetent =
+      mean * all.n * all.own.rate * all.means.height / all.means.nmerIntegral;
+  all.AddCompetent(a(d), out);
+  out.Add({.amplitude = all.n * all.own.extinction * incompetent, .rate = all.n * all.own.rate});
 }
 
 void ABTerms(const FitState& fit, const Array1<double>& a, int d, SetTerms& out) {

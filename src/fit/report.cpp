@@ -13,7 +13,6 @@
 
 namespace {
 
-constexpr double kOmegaFactor = 1.319007e-10;
 constexpr std::string_view kSigned = " 0.00E+00;-0.00E+00";
 
 std::string Space(std::size_t count) {

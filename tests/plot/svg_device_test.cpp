@@ -1,5 +1,4 @@
-// Faults caught here: clipping lost or moved by a transformation, text that breaks the XML or is
-// turned the wrong way, numbers that follow the user's locale.
+// Faults caught here: clipping lost, kept for too long, or moved by a transformation.
 #include "plot/svg_device.h"
 
 #include <gtest/gtest.h>
