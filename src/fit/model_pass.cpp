@@ -164,6 +164,7 @@ void Accumulate(FitState& fit, std::size_t points, Matrix1<double>& alpha, Matri
     for (std::size_t k = m; k < last; ++k) beta(place(k), 1) = sums[k - m];
     for (std::size_t l = m; l < columns; ++l) {
       const std::size_t lastOfRow = std::min(last, l + 1);
+      sums = {};
       for (std::size_t k = m; k < lastOfRow; ++k) sums[k - m] = alpha(place(l), place(k));
       AddProducts(derivative + l, stride, derivative + m, stride, points, sums);
       for (std::size_t k = m; k < lastOfRow; ++k) alpha(place(l), place(k)) = sums[k - m];
