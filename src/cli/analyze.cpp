@@ -13,6 +13,7 @@
 #include "core/fit_run.h"
 #include "plot/offscreen.h"
 #include "scan/dataset_files.h"
+#include "stats/correlation.h"
 
 namespace fs = std::filesystem;
 
@@ -117,12 +118,15 @@ ExitStatus RunAnalyze(const AnalyzeArguments& arguments, const CommandStreams& s
   TakeTemperature(job, module);
   FitOutcome outcome;
   if (job.fit) outcome = Fit(job, module, host);
+  const bool coefficients = job.crossCorrelation && outcome.ending == FitEnding::kFinished;
+  if (coefficients) LogCrossCorrelation(module.Fit, host);
   const ExitStatus written = WriteOutputs(job, module, outcome, host);
   if (!arguments.json.empty()) {
     Json json = DocumentHead();
     json["constants"] = ConstantsJson(module);
     json["datasets"] = DatasetsJson(module.Store);
     if (job.fit) json["fit"] = FitJson(module, outcome);
+    if (coefficients) json["cross_correlation"] = CrossCorrelationJson(module);
     json["log"] = host.Log();
     WriteWholeFile(PathFromText(arguments.json), JsonText(json));
   }

@@ -208,6 +208,14 @@ void ReadConstants(TableReader& root, Job& job) {
   table->RefuseUnknownKeys();
 }
 
+void ReadCrossCorrelation(TableReader& root, Job& job) {
+  std::optional<TableReader> table = root.Table("cross_correlation");
+  if (!table) return;
+  job.crossCorrelation = true;
+  job.criticalCoefficient = ReadConstant(*table, "critical", Constant::kCriticalCCC);
+  table->RefuseUnknownKeys();
+}
+
 JobOutput ReadOutput(TableReader& root, const fs::path& folder) {
   JobOutput output;
   std::optional<TableReader> table = root.Table("output");
@@ -279,6 +287,7 @@ std::unique_ptr<ParsedJob> ReadJob(const fs::path& path) {
   job.loads = ReadLoads(root, folder);
   job.datasets = ReadDatasets(root);
   job.fit = ReadFit(root);
+  ReadCrossCorrelation(root, job);
   job.output = ReadOutput(root, folder);
   root.RefuseUnknownKeys();
   return parsed;

@@ -93,6 +93,8 @@ struct Job {
   std::vector<JobLoad> loads;
   std::vector<JobDataset> datasets;
   std::optional<JobFit> fit;
+  bool crossCorrelation = false;  // print the coefficients after the fit
+  std::optional<double> criticalCoefficient;
   JobOutput output;
 };
 

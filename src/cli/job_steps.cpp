@@ -167,6 +167,7 @@ void ApplyConstants(const Job& job, const std::filesystem::path& programFolder,
   set(Constant::kVbarB, job.vbarB);
   set(Constant::kDensity, job.density);
   set(Constant::kMCTolerance, job.mcTolerance);
+  set(Constant::kCriticalCCC, job.criticalCoefficient);
 }
 
 LoadResult LoadOne(const JobLoad& load, DatasetStore& store, Host& host) {

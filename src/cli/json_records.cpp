@@ -7,6 +7,7 @@
 #include "fit/mass_conservation.h"
 #include "fit/models.h"
 #include "fit/report.h"
+#include "stats/correlation.h"
 
 namespace {
 
@@ -62,10 +63,10 @@ Json ParametersJson(const FitState& fit, const FitStatistics* statistics) {
   return parameters;
 }
 
-Json CovarianceJson(const FitState& fit) {
+Json MatrixJson(const Matrix1<double>& matrix) {
   Json rows = Json::array();
-  for (int j = 1; j <= fit.FitMA; ++j) {
-    rows.push_back(std::vector<double>(fit.FitCovar.Row(j), fit.FitCovar.Row(j) + fit.FitMA));
+  for (int j = 1; j <= matrix.rows(); ++j) {
+    rows.push_back(std::vector<double>(matrix.Row(j), matrix.Row(j) + matrix.cols()));
   }
   return rows;
 }
@@ -152,8 +153,18 @@ Json FitJson(const QuorvaneModule& module, const FitOutcome& outcome) {
   json["seconds"] = outcome.seconds;
   json["parameters"] = ParametersJson(fit, stopped ? nullptr : &statistics);
   if (stopped) return json;
-  json["covariance"] = CovarianceJson(fit);
+  json["covariance"] = MatrixJson(fit.FitCovar);
   json["curves"] = CurvesJson(fit);
   AddConcentrations(fit, json);
   return json;
+}
+
+Json CrossCorrelationJson(const QuorvaneModule& module) {
+  Json names = Json::array();
+  for (int k = 1; k <= module.Fit.FitMA; ++k) {
+    names.push_back(std::string(Trim(module.Fit.FitParamNames(k))));
+  }
+  return {{"critical", module.CriticalCCCValue},
+          {"names", names},
+          {"matrix", MatrixJson(CrossCorrelation(module.Fit))}};
 }

@@ -15,3 +15,6 @@ Json DatasetsJson(const DatasetStore& store);
 // The fit that module.Fit holds, or {"error", "where"} for one that was refused or failed.
 // Throws ArithmeticFault.
 Json FitJson(const QuorvaneModule& module, const FitOutcome& outcome);
+
+// The coefficients of the fit that module.Fit holds. Throws ArithmeticFault.
+Json CrossCorrelationJson(const QuorvaneModule& module);

@@ -21,11 +21,11 @@ class AnalyzeTest : public CommandTest {
 };
 
 TEST_F(AnalyzeTest, FitsTwoScansAndSaysSoEverywhere) {
-  ASSERT_EQ(
-      Analyze(std::string(kTwoScans) + "[fit]\nmodel = \"Ideal\"\n"
-                                       "[output]\ntable = \"fit.csv\"\ndata_folder = \"data\"\n"
-                                       "graphs_folder = \"plots\"\ngraphs_format = \"svg\"\n"),
-      0)
+  ASSERT_EQ(Analyze(std::string(kTwoScans) +
+                    "[fit]\nmodel = \"Ideal\"\n[cross_correlation]\ncritical = 0.9\n"
+                    "[output]\ntable = \"fit.csv\"\ndata_folder = \"data\"\n"
+                    "graphs_folder = \"plots\"\ngraphs_format = \"svg\"\n"),
+            0)
       << err.str();
   EXPECT_EQ(err.str(), "");
   const json result = Result();
@@ -53,7 +53,10 @@ TEST_F(AnalyzeTest, FitsTwoScansAndSaysSoEverywhere) {
   EXPECT_EQ(result["datasets"][1]["name"], "2_3A20280.dat");
   EXPECT_DOUBLE_EQ(result["datasets"][1]["baseline"], fit["parameters"][1]["value"]);
   EXPECT_FALSE(fit.contains("mass_conservation"));
-  EXPECT_FALSE(result.contains("confidence"));
+  EXPECT_EQ(result["cross_correlation"]["critical"], 0.9);
+  EXPECT_EQ(result["cross_correlation"]["names"][4], "MW");
+  EXPECT_EQ(result["cross_correlation"]["matrix"][2][2], 1.0);
+  EXPECT_NE(out.str().find("Cross-Correlation Coefficients"), std::string::npos);
 
   const std::string table = ReadText(folder / "fit.csv");
   EXPECT_EQ(std::count(table.begin(), table.end(), '\n'), 121);

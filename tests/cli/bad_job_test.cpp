@@ -27,6 +27,7 @@ constexpr BadJob kBadJobs[] = {
      ":9: fit.parameters.MW.start: the number is not finite"},
     {"[fit]\nmodel = 0\n[fit.parameters]\nMWA = { start = 1 }\n",
      ":9: fit.parameters.MWA: there is no such key here"},
+    {"[cross_correlation]\ncritical = 1\n", ":7: cross_correlation.critical: Out-of-range"},
     {"[constants]\nvbar = 0.25\n", ":7: constants.vbar: Out-of-range Value Entered"},
     {"[constants]\nmc_tolerance = 10.1\n", ":7: constants.mc_tolerance: Out-of-range"},
     {"[[dataset]]\nname = \"x\"\n", ":6: dataset.number: the number of the dataset is wanted"},
