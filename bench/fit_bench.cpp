@@ -6,6 +6,7 @@
 
 #include "bench/quiet_host.h"
 #include "fit/levmarq.h"
+#include "stats/confidence.h"
 #include "support/fit_problem.h"
 
 namespace {
@@ -79,6 +80,18 @@ void WholeFit(benchmark::State& state) {
   state.counters["chisq"] = chisq;
 }
 
+// The confidence search of all fitted shared parameters, on all cores.
+void ConfidenceSearch(benchmark::State& state) {
+  FitState fit = StandingProblem(static_cast<int>(state.range(0)));
+  QuietHost host;
+  int iterations = 0;
+  FitData(fit, host, iterations);
+  const ConfidenceRequest request{95.46, RatioMethod::kParameters, std::vector<bool>(5, true)};
+  std::size_t found = 0;
+  for (auto _ : state) found = CalcConfidence(fit, request, host).intervals.size();
+  state.counters["intervals"] = static_cast<double>(found);
+}
+
 // Points per dataset fixed, datasets growing: the time of a pass must grow with the points.
 void PassOverDatasets(benchmark::State& state) {
   FitState fit = MakeProblem(
@@ -98,4 +111,5 @@ void PassOverDatasets(benchmark::State& state) {
 // conservation, 30 x 400; 3: Monomer-Nmer, N held, 80 x 1000.
 BENCHMARK(Pass)->DenseRange(0, 3)->Unit(benchmark::kMicrosecond);
 BENCHMARK(WholeFit)->DenseRange(0, 3)->Unit(benchmark::kMillisecond);
+BENCHMARK(ConfidenceSearch)->DenseRange(1, 2)->Unit(benchmark::kMillisecond)->UseRealTime();
 BENCHMARK(PassOverDatasets)->RangeMultiplier(2)->Range(5, 80)->Complexity(benchmark::oN);

@@ -42,12 +42,14 @@ FitOutcome Fit(const Job& job, QuorvaneModule& module, TerminalHost& host) {
     host.ReportFailure("At most 101 datasets can be fitted at once.");
     return {.ending = FitEnding::kFailed, .error = fault.what(), .where = "cmdSetFit"};
   }
+  if (job.confidence) ConfidenceOf(job, module.Setup);  // a bad name is told before the work
   if (job.fit->timeLimit) host.SetTimeLimit(*job.fit->timeLimit);
   FitOutcome outcome;
   for (int press = 0; press < job.fit->repeat; ++press) {
     outcome = RunFit(module, host);
     if (outcome.ending != FitEnding::kFinished) break;
   }
+  host.ClearTimeLimit();
   return outcome;
 }
 
@@ -95,6 +97,26 @@ ExitStatus WriteOutputs(const Job& job, const QuorvaneModule& module, const FitO
   return status;
 }
 
+// Confidence intervals and correlation coefficients of a finished fit, into the log and `json`.
+ExitStatus AnalyseErrors(const Job& job, const FitOutcome& fit, QuorvaneModule& module, Json& json,
+                         TerminalHost& host) {
+  json = Json::object();
+  if (!job.fit || fit.ending != FitEnding::kFinished) return ExitStatus::kDone;
+  ExitStatus status = ExitStatus::kDone;
+  if (job.confidence) {
+    const ConfidenceRequest request = ConfidenceOf(job, module.Setup);
+    const ConfidenceOutcome found = CalcConfidence(module.Fit, request, host);
+    json["confidence"] = ConfidenceJson(request, found);
+    if (found.stopped || !found.error.empty()) status = ExitStatus::kNotDone;
+    if (!found.error.empty()) host.ReportFailure("The confidence search failed: " + found.error);
+  }
+  if (job.crossCorrelation) {
+    LogCrossCorrelation(module.Fit, host);
+    json["cross_correlation"] = CrossCorrelationJson(module);
+  }
+  return status;
+}
+
 // The temperature of a session without a fit: the job's, or that of the first dataset.
 void TakeTemperature(const Job& job, QuorvaneModule& module) {
   if (!module.Store.Datasets.empty()) {
@@ -118,17 +140,18 @@ ExitStatus RunAnalyze(const AnalyzeArguments& arguments, const CommandStreams& s
   TakeTemperature(job, module);
   FitOutcome outcome;
   if (job.fit) outcome = Fit(job, module, host);
-  const bool coefficients = job.crossCorrelation && outcome.ending == FitEnding::kFinished;
-  if (coefficients) LogCrossCorrelation(module.Fit, host);
+  Json analysis;  // of the errors of the fit
+  const ExitStatus analysed = AnalyseErrors(job, outcome, module, analysis, host);
   const ExitStatus written = WriteOutputs(job, module, outcome, host);
   if (!arguments.json.empty()) {
     Json json = DocumentHead();
     json["constants"] = ConstantsJson(module);
     json["datasets"] = DatasetsJson(module.Store);
     if (job.fit) json["fit"] = FitJson(module, outcome);
-    if (coefficients) json["cross_correlation"] = CrossCorrelationJson(module);
+    json.update(analysis);
     json["log"] = host.Log();
     WriteWholeFile(PathFromText(arguments.json), JsonText(json));
   }
-  return job.fit && outcome.ending != FitEnding::kFinished ? StatusOf(outcome.ending) : written;
+  if (job.fit && outcome.ending != FitEnding::kFinished) return StatusOf(outcome.ending);
+  return analysed != ExitStatus::kDone ? analysed : written;
 }

@@ -208,6 +208,22 @@ void ReadConstants(TableReader& root, Job& job) {
   table->RefuseUnknownKeys();
 }
 
+std::optional<JobConfidence> ReadConfidence(TableReader& root) {
+  std::optional<TableReader> table = root.Table("confidence");
+  if (!table) return std::nullopt;
+  JobConfidence confidence(*table);
+  confidence.percent = table->Number("percent").value_or(confidence.percent);
+  const int method = table->Integer("method").value_or(2);
+  confidence.parameters = table->Texts("parameters");
+  table->RefuseUnknownKeys();
+  if (!(confidence.percent > 50.0 && confidence.percent < 100.0)) {
+    table->Fail("percent", "Value must be 50 < P < 100 ");
+  }
+  if (method != 1 && method != 2) table->Fail("method", "1 or 2 is wanted");
+  confidence.method = static_cast<RatioMethod>(method);
+  return confidence;
+}
+
 void ReadCrossCorrelation(TableReader& root, Job& job) {
   std::optional<TableReader> table = root.Table("cross_correlation");
   if (!table) return;
@@ -287,6 +303,7 @@ std::unique_ptr<ParsedJob> ReadJob(const fs::path& path) {
   job.loads = ReadLoads(root, folder);
   job.datasets = ReadDatasets(root);
   job.fit = ReadFit(root);
+  job.confidence = ReadConfidence(root);
   ReadCrossCorrelation(root, job);
   job.output = ReadOutput(root, folder);
   root.RefuseUnknownKeys();

@@ -13,6 +13,7 @@
 #include "cli/toml_reader.h"
 #include "plot/chart_export.h"
 #include "scan/loading.h"
+#include "stats/confidence.h"
 
 // How a file is to be loaded: the words of a job and of the options of `scan`.
 struct LoadWords {
@@ -75,6 +76,15 @@ struct JobFit {
   std::map<std::string, JobParameter> parameters;  // by their names on the page
 };
 
+struct JobConfidence {
+  explicit JobConfidence(TableReader reader) : table(std::move(reader)) {}
+
+  TableReader table;  // for messages
+  double percent = 95.46;
+  RatioMethod method = RatioMethod::kParameters;
+  std::optional<std::vector<std::string>> parameters;  // by their names on the page
+};
+
 struct JobOutput {
   std::optional<std::filesystem::path> dataFolder;
   std::optional<std::filesystem::path> graphsFolder;
@@ -93,6 +103,7 @@ struct Job {
   std::vector<JobLoad> loads;
   std::vector<JobDataset> datasets;
   std::optional<JobFit> fit;
+  std::optional<JobConfidence> confidence;
   bool crossCorrelation = false;  // print the coefficients after the fit
   std::optional<double> criticalCoefficient;
   JobOutput output;

@@ -6,6 +6,7 @@
 #include "base/host.h"
 #include "core/cell_files.h"
 #include "core/constants.h"
+#include "fit/models.h"
 #include "scan/blank.h"
 #include "scan/point_edits.h"
 
@@ -152,6 +153,21 @@ void SetShared(const JobFit& job, FitPage& page, FitSetup& setup) {
   }
 }
 
+// Place among the model's shared parameters (from 0) of the one with that name on the page.
+std::size_t SharedPlace(const JobConfidence& job, const std::string& name, const FitSetup& setup) {
+  const auto known = std::find_if(kPagePlaces.begin(), kPagePlaces.end(),
+                                  [&](const PagePlace& place) { return place.name == name; });
+  const auto parameters = FindModel(setup.ModelIndex)->parameters;
+  for (std::size_t k = 0; k < parameters.size() && known != kPagePlaces.end(); ++k) {
+    if (parameters[k].field != known->field) continue;
+    if (setup.*known->check != CheckState::kChecked) {
+      job.table.Fail("parameters", name + " is held in this fit");
+    }
+    return k;
+  }
+  job.table.Fail("parameters", "this model has no \"" + name + "\"");
+}
+
 }  // namespace
 
 void ApplyConstants(const Job& job, const std::filesystem::path& programFolder,
@@ -221,4 +237,16 @@ bool ApplyFit(const Job& job, QuorvaneModule& module, Host& host) {
     ConstrainRatios(setup);
   }
   return true;
+}
+
+ConfidenceRequest ConfidenceOf(const Job& job, const FitSetup& setup) {
+  const JobConfidence& confidence = *job.confidence;
+  const std::size_t count = FindModel(setup.ModelIndex)->parameters.size();
+  ConfidenceRequest request{confidence.percent, confidence.method,
+                            std::vector<bool>(count, !confidence.parameters)};
+  if (!confidence.parameters) return request;
+  for (const std::string& name : *confidence.parameters) {
+    request.chosen[SharedPlace(confidence, name, setup)] = true;
+  }
+  return request;
 }

@@ -24,3 +24,7 @@ void ApplyDatasets(const Job& job, QuorvaneModule& module, Host& host);
 // "Setup Fit" and what the job changes on the page. False, with a message, if no dataset is chosen.
 // Throws JobFault, and SubscriptFault for more than 101 datasets.
 bool ApplyFit(const Job& job, QuorvaneModule& module, Host& host);
+
+// The request of [confidence] for the fit that the job sets up. Throws JobFault for a parameter
+// that the model does not have or that is held.
+ConfidenceRequest ConfidenceOf(const Job& job, const FitSetup& setup);

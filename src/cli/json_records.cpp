@@ -159,6 +159,19 @@ Json FitJson(const QuorvaneModule& module, const FitOutcome& outcome) {
   return json;
 }
 
+Json ConfidenceJson(const ConfidenceRequest& request, const ConfidenceOutcome& outcome) {
+  Json intervals = Json::array();
+  for (const ConfidenceInterval& interval : outcome.intervals) {
+    intervals.push_back({{"name", interval.name},
+                         {"value", interval.value},
+                         {"lower", interval.lower},
+                         {"upper", interval.upper}});
+  }
+  return {{"percent", request.percent}, {"method", static_cast<int>(request.method)},
+          {"ratio", outcome.ratio},     {"stopped", outcome.stopped},
+          {"seconds", outcome.seconds}, {"intervals", intervals}};
+}
+
 Json CrossCorrelationJson(const QuorvaneModule& module) {
   Json names = Json::array();
   for (int k = 1; k <= module.Fit.FitMA; ++k) {

@@ -3,6 +3,7 @@
 
 #include "cli/json_text.h"
 #include "core/fit_run.h"
+#include "stats/confidence.h"
 
 // {"program", "version"}: the start of every document.
 Json DocumentHead();
@@ -15,6 +16,8 @@ Json DatasetsJson(const DatasetStore& store);
 // The fit that module.Fit holds, or {"error", "where"} for one that was refused or failed.
 // Throws ArithmeticFault.
 Json FitJson(const QuorvaneModule& module, const FitOutcome& outcome);
+
+Json ConfidenceJson(const ConfidenceRequest& request, const ConfidenceOutcome& outcome);
 
 // The coefficients of the fit that module.Fit holds. Throws ArithmeticFault.
 Json CrossCorrelationJson(const QuorvaneModule& module);

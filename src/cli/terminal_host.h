@@ -29,6 +29,7 @@ class TerminalHost : public Host {
 
   // Stops the next calculations when so many seconds have passed from now.
   void SetTimeLimit(double seconds);
+  void ClearTimeLimit() { timeLimit_.reset(); }
 
   // All lines of the log, ended by \n.
   const std::string& Log() const { return log_; }

@@ -22,7 +22,8 @@ class AnalyzeTest : public CommandTest {
 
 TEST_F(AnalyzeTest, FitsTwoScansAndSaysSoEverywhere) {
   ASSERT_EQ(Analyze(std::string(kTwoScans) +
-                    "[fit]\nmodel = \"Ideal\"\n[cross_correlation]\ncritical = 0.9\n"
+                    "[fit]\nmodel = \"Ideal\"\n[confidence]\npercent = 90\nmethod = 1\n"
+                    "[cross_correlation]\ncritical = 0.9\n"
                     "[output]\ntable = \"fit.csv\"\ndata_folder = \"data\"\n"
                     "graphs_folder = \"plots\"\ngraphs_format = \"svg\"\n"),
             0)
@@ -53,6 +54,10 @@ TEST_F(AnalyzeTest, FitsTwoScansAndSaysSoEverywhere) {
   EXPECT_EQ(result["datasets"][1]["name"], "2_3A20280.dat");
   EXPECT_DOUBLE_EQ(result["datasets"][1]["baseline"], fit["parameters"][1]["value"]);
   EXPECT_FALSE(fit.contains("mass_conservation"));
+  const json& interval = result["confidence"]["intervals"][0];
+  EXPECT_EQ(interval["name"], "Buoyant MW");
+  EXPECT_LT(interval["lower"], weight["value"]);
+  EXPECT_GT(interval["upper"], weight["value"]);
   EXPECT_EQ(result["cross_correlation"]["critical"], 0.9);
   EXPECT_EQ(result["cross_correlation"]["names"][4], "MW");
   EXPECT_EQ(result["cross_correlation"]["matrix"][2][2], 1.0);

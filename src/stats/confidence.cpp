@@ -1,0 +1,254 @@
+#include "stats/confidence.h"
+
+#include <algorithm>
+#include <atomic>
+#include <chrono>
+#include <exception>
+#include <future>
+#include <memory>
+#include <semaphore>
+#include <thread>
+
+#include "base/arithmetic.h"
+#include "base/clock.h"
+#include "base/host.h"
+#include "base/number_format.h"
+#include "base/text.h"
+#include "fit/fit_state.h"
+#include "stats/limit_search.h"
+#include "stats/quantiles.h"
+
+namespace {
+
+// The Host of one search: keeps its lines for the log, hears of a stop through a flag.
+class SearchHost : public Host {
+ public:
+  SearchHost(FitState& fit, const std::atomic<bool>& stop) : fit_(fit), stop_(stop) {}
+
+  void PrintIt(std::string_view text) override { lines.emplace_back(text); }
+  void ShowMessage(std::string_view, std::string_view, MessageIcon) override {}
+  bool AskYesNo(std::string_view, std::string_view) override { return false; }
+  void RunPendingEvents() override {
+    if (stop_.load(std::memory_order_relaxed)) fit_.FitKeepGoing = false;
+  }
+  void SetStatus(std::string_view) override {}
+  void ReportProgress(const Progress& progress) override {
+    iteration.store(progress.iteration, std::memory_order_relaxed);
+    sum.store(progress.sumOfSquares, std::memory_order_relaxed);
+  }
+  void ReportFailure(std::string_view) override {}
+  void SendPictureToLog(const Chart&) override {}
+
+  std::vector<std::string> lines;
+  std::atomic<int> iteration = 0;
+  std::atomic<double> sum = 0.0;
+
+ private:
+  FitState& fit_;
+  const std::atomic<bool>& stop_;
+};
+
+// The search of one parameter.
+struct Search {
+  Search(const FitState& start, int parameter, std::string caption, const std::atomic<bool>& stop)
+      : j(parameter), fit(start), host(fit, stop) {
+    interval.name = std::move(caption);
+    interval.value = start.FitA(parameter);
+  }
+
+  // Both limits; `finished` only if the user did not stop it.
+  void Run(double chiBest, double ratio) {
+    double chiUpper = 0.0;
+    double chiLower = 0.0;
+    double upper = 0.0;
+    double lower = 0.0;
+    host.RunPendingEvents();
+    if (!fit.FitKeepGoing) return;
+    BracketParameter(fit, host, chiBest, ratio, j, upper, lower, chiUpper, chiLower);
+    if (!fit.FitKeepGoing) return;
+    interval.upper = BisectParameter(fit, host, chiBest, ratio, j, interval.value, upper, chiUpper);
+    fit.FitChiSq = chiBest;
+    if (!fit.FitKeepGoing) return;
+    interval.lower = BisectParameter(fit, host, chiBest, ratio, j, interval.value, lower, chiLower);
+    finished = fit.FitKeepGoing;
+  }
+
+  int j;
+  FitState fit;
+  SearchHost host;
+  ConfidenceInterval interval;
+  bool finished = false;
+};
+
+double SoughtRatio(const FitState& fit, const ConfidenceRequest& request, Host& host) {
+  int fitted = 0;
+  for (int l = 1; l <= fit.FitMA; ++l) fitted += fit.FitIA(l) != 0;
+  const int freedom = fit.FitNumPoints - fitted;
+  const double p = request.percent / 100.0;
+  const double f = FSTAT(fitted, freedom, p, host);
+  double two = 0.0;
+  CheckArithmetic([&] { two = 1.0 + static_cast<double>(fitted) / freedom * f; });
+  const double one = FSTAT(freedom, freedom, p, host);
+  host.PrintIt("\r\nVariance Ratio at the " + FormatNumber(request.percent, "##.0#") +
+               "% confidence level:");
+  if (request.method == RatioMethod::kEqualFreedom) {
+    host.PrintIt("F(NDF,NDF,1-P) = " + FormatParam(one));
+    return one;
+  }
+  host.PrintIt("1 + (Nparm/NDF)*F(Nparm,NDF,1-P) = " + FormatParam(two));
+  return two;
+}
+
+std::vector<std::unique_ptr<Search>> PlanSearches(const FitState& fit,
+                                                  const ConfidenceRequest& request,
+                                                  const std::atomic<bool>& stop) {
+  std::vector<std::unique_ptr<Search>> searches;
+  const std::vector<std::string_view> captions = ConfidenceCaptions(fit.ModelIndex);
+  for (std::size_t k = 0; k < std::min(captions.size(), request.chosen.size()); ++k) {
+    const int j = fit.SharedBase() + static_cast<int>(k) + 1;
+    if (!request.chosen[k] || fit.FitIA(j) == 0) continue;
+    searches.push_back(std::make_unique<Search>(fit, j, std::string(Trim(captions[k])), stop));
+  }
+  return searches;
+}
+
+// Waits for one search while the user is served.
+void AwaitSearch(std::future<void>& result, const Search& search, FitState& fit,
+                 std::atomic<bool>& stop, Host& host) {
+  constexpr auto kTurn = std::chrono::milliseconds(20);
+  do {
+    host.RunPendingEvents();
+    if (!fit.FitKeepGoing) stop = true;
+    host.ReportProgress({search.interval.name, search.host.iteration, search.host.sum});
+  } while (result.wait_for(kTurn) != std::future_status::ready);
+}
+
+void LogInterval(const Search& search, Host& host) {
+  const ConfidenceInterval& found = search.interval;
+  host.PrintIt(found.name + " = " + FormatParam(found.value) + " [" + FormatParam(found.lower) +
+               "," + FormatParam(found.upper) + "]");
+}
+
+// Runs all searches, as many at once as the machine has cores, and logs them in their order.
+void RunSearches(std::vector<std::unique_ptr<Search>>& searches, FitState& fit, double ratio,
+                 std::atomic<bool>& stop, ConfidenceOutcome& outcome, Host& host) {
+  const double chiBest = fit.FitChiSq;
+  std::counting_semaphore<> cores(
+      std::max(1, static_cast<int>(std::thread::hardware_concurrency())));
+  std::vector<std::future<void>> results;
+  for (const auto& search : searches) {
+    results.push_back(std::async(std::launch::async, [&cores, &search, chiBest, ratio] {
+      cores.acquire();
+      try {
+        search->Run(chiBest, ratio);
+      } catch (...) {
+        cores.release();
+        throw;
+      }
+      cores.release();
+    }));
+  }
+  std::exception_ptr fault;
+  for (std::size_t k = 0; k < searches.size(); ++k) {
+    AwaitSearch(results[k], *searches[k], fit, stop, host);
+    try {
+      results[k].get();
+    } catch (...) {
+      if (!fault) fault = std::current_exception();
+      stop = true;
+    }
+    if (fault || outcome.stopped) continue;  // the rest only has to end
+    for (const std::string& line : searches[k]->host.lines) host.PrintIt(line);
+    if (searches[k]->finished) {
+      LogInterval(*searches[k], host);
+      outcome.intervals.push_back(searches[k]->interval);
+    }
+    outcome.stopped = !fit.FitKeepGoing;
+  }
+  if (fault) std::rethrow_exception(fault);
+}
+
+void LogStop(Host& host) {
+  const std::string rule(40, '=');
+  host.PrintIt(rule + "\r\n");
+  host.PrintIt("** User Terminated Calculation of CIs **");
+  host.PrintIt("\r\n" + rule);
+}
+
+// Number under which an error is logged.
+int ErrorNumber(const std::exception& fault) {
+  const auto* arithmetic = dynamic_cast<const ArithmeticFault*>(&fault);
+  if (arithmetic == nullptr) return 9;
+  switch (arithmetic->kind()) {
+    case FaultKind::kOverflow:
+      return 6;
+    case FaultKind::kDivisionByZero:
+      return 11;
+    case FaultKind::kInvalidOperation:
+      break;
+  }
+  return 5;
+}
+
+void LogFault(const std::exception& fault, Host& host) {
+  const std::string rule(42, '=');
+  host.PrintIt(rule + "\r\n!Error in Calculating Confidence Interval!\r\n!Error# " +
+               std::to_string(ErrorNumber(fault)) + " :: " + fault.what() + "\r\n" + rule);
+}
+
+}  // namespace
+
+std::vector<std::string_view> ConfidenceCaptions(int modelIndex) {
+  switch (modelIndex) {
+    case 0:
+      return {" Buoyant MW "};
+    case 1:
+      return {" Buoyant MW ", " B*M, Virial Coef. "};
+    case 2:
+      return {" Buoyant MW ", " N1", " LnK1"};
+    case 3:
+      return {" Buoyant MW ", " N1", " LnK1", " N2", " LnK2"};
+    case 4:
+    case 5:
+      return {" Buoyant MW ", " N1", " LnK1", " Alpha"};
+    case 6:
+      return {"BuoyantMW A", "BuoyantMW B", "LnK"};
+    case 7:
+      return {"BuoyantMW A", "BuoyantMW B", "LnK1", "LnK2"};
+    case 8:
+      return {"BuoyantMW A", "BuoyantMW B", "LnK1", "LnK2", "LnK3"};
+    case 9:
+      return {" Buoyant MW ", "LnKi"};
+    case 10:
+      return {"BuoyantMW A", "BuoyantMW B", "N1", "LnKs", "LnKh"};
+    default:
+      return {};
+  }
+}
+
+ConfidenceOutcome CalcConfidence(FitState& fit, const ConfidenceRequest& request, Host& host) {
+  ConfidenceOutcome outcome;
+  const Stopwatch watch;
+  std::atomic<bool> stop = false;
+  fit.FitKeepGoing = true;
+  host.RunPendingEvents();
+  host.SetStatus("Click anywhere in log window to halt calculation.");
+  try {
+    outcome.ratio = SoughtRatio(fit, request, host);
+    std::vector<std::unique_ptr<Search>> searches = PlanSearches(fit, request, stop);
+    RunSearches(searches, fit, outcome.ratio, stop, outcome, host);
+    outcome.seconds = watch.Seconds();
+    if (outcome.stopped) {
+      LogStop(host);
+    } else {
+      host.PrintIt("\r\nCalcCI Time: " + FormatNumber(outcome.seconds, "###.#0 secs") + "\r\n");
+    }
+  } catch (const std::exception& fault) {
+    outcome.error = fault.what();
+    outcome.seconds = watch.Seconds();
+    LogFault(fault, host);
+  }
+  fit.FitKeepGoing = false;
+  host.SetStatus(" ");
+  return outcome;
+}

@@ -1,0 +1,45 @@
+// Joint confidence intervals of the shared parameters of a fit, by a search on the variance ratio.
+#pragma once
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+class Host;
+struct FitState;
+
+enum class RatioMethod {
+  kEqualFreedom = 1,  // F(NDF, NDF, P)
+  kParameters = 2,    // 1 + (Nparm / NDF) F(Nparm, NDF, P)
+};
+
+struct ConfidenceRequest {
+  double percent = 95.46;  // above 50, below 100
+  RatioMethod method = RatioMethod::kParameters;
+  std::vector<bool> chosen;  // by shared parameter, from 0; held ones are passed over
+};
+
+struct ConfidenceInterval {
+  std::string name;  // trimmed caption
+  double value = 0.0;
+  double lower = 0.0;
+  double upper = 0.0;
+};
+
+struct ConfidenceOutcome {
+  bool stopped = false;  // by the user
+  std::string error;     // description of the fault that ended it; empty if none did
+  double ratio = 0.0;    // the variance ratio sought
+  double seconds = 0.0;  // of the whole search, steady clock
+  std::vector<ConfidenceInterval> intervals;  // those found, in the order of FitA
+};
+
+// Captions of the shared parameters of a model, in the order of FitA, as windows show them.
+std::vector<std::string_view> ConfidenceCaptions(int modelIndex);
+
+// Searches the limits of the chosen parameters around the fit that `fit` holds and logs them. Each
+// parameter is searched on its own copy of `fit` on its own thread, and the lines come in the order
+// of the parameters, the same as one after the other would give. A stop (FitKeepGoing cleared by
+// the host's events) ends all of them; intervals logged until then stand. A fault is logged and
+// ends the search. `fit` keeps its parameters, flags, sums and covariance.
+ConfidenceOutcome CalcConfidence(FitState& fit, const ConfidenceRequest& request, Host& host);
