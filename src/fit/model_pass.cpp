@@ -113,7 +113,7 @@ void SetPass(FitState& fit, const SetPoints& points, int d) {
 }
 
 // The same, point by point: for models without species terms, and after a fault, to find the point
-// that raised it. Each point is checked by itself.
+// that raised it. Each point is checked by itself, with the squares that its sums will take.
 void PointwisePass(FitState& fit, const SetPoints& points) {
   PassWorkspace& work = fit.Workspace;
   const std::size_t columns = work.touching.size();
@@ -122,10 +122,15 @@ void PointwisePass(FitState& fit, const SetPoints& points) {
     const int i = points.first + static_cast<int>(j);
     CheckArithmetic([&] {
       fit.FitModel->funcs(fit, i, work.work, work.value[j]);
+      double squares = 0.0;
       for (std::size_t k = 0; k < columns; ++k) {
-        work.derivative[j * stride + k] =
+        double& derivative = work.derivative[j * stride + k];
+        derivative =
             DerivativeAt(fit, *fit.FitModel, work.touching[k], i, work.value[j], work.work);
+        squares += derivative * derivative;
       }
+      const double residual = points.y[j] - work.value[j];
+      work.step[j] = squares + residual * residual;
     });
   }
 }

@@ -254,6 +254,13 @@ TEST(MRQCOF, FaultsOfAModelAreSeenAndNamed) {
       {"concentration too large", 0, [](Fit f) { f.FitA(4) = 720.0; }, kOver, "FUNCS0"},
       {"exponent too large", 2, shared(1, 1e10), kOver, "FUNCS2"},
       {"derivative too large", 3, shared(5, 704.0), kOver, "FUNCS3"},
+      {"square of a residual before a pole", 9,
+       [](Fit f) {
+         f.FitA(3) = f.FitA(6) = 0.0;
+         f.FitX(7) = 0.0;
+         f.FitY(2) = 1e200;
+       },
+       kOver, "FUNCS10"},
       {"square of a residual", 0, [](Fit f) { f.FitA(1) = 1e200; }, kOver, "FUNCS0"}};
   for (const FaultCase& c : cases) {
     FitState fit = FilledProblem({.modelIndex = c.modelIndex, .massConservation = true});
