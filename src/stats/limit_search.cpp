@@ -71,17 +71,18 @@ double BisectParameter(FitState& fit, Host& host, double ChiBest, double Ratio, 
   const bool rising = IsNegativeInSingle(g1);
   double r = rising ? X1 : X2;
   double d = rising ? X2 - X1 : X1 - X2;
+  double passed = 0.0;  // the last value tried that lies below the level
   for (int i = 1; i <= kMostHalvings; ++i) {
     d /= 2.0;
     const double x = r + d;
-    if (!FitHeldAt(fit, host, j, x)) return r;
+    if (!FitHeldAt(fit, host, j, x)) return passed;
     double gm = 0.0;
     double share = 0.0;
     CheckArithmetic([&] {
       gm = fit.FitChiSq / ChiBest - Ratio;
       share = std::fabs(d / x);
     });
-    if (gm <= 0.0 || IsZeroInSingle(gm)) r = x;
+    if (gm <= 0.0 || IsZeroInSingle(gm)) passed = r = x;
     if (gm == 0.0 || share < kClose) {
       ChiAtX2 = fit.FitChiSq;
       return r;

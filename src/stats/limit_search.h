@@ -18,7 +18,7 @@ void BracketParameter(FitState& fit, Host& host, double ChiBest, double Ratio, i
 
 // The limit of parameter j between its best value X1 and X2, where the sum is ChiAtX2, by
 // bisection: to 3e-5 of the parameter or 40 halvings, which are logged. 0 with a line in the log if
-// the limit does not lie between; the last value tried below the level if the user stops it.
+// the limit does not lie between; the last value tried below the level, or 0, if the user stops it.
 // ChiAtX2 becomes the sum at the limit. Throws as FitData.
 double BisectParameter(FitState& fit, Host& host, double ChiBest, double Ratio, int j, double X1,
                        double X2, double& ChiAtX2);

@@ -1,5 +1,5 @@
-// Faults caught here: a faulting operation that the optimiser moves past the test of the flags,
-// flags of earlier work counted again, and a wrong side at the bounds of a conversion.
+// Faults caught here: a faulting operation that the optimiser moves past the test of the flags, and
+// a wrong side at the bound of single precision.
 #include "base/arithmetic.h"
 
 #include <cmath>

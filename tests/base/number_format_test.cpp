@@ -3,51 +3,11 @@
 // pattern taken for a place.
 #include "base/number_format.h"
 
-#include <cmath>
-#include <cstdint>
-#include <cstdio>
-#include <random>
 #include <string>
 #include <utility>
 #include <vector>
 
 #include <gtest/gtest.h>
-
-#include "base/arithmetic.h"
-
-namespace {
-
-// `number` without its last `places` digits, half up.
-std::uint64_t Cut(std::uint64_t number, int places) {
-  std::uint64_t unit = 1;
-  for (int k = 0; k < places && k < 19; ++k) unit *= 10;
-  return places > 18 ? 0 : number / unit + (number % unit >= unit - unit / 2 ? 1 : 0);
-}
-
-std::string WithPoint(std::uint64_t number, std::size_t places) {
-  std::string text = std::to_string(number);
-  if (text.size() <= places) text.insert(0, places + 1 - text.size(), '0');
-  return text.insert(text.size() - places, ".");
-}
-
-// The texts of "0.0000" and "0.000E+00" for 0 < value < 1e10, in whole numbers from the 15 digits
-// that printf gives.
-std::pair<std::string, std::string> WholeNumberRoute(double value) {
-  char text[40];
-  std::snprintf(text, sizeof text, "%.14e", value);
-  int exponent = std::stoi(std::string(text).substr(17));
-  const auto digits = std::stoull(std::string(1, text[0]) + std::string(text + 2, 14));
-  const std::string fixed = WithPoint(Cut(digits, 10 - exponent), 4);
-  std::uint64_t mantissa = Cut(digits, 11);
-  if (mantissa == 10000) {
-    mantissa = 1000;
-    ++exponent;
-  }
-  std::snprintf(text, sizeof text, "E%+03d", exponent);
-  return {fixed, WithPoint(mantissa, 3) + text};
-}
-
-}  // namespace
 
 TEST(FormatNumber, WritesEveryPatternInUse) {
   const double large = 1.7976931348623157e308;
@@ -103,26 +63,6 @@ TEST(FormatNumber, WritesEveryPatternInUse) {
     for (const auto& [value, text] : values) {
       EXPECT_EQ(FormatNumber(value, pattern), text) << value << " by \"" << pattern << '"';
     }
-  }
-}
-
-TEST(FormatNumber, AgreesWithWholeNumberArithmetic) {
-  std::mt19937_64 random(20261121);
-  for (int round = 0; round < 20000; ++round) {
-    // Decimal numbers of few digits, so that exact halves are frequent, and full doubles.
-    double value = static_cast<double>(1 + random() % 2000001) * 0.5;
-    for (int k = static_cast<int>(random() % 12); k > 0; --k) value /= 10.0;
-    if (round % 2 == 0) value *= static_cast<double>(1 + (random() >> 11)) * 0x1p-53;
-    const auto [fixed, scientific] = WholeNumberRoute(value);
-    ASSERT_EQ(FormatNumber(value, "0.0000"), fixed) << value;
-    ASSERT_EQ(FormatNumber(-value, "0.000E+00"), "-" + scientific) << value;
-  }
-}
-
-TEST(FormatNumber, RefusesWhatIsNoNumber) {
-  for (const double value : {HUGE_VAL, -HUGE_VAL, std::nan("")}) {
-    EXPECT_THROW(FormatNumber(value, "0.0000"), ArithmeticFault) << value;
-    EXPECT_THROW(FormatNumber(value, " 0.00E+00;-0.00E+00"), ArithmeticFault) << value;
   }
 }
 

@@ -1,6 +1,5 @@
-// Faults caught here: a locale or a hexadecimal prefix that slips into an entry box, a number at
-// the ends of the range taken for its opposite, and characters lost between UTF-8 and one byte
-// each.
+// Faults caught here: a locale or a hexadecimal prefix that slips into an entry box, and malformed
+// UTF-8 that turns into a separator of folders.
 #include "base/text.h"
 
 #include <limits>
@@ -39,24 +38,6 @@ TEST(ParseNumeric, TakesPlainNumbersOnly) {
                            "5\n"}) {
     EXPECT_EQ(ParseNumeric(text), std::nullopt) << text;
   }
-}
-
-TEST(WithUnixLines, TurnsEveryLineEndIntoOne) {
-  EXPECT_EQ(WithUnixLines("a\r\nb\nc\rd\r\r\ne\r"), "a\nb\nc\nd\n\ne\n");
-  EXPECT_EQ(WithUnixLines(""), "");
-}
-
-TEST(Utf8ToCp1252, GoesBackAndForth) {
-  std::string all;
-  for (int code = 1; code < 256; ++code) {
-    if (code != 0x81 && code != 0x8D && code != 0x8F && code != 0x90 && code != 0x9D) {
-      all += static_cast<char>(code);
-    }
-  }
-  EXPECT_EQ(Utf8ToCp1252(Cp1252ToUtf8(all)), all);
-  EXPECT_EQ(Cp1252ToUtf8("\xB1\x80\x9F"), "\u00B1\u20AC\u0178");
-  EXPECT_EQ(Cp1252ToUtf8("\x81"), "\uFFFD");
-  EXPECT_EQ(Utf8ToCp1252(kPlusMinus), "\xB1");
 }
 
 // A slash hidden in three or four bytes got past the test of file names and came out as "/".

@@ -1,5 +1,5 @@
-// Faults caught here: points, targets, flags or names in the wrong place of the flat arrays,
-// results written back to the wrong dataset or in part, and a changed text of a warning.
+// Faults caught here: points, targets, flags or names in the wrong place of the flat arrays, and
+// results written back to the wrong dataset or in part.
 #include "fit/assembly.h"
 
 #include <cmath>
@@ -103,27 +103,6 @@ TEST(SetupDataArrays, TakesGoodPointsInOrderAndMassPointsBehindThem) {
   EXPECT_EQ(fit.FitY(22), session.At(2).C[0]);
 }
 
-TEST(SetupDataArrays, WarnsOfPointsOutsideTheCellGeometry) {
-  const std::string head =
-      "   WARNING :: Datapoints outside the range defined for the chosen cell geometry have been "
-      "found.\r\n  This may result in an incorrect calculation of the median cell concentration.";
-  const std::string tail = " radius than the cell dimensions defined in the channels.txt file.";
-  Session session(0);
-  session.setup.CalcLoadingConcs = true;
-  session.setup.SetCellChannel = {1, 0, 1};
-  session.At(0).R[9] = 6.95;
-  session.At(2).Good[0] = kFalse;
-  session.Assemble();
-  EXPECT_EQ(
-      session.host.lines,
-      (std::vector<std::string>{"\r\nDataset #1" + head, "There were 1 points at a lower" + tail,
-                                "There were 1 points at a higher" + tail, "\r\nDataset #2" + head,
-                                "There were 10 points at a lower" + tail}));
-  session.setup.SetCellChannel = {1, 2, 1};
-  EXPECT_THROW(session.Assemble(), SubscriptFault);
-  EXPECT_EQ(session.fit.CurrentProc, "SetupDataArrays");
-}
-
 TEST(SetupParameterArray, LaysOutTwoComponentsWithLinksHeld) {
   Session session(7);
   session.setup.RefLink = {0, 0, 2};
@@ -149,17 +128,6 @@ TEST(SetupParameterArray, LaysOutTwoComponentsWithLinksHeld) {
   EXPECT_EQ(fit.SetEpsA(1), 4.0);
   EXPECT_EQ(fit.SetEpsB(3), 12.0);
   EXPECT_EQ(fit.SetRefRadius(2), session.At(1).RefRadius);
-}
-
-TEST(SetupParameterArray, ConcentrationWithoutLogarithmIsAFault) {
-  for (const double bad : {0.0, -0.1}) {
-    for (double Dataset::*field : {&Dataset::RefConc, &Dataset::RefConc2}) {
-      Session session(6);
-      session.At(2).*field = bad;
-      EXPECT_THROW(session.Assemble(), ArithmeticFault);
-      EXPECT_EQ(session.fit.CurrentProc, "SetupParameterArray");
-    }
-  }
 }
 
 TEST(UpdateParameters, WritesResultsBackAndLinkedSetsLikeTheirTargets) {
@@ -208,25 +176,4 @@ TEST(SetupFit, TakesAtMost101Datasets) {
   session.store.UseData.push_back(true);
   EXPECT_THROW(SetupFit(session.setup, session.page, session.store, 0, session.host),
                SubscriptFault);
-}
-
-TEST(SetupSingleDatasetArray, TakesOnePositionWithItsLinkedRadius) {
-  Session session(6);
-  session.setup.RefLink = {0, 1, 0};
-  FitState& fit = session.fit;
-  fit.NumFitSets = 1;
-  SetupSingleDatasetArray(fit, session.setup, 2, session.store.Datasets, kGeometries, kTolerance,
-                          session.host);
-  SetupSingleParameterArray(fit, session.setup, session.page, 2, session.store.Datasets);
-  EXPECT_EQ(fit.FitNumPoints, 10);
-  EXPECT_EQ(fit.SetPointCount(1), 10);
-  EXPECT_EQ(fit.FitSet(10), 1);
-  const double linked = session.At(0).RefRadius;
-  EXPECT_DOUBLE_EQ(fit.FitX(1), (36.0 - linked * linked) / 2.0);
-  EXPECT_EQ(fit.FitY(1), session.At(2).C[0]);
-  EXPECT_EQ(fit.FitMA, 6);
-  EXPECT_DOUBLE_EQ(fit.FitA(2), std::log(session.At(2).RefConc));
-  EXPECT_EQ(Listed(fit.FitIA), (std::vector<std::int16_t>{1, 0, 0, 1, 1, 1}));
-  EXPECT_EQ(fit.FitParamNames.size(), 0);
-  EXPECT_EQ(fit.SetSpeed(1), 40000.0);
 }

@@ -1,5 +1,6 @@
-// Faults caught here: a tidied quirk of the minimiser (rejected sums, lambda in single precision,
-// singular matrices that are only logged), a wrong count of passes, and memory taken in a pass.
+// Faults caught here: a tidied quirk of the minimiser (lambda in single precision, singular
+// matrices that are only logged), a wrong limit of parameters, and memory taken in a pass. Rejected
+// steps and the count of passes are the business of literal_pass_test.cpp.
 #include "fit/levmarq.h"
 
 #include <algorithm>
@@ -55,24 +56,6 @@ FitState IdealProblem() {
   fit.FitA(5) = 6900.0;
   return fit;
 }
-
-// A model without any parameter that matters: pass k over its one point finds the sum script[k].
-std::vector<double> script;
-const RecordingHost* scriptHost = nullptr;
-void ScriptedFuncs(FitState& /*fit*/, int /*i*/, const Array1<double>& /*a*/, double& result) {
-  // Events run once before the second pass and three times from one pass to the next.
-  const int runs = scriptHost->eventRuns;
-  const auto pass = static_cast<std::size_t>(runs == 0 ? 0 : 1 + runs / 3);
-  result = std::sqrt(script[std::min(pass, script.size() - 1)]);
-}
-const Model kScripted = {.funcsName = "SCRIPT",
-                         .partialsName = "SCRIPT",
-                         .funcs = ScriptedFuncs,
-                         .terms = nullptr,
-                         .firstStep = 0.01,
-                         .stepAtZero = 0.001,
-                         .secondComponent = false,
-                         .parameters = {}};
 
 }  // namespace
 
@@ -133,46 +116,6 @@ TEST(GAUSSJ, LogsASingularMatrixAndReturns) {
   }
 }
 
-TEST(COVSRT, LeavesRowsAndColumnsOfHeldParametersZero) {
-  FitState fit;
-  fit.FitIA = Array1<std::int16_t>(5, 0);
-  fit.FitIA(2) = fit.FitIA(4) = fit.FitIA(5) = 1;
-  Matrix1<double> covar = Filled({{11, 12, 13, 8, 8},
-                                  {12, 22, 23, 8, 8},
-                                  {13, 23, 33, 8, 8},
-                                  {8, 8, 8, 8, 8},
-                                  {8, 8, 8, 8, 8}});
-  COVSRT(fit, covar, 5, 3);
-  EXPECT_EQ(fit.CurrentProc, "COVSRT");
-  EXPECT_EQ(covar, Filled({{0, 0, 0, 0, 0},
-                           {0, 11, 0, 12, 13},
-                           {0, 0, 0, 0, 0},
-                           {0, 12, 0, 22, 23},
-                           {0, 13, 0, 23, 33}}));
-}
-
-TEST(MRQMIN1, RejectedStepLeavesItsSumAndNothingElse) {
-  FitState fit = IdealProblem();
-  PreparePass(fit);
-  fit.FitCovar = Matrix1<double>(fit.FitMA, fit.FitMA);
-  Matrix1<double> alpha = fit.FitCovar;
-  RecordingHost host;
-  double lambda = -1.0;
-  MRQMIN1(fit, host, fit.FitA, fit.FitCovar, alpha, fit.FitChiSq, lambda);
-  EXPECT_EQ(lambda, 0.001 / 10.0);
-  fit.Memory.bestChiSq = 0.0;  // so that no step is good enough
-  const Array1<double> before = fit.FitA;
-  const Matrix1<double> curvature = alpha;
-  const Matrix1<double> gradient = fit.Memory.beta;
-  MRQMIN1(fit, host, fit.FitA, fit.FitCovar, alpha, fit.FitChiSq, lambda);
-  EXPECT_EQ(lambda, 0.001 / 10.0 * 10.0);
-  EXPECT_GT(fit.FitChiSq, 0.0);
-  EXPECT_EQ(fit.Memory.bestChiSq, 0.0);
-  EXPECT_EQ(fit.FitA, before);
-  EXPECT_EQ(alpha, curvature);
-  EXPECT_EQ(fit.Memory.beta, gradient);
-}
-
 TEST(MRQMIN1, LambdaBelowSinglePrecisionCloses) {
   for (const double small : {1e-46, 1e-44, -1e-46}) {
     const bool closes = small != 1e-44;
@@ -192,31 +135,6 @@ TEST(MRQMIN1, LambdaBelowSinglePrecisionCloses) {
     EXPECT_EQ(lambda == small, closes);
     EXPECT_EQ(fit.FitCovar(1, 1) == 0.0 && alpha(1, 1) == 0.0, closes);
     EXPECT_EQ(fit.FitChiSq == sum && fit.FitA == before, closes);
-  }
-}
-
-// The first two sums are those of the start and of the first trial, which is no pass yet.
-TEST(FitData, CountsPassesUntilTheSumRises) {
-  struct Case {
-    const char* what;
-    std::vector<double> sums;
-    int iterations;
-  };
-  const std::vector<Case> cases = {{"two passes", {5, 5, 5, 5}, 3},
-                                   {"a gain between them", {5, 5, 5, 3, 3}, 4},
-                                   {"a gain below 0.001", {5, 5, 4.9991, 4.9991}, 3},
-                                   {"a gain above 0.001", {5, 5, 4.9989, 4.9989, 4.9989}, 4},
-                                   {"a rise wipes", {5, 5, 5, 6, 6, 6}, 5},
-                                   {"a tiny rise too", {5, 5, 5, 5.0001, 5.0001, 5.0001}, 5}};
-  for (const Case& c : cases) {
-    FitState fit = MakeCurveProblem(kScripted, {1.0}, {0.0}, {1.0});
-    RecordingHost host;
-    scriptHost = &host;
-    script = c.sums;
-    int iterations = 0;
-    FitData(fit, host, iterations);
-    EXPECT_EQ(iterations, c.iterations) << c.what;
-    EXPECT_DOUBLE_EQ(fit.FitChiSq, c.sums.back()) << c.what;  // be it that of a rejected step
   }
 }
 

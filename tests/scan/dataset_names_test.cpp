@@ -50,12 +50,6 @@ TEST(DatasetName, FollowsTheKindOfFile) {
   }
 }
 
-// Kept on purpose: for "EL" a multiple load looks one column further left.
-TEST(DatasetName, ElWavelengthShiftsInAMultipleLoad) {
-  EXPECT_EQ(DatasetName(FileKind::kEl, "run.EL1", kEl, 'A', ElWavelength::kMultipleLoad),
-            "run_1A01234.EL1");
-}
-
 TEST(BlankName, HasItsMarkOnce) {
   EXPECT_EQ(BlankName(FileKind::kIpRa, "00012.RA3", kRa), "BL_12_3A20280.dat");
   EXPECT_EQ(BlankName(FileKind::kFi, "B00012.FI3", kRa), "BL_12_3B20280.dat");

@@ -1,5 +1,5 @@
-// Faults caught here: channels that are not chosen, or chosen and forgotten, names made from the
-// wrong header, and a binary file that slips in or is refused at the wrong door.
+// Faults caught here: names made from the wrong header, a wrong order of files, and a binary file
+// that slips in or is refused at the wrong door.
 #include "scan/loading.h"
 
 #include <string>
@@ -22,44 +22,6 @@ constexpr LoadSettings kSixChannels = {FileKind::kIpRa, Centerpiece::kSixChannel
 const std::string kSixRows = Rows(5.90, 0.005, 20) + Rows(6.40, 0.005, 20) + Rows(6.90, 0.005, 20);
 
 }  // namespace
-
-TEST(LoadSelectedFile, LoadsTheChosenChannels) {
-  const struct {
-    LoadSettings settings;
-    Names names;
-  } cases[] = {
-      {{FileKind::kIpRa, Centerpiece::kTwoChannels, {false, true}}, {"12_3A20280.dat"}},
-      {{FileKind::kIpRa, Centerpiece::kSixChannels, {true, false, true, true}},
-       {"12_3A20280.dat", "12_3C20280.dat"}},
-      {{FileKind::kIpRa, Centerpiece::kSixChannels, {}}, {}},
-      {{FileKind::kDat, Centerpiece::kEightChannels, {}}, {"00012.RA3"}},
-      {{FileKind::kFi, Centerpiece::kSixChannels, {false, true}}, {"00012_320280.dat"}},
-  };
-  for (const auto& c : cases) {
-    Session s;
-    const auto path = s.folder.Write("00012.RA3", ScanText(kSixRows));
-    GetCommentLines(s.store, path, s.host);
-    const LoadResult result = LoadSelectedFile(s.store, c.settings, path, s.host);
-    EXPECT_EQ(NamesOf(s.store), c.names);
-    EXPECT_EQ(result.datasets, s.store.NumDatasets());
-    EXPECT_EQ(result.outcome, LoadOutcome::kLoaded);
-  }
-}
-
-TEST(LoadSelectedFile, CutsChannelsByTheirWindows) {
-  Session s;
-  const auto path = s.folder.Write("a.RA1", ScanText(Rows(5.5, 0.01, 200)));
-  for (const auto centerpiece :
-       {Centerpiece::kTwoChannels, Centerpiece::kSixChannels, Centerpiece::kEightChannels}) {
-    LoadSelectedFile(s.store, {FileKind::kIpRa, centerpiece, kAll}, path, s.host);
-  }
-  std::vector<std::pair<double, double>> windows;
-  for (const Dataset& d : s.store.Datasets) windows.emplace_back(d.Rmen, d.Rbase);
-  const std::vector<std::pair<double, double>> expected = {{5.60, 7.30}, {5.70, 6.30}, {6.20, 6.83},
-                                                           {6.75, 7.30}, {6.03, 6.34}, {6.34, 6.65},
-                                                           {6.65, 6.96}, {6.96, 7.27}};
-  EXPECT_EQ(windows, expected);
-}
 
 TEST(LoadSelectedFile, RefusesBinaryFilesWhereAMultipleLoadDoesNot) {
   Session s;
@@ -130,18 +92,4 @@ TEST(PreviewFile, ShowsAllRowsButTheLast) {
     EXPECT_EQ(s.host.messages.back().text,
               "An error occurred trying to read this dataset.\r\nThis dataset cannot be previewed");
   }
-}
-
-TEST(LoadBlankFile, CoversTheWholeWindowAndIsNotFitted) {
-  Session s;
-  const auto path = s.folder.Write("00012.RA3", ScanText(Rows(5.5, 0.01, 200)));
-  GetCommentLines(s.store, path, s.host);
-  LoadBlankFile(s.store, FileKind::kIpRa, path, s.host);
-  LoadSelectedFile(s.store, {}, path, s.host);
-  EXPECT_EQ(NamesOf(s.store), (Names{"BL_12_3A20280.dat", "12_3A20280.dat"}));
-  EXPECT_EQ(s.store.UseData, (std::vector<bool>{false, true}));
-  EXPECT_TRUE(IsBlank(s.store.Datasets[0]) && !IsBlank(s.store.Datasets[1]));
-  EXPECT_FALSE(IsBlank(MakeDataset("BLANK", {6.0})));
-  EXPECT_EQ(s.store.Datasets[0].Rmen, 5.6);
-  EXPECT_EQ(s.store.Datasets[0].Rbase, 7.3);
 }

@@ -60,23 +60,6 @@ TEST(LoadDataFile, TakesEachFieldFromItsColumns) {
   EXPECT_TRUE(loader.host.failures.empty());
 }
 
-// No blanks between the fields: a window one column too wide or too far off would show.
-TEST(LoadDataFile, ReadsNoColumnOfANeighbour) {
-  Loader loader;
-  const std::string row = "6.1234567891.123456789012370.0123456789019\n";
-  std::string rows;
-  for (int k = 0; k < 10; ++k) rows += row;
-  ASSERT_EQ(loader.Load(ScanText(rows, "123456789012345678901234567890123456789")),
-            LoadOutcome::kLoaded);
-  const Dataset& d = loader.Last();
-  EXPECT_EQ(d.Temperature, 5678.0F);
-  EXPECT_EQ(d.Speed, 901234);
-  EXPECT_EQ(d.Wavelength, 3456);
-  EXPECT_EQ(d.R[9], 6.123456789);
-  EXPECT_EQ(d.C[9], 1.1234567890123);
-  EXPECT_EQ(d.Err[9], 0.012345678901);
-}
-
 TEST(LoadDataFile, NeedsTenPoints) {
   Loader loader;
   // Deleted points and a last line without its end count; a blank line in a radial window doesn't.
@@ -158,25 +141,6 @@ TEST(LoadDataFile, GivesUpHeadersOutOfRange) {
   EXPECT_TRUE(loader.host.messages.empty());
 }
 
-TEST(LoadDataFile, GivesUpFilesItCannotRead) {
-  Loader loader;
-  for (const std::string& text : {std::string(), std::string("only a comment\r\n"),
-                                  ScanText(Rows(6.0, 0.01, 20) + "6.5  1E999\n")}) {
-    EXPECT_EQ(loader.Load(text), LoadOutcome::kUnreadable) << text;
-  }
-  EXPECT_EQ(loader.LoadPath(loader.folder / "none"), LoadOutcome::kUnreadable);
-  EXPECT_EQ(loader.LoadPath(loader.folder.path()), LoadOutcome::kUnreadable);
-  EXPECT_EQ(loader.host.failures.size(), 5u);
-  EXPECT_TRUE(loader.host.lines.empty() && loader.host.messages.empty());
-  EXPECT_EQ(loader.store.NumDatasets(), 0);
-  // Cut anywhere in its rows a file loads what it has, or is too short.
-  const std::string whole = ScanText(Rows(6.0, 0.01, 30));
-  for (std::size_t length = 52; length < whole.size(); length += 7) {
-    EXPECT_NE(loader.Load(whole.substr(0, length)), LoadOutcome::kUnreadable) << length;
-  }
-  EXPECT_EQ(loader.store.Datasets.size(), loader.store.UseData.size());
-}
-
 // The exception of a stream whose read fails went past the trap of the load.
 TEST(LoadDataFile, GivesUpAFileWhoseReadFails) {
   const std::filesystem::path unreadable = "/proc/self/mem";  // opens, and fails at its first byte
@@ -184,18 +148,5 @@ TEST(LoadDataFile, GivesUpAFileWhoseReadFails) {
   Loader loader;
   EXPECT_NO_THROW(loader.LoadPath(unreadable));
   EXPECT_NO_THROW(GetCommentLines(loader.store, unreadable, loader.host));
-  EXPECT_EQ(loader.host.failures.size(), 2u);
-}
-
-TEST(GetCommentLines, RemembersTheHeader) {
-  Loader loader;
-  const auto show = [&](const std::filesystem::path& path) {
-    return GetCommentLines(loader.store, path, loader.host);
-  };
-  EXPECT_EQ(show(loader.folder.Write("a", "  10 \xB1 1 \n R 3  \nrows")), "10 \u00B1 1\r\nR 3");
-  EXPECT_EQ(loader.store.HeaderLine, " R 3  ");
-  EXPECT_EQ(show(loader.folder.Write("b", "one line\n")), "");
-  EXPECT_EQ(show(loader.folder / "none"), "");
-  EXPECT_EQ(loader.store.HeaderLine, " R 3  ");
   EXPECT_EQ(loader.host.failures.size(), 2u);
 }
