@@ -67,6 +67,6 @@ struct ChartRange {
 std::vector<std::byte> SerializeChart(const Chart& chart);
 
 // The Chart that SerializeChart turned into `bytes`.
-// Throws std::runtime_error, saying what was wrong and at which byte, for anything else; every
+// Throws ByteFault, saying what was wrong and at which byte, for anything else; every
 // length is checked against the bytes that are left before memory is taken for it.
 Chart ParseChart(std::span<const std::byte> bytes);

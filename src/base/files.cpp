@@ -44,14 +44,34 @@ bool FlushToDisk(std::FILE* file) {
 #endif
 }
 
-fs::path TemporaryBeside(const fs::path& path) {
-#if defined(_WIN32)
-  const int process = _getpid();
-#else
-  const int process = getpid();
-#endif
-  return path.parent_path() / (".quorvane-" + std::to_string(process) + "~");
+bool WriteAll(std::FILE* file, std::string_view bytes) {
+  return std::fwrite(bytes.data(), 1, bytes.size(), file) == bytes.size();
 }
+
+// The name of a file beside `target` that is not to outlive this.
+class TemporaryFile {
+ public:
+  explicit TemporaryFile(const fs::path& target)
+      : path_(target.parent_path() / (".quorvane-" + std::to_string(ProcessNumber()) + "~")) {}
+  ~TemporaryFile() {
+    std::error_code ignored;
+    fs::remove(path_, ignored);
+  }
+  TemporaryFile(const TemporaryFile&) = delete;
+  TemporaryFile& operator=(const TemporaryFile&) = delete;
+  const fs::path& path() const { return path_; }
+
+ private:
+  static int ProcessNumber() {
+#if defined(_WIN32)
+    return _getpid();
+#else
+    return getpid();
+#endif
+  }
+
+  fs::path path_;
+};
 
 // What the path finally leads to, so that a symbolic link is kept and its target replaced.
 fs::path FinalTarget(const fs::path& path) {
@@ -119,34 +139,30 @@ std::string ReadWholeFile(const fs::path& path, std::size_t limit) {
   return bytes;
 }
 
-void WriteWholeFile(const fs::path& path, std::string_view bytes) {
+void WriteWholeFile(const fs::path& path, std::string_view bytes,
+                    const std::function<void(const fs::path&)>& check) {
   if (DirExists(path)) throw FileFault(PathText(path) + ": is a folder");
   const fs::path target = FinalTarget(path);
   std::error_code ignored;
   const fs::file_status old = fs::status(target, ignored);
   if (fs::exists(old) && !fs::is_regular_file(old)) {  // a device or a pipe: nothing to keep whole
     FileHandle device = OpenForWriting(target);
-    if (!device) Fail(path, "cannot be written", errno);
-    if (std::fwrite(bytes.data(), 1, bytes.size(), device.get()) != bytes.size() ||
-        std::fflush(device.get()) != 0) {
+    if (!device || !WriteAll(device.get(), bytes) || std::fflush(device.get()) != 0) {
       Fail(path, "cannot be written", errno);
     }
     return;
   }
-  const fs::path temporary = TemporaryBeside(target);
-  FileHandle out = OpenForWriting(temporary);
-  if (!out) Fail(path, "cannot be written", errno);
-  const bool written = std::fwrite(bytes.data(), 1, bytes.size(), out.get()) == bytes.size() &&
-                       FlushToDisk(out.get());
-  const int writeError = errno;
-  out.reset();
-  std::error_code error;
-  if (written && fs::exists(old)) fs::permissions(temporary, old.permissions(), ignored);
-  if (written) fs::rename(temporary, target, error);
-  if (!written || error) {
-    fs::remove(temporary, ignored);
-    Fail(path, "cannot be written", written ? error.value() : writeError);
+  const TemporaryFile temporary(target);
+  FileHandle out = OpenForWriting(temporary.path());
+  if (!out || !WriteAll(out.get(), bytes) || !FlushToDisk(out.get())) {
+    Fail(path, "cannot be written", errno);
   }
+  out.reset();
+  if (check) check(temporary.path());
+  if (fs::exists(old)) fs::permissions(temporary.path(), old.permissions(), ignored);
+  std::error_code error;
+  fs::rename(temporary.path(), target, error);
+  if (error) Fail(path, "cannot be written", error.value());
 }
 
 std::string PathText(const fs::path& path) {

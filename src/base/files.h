@@ -2,6 +2,7 @@
 #pragma once
 
 #include <filesystem>
+#include <functional>
 #include <stdexcept>
 #include <string>
 #include <string_view>
@@ -34,8 +35,10 @@ bool IsBinaryFile(const std::filesystem::path& path);
 std::string ReadWholeFile(const std::filesystem::path& path, std::size_t limit);
 
 // Writes `bytes` to a temporary file beside `path`, flushes it to the disk and renames it over
-// `path`: the old file stays whole until the new one is. Throws FileFault; then nothing changed.
-void WriteWholeFile(const std::filesystem::path& path, std::string_view bytes);
+// `path`: the old file stays whole until the new one is. `check`, if given, looks at the temporary
+// file before it is renamed. Throws FileFault, or what `check` throws; then nothing changed.
+void WriteWholeFile(const std::filesystem::path& path, std::string_view bytes,
+                    const std::function<void(const std::filesystem::path&)>& check = {});
 
 // The path as UTF-8 text, as it was given.
 std::string PathText(const std::filesystem::path& path);

@@ -1,6 +1,7 @@
 // What the engine may ask of whoever runs it: a window, the command line or a test.
 #pragma once
 
+#include <string>
 #include <string_view>
 
 struct Chart;
@@ -40,4 +41,15 @@ class Host {
 
   // Puts a picture of `chart` at the end of the log.
   virtual void SendPictureToLog(const Chart& chart) = 0;
+};
+
+// A Host whose log goes into archives and comes out of them.
+class SessionHost : public Host {
+ public:
+  // The whole log as the bytes of an RTF file.
+  virtual std::string LogAsRtf() = 0;
+
+  // Puts the log that the bytes of an RTF file hold in place of the present one. Bytes that are no
+  // RTF file come in as plain text, with a message.
+  virtual void LoadLog(std::string_view rtf) = 0;
 };

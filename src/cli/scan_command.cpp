@@ -61,14 +61,13 @@ void PrintTable(const DatasetStore& store, std::ostream& out) {
       << '\n';
   int number = 0;
   for (const Dataset& dataset : store.Datasets) {
-    const auto last = static_cast<std::size_t>(dataset.NumPoints - 1);
     out << TableRow(
                {std::to_string(++number), NameOf(dataset), std::to_string(dataset.NumPoints),
                 std::to_string(CountGoodPoints(dataset)), std::to_string(dataset.Speed),
                 std::to_string(dataset.Wavelength),
                 FormatNumber(static_cast<double>(dataset.Temperature), "0.0"),
                 FormatNumber(dataset.RefRadius, "0.0000"),
-                FormatNumber(dataset.R.front(), "0.0000"), FormatNumber(dataset.R[last], "0.0000")},
+                FormatNumber(dataset.R.front(), "0.0000"), FormatNumber(LastRadius(dataset), "0.0000")},
                nameWidth)
         << '\n';
   }

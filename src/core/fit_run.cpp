@@ -32,8 +32,7 @@ const Dataset& DatasetAt(const QuorvaneModule& module, std::size_t position) {
 
 // Whether meniscus or base still is where the load put it.
 bool HasDefaultEnds(const Dataset& dataset) {
-  return dataset.Rmen == dataset.R.front() ||
-         dataset.Rbase == dataset.R[static_cast<std::size_t>(dataset.NumPoints - 1)];
+  return dataset.Rmen == dataset.R.front() || dataset.Rbase == LastRadius(dataset);
 }
 
 // The checks of the models that need a cell's ends; a refusal if they fail.

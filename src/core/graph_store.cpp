@@ -1,5 +1,6 @@
 #include "core/graph_store.h"
 
+#include "base/byte_stream.h"
 #include "base/host.h"
 
 void SaveGraph(QuorvaneModule& module, const Chart& chart) {
@@ -11,4 +12,18 @@ void SaveGraph(QuorvaneModule& module, const Chart& chart) {
 void SendGraphToLog(QuorvaneModule& module, const Chart& chart, Host& host) {
   if (module.SaveGraphs) SaveGraph(module, chart);
   if (module.LogGraphs) host.SendPictureToLog(chart);
+}
+
+Chart GraphAt(const QuorvaneModule& module, int number) {
+  try {
+    return ParseChart(module.GraphStreams.at(static_cast<std::size_t>(number - 1)));
+  } catch (const ByteFault&) {
+    return {"Graph #" + std::to_string(number) + " :: kept by another program", "", {}};
+  }
+}
+
+bool DeleteAllGraphs(QuorvaneModule& module, Host& host) {
+  if (!host.AskYesNo("", "Delete all saved graphs?")) return false;
+  module.GraphStreams.clear();
+  return true;
 }

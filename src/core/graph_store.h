@@ -11,3 +11,10 @@ void SaveGraph(QuorvaneModule& module, const Chart& chart);
 
 // A finished plot: kept if SaveGraphs is on, put at the end of the log if LogGraphs is on.
 void SendGraphToLog(QuorvaneModule& module, const Chart& chart, Host& host);
+
+// Graph number `number` (from 1). Bytes that are no Chart of ours, as other programs keep them,
+// give an empty Chart that says so.
+Chart GraphAt(const QuorvaneModule& module, int number);
+
+// Asks, and on Yes forgets all kept graphs. True if they are gone.
+bool DeleteAllGraphs(QuorvaneModule& module, Host& host);

@@ -22,6 +22,7 @@ void SubtractBlank(Dataset& sample, const Dataset& blank, std::int16_t& above,
   below = 0;
   const auto n = static_cast<std::size_t>(sample.NumPoints);
   const auto m = static_cast<std::size_t>(blank.NumPoints);
+  if (n == 0 || m < 2) return;  // nothing to interpolate between
   const auto& r = sample.R;
   const auto& b = blank.R;
   if (r[0] < b[0] && r[n - 1] <= b[0]) {

@@ -49,6 +49,10 @@ bool IsBlanked(const Dataset& dataset) {
   return Trim(dataset.Comment2.View()).ends_with("BL");
 }
 
+double LastRadius(const Dataset& dataset) {
+  return dataset.NumPoints == 0 ? 0.0 : dataset.R[static_cast<std::size_t>(dataset.NumPoints - 1)];
+}
+
 int CountGoodPoints(const Dataset& dataset) {
   const auto end = dataset.Good.begin() + dataset.NumPoints;
   return dataset.NumPoints - static_cast<int>(std::count(dataset.Good.begin(), end, kFalse));

@@ -33,7 +33,7 @@ struct Dataset {
   FixedText<256> FilePath;  // source file
   FixedText<256> Comment1;  // line 1 of the file, with the source path for all kinds but "DAT"
   FixedText<256> Comment2;  // line 2 of the file; ends in " BL" once a blank was subtracted
-  std::int16_t NumPoints;   // 10 to 2048
+  std::int16_t NumPoints;   // 10 to 2048 after a load; an archive may hold fewer
   std::int32_t Speed;       // rpm
   std::int16_t Wavelength;  // nm
   float Temperature;        // deg C
@@ -71,6 +71,9 @@ bool IsBlank(const Dataset& dataset);
 
 // Whether a blank was subtracted: the trimmed Comment2 ends in "BL".
 bool IsBlanked(const Dataset& dataset);
+
+// Radius of the last point, cm; 0 for a record without points.
+double LastRadius(const Dataset& dataset);
 
 // Points in use.
 int CountGoodPoints(const Dataset& dataset);

@@ -161,7 +161,7 @@ LoadOutcome LoadDataFile(DatasetStore& store, FileKind kind, const std::filesyst
     return LoadOutcome::kTooFewPoints;
   }
   dataset.Rmen = dataset.R.front();
-  dataset.Rbase = dataset.R[static_cast<std::size_t>(dataset.NumPoints - 1)];
+  dataset.Rbase = LastRadius(dataset);
   dataset.RefRadius = CalcRefRadius(dataset);
   store.Datasets.push_back(dataset);
   store.UseData.push_back(!IsBlank(dataset));

@@ -5,6 +5,7 @@
 #include <cstring>
 
 #include "base/arithmetic.h"
+#include "core/graph_store.h"
 #include "support/recording_host.h"
 #include "support/session.h"
 
@@ -44,6 +45,9 @@ TEST(RunFit, FinishesAndWritesBack) {
   EXPECT_EQ(module.NumGraphs(), 2);
   const Chart kept = ParseChart(module.GraphStreams[1]);
   EXPECT_EQ(kept.title, "Graph #2 :: (2) fast.dat : Data Plot");
+  module.GraphStreams[0].assign(40, std::byte{7});
+  EXPECT_EQ(GraphAt(module, 1).title, "Graph #1 :: kept by another program");
+  EXPECT_EQ(GraphAt(module, 2), kept);
   EXPECT_EQ(host.statuses,
             (std::vector<std::string>{"Click anywhere in log window to halt fitting.", " "}));
 }

@@ -12,7 +12,7 @@
 #include "base/chart.h"
 #include "base/host.h"
 
-class RecordingHost : public Host {
+class RecordingHost : public SessionHost {
  public:
   struct Message {
     std::string title;
@@ -42,6 +42,8 @@ class RecordingHost : public Host {
   void ReportProgress(const Progress& progress) override { lastIteration = progress.iteration; }
   void ReportFailure(std::string_view text) override { failures.emplace_back(text); }
   void SendPictureToLog(const Chart& chart) override { pictures.push_back(chart); }
+  std::string LogAsRtf() override { return logBytes; }
+  void LoadLog(std::string_view rtf) override { logBytes = rtf; }
 
   int CountLinesWith(std::string_view part) const {
     return static_cast<int>(std::count_if(lines.begin(), lines.end(), [&](const std::string& line) {
@@ -56,6 +58,7 @@ class RecordingHost : public Host {
   std::vector<std::string> statuses;
   std::vector<std::string> failures;
   std::vector<Chart> pictures;
+  std::string logBytes;  // stands for the RTF of the log; PrintIt leaves it as it is
   std::function<void()> onEvents;
   int eventRuns = 0;
   int lastIteration = 0;

@@ -1,0 +1,144 @@
+#include "archive/experiment_session.h"
+
+#include "archive/data_member.h"
+#include "archive/experiment_file.h"
+#include "base/arithmetic.h"
+#include "base/files.h"
+#include "base/host.h"
+#include "base/text.h"
+#include "fit/models.h"
+
+namespace fs = std::filesystem;
+
+namespace {
+
+fs::path FolderOf(const fs::path& path) {
+  std::error_code error;
+  const fs::path whole = fs::absolute(path, error).lexically_normal();
+  return (error ? path : whole).parent_path();
+}
+
+Experiment ExperimentOf(const QuorvaneModule& module, const fs::path& path, SessionHost& host) {
+  Experiment experiment;
+  experiment.directory.SetBytes(Utf8ToCp1252(PathText(FolderOf(path))));
+  experiment.FitPage = module.FitPage;
+  FitPage& page = experiment.FitPage;
+  if (module.Setup.ConstrainKRatios) {
+    page.ModelLnK2 = CheckedLog(page.ModelLnK2) + page.ModelLnK1;
+    page.ModelLnK3 = CheckedLog(page.ModelLnK3) + page.ModelLnK1;
+  }
+  experiment.Datasets = module.Store.Datasets;
+  experiment.GraphStreams = module.GraphStreams;
+  experiment.log = host.LogAsRtf();
+  return experiment;
+}
+
+void SayNotSaved(const char* why, Host& host) {
+  host.ShowMessage("Save", "The experiment was not saved!" + std::string(kLineBreak) + why,
+                   MessageIcon::kExclamation);
+}
+
+void SayBad(const fs::path& path, const std::string& why, Host& host) {
+  std::string text = PathText(path) + " is not a valid saved experiment file!";
+  if (!why.empty()) text += std::string(kLineBreak) + why;
+  host.ShowMessage("Bad EXP File", text, MessageIcon::kExclamation);
+}
+
+// An experiment without a value takes the default; one with a value makes it the default.
+void Reconcile(double& value, double& defaultValue) {
+  if (value == 0.0) {
+    value = defaultValue;
+  } else {
+    defaultValue = value;
+  }
+}
+
+void TakePage(const Experiment& experiment, QuorvaneModule& module) {
+  FitPage& page = module.FitPage = experiment.FitPage;
+  if (experiment.layout == kOldLayout) {
+    page.Vbar = module.DefaultVbar;
+    page.VbarB = module.DefaultVbarB;
+    page.Density = module.DefaultDensity;
+  } else {
+    Reconcile(page.Vbar, module.DefaultVbar);
+    Reconcile(page.VbarB, module.DefaultVbarB);
+    Reconcile(page.Density, module.DefaultDensity);
+  }
+  const double last = static_cast<double>(ModelNames.size() - 1);
+  if (!(page.ModelIndex >= 0.0 && page.ModelIndex <= last)) page.ModelIndex = 0.0;
+  module.Setup = {};
+  module.Setup.ModelIndex =
+      static_cast<int>(RoundHalfEven(page.ModelIndex, 0, static_cast<long long>(last)));
+}
+
+void TakeDatasets(std::vector<Dataset> datasets, DatasetStore& store) {
+  store.Datasets = std::move(datasets);
+  store.UseData.clear();
+  for (Dataset& dataset : store.Datasets) {
+    dataset.FileName.SetBytes(std::string(Trim(dataset.FileName.View())));
+    dataset.Comment2.SetBytes(std::string(Trim(dataset.Comment2.View())));
+    store.UseData.push_back(!IsBlank(dataset));
+  }
+}
+
+void TakeUp(ReadExperiment&& read, const fs::path& path, QuorvaneModule& module,
+            SessionHost& host) {
+  Experiment& experiment = read.experiment;
+  TakePage(experiment, module);
+  TakeDatasets(std::move(experiment.Datasets), module.Store);
+  module.Fit = {};
+  module.CIRatios = {};
+  if (experiment.layout == kOldLayout) {
+    host.ShowMessage("Old Version EXP File",
+                     PathText(path) +
+                         " was saved by a previous verion of Quorvane.\r\n"
+                         "Please update the format by saving it from this program!",
+                     MessageIcon::kExclamation);
+  }
+  for (const std::string& warning : read.warnings) {
+    host.ShowMessage("Bad EXP File", warning, MessageIcon::kExclamation);
+  }
+  module.GraphStreams = std::move(experiment.GraphStreams);
+  host.LoadLog(experiment.log);
+  module.ExperimentOpen = true;
+  host.PrintIt("\r\nThe current directory is " + PathText(FolderOf(path)) + "\r\n");
+}
+
+}  // namespace
+
+bool SaveExperiment(QuorvaneModule& module, const fs::path& path, SessionHost& host) {
+  if (module.Store.Datasets.empty()) {
+    host.ShowMessage("", "There is nothing to save!", MessageIcon::kStop);
+    return false;
+  }
+  module.FitPage.ModelIndex = module.Setup.ModelIndex;
+  try {
+    WriteExperimentFile(path, ExperimentOf(module, path, host));
+    return true;
+  } catch (const ArithmeticFault& fault) {
+    SayNotSaved(fault.what(), host);
+  } catch (const ArchiveFault& fault) {
+    SayNotSaved(fault.what(), host);
+  } catch (const FileFault& fault) {
+    SayNotSaved(fault.what(), host);
+  }
+  return false;
+}
+
+bool LoadExperiment(QuorvaneModule& module, const fs::path& path, SessionHost& host) {
+  if (!FileExists(path)) {
+    host.ShowMessage("No File Found", PathText(path) + " not found!", MessageIcon::kExclamation);
+    return false;
+  }
+  try {
+    TakeUp(ReadExperimentFile(path), path, module, host);
+    return true;
+  } catch (const UnknownLayout&) {
+    SayBad(path, "", host);
+  } catch (const ArchiveFault& fault) {
+    SayBad(path, fault.what(), host);
+  } catch (const FileFault& fault) {
+    SayBad(path, fault.what(), host);
+  }
+  return false;
+}

@@ -1,0 +1,8 @@
+// Where the program keeps what belongs to the user.
+#pragma once
+
+#include <filesystem>
+
+// The user's configuration folder of this program: XDG rules on Linux, APPDATA on Windows. It need
+// not exist.
+std::filesystem::path ConfigurationFolder();
