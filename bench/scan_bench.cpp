@@ -41,7 +41,7 @@ void LoadScans(benchmark::State& state) {
     DatasetStore store;
     for (const std::filesystem::path& file : files) {
       GetCommentLines(store, file, host);
-      LoadSelectedFile(store, LoadSettings{}, file, host);
+      LoadSelectedFile(store, ScanLoadSettings{}, file, host);
     }
     if (store.NumDatasets() != 100) state.SkipWithError("not all scans were loaded");
   }

@@ -17,58 +17,12 @@ constexpr std::array<std::uint16_t, 32> kHighControls = {
 
 constexpr char32_t kReplacement = 0xFFFD;
 
-void AppendUtf8(std::string& out, char32_t c) {
-  if (c < 0x80) {
-    out += static_cast<char>(c);
-  } else if (c < 0x800) {
-    out += static_cast<char>(0xC0 | c >> 6);
-    out += static_cast<char>(0x80 | (c & 0x3F));
-  } else {
-    out += static_cast<char>(0xE0 | c >> 12);
-    out += static_cast<char>(0x80 | (c >> 6 & 0x3F));
-    out += static_cast<char>(0x80 | (c & 0x3F));
-  }
-}
-
 char Cp1252Of(char32_t c) {
   if (c < 0x80 || (c >= 0xA0 && c <= 0xFF)) return static_cast<char>(c);
   for (std::size_t k = 0; k < kHighControls.size(); ++k) {
     if (kHighControls[k] != 0 && kHighControls[k] == c) return static_cast<char>(0x80 + k);
   }
   return '?';
-}
-
-// Takes one character off the front of `text`; kReplacement for a malformed byte.
-char32_t NextUtf8(std::string_view& text) {
-  const auto byte = [&](std::size_t k) { return static_cast<unsigned char>(text[k]); };
-  const unsigned char first = byte(0);
-  std::size_t length = 1;
-  char32_t c = first;
-  if (first >= 0xC2 && first <= 0xDF) {
-    length = 2;
-    c = first & 0x1F;
-  } else if (first >= 0xE0 && first <= 0xEF) {
-    length = 3;
-    c = first & 0x0F;
-  } else if (first >= 0xF0 && first <= 0xF4) {
-    length = 4;
-    c = first & 0x07;
-  } else if (first >= 0x80) {
-    text.remove_prefix(1);
-    return kReplacement;
-  }
-  for (std::size_t k = 1; k < length; ++k) {
-    if (k >= text.size() || (byte(k) & 0xC0) != 0x80) {
-      text.remove_prefix(1);
-      return kReplacement;
-    }
-    c = c << 6 | (byte(k) & 0x3F);
-  }
-  constexpr std::array<char32_t, 5> kLeast = {0, 0, 0x80, 0x800, 0x10000};  // by length
-  const bool surrogate = c >= 0xD800 && c <= 0xDFFF;
-  if (c < kLeast[length] || surrogate || c > 0x10FFFF) c = kReplacement;
-  text.remove_prefix(length);
-  return c;
 }
 
 bool IsDigit(char c) {
@@ -152,6 +106,56 @@ std::string WithUnixLines(std::string_view text) {
   return out;
 }
 
+char32_t NextUtf8(std::string_view& text) {
+  const auto byte = [&](std::size_t k) { return static_cast<unsigned char>(text[k]); };
+  const unsigned char first = byte(0);
+  std::size_t length = 1;
+  char32_t c = first;
+  if (first >= 0xC2 && first <= 0xDF) {
+    length = 2;
+    c = first & 0x1F;
+  } else if (first >= 0xE0 && first <= 0xEF) {
+    length = 3;
+    c = first & 0x0F;
+  } else if (first >= 0xF0 && first <= 0xF4) {
+    length = 4;
+    c = first & 0x07;
+  } else if (first >= 0x80) {
+    text.remove_prefix(1);
+    return kReplacement;
+  }
+  for (std::size_t k = 1; k < length; ++k) {
+    if (k >= text.size() || (byte(k) & 0xC0) != 0x80) {
+      text.remove_prefix(1);
+      return kReplacement;
+    }
+    c = c << 6 | (byte(k) & 0x3F);
+  }
+  constexpr std::array<char32_t, 5> kLeast = {0, 0, 0x80, 0x800, 0x10000};  // by length
+  const bool surrogate = c >= 0xD800 && c <= 0xDFFF;
+  if (c < kLeast[length] || surrogate || c > 0x10FFFF) c = kReplacement;
+  text.remove_prefix(length);
+  return c;
+}
+
+void AppendUtf8(std::string& out, char32_t c) {
+  if (c < 0x80) {
+    out += static_cast<char>(c);
+  } else if (c < 0x800) {
+    out += static_cast<char>(0xC0 | c >> 6);
+    out += static_cast<char>(0x80 | (c & 0x3F));
+  } else if (c < 0x10000) {
+    out += static_cast<char>(0xE0 | c >> 12);
+    out += static_cast<char>(0x80 | (c >> 6 & 0x3F));
+    out += static_cast<char>(0x80 | (c & 0x3F));
+  } else {
+    out += static_cast<char>(0xF0 | c >> 18);
+    out += static_cast<char>(0x80 | (c >> 12 & 0x3F));
+    out += static_cast<char>(0x80 | (c >> 6 & 0x3F));
+    out += static_cast<char>(0x80 | (c & 0x3F));
+  }
+}
+
 std::string Utf8ToCp1252(std::string_view utf8) {
   std::string out;
   while (!utf8.empty()) out += Cp1252Of(NextUtf8(utf8));
@@ -186,4 +190,9 @@ std::optional<double> ParseNumeric(std::string_view text) {
   const double value = DoubleFromText(text);
   if (!std::isfinite(value)) return std::nullopt;
   return value;
+}
+
+std::string ShortestText(double value) {
+  std::array<char, 40> text{};
+  return {text.data(), std::to_chars(text.data(), text.data() + text.size(), value).ptr};
 }

@@ -2,6 +2,7 @@
 
 #include <ostream>
 
+#include "archive/experiment_session.h"
 #include "base/arithmetic.h"
 #include "base/files.h"
 #include "base/number_format.h"
@@ -125,6 +126,25 @@ void TakeTemperature(const Job& job, QuorvaneModule& module) {
   if (job.temperature) module.Setup.DegC = *job.temperature;
 }
 
+// A new session, or that of the job's archive. False, with a message, if it cannot be taken up.
+bool Begin(const Job& job, const CommandStreams& streams, QuorvaneModule& module,
+           TerminalHost& host) {
+  if (!job.archive) LogHead(host);
+  if (job.archive && !LoadExperiment(module, *job.archive, host)) return false;
+  ApplyConstants(job, streams.programFolder, module);
+  return true;
+}
+
+// The whole session as an archive, and its log.
+ExitStatus SaveSession(const Job& job, const AnalyzeArguments& arguments, QuorvaneModule& module,
+                       TerminalHost& host) {
+  if (!arguments.log.empty()) WriteWholeFile(PathFromText(arguments.log), host.LogAsRtf());
+  if (!job.output.archive || SaveExperiment(module, *job.output.archive, host)) {
+    return ExitStatus::kDone;
+  }
+  return module.Store.Datasets.empty() ? ExitStatus::kNotDone : ExitStatus::kFileFault;
+}
+
 }  // namespace
 
 ExitStatus RunAnalyze(const AnalyzeArguments& arguments, const CommandStreams& streams) {
@@ -132,8 +152,8 @@ ExitStatus RunAnalyze(const AnalyzeArguments& arguments, const CommandStreams& s
   const Job& job = parsed->job;
   QuorvaneModule module;
   TerminalHost host(streams, arguments.quiet, module.Fit.FitKeepGoing);
-  ApplyConstants(job, streams.programFolder, module);
-  LogHead(host);
+  if (job.output.archive || !arguments.log.empty()) host.KeepPictures();
+  if (!Begin(job, streams, module, host)) return ExitStatus::kFileFault;
   const ExitStatus loaded = ApplyLoads(job, module, host);
   if (loaded != ExitStatus::kDone) return loaded;
   ApplyDatasets(job, module, host);
@@ -143,15 +163,18 @@ ExitStatus RunAnalyze(const AnalyzeArguments& arguments, const CommandStreams& s
   Json analysis;  // of the errors of the fit
   const ExitStatus analysed = AnalyseErrors(job, outcome, module, analysis, host);
   const ExitStatus written = WriteOutputs(job, module, outcome, host);
+  const ExitStatus saved = SaveSession(job, arguments, module, host);
   if (!arguments.json.empty()) {
     Json json = DocumentHead();
     json["constants"] = ConstantsJson(module);
-    json["datasets"] = DatasetsJson(module.Store);
+    json["datasets"] = DatasetsJson(module.Store.Datasets);
     if (job.fit) json["fit"] = FitJson(module, outcome);
     json.update(analysis);
     json["log"] = host.Log();
     WriteWholeFile(PathFromText(arguments.json), JsonText(json));
   }
+  if (saved == ExitStatus::kFileFault) return saved;
   if (job.fit && outcome.ending != FitEnding::kFinished) return StatusOf(outcome.ending);
-  return analysed != ExitStatus::kDone ? analysed : written;
+  if (analysed != ExitStatus::kDone) return analysed;
+  return written != ExitStatus::kDone ? written : saved;
 }

@@ -8,6 +8,7 @@
 struct AnalyzeArguments {
   std::string job;
   std::string json;  // empty: none
+  std::string log;   // RTF file; empty: none
   bool quiet = false;
 };
 

@@ -1,56 +1,156 @@
 #include "cli/command_line.h"
 
 #include <CLI/CLI.hpp>
+#include <functional>
+#include <map>
+#include <memory>
 #include <ostream>
 
 #include "base/files.h"
+#include "base/text.h"
 #include "cli/analyze.h"
+#include "cli/archive_command.h"
 #include "cli/job.h"
+#include "cli/match_command.h"
 #include "cli/scan_command.h"
+#include "cli/simulate_command.h"
 #include "core/program_state.h"
 
 namespace {
 
-void AddAnalyze(CLI::App& app, AnalyzeArguments& arguments) {
+// A command with the arguments that it will have been given.
+using Command = std::function<ExitStatus(const CommandStreams&)>;
+
+Command AddAnalyze(CLI::App& app) {
+  auto arguments = std::make_shared<AnalyzeArguments>();
   CLI::App* command =
       app.add_subcommand("analyze", "Load scans, edit them and fit a model, as a job file says");
-  command->add_option("job", arguments.job, "The job, a TOML file; its paths are relative to it")
+  command->add_option("job", arguments->job, "The job, a TOML file; its paths are relative to it")
       ->required()
       ->type_name("JOB.toml");
-  command->add_option("--json", arguments.json, "Write the results to this file")
+  command->add_option("--json", arguments->json, "Write the results to this file")
       ->type_name("OUT.json");
-  command->add_flag("--quiet", arguments.quiet, "Do not print the log");
+  command->add_option("--log", arguments->log, "Write the log with its pictures to this RTF file")
+      ->type_name("OUT.rtf");
+  command->add_flag("--quiet", arguments->quiet, "Do not print the log");
   command->footer(
       "The log of the analysis goes to standard output, errors to standard error.\n"
       "Ctrl-C stops a running fit as a click in the log does.\n"
       "Exit status: 0 done, 1 refused, failed or stopped, 2 bad usage or bad job,\n"
       "3 a file could not be read or written.");
+  return [arguments](const CommandStreams& streams) { return RunAnalyze(*arguments, streams); };
 }
 
-void AddScan(CLI::App& app, ScanArguments& arguments) {
+Command AddScan(CLI::App& app) {
+  auto arguments = std::make_shared<ScanArguments>();
   CLI::App* command = app.add_subcommand("scan", "Load scan files and list their datasets");
-  command->add_option("files", arguments.files, "Scan files")->required()->type_name("FILE");
+  command->add_option("files", arguments->files, "Scan files")->required()->type_name("FILE");
   command
-      ->add_option("--kind", arguments.kind,
+      ->add_option("--kind", arguments->kind,
                    "Kind of file: IP,RA DAT FI EL; default from the extension")
       ->type_name("KIND");
   command
-      ->add_option("--centerpiece", arguments.centerpiece,
+      ->add_option("--centerpiece", arguments->centerpiece,
                    "\"2 channels\" (default), \"6 channels\" or \"8 channels\"")
       ->type_name("CELL");
   command
-      ->add_option("--channels", arguments.channels,
+      ->add_option("--channels", arguments->channels,
                    "Channels to load, such as A,C; default all of the centerpiece")
       ->type_name("LIST");
-  command->add_option("--json", arguments.json, "Write the datasets to this file")
+  command->add_option("--json", arguments->json, "Write the datasets to this file")
       ->type_name("OUT.json");
+  return [arguments](const CommandStreams& streams) { return RunScan(*arguments, streams); };
 }
 
-ExitStatus Dispatch(const CLI::App& app, const AnalyzeArguments& analyze, const ScanArguments& scan,
-                    const CommandStreams& streams) {
+// A number that is not finite is no limit.
+std::string FiniteNumber(const std::string& text) {
+  return ParseNumeric(text) ? "" : text + " is no number";
+}
+
+std::string AtLeastOne(const std::string& text) {
+  return ParseNumeric(text).value_or(0.0) >= 1.0 ? "" : text + " is no number of at least 1";
+}
+
+Command AddMatch(CLI::App& app) {
+  auto arguments = std::make_shared<MatchArguments>();
+  CLI::App* command = app.add_subcommand(
+      "match", "Compare the scans of one cell with the last of them: is it at equilibrium?");
+  command->add_option("files", arguments->files, "Two or more scan files of one cell")
+      ->required()
+      ->type_name("FILE");
+  command
+      ->add_option("--range", arguments->range,
+                   "Compare between these radii, in cm; default all points of all scans")
+      ->expected(2)
+      ->check(FiniteNumber)
+      ->type_name("LO HI");
+  command
+      ->add_option("--filter", arguments->filter,
+                   "Kind of the files, default absorbance; electrophoresis keeps the time of a "
+                   "scan in columns 14 to 23 of line 2, the others in 16 to 22")
+      ->check(CLI::IsMember(std::vector<std::string>{"absorbance", "interference", "fluorescence",
+                                                     "electrophoresis", "all"}))
+      ->type_name("KIND");
+  command
+      ->add_option("--every", arguments->every,
+                   "Take every Nth file only, the first by name included; default 1")
+      ->check(AtLeastOne)
+      ->type_name("N");
+  command->add_option("--json", arguments->json, "Write the results to this file")
+      ->type_name("OUT.json");
+  command->add_option("--report", arguments->report, "Write the report with its plots to this file")
+      ->type_name("OUT.rtf");
+  command->footer(
+      "The files are sorted by name; the last is the reference. For each other scan the report on\n"
+      "standard output gives its time and the root mean square of its deviation from the\n"
+      "reference: as it stands, after the best shift of the signal (Y), and after the best shifts\n"
+      "of radius and signal (X&Y). The cell is at equilibrium when these have fallen to noise.\n"
+      "Exit status: 0 done, 1 too few points or no match, 2 bad usage, 3 a file could not be read\n"
+      "or written.");
+  return [arguments](const CommandStreams& streams) { return RunMatch(*arguments, streams); };
+}
+
+Command AddSimulate(CLI::App& app) {
+  auto arguments = std::make_shared<SimulateArguments>();
+  CLI::App* command =
+      app.add_subcommand("simulate", "Compute a synthetic scan of a model, with noise");
+  command->add_option("job", arguments->job, "The inputs of the simulator, a TOML file")
+      ->required()
+      ->type_name("JOB.toml");
+  command->add_option("-o", arguments->output, "Write the scan here; default standard output")
+      ->type_name("FILE");
+  command->add_option("--json", arguments->json, "Write profile and species to this file")
+      ->type_name("OUT.json");
+  command->add_option("--seed", arguments->seed, "Seed of the noise; default from the clock")
+      ->type_name("N");
+  command->footer(
+      "Keys of the job, with the defaults of the simulator's window:\n"
+      "  model (required, caption or index), mw, mw_b, vbar, vbar_b, density, speed, temperature,\n"
+      "  nonid, n1, n2, lnk1, lnk2, lnk3, k_display (\"ln\" \"log10\" \"k\"), ext_coeff,\n"
+      "  ext_coeff_b, rms, meniscus, base, load, load_b, alpha, wavelength,\n"
+      "  save_as (\"IP8\" \"RA8\").\n"
+      "Exit status: 0 done, 1 the simulation failed, 2 bad usage or a bad job, 3 a file could not\n"
+      "be read or written.");
+  return [arguments](const CommandStreams& streams) { return RunSimulate(*arguments, streams); };
+}
+
+Command AddArchive(CLI::App& app) {
+  auto arguments = std::make_shared<ArchiveArguments>();
+  CLI::App* command =
+      app.add_subcommand("archive", "List what a saved experiment (.exz) holds, or write it again");
+  command->add_option("file", arguments->file, "The archive")->required()->type_name("FILE.exz");
+  command->add_option("--json", arguments->json, "Write all that it holds to this file")
+      ->type_name("OUT.json");
+  command
+      ->add_option("--save-as", arguments->saveAs,
+                   "Write it again, in the current layout, to this file")
+      ->type_name("NEW.exz");
+  return [arguments](const CommandStreams& streams) { return RunArchive(*arguments, streams); };
+}
+
+ExitStatus RunGuarded(const Command& command, const CommandStreams& streams) {
   try {
-    if (app.got_subcommand("analyze")) return RunAnalyze(analyze, streams);
-    return RunScan(scan, streams);
+    return command(streams);
   } catch (const JobFault& fault) {
     streams.err << fault.what() << '\n';
     return ExitStatus::kBadUsage;
@@ -73,10 +173,11 @@ ExitStatus RunCommandLine(std::vector<std::string> arguments, const CommandStrea
   app.set_version_flag("--version", std::string("Quorvane ") + ProgramVersion());
   app.require_subcommand(1);
   app.footer("quorvane-cli COMMAND --help tells more about a command.");
-  AnalyzeArguments analyze;
-  ScanArguments scan;
-  AddAnalyze(app, analyze);
-  AddScan(app, scan);
+  const std::map<std::string, Command> commands = {{"analyze", AddAnalyze(app)},
+                                                   {"simulate", AddSimulate(app)},
+                                                   {"match", AddMatch(app)},
+                                                   {"scan", AddScan(app)},
+                                                   {"archive", AddArchive(app)}};
   try {
     std::reverse(arguments.begin(), arguments.end());
     app.parse(arguments);
@@ -85,5 +186,5 @@ ExitStatus RunCommandLine(std::vector<std::string> arguments, const CommandStrea
     app.exit(error, streams.out, streams.err);
     return asked ? ExitStatus::kDone : ExitStatus::kBadUsage;
   }
-  return Dispatch(app, analyze, scan, streams);
+  return RunGuarded(commands.at(app.get_subcommands().front()->get_name()), streams);
 }

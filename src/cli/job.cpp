@@ -11,8 +11,6 @@ namespace fs = std::filesystem;
 
 namespace {
 
-constexpr std::size_t kLongestJob = 16U << 20U;  // bytes
-
 FileKind KindOf(const LoadWords& words, const fs::path& file, const TableReader& table) {
   if (words.kind) {
     constexpr std::array<std::pair<const char*, FileKind>, 4> kKinds = {{{"IP,RA", FileKind::kIpRa},
@@ -232,19 +230,22 @@ void ReadCrossCorrelation(TableReader& root, Job& job) {
   table->RefuseUnknownKeys();
 }
 
+// A path in a job, relative to the job's folder.
+std::optional<fs::path> ReadPath(TableReader& table, const char* key, const fs::path& folder) {
+  const std::optional<std::string> text = table.Text(key);
+  if (!text) return std::nullopt;
+  if (text->empty()) table.Fail(key, "a path is wanted");
+  return folder / PathFromText(*text);
+}
+
 JobOutput ReadOutput(TableReader& root, const fs::path& folder) {
   JobOutput output;
   std::optional<TableReader> table = root.Table("output");
   if (!table) return output;
-  const auto path = [&](const char* key) -> std::optional<fs::path> {
-    const std::optional<std::string> text = table->Text(key);
-    if (!text) return std::nullopt;
-    if (text->empty()) table->Fail(key, "a path is wanted");
-    return folder / PathFromText(*text);
-  };
-  output.dataFolder = path("data_folder");
-  output.graphsFolder = path("graphs_folder");
-  output.table = path("table");
+  output.archive = ReadPath(*table, "archive", folder);
+  output.dataFolder = ReadPath(*table, "data_folder", folder);
+  output.graphsFolder = ReadPath(*table, "graphs_folder", folder);
+  output.table = ReadPath(*table, "table", folder);
   if (const std::optional<std::string> format = table->Text("graphs_format")) {
     const std::optional<PictureFormat> known = PictureFormatFromText(*format);
     if (!known) table->Fail("graphs_format", "\"png\", \"svg\" or \"pdf\" is wanted");
@@ -254,20 +255,11 @@ JobOutput ReadOutput(TableReader& root, const fs::path& folder) {
   return output;
 }
 
-toml::table ParseToml(const std::string& text, const std::string& file) {
-  try {
-    return toml::parse(text, file);
-  } catch (const toml::parse_error& error) {
-    throw JobFault(file + ":" + std::to_string(error.source().begin.line) + ": " +
-                   std::string(error.description()));
-  }
-}
-
 }  // namespace
 
-LoadSettings LoadSettingsOf(const LoadWords& words, const fs::path& file,
-                            const TableReader& table) {
-  LoadSettings settings;
+ScanLoadSettings LoadSettingsOf(const LoadWords& words, const fs::path& file,
+                                const TableReader& table) {
+  ScanLoadSettings settings;
   settings.kind = KindOf(words, file, table);
   settings.centerpiece = CenterpieceOf(words, table);
   const auto count = static_cast<std::size_t>(ChannelCount(settings.centerpiece));
@@ -290,15 +282,12 @@ LoadSettings LoadSettingsOf(const LoadWords& words, const fs::path& file,
 
 std::unique_ptr<ParsedJob> ReadJob(const fs::path& path) {
   auto parsed = std::make_unique<ParsedJob>();
-  const std::string file = PathText(path);
-  parsed->document = ParseToml(ReadWholeFile(path, kLongestJob), file);
+  parsed->file = ReadToml(path);
   const fs::path folder = path.parent_path();
-  TableReader root(file, "", parsed->document);
+  TableReader root(parsed->file.name, "", parsed->file.table);
   Job& job = parsed->job;
-  job.file = file;
-  if (const std::optional<std::string> channels = root.Text("channels_file")) {
-    job.channelsFile = folder / PathFromText(*channels);
-  }
+  job.archive = ReadPath(root, "archive", folder);
+  job.channelsFile = ReadPath(root, "channels_file", folder);
   ReadConstants(root, job);
   job.loads = ReadLoads(root, folder);
   job.datasets = ReadDatasets(root);

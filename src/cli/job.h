@@ -24,7 +24,7 @@ struct LoadWords {
 
 struct JobLoad {
   std::filesystem::path file;
-  LoadSettings settings;
+  ScanLoadSettings settings;
   bool blank = false;
 };
 
@@ -86,6 +86,7 @@ struct JobConfidence {
 };
 
 struct JobOutput {
+  std::optional<std::filesystem::path> archive;
   std::optional<std::filesystem::path> dataFolder;
   std::optional<std::filesystem::path> graphsFolder;
   PictureFormat graphsFormat = PictureFormat::kPng;
@@ -93,7 +94,7 @@ struct JobOutput {
 };
 
 struct Job {
-  std::string file;  // for messages
+  std::optional<std::filesystem::path> archive;
   std::optional<std::filesystem::path> channelsFile;
   std::optional<double> vbar;
   std::optional<double> vbarB;
@@ -109,9 +110,9 @@ struct Job {
   JobOutput output;
 };
 
-// The file of a job and what it says. Kept together: the tables inside point into `document`.
+// The file of a job and what it says. Kept together: the tables inside point into `file`.
 struct ParsedJob {
-  toml::table document;
+  TomlFile file;
   Job job;
 };
 
@@ -121,5 +122,5 @@ std::unique_ptr<ParsedJob> ReadJob(const std::filesystem::path& path);
 
 // The load settings that the words ask for; `table` is for messages.
 // Throws JobFault for a word that is none.
-LoadSettings LoadSettingsOf(const LoadWords& words, const std::filesystem::path& file,
-                            const TableReader& table);
+ScanLoadSettings LoadSettingsOf(const LoadWords& words, const std::filesystem::path& file,
+                                const TableReader& table);

@@ -122,10 +122,10 @@ Json ConstantsJson(const QuorvaneModule& module) {
           {"temperature", module.Setup.DegC}};
 }
 
-Json DatasetsJson(const DatasetStore& store) {
+Json DatasetsJson(const std::vector<Dataset>& datasets) {
   Json list = Json::array();
   int number = 0;
-  for (const Dataset& dataset : store.Datasets) list.push_back(DatasetJson(dataset, ++number));
+  for (const Dataset& dataset : datasets) list.push_back(DatasetJson(dataset, ++number));
   return list;
 }
 

@@ -10,8 +10,8 @@ Json DocumentHead();
 
 Json ConstantsJson(const QuorvaneModule& module);
 
-// All datasets of the store, "number" from 1.
-Json DatasetsJson(const DatasetStore& store);
+// All datasets, "number" from 1.
+Json DatasetsJson(const std::vector<Dataset>& datasets);
 
 // The fit that module.Fit holds, or {"error", "where"} for one that was refused or failed.
 // Throws ArithmeticFault.

@@ -1,11 +1,7 @@
 #include "cli/scan_command.h"
 
-#include <algorithm>
-#include <ostream>
-
 #include "base/files.h"
-#include "base/number_format.h"
-#include "base/text.h"
+#include "cli/dataset_table.h"
 #include "cli/job_steps.h"
 #include "cli/json_records.h"
 #include "cli/terminal_host.h"
@@ -33,46 +29,6 @@ LoadWords WordsOf(const ScanArguments& arguments) {
   return words;
 }
 
-// `text` (UTF-8) filled up to `width` characters; numbers to the right.
-std::string Column(const std::string& text, std::size_t width, bool right) {
-  const std::size_t length = Utf8ToCp1252(text).size();
-  const std::string blanks(width > length ? width - length : 0, ' ');
-  return right ? blanks + text : text + blanks;
-}
-
-std::string TableRow(const std::vector<std::string>& cells, std::size_t nameWidth) {
-  constexpr std::array<std::size_t, 8> kWidths = {3, 0, 6, 6, 6, 5, 6, 6};
-  std::string row;
-  for (std::size_t k = 0; k < cells.size(); ++k) {
-    const bool name = k == 1;
-    const std::size_t width = name ? nameWidth : k < kWidths.size() ? kWidths[k] : 6;
-    row += (k == 0 ? "" : "  ") + Column(cells[k], width, !name);
-  }
-  return row;
-}
-
-void PrintTable(const DatasetStore& store, std::ostream& out) {
-  std::size_t nameWidth = 4;
-  for (const Dataset& dataset : store.Datasets) {
-    nameWidth = std::max(nameWidth, Trim(dataset.FileName.View()).size());
-  }
-  out << TableRow({"#", "Name", "Points", "Good", "RPM", "nm", "deg C", "R0", "First", "Last"},
-                  nameWidth)
-      << '\n';
-  int number = 0;
-  for (const Dataset& dataset : store.Datasets) {
-    out << TableRow(
-               {std::to_string(++number), NameOf(dataset), std::to_string(dataset.NumPoints),
-                std::to_string(CountGoodPoints(dataset)), std::to_string(dataset.Speed),
-                std::to_string(dataset.Wavelength),
-                FormatNumber(static_cast<double>(dataset.Temperature), "0.0"),
-                FormatNumber(dataset.RefRadius, "0.0000"),
-                FormatNumber(dataset.R.front(), "0.0000"), FormatNumber(LastRadius(dataset), "0.0000")},
-               nameWidth)
-        << '\n';
-  }
-}
-
 }  // namespace
 
 ExitStatus RunScan(const ScanArguments& arguments, const CommandStreams& streams) {
@@ -94,10 +50,10 @@ ExitStatus RunScan(const ScanArguments& arguments, const CommandStreams& streams
       status = ExitStatus::kNotDone;
     }
   }
-  PrintTable(module.Store, streams.out);
+  PrintDatasetTable(module.Store.Datasets, streams.out);
   if (!arguments.json.empty()) {
     Json json = DocumentHead();
-    json["datasets"] = DatasetsJson(module.Store);
+    json["datasets"] = DatasetsJson(module.Store.Datasets);
     json["log"] = host.Log();
     WriteWholeFile(PathFromText(arguments.json), JsonText(json));
   }

@@ -26,9 +26,8 @@ TerminalHost::TerminalHost(const CommandStreams& streams, bool quiet, bool& keep
 
 void TerminalHost::PrintIt(std::string_view text) {
   ClearProgressLine();
-  const std::string lines = WithUnixLines(text) + '\n';
-  log_ += lines;
-  if (!quiet_) streams_.out << lines << std::flush;
+  log_.AddLine(text);
+  if (!quiet_) streams_.out << WithUnixLines(text) << '\n' << std::flush;
 }
 
 void TerminalHost::ShowMessage(std::string_view title, std::string_view text, MessageIcon) {
@@ -64,7 +63,15 @@ void TerminalHost::ReportFailure(std::string_view text) {
   ErrorLine(text);
 }
 
-void TerminalHost::SendPictureToLog(const Chart&) {}
+void TerminalHost::SendPictureToLog(const Chart& chart) {
+  if (drawing_) log_.AddPicture(chart);
+}
+
+void TerminalHost::LoadLog(std::string_view rtf) {
+  ClearProgressLine();
+  if (!log_.Load(rtf)) ErrorLine("The log is no rich text; it is taken as plain text.");
+  if (!quiet_) streams_.out << log_.Text() << std::flush;
+}
 
 void TerminalHost::SetTimeLimit(double seconds) {
   timeLimit_ = seconds;

@@ -8,12 +8,14 @@
 #include "base/clock.h"
 #include "base/host.h"
 #include "cli/command_line.h"
+#include "cli/log_document.h"
+#include "plot/offscreen.h"
 
 // From here on an interrupt (Ctrl-C) stops a running calculation instead of ending the program; a
 // second one ends it.
 void CatchInterrupts();
 
-class TerminalHost : public Host {
+class TerminalHost : public SessionHost {
  public:
   // `keepGoing` is cleared by an interrupt or by the time limit; it and the streams outlive this.
   TerminalHost(const CommandStreams& streams, bool quiet, bool& keepGoing);
@@ -26,13 +28,18 @@ class TerminalHost : public Host {
   void ReportProgress(const Progress& progress) override;
   void ReportFailure(std::string_view text) override;
   void SendPictureToLog(const Chart& chart) override;
+  std::string LogAsRtf() override { return log_.Rtf(); }
+  void LoadLog(std::string_view rtf) override;
+
+  // Pictures go into the log from here on; without this they are left out, which is faster.
+  void KeepPictures() { drawing_.emplace(); }
 
   // Stops the next calculations when so many seconds have passed from now.
   void SetTimeLimit(double seconds);
   void ClearTimeLimit() { timeLimit_.reset(); }
 
   // All lines of the log, ended by \n.
-  const std::string& Log() const { return log_; }
+  const std::string& Log() const { return log_.Text(); }
 
  private:
   void ClearProgressLine();
@@ -41,7 +48,8 @@ class TerminalHost : public Host {
   const CommandStreams& streams_;
   bool quiet_;
   bool& keepGoing_;
-  std::string log_;
+  LogDocument log_;
+  std::optional<OffscreenDrawing> drawing_;  // while pictures are kept
   std::string lastFailure_;
   bool progressShown_ = false;
   Stopwatch sinceProgress_;

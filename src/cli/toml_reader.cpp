@@ -3,6 +3,20 @@
 #include <cmath>
 #include <limits>
 
+#include "base/files.h"
+#include "base/text.h"
+
+TomlFile ReadToml(const std::filesystem::path& path) {
+  constexpr std::size_t kLongest = 16U << 20U;  // bytes
+  const std::string name = PathText(path);
+  try {
+    return {name, toml::parse(ReadWholeFile(path, kLongest), name)};
+  } catch (const toml::parse_error& error) {
+    throw JobFault(name + ":" + std::to_string(error.source().begin.line) + ": " +
+                   std::string(error.description()));
+  }
+}
+
 TableReader::TableReader(std::string file, std::string name, const toml::table& table)
     : file_(std::move(file)), name_(std::move(name)), table_(&table) {}
 
@@ -49,6 +63,16 @@ std::optional<std::variant<int, std::string>> TableReader::IntegerOrText(std::st
   if (node == nullptr) return std::nullopt;
   if (node->is_string()) return *Text(key);
   return *Integer(key);
+}
+
+std::optional<std::string> TableReader::NumberOrText(std::string_view key) {
+  const toml::node* node = Find(key);
+  if (node == nullptr) return std::nullopt;
+  if (node->is_string()) return *Text(key);
+  if (const toml::value<std::int64_t>* value = node->as_integer()) {
+    return std::to_string(value->get());
+  }
+  return ShortestText(NumberOf(key, *node));
 }
 
 std::optional<std::vector<std::string>> TableReader::Texts(std::string_view key) {

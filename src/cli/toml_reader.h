@@ -2,6 +2,7 @@
 // is refused with file, line and key.
 #pragma once
 
+#include <filesystem>
 #include <optional>
 #include <set>
 #include <stdexcept>
@@ -18,6 +19,15 @@ class JobFault : public std::runtime_error {
   using std::runtime_error::runtime_error;
 };
 
+// A TOML file and its name for messages.
+struct TomlFile {
+  std::string name;
+  toml::table table;
+};
+
+// Throws FileFault if it cannot be read, JobFault with the line if it is no TOML.
+TomlFile ReadToml(const std::filesystem::path& path);
+
 class TableReader {
  public:
   // `file` and `name` ("" for the whole job, else such as "fit") are for messages; `table` outlives
@@ -32,6 +42,8 @@ class TableReader {
   std::optional<bool> Flag(std::string_view key);
   std::optional<std::string> Text(std::string_view key);
   std::optional<std::variant<int, std::string>> IntegerOrText(std::string_view key);
+  // A text as it stands, a number as the shortest text that gives it back.
+  std::optional<std::string> NumberOrText(std::string_view key);
   std::optional<std::vector<std::string>> Texts(std::string_view key);
   std::optional<std::pair<double, double>> Range(std::string_view key);
   std::vector<std::pair<double, double>> Ranges(std::string_view key);

@@ -19,13 +19,6 @@ constexpr const char* kLogFont = "LogFont";
 // A stored text that is not what its key wants.
 struct NotConverted {};
 
-template <class Real>
-std::string NumberText(Real value) {
-  std::array<char, 40> text{};
-  const auto end = std::to_chars(text.data(), text.data() + text.size(), value).ptr;
-  return {text.data(), end};
-}
-
 std::string ColorText(std::uint32_t color) {
   std::array<char, 16> text{};
   const auto end = std::to_chars(text.data(), text.data() + text.size(), color, 16).ptr;
@@ -119,6 +112,10 @@ void ReadAll(QuorvaneModule& module, const SectionReader& section) {
   section.Read("ShowHints", module.ShowHints);
 }
 
+std::string FloatText(float value) {
+  return ShortestText(static_cast<double>(value));
+}
+
 std::string Flag(bool value) {
   return value ? "1" : "0";
 }
@@ -162,11 +159,11 @@ void SaveSettings(const QuorvaneModule& module, const std::filesystem::path& cur
          {"LastDirectory", PathText(currentFolder)},
          {"DeletedColor", ColorText(module.DeletedColor)},
          {"GoodColor", ColorText(module.GoodColor)},
-         {"Vbar", NumberText(module.DefaultVbar)},
-         {"VbarB", NumberText(module.DefaultVbarB)},
-         {"Density", NumberText(module.DefaultDensity)},
-         {"MassConservationTolerance", NumberText(module.MCTolerance)},
-         {"CriticalCCC", NumberText(module.CriticalCCCValue)}},
+         {"Vbar", ShortestText(module.DefaultVbar)},
+         {"VbarB", ShortestText(module.DefaultVbarB)},
+         {"Density", ShortestText(module.DefaultDensity)},
+         {"MassConservationTolerance", ShortestText(module.MCTolerance)},
+         {"CriticalCCC", ShortestText(module.CriticalCCCValue)}},
         host);
 }
 
@@ -197,10 +194,10 @@ WindowPlace LoadWindowPlace(const SettingsStore& store) {
 
 void SaveWindowPlace(const WindowPlace& place, SettingsStore& store, Host& host) {
   Store(store, kSettings,
-        {{"MainLeft", NumberText(place.MainLeft)},
-         {"MainTop", NumberText(place.MainTop)},
-         {"MainWidth", NumberText(place.MainWidth)},
-         {"MainHeight", NumberText(place.MainHeight)}},
+        {{"MainLeft", FloatText(place.MainLeft)},
+         {"MainTop", FloatText(place.MainTop)},
+         {"MainWidth", FloatText(place.MainWidth)},
+         {"MainHeight", FloatText(place.MainHeight)}},
         host);
 }
 
@@ -222,7 +219,7 @@ LogFont LoadLogFont(const SettingsStore& store, LogFont present) {
 void SaveLogFont(const LogFont& font, SettingsStore& store, Host& host) {
   Store(store, kLogFont,
         {{"Font", font.Font},
-         {"Size", NumberText(font.Size)},
+         {"Size", FloatText(font.Size)},
          {"Bold", font.Bold ? "True" : "False"},
          {"Italic", font.Italic ? "True" : "False"}},
         host);

@@ -47,7 +47,7 @@ LoadResult Trapped(const fs::path& path, Host& host, Load&& load) {
 }
 
 // Each chosen channel of the file, in the order of the letters.
-void LoadChannels(DatasetStore& store, const LoadSettings& settings, const fs::path& path,
+void LoadChannels(DatasetStore& store, const ScanLoadSettings& settings, const fs::path& path,
                   const std::string& header, ElWavelength elWavelength, Host& host,
                   LoadResult& result) {
   const bool channelled = settings.kind == FileKind::kIpRa;
@@ -69,8 +69,8 @@ void LoadChannels(DatasetStore& store, const LoadSettings& settings, const fs::p
 
 }  // namespace
 
-LoadResult LoadSelectedFile(DatasetStore& store, const LoadSettings& settings, const fs::path& path,
-                            Host& host) {
+LoadResult LoadSelectedFile(DatasetStore& store, const ScanLoadSettings& settings,
+                            const fs::path& path, Host& host) {
   return Trapped(path, host, [&](LoadResult& result) {
     if (RefuseBinary(path, host)) {
       Note(result, LoadOutcome::kBinary);
@@ -80,8 +80,8 @@ LoadResult LoadSelectedFile(DatasetStore& store, const LoadSettings& settings, c
   });
 }
 
-LoadResult LoadNamedFile(DatasetStore& store, const LoadSettings& settings, const fs::path& path,
-                         Host& host) {
+LoadResult LoadNamedFile(DatasetStore& store, const ScanLoadSettings& settings,
+                         const fs::path& path, Host& host) {
   return Trapped(path, host, [&](LoadResult& result) {
     std::string header = store.HeaderLine;
     if (settings.kind == FileKind::kIpRa) header = Trim(ReadCommentLines(path).header);
@@ -89,8 +89,8 @@ LoadResult LoadNamedFile(DatasetStore& store, const LoadSettings& settings, cons
   });
 }
 
-void LoadNamedFiles(DatasetStore& store, const LoadSettings& settings, std::vector<fs::path> paths,
-                    Host& host) {
+void LoadNamedFiles(DatasetStore& store, const ScanLoadSettings& settings,
+                    std::vector<fs::path> paths, Host& host) {
   std::stable_sort(paths.begin(), paths.end(), [](const fs::path& a, const fs::path& b) {
     return FileNameOf(a) < FileNameOf(b);
   });

@@ -9,7 +9,7 @@
 #include "scan/scan_file.h"
 
 // What the user has set on the tab.
-struct LoadSettings {
+struct ScanLoadSettings {
   FileKind kind = FileKind::kIpRa;
   Centerpiece centerpiece = Centerpiece::kTwoChannels;  // counts for "IP,RA" only
   std::array<bool, kMaxChannels> chkChannel = {true};   // A to D; counts for 6 and 8 channels
@@ -23,17 +23,17 @@ struct LoadResult {
 
 // "Load": the selected file, one dataset a chosen channel. A binary file is refused with a message.
 // Names come from HeaderLine, the memory of the selection (GetCommentLines).
-LoadResult LoadSelectedFile(DatasetStore& store, const LoadSettings& settings,
+LoadResult LoadSelectedFile(DatasetStore& store, const ScanLoadSettings& settings,
                             const std::filesystem::path& path, Host& host);
 
 // One file of "Load Multiple": no test for binary files; names of the kind "IP,RA" come from the
 // file's own second line, those of "FI" and "EL" from HeaderLine.
-LoadResult LoadNamedFile(DatasetStore& store, const LoadSettings& settings,
+LoadResult LoadNamedFile(DatasetStore& store, const ScanLoadSettings& settings,
                          const std::filesystem::path& path, Host& host);
 
 // "Load Multiple": the files in rising order of their names (plain comparison of characters), each
 // as LoadNamedFile does; one that fails is passed over.
-void LoadNamedFiles(DatasetStore& store, const LoadSettings& settings,
+void LoadNamedFiles(DatasetStore& store, const ScanLoadSettings& settings,
                     std::vector<std::filesystem::path> paths, Host& host);
 
 // "Load Blank": one dataset from the file over the whole window, whatever channels are set.

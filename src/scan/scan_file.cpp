@@ -1,7 +1,6 @@
 #include "scan/scan_file.h"
 
 #include <cmath>
-#include <fstream>
 #include <limits>
 
 #include "base/arithmetic.h"
@@ -12,18 +11,6 @@
 #include "scan/fields.h"
 
 namespace {
-
-std::ifstream OpenScan(const std::filesystem::path& path) {
-  if (DirExists(path)) throw FileFault(PathText(path) + ": is a folder");
-  if (!FileExists(path)) throw FileFault(PathText(path) + ": there is no such file");
-  std::error_code error;
-  if (!std::filesystem::is_regular_file(path, error)) {
-    throw FileFault(PathText(path) + ": is no regular file");  // a device may never end
-  }
-  std::ifstream in(path, std::ios::binary);
-  if (!in) throw FileFault(PathText(path) + ": cannot be read");
-  return in;
-}
 
 std::string RequiredLine(std::istream& in, const std::filesystem::path& path, const char* which) {
   std::string line;
@@ -121,6 +108,18 @@ Dataset ReadDataset(FileKind kind, const std::filesystem::path& path, float low,
 }
 
 }  // namespace
+
+std::ifstream OpenScan(const std::filesystem::path& path) {
+  if (DirExists(path)) throw FileFault(PathText(path) + ": is a folder");
+  if (!FileExists(path)) throw FileFault(PathText(path) + ": there is no such file");
+  std::error_code error;
+  if (!std::filesystem::is_regular_file(path, error)) {
+    throw FileFault(PathText(path) + ": is no regular file");  // a device may never end
+  }
+  std::ifstream in(path, std::ios::binary);
+  if (!in) throw FileFault(PathText(path) + ": cannot be read");
+  return in;
+}
 
 CommentLines ReadCommentLines(const std::filesystem::path& path) {
   std::ifstream in = OpenScan(path);

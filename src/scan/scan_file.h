@@ -2,6 +2,7 @@
 #pragma once
 
 #include <filesystem>
+#include <fstream>
 #include <string>
 #include <vector>
 
@@ -24,6 +25,10 @@ struct CommentLines {
   std::string comment;
   std::string header;
 };
+
+// The file, opened for reading its lines. Throws FileFault if it cannot be opened or is no regular
+// file.
+std::ifstream OpenScan(const std::filesystem::path& path);
 
 // Lines 1 and 2 of the file. Throws FileFault if it cannot be read or ends before.
 CommentLines ReadCommentLines(const std::filesystem::path& path);

@@ -216,13 +216,4 @@ TEST_F(AnalyzeTest, OutputsThatCannotBeWrittenHaveStatusThree) {
             std::string::npos);
 }
 
-TEST_F(AnalyzeTest, TheExampleGivesItsWeight) {
-  const std::string job = std::string(QUORVANE_SOURCE_DIR) + "/examples/ideal/job.toml";
-  ASSERT_EQ(Run({"analyze", job, "--json", Path("out.json")}), 0);
-  const json fit = Result()["fit"];
-  const json& weight = fit["parameters"].back();
-  EXPECT_NEAR(weight["value"], 8100.0, 3 * weight["sd"].get<double>());
-  EXPECT_NEAR(fit["rms"], 0.004, 0.0004);
-}
-
 }  // namespace

@@ -16,7 +16,7 @@ namespace {
 using Names = std::vector<std::string>;
 
 constexpr std::array<bool, 4> kAll = {true, true, true, true};
-constexpr LoadSettings kSixChannels = {FileKind::kIpRa, Centerpiece::kSixChannels, kAll};
+constexpr ScanLoadSettings kSixChannels = {FileKind::kIpRa, Centerpiece::kSixChannels, kAll};
 
 // 20 rows in the middle of each channel of a 6-channel cell.
 const std::string kSixRows = Rows(5.90, 0.005, 20) + Rows(6.40, 0.005, 20) + Rows(6.90, 0.005, 20);

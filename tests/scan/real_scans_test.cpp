@@ -34,7 +34,7 @@ TEST(RealScans, LoadAsSixChannels) {
   };
   DatasetStore store;
   RecordingHost host;
-  const LoadSettings six = {FileKind::kIpRa, Centerpiece::kSixChannels, {true, true, true}};
+  const ScanLoadSettings six = {FileKind::kIpRa, Centerpiece::kSixChannels, {true, true, true}};
   for (const auto& scan : scans) {
     ASSERT_EQ(LoadNamedFile(store, six, folder / scan.file, host).datasets, 3) << scan.file;
     for (std::size_t c = 0; c < 3; ++c) {

@@ -1,0 +1,108 @@
+#include "cli/archive_command.h"
+
+#include <ostream>
+
+#include "archive/experiment_file.h"
+#include "base/files.h"
+#include "base/number_format.h"
+#include "base/text.h"
+#include "cli/dataset_table.h"
+#include "cli/json_records.h"
+#include "cli/log_document.h"
+
+namespace {
+
+struct PageField {
+  const char* name;
+  double FitPage::*field;
+};
+
+constexpr std::array<PageField, 13> kPageFields = {{{"MW", &FitPage::ModelMW},
+                                                    {"MWB", &FitPage::ModelMWB},
+                                                    {"VirialC", &FitPage::ModelVirial},
+                                                    {"N1", &FitPage::ModelN1},
+                                                    {"N2", &FitPage::ModelN2},
+                                                    {"LnK1", &FitPage::ModelLnK1},
+                                                    {"LnK2", &FitPage::ModelLnK2},
+                                                    {"Alpha", &FitPage::ModelAlpha},
+                                                    {"LnK3", &FitPage::ModelLnK3},
+                                                    {"Vbar", &FitPage::Vbar},
+                                                    {"VbarB", &FitPage::VbarB},
+                                                    {"Density", &FitPage::Density},
+                                                    {"ModelIndex", &FitPage::ModelIndex}}};
+
+ReadExperiment Read(const std::string& file) {
+  try {
+    return ReadExperimentFile(PathFromText(file));
+  } catch (const ArchiveFault& fault) {
+    throw FileFault(file + " is not a valid saved experiment file!\n" + fault.what());
+  }
+}
+
+std::string DirectoryText(const Experiment& experiment) {
+  return Cp1252ToUtf8(Trim(experiment.directory.View()));
+}
+
+// The title of a kept graph, empty for one of another program.
+std::string TitleOf(const Bytes& graph) {
+  try {
+    return ParseChart(graph).title;
+  } catch (const ByteFault&) {
+    return {};
+  }
+}
+
+const char* LayoutName(const Experiment& experiment) {
+  return experiment.layout == kOldLayout ? "old" : "current";
+}
+
+void PrintExperiment(const Experiment& experiment, const LogDocument& log, std::ostream& out) {
+  out << "Layout: " << LayoutName(experiment) << " (" << experiment.layout << ")\n"
+      << "Directory: " << DirectoryText(experiment) << "\n\nParameter page\n";
+  for (const auto& [name, field] : kPageFields) {
+    out << "  " << name << " = " << FormatParam(experiment.FitPage.*field) << '\n';
+  }
+  out << "\nDatasets\n";
+  PrintDatasetTable(experiment.Datasets, out);
+  out << "\nGraphs: " << experiment.GraphStreams.size() << '\n';
+  for (const Bytes& graph : experiment.GraphStreams) {
+    const std::string title = TitleOf(graph);
+    out << "  " << (title.empty() ? "(a chart of another program)" : title) << ", " << graph.size()
+        << " bytes\n";
+  }
+  out << "\nLog\n" << log.Text();
+}
+
+Json ExperimentJson(const Experiment& experiment, const LogDocument& log) {
+  Json json = {{"layout", LayoutName(experiment)},
+               {"version_marker", experiment.layout},
+               {"directory", DirectoryText(experiment)}};
+  for (const auto& [name, field] : kPageFields) {
+    json["fit_page"][name] = experiment.FitPage.*field;
+  }
+  json["datasets"] = DatasetsJson(experiment.Datasets);
+  Json& graphs = json["graphs"] = Json::array();
+  for (const Bytes& graph : experiment.GraphStreams) {
+    graphs.push_back(
+        {{"number", graphs.size() + 1}, {"bytes", graph.size()}, {"title", TitleOf(graph)}});
+  }
+  json["log"] = log.Text();
+  return json;
+}
+
+}  // namespace
+
+ExitStatus RunArchive(const ArchiveArguments& arguments, const CommandStreams& streams) {
+  const ReadExperiment read = Read(arguments.file);
+  for (const std::string& warning : read.warnings) streams.err << warning << '\n';
+  LogDocument log;
+  if (!log.Load(read.experiment.log)) streams.err << "The log is no rich text.\n";
+  PrintExperiment(read.experiment, log, streams.out);
+  if (!arguments.json.empty()) {
+    WriteWholeFile(PathFromText(arguments.json), JsonText(ExperimentJson(read.experiment, log)));
+  }
+  if (!arguments.saveAs.empty()) {
+    WriteExperimentFile(PathFromText(arguments.saveAs), read.experiment);
+  }
+  return ExitStatus::kDone;
+}

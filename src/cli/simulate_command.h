@@ -1,0 +1,18 @@
+// quorvane-cli simulate: a synthetic scan of one of the simulator's models.
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <string>
+
+#include "cli/command_line.h"
+
+struct SimulateArguments {
+  std::string job;
+  std::string output;                 // scan file; empty: standard output
+  std::string json;                   // empty: none
+  std::optional<std::uint64_t> seed;  // of the noise; nothing: from the clock
+};
+
+// Throws JobFault, also for an input outside the bounds of its box, and FileFault.
+ExitStatus RunSimulate(const SimulateArguments& arguments, const CommandStreams& streams);

@@ -1,0 +1,53 @@
+#include "match/match_reader.h"
+
+#include <string>
+
+#include "base/arithmetic.h"
+#include "base/files.h"
+#include "scan/dataset.h"
+#include "scan/fields.h"
+#include "scan/scan_file.h"
+
+namespace {
+
+std::string_view TimeColumns(const LineBuffer& header, TimeField timeField) {
+  return timeField == TimeField::kElectrophoresis ? header.Columns(14, 23) : header.Columns(16, 22);
+}
+
+bool IsBlankLine(std::string_view line) {
+  return line.find_first_not_of(" \t\r") == std::string_view::npos;
+}
+
+void TakePoint(const LineBuffer& row, RawScan& scan) {
+  const double radius = FieldVal(row.Columns(1, 11));
+  scan.signal.push_back(FieldVal(row.Columns(12, 26)));
+  scan.radius.push_back(radius);
+}
+
+}  // namespace
+
+RawScan ReadRawScan(std::istream& in, TimeField timeField, std::string_view source) {
+  RawScan scan;
+  std::string text;
+  int line = 0;
+  try {
+    while (scan.radius.size() < kMaxPoints && ReadLine(in, text)) {
+      ++line;
+      if (line == 2) {
+        scan.time = FieldInt32(TimeColumns(LineBuffer(text), timeField));
+      } else if (line > 2 && !IsBlankLine(text)) {
+        TakePoint(LineBuffer(text), scan);
+      }
+    }
+  } catch (const ArithmeticFault&) {
+    throw FileFault(std::string(source) + ", line " + std::to_string(line) +
+                    ": a number is out of range");
+  }
+  if (in.bad()) throw FileFault(std::string(source) + ": a read failed");
+  return scan;
+}
+
+RawScan ReadMatchFile(const std::filesystem::path& path, TimeField timeField) {
+  std::ifstream in = OpenScan(path);
+  return ReadRawScan(in, timeField, PathText(path));
+}

@@ -1,0 +1,107 @@
+#include "sim/sim_chart.h"
+
+#include <cmath>
+#include <stdexcept>
+#include <string>
+#include <utility>
+#include <vector>
+
+namespace {
+
+struct SeriesLook {
+  SeriesStyle style;
+  ChartColor color;
+};
+
+// By position; upright crosses stand for triangles.
+constexpr std::array<SeriesLook, 6> kLooks = {{
+    {SeriesStyle::kDot, kChartBlack},
+    {SeriesStyle::kDiagonalCross, kChartBlue},
+    {SeriesStyle::kCross, 0x00FF00},
+    {SeriesStyle::kDot, kChartRed},
+    {SeriesStyle::kCross, 0x008000},
+    {SeriesStyle::kDot, 0x800000},
+}};
+
+// A species in the chart: its name and what its column is multiplied by to be a signal.
+struct SpeciesCurve {
+  std::string_view name;
+  double factor;
+};
+
+std::vector<SpeciesCurve> OneComponentCurves(const SimInputs& inputs) {
+  const double EA = NumberIn(inputs, SimBox::kExtCoeff);
+  const double nmer = NumberIn(inputs, SimBox::kN1mer) * EA;
+  std::vector<SpeciesCurve> curves = {{"monomer", EA}, {"n-mer", nmer}};
+  if (inputs.model == 3) curves.push_back({"m-mer", NumberIn(inputs, SimBox::kN2mer) * EA});
+  if (inputs.model == 4) curves.push_back({"inc.monomer", EA});
+  if (inputs.model == 5) curves.push_back({"inc.n-mer", nmer});
+  return curves;
+}
+
+std::vector<SpeciesCurve> CurvesOf(const SimInputs& inputs) {
+  const SimModel& model = SimModelOf(inputs.model);
+  if (!model.secondComponent) return OneComponentCurves(inputs);
+  if (UsesBox(inputs.model, SimBox::kN1mer)) return {{"A", 1}, {"B", 1}, {"An", 1}, {"AnB", 1}};
+  std::vector<SpeciesCurve> curves = {{"A", 1}, {"B", 1}, {"AB", 1}, {"AB2", 1}, {"AB3", 1}};
+  curves.resize(static_cast<std::size_t>(model.speciesColumns));
+  return curves;
+}
+
+// `value(i)` against radius for the first `count` grid points.
+template <class Value>
+void AddSeries(ChartPanel& panel, const SimColumn& column, int count, std::string_view name,
+               Value&& value) {
+  const SeriesLook look = kLooks[panel.series.size()];
+  ChartSeries series = {std::string(name), look.style, look.color, {}, {}};
+  for (int i = 0; i < count; ++i) {
+    series.x.push_back(column.r[i]);
+    series.y.push_back(value(i));
+  }
+  panel.series.push_back(std::move(series));
+}
+
+}  // namespace
+
+bool SimGraphEnabled(int model, SimGraph graph) {
+  switch (graph) {
+    case SimGraph::kTotalSignal:
+      return true;
+    case SimGraph::kTotalConc:
+      return SimModelOf(model).totalConcentration;
+    case SimGraph::kSpeciesSignal:
+      return SimModelOf(model).speciesColumns > 0;
+    case SimGraph::kSpeciesConc:
+      break;
+  }
+  return false;
+}
+
+Chart SimChart(const Simulator& simulator, SimGraph graph) {
+  if (!SimGraphEnabled(simulator.Inputs.model, graph)) {
+    throw std::invalid_argument("the model does not offer this graph");
+  }
+  const SimColumn& column = simulator.Column;
+  const int n = simulator.GridPoints;
+  ChartPanel panel;
+  panel.leftTitle = graph == SimGraph::kTotalConc ? "concentration" : "signal";
+  if (graph == SimGraph::kTotalSignal) {
+    AddSeries(panel, column, simulator.WrittenPoints, "total",
+              [&](int i) { return column.signal[i]; });
+  } else if (graph == SimGraph::kTotalConc) {
+    AddSeries(panel, column, n, "total", [&](int i) { return column.conc[i]; });
+  } else {
+    const std::vector<SpeciesCurve> curves = CurvesOf(simulator.Inputs);
+    for (std::size_t k = 0; k < curves.size(); ++k) {
+      AddSeries(panel, column, n, curves[k].name,
+                [&](int i) { return column.species[i][k] * curves[k].factor; });
+    }
+  }
+  const std::string title(SimGraphCaptions[static_cast<std::size_t>(graph)]);
+  return {title, "Radius (cm)", {std::move(panel)}};
+}
+
+std::string_view SimAxisPattern(double lastValue) {
+  const double size = std::fabs(lastValue);
+  return size > 1000.0 || size < 0.01 ? "0.00E+00" : "#,##0.00";
+}

@@ -1,0 +1,77 @@
+#include "cli/command_fixture.h"
+
+namespace {
+
+class SimulateCommand : public CommandTest {
+ protected:
+  int Simulate(const std::string& job, const std::string& seed = "7") {
+    folder.Write("job.toml", job);
+    return Run({"simulate", Path("job.toml"), "-o", Path("s.IP8"), "--json", Path("out.json"),
+                "--seed", seed});
+  }
+};
+
+}  // namespace
+
+TEST_F(SimulateCommand, WritesAScanThatLoads) {
+  ASSERT_EQ(Simulate("model = \"A+B<>AB\"\nmw = 60000\nload = 1.0e-6\nlnk1 = \"13\"\n"), 0)
+      << err.str();
+  const std::string first = ReadText(folder / "s.IP8");
+  EXPECT_TRUE(first.starts_with("QV:A+B<>AB : MW(A)=60000,C(A)=1e-06,")) << first.substr(0, 60);
+  const auto result = Result();
+  EXPECT_EQ(result["points"], 301);
+  EXPECT_EQ(result["species"][0].size(), 3U);
+  EXPECT_FALSE(result.contains("conc"));
+  EXPECT_GT(result["ref_b"], 0.0);
+  EXPECT_EQ(result["text"], first);
+  ASSERT_EQ(Simulate("model = 6\nmw = 60000\nload = 1.0e-6\nlnk1 = \"13\"\n"), 0);
+  EXPECT_TRUE(ReadText(folder / "s.IP8") == first);
+  ASSERT_EQ(Simulate("model = 6\nlnk1 = 13\n", "8"), 0);
+  EXPECT_FALSE(ReadText(folder / "s.IP8") == first);
+  EXPECT_EQ(Run({"scan", Path("s.IP8")}), 0) << err.str();
+  folder.Write("job.toml", "model = \"Ideal\"\nsave_as = \"RA8\"\nwavelength = 230\n");
+  ASSERT_EQ(Run({"simulate", Path("job.toml")}), 0);
+  EXPECT_NE(out.str().find("\r\nR 8 20.0 16000 0099999 1.0000E12 230 21\r\n"), std::string::npos);
+}
+
+TEST_F(SimulateCommand, ReadsKByItsDisplay) {
+  std::vector<double> references;
+  for (const char* k : {"lnk1 = 13.815510557964274", "k_display = \"log10\"\nlnk1 = 6",
+                        "k_display = \"k\"\nlnk1 = 1e6"}) {
+    ASSERT_EQ(Simulate("model = \"Mon-Nmer\"\nrms = 0\n" + std::string(k) + "\n"), 0) << err.str();
+    references.push_back(Result()["ref_a"]);
+  }
+  EXPECT_NEAR(references[1] / references[0], 1.0, 1e-12);
+  EXPECT_NEAR(references[2] / references[0], 1.0, 1e-12);
+}
+
+TEST_F(SimulateCommand, RefusesBadInputs) {
+  const struct {
+    const char* job;
+    const char* says;
+  } cases[] = {
+      {"", "model"},
+      {"model = 11\n", "there is no such model"},
+      {"model = \"ideal\"\n", "there is no such model"},
+      {"model = 0\nmw = 99\n", "100 <= Molecular Weight <= 50,000,000."},
+      {"model = 0\nspeed = \"fast\"\n", "job.toml:2"},
+      {"model = 0\nmeniscus = 6.5\nbase = 6.5\n", "R(base)"},
+      {"model = 3\nn1 = 3\n", "N-mer must be different from M-mer."},
+      {"model = 0\nk_display = \"log\"\n", "k_display"},
+      {"model = 0\nsave_as = \"RA1\"\n", "save_as"},
+      {"model = 0\nmolweight = 5\n", "molweight"},
+  };
+  for (const auto& test : cases) {
+    EXPECT_EQ(Simulate(test.job), 2) << test.job;
+    EXPECT_NE(err.str().find(test.says), std::string::npos) << test.says << " | " << err.str();
+  }
+}
+
+TEST_F(SimulateCommand, AFailureWritesNothing) {
+  EXPECT_EQ(Simulate("model = 0\nmw = 5e7\nspeed = 60000\n"), 1);
+  EXPECT_NE(err.str().find("Error while Simulating Data!  Error was Overflow"), std::string::npos)
+      << err.str();
+  EXPECT_NE(err.str().find("Please try more reasonable values"), std::string::npos);
+  EXPECT_FALSE(std::filesystem::exists(folder / "s.IP8"));
+  EXPECT_FALSE(std::filesystem::exists(folder / "out.json"));
+}

@@ -1,0 +1,187 @@
+// Damaged files of every format: readers refuse them with their own faults or read something sane;
+// the sanitizer build watches what happens inside. QUORVANE_MUTATIONS sets how many a format.
+#include <cstdlib>
+
+#include <gtest/gtest.h>
+
+#include "archive/archive_samples.h"
+#include "archive/experiment_session.h"
+#include "base/arithmetic.h"
+#include "base/byte_stream.h"
+#include "base/files.h"
+#include "cli/job.h"
+#include "cli/json_records.h"
+#include "core/fit_run.h"
+#include "core/settings.h"
+#include "match/match_reader.h"
+#include "robust/mutation.h"
+#include "rtf/rtf_reader.h"
+#include "rtf/rtf_writer.h"
+#include "scan/dataset_files.h"
+#include "scan/scan_samples.h"
+
+namespace {
+
+std::uint64_t Rounds() {
+  const char* const text = std::getenv("QUORVANE_MUTATIONS");
+  return text == nullptr ? 600 : std::strtoull(text, nullptr, 10);
+}
+
+// Gives `use` one damaged form of `sample` after the other.
+template <class Use>
+void ForEachMutation(const std::string& sample, Use&& use) {
+  for (std::uint64_t seed = 0; seed < Rounds(); ++seed) {
+    SCOPED_TRACE(seed);
+    ASSERT_NO_THROW(use(Mutated(sample, seed)));
+  }
+}
+
+std::string MadeScanText() {
+  return ScanText(Rows(6.0, 0.004, 200));
+}
+
+// Chooses all datasets, sets up the model and fits for a while.
+void FitShortly(QuorvaneModule& module, int model) {
+  RecordingHost host;
+  host.answers.assign(1, false);
+  int events = 0;
+  host.onEvents = [&] {
+    if (++events > 40) module.Fit.FitKeepGoing = false;
+  };
+  if (SetupFit(module.Setup, module.FitPage, module.Store, model, host)) RunFit(module, host);
+}
+
+// What windows and commands do with an experiment that was opened.
+void UseExperiment(QuorvaneModule& module, const TempFolder& folder, std::uint64_t seed) {
+  JsonText(DatasetsJson(module.Store.Datasets));
+  for (const Dataset& dataset : module.Store.Datasets) {
+    DatasetText(dataset, SavedSignal::kBaselineSubtracted);
+  }
+  FitShortly(module, static_cast<int>(seed % 11));
+  RecordingHost host;
+  SaveExperiment(module, folder / "again.exz", host);
+}
+
+}  // namespace
+
+TEST(DamagedInput, ScansOfEveryKind) {
+  const TempFolder folder;
+  for (const FileKind kind : {FileKind::kIpRa, FileKind::kDat, FileKind::kFi, FileKind::kEl}) {
+    ForEachMutation(MadeScanText(), [&](const std::string& bytes) {
+      const std::filesystem::path path = folder.Write("00001.RA1", bytes);
+      RecordingHost host;
+      DatasetStore store;
+      GetCommentLines(store, path, host);
+      ScanLoadSettings settings;
+      settings.kind = kind;
+      LoadSelectedFile(store, settings, path, host);
+      for (const Dataset& dataset : store.Datasets) {
+        ASSERT_GE(dataset.NumPoints, kMinPoints);
+        DatasetText(dataset, SavedSignal::kAsLoaded);
+      }
+    });
+  }
+}
+
+TEST(DamagedInput, ScansForMatching) {
+  const TempFolder folder;
+  ForEachMutation(MadeScanText(), [&](const std::string& bytes) {
+    try {
+      ReadMatchFile(folder.Write("00001.RA1", bytes), TimeField::kCentrifuge);
+    } catch (const FileFault&) {
+    }
+  });
+}
+
+TEST(DamagedInput, Archives) {
+  const TempFolder folder;
+  const std::string sample = StoredZip(SampleMembers());
+  ForEachMutation(sample, [&](const std::string& bytes) {
+    QuorvaneModule module;
+    RecordingHost host;
+    LoadExperiment(module, folder.Write("a.exz", bytes), host);
+  });
+}
+
+TEST(DamagedInput, MembersOfArchives) {
+  const TempFolder folder;
+  QuorvaneModule made;
+  const StoredMembers sample = SampleMembers();
+  std::uint64_t seed = 0;
+  for (const std::size_t member : {std::size_t{0}, std::size_t{2}}) {
+    // Records are long and mostly zeros; the damage goes where the fields are.
+    const std::string head = sample[member].second.substr(0, member == 0 ? 5400 : 1000);
+    ForEachMutation(head, [&](std::string bytes) {
+      StoredMembers members = sample;
+      bytes.resize(head.size());
+      members[member].second.replace(0, head.size(), bytes);
+      QuorvaneModule module;
+      RecordingHost host;
+      if (LoadExperiment(module, folder.Write("a.exz", StoredZip(members)), host)) {
+        UseExperiment(module, folder, ++seed);
+      }
+    });
+  }
+}
+
+TEST(DamagedInput, RichTexts) {
+  RichText sample;
+  AppendText(sample, "Variance \xC2\xB1 1.5\r\n\tLn K\xE2\x82\x81 \xCE\xB1\r\n", CharFormat());
+  ForEachMutation(WriteRtf(sample), [](const std::string& bytes) {
+    try {
+      WriteRtf(ReadRtf(bytes).text);
+    } catch (const RtfFault&) {
+    }
+  });
+}
+
+TEST(DamagedInput, Charts) {
+  Chart chart{"title", "radius", {ChartPanel()}};
+  chart.panels[0].series.push_back({"data", SeriesStyle::kDot, 0, {6.0, 6.1}, {0.1, 0.2}});
+  chart.panels[0].marks.push_back({6.05, 0, "mark"});
+  const auto bytes = SerializeChart(chart);
+  ForEachMutation(std::string(TextOf(bytes)), [](const std::string& damaged) {
+    try {
+      ParseChart(BytesOf(damaged));
+    } catch (const ByteFault&) {
+    }
+  });
+}
+
+TEST(DamagedInput, CellGeometries) {
+  const TempFolder folder;
+  ForEachMutation("2\r\n1,3,\"sector\",6.0,1.0,6.5,1.1,7.2,1.2\r\n2,2,\"six\",5.9,1,7.1,1\r\n",
+                  [&](const std::string& bytes) {
+                    try {
+                      LoadCellGeometries(folder.Write("channels.txt", bytes));
+                    } catch (const FileFault&) {
+                    } catch (const SubscriptFault&) {
+                    }
+                  });
+}
+
+TEST(DamagedInput, Jobs) {
+  const TempFolder folder;
+  const std::string sample = ReadText(std::filesystem::path(QUORVANE_SOURCE_DIR) / "examples" /
+                                      "monomer-dimer" / "job.toml");
+  ForEachMutation(sample, [&](const std::string& bytes) {
+    try {
+      ReadJob(folder.Write("job.toml", bytes));
+    } catch (const JobFault&) {
+    }
+  });
+}
+
+TEST(DamagedInput, Settings) {
+  const TempFolder folder;
+  const std::string sample =
+      "[Settings]\nSaveGraphs=1\nKFormat=2\nGoodColor=&HFF\nVbar=0.73\n[MRU]\n1=\"a\\n.exz\"\n"
+      "[LogFont]\nSize=10\n";
+  ForEachMutation(sample, [&](const std::string& bytes) {
+    IniSettings store(folder.Write("quorvane.ini", bytes));
+    QuorvaneModule module;
+    LoadSettings(module, store);
+    LoadWindowPlace(store);
+    ASSERT_GE(LoadLogFont(store, {}).Size, 1.0F);
+  });
+}
