@@ -10,13 +10,12 @@
 #include "rtf/code_page.h"
 #include "rtf/picture_bytes.h"
 #include "rtf/rich_text_builder.h"
+#include "rtf/rtf_format.h"
 #include "rtf/rtf_lexer.h"
 #include "rtf/rtf_picture.h"
 #include "rtf/rtf_tables.h"
 
 namespace {
-
-constexpr int kPlainHalfPoints = 24;  // what \plain and a missing \fs mean
 
 // Where the texts and words of a group go.
 enum Destination : unsigned {
@@ -33,10 +32,8 @@ constexpr unsigned kAnywhere = ~unsigned{kSkipped};
 // What braces save and restore.
 struct Group {
   Destination destination = kBody;
-  CharFormat format;
-  ParagraphFormat shape;
+  RtfFormat format;
   CodePage codePage = CodePage::kWestern;
-  bool hidden = false;
   int unicodeSkip = 1;  // characters that stand for a \u in readers without Unicode
 };
 
@@ -45,27 +42,25 @@ class RtfReader {
   // `bytes` begin with the brace of the outermost group.
   explicit RtfReader(std::string_view bytes) : lexer_(bytes) {
     lexer_.Next();
-    groups_.emplace_back().format.halfPoints = kPlainHalfPoints;
+    groups_.emplace_back().format.characters.halfPoints = kRtfPlainHalfPoints;
   }
   RtfDocument Read();
 
  private:
   using Action = void (RtfReader::*)(const RtfToken&);
-  using Toggle = bool CharFormat::*;
   // What a word does (a character stands for itself) and in which destinations.
   struct Meaning {
     unsigned where = kBody;
-    std::variant<char32_t, Destination, Toggle, Action> effect;
+    std::variant<char32_t, Destination, Action> effect;
   };
   using Vocabulary = std::unordered_map<std::string_view, Meaning>;
 
   static const Vocabulary& Words();
   static void AddCharacters(Vocabulary& words);
   static void AddDestinations(Vocabulary& words);
-  static void AddFormats(Vocabulary& words);
   static void AddActions(Vocabulary& words);
 
-  void Take(const RtfToken& token);
+  void Take(RtfToken token);
   bool StandsForUnicode(RtfToken& token);
   void OpenGroup(const RtfToken& token);
   void CloseGroup(const RtfToken& token);
@@ -74,41 +69,31 @@ class RtfReader {
   void TakeBytes(std::string_view bytes);
   void Apply(const RtfToken& token, char32_t character);
   void Apply(const RtfToken& token, Destination destination);
-  void Apply(const RtfToken& token, Toggle toggle);
   void Apply(const RtfToken& token, Action action) { (this->*action)(token); }
 
   void Unicode(const RtfToken& token);
   void UnicodeSkip(const RtfToken& token) { Top().unicodeSkip = std::max(Number(token, 1), 0); }
-  void UnicodeTwin(const RtfToken& token);
   void AnsiCodePage(const RtfToken& token);
   void DefaultFont(const RtfToken& token) { defaultFont_ = Number(token, 0); }
   void Font(const RtfToken& token);
   void Charset(const RtfToken& token) { fonts_.SetCharset(token.number, ansi_); }
   void FontCodePage(const RtfToken& token) { fonts_.SetCodePage(token.number); }
   void ColorPart(const RtfToken& token);
-  void Color(const RtfToken& token) { Top().format.color = colors_.Find(token.number); }
-  void Size(const RtfToken& token);
+  void Color(const RtfToken& token) { Top().format.characters.color = colors_.Find(token.number); }
   void Plain(const RtfToken& token);
-  void NoUnderline(const RtfToken&) { Top().format.underline = false; }
-  void Script(const RtfToken& token);
-  void Hidden(const RtfToken& token) { Top().hidden = Number(token, 1) != 0; }
-  void Align(const RtfToken& token);
-  void ResetShape(const RtfToken&) { Top().shape = {}; }
-  void LeftIndent(const RtfToken& token) { Top().shape.leftIndent = Twips(token); }
-  void FirstIndent(const RtfToken& token) { Top().shape.firstIndent = Twips(token); }
-  void TabStop(const RtfToken& token);
-  void EndParagraph(const RtfToken&) { builder_.EndParagraph(Top().shape, Top().format); }
-  void Break(const RtfToken&) { builder_.EndOpenParagraph(Top().shape, Top().format); }
-  void Cell(const RtfToken&) { builder_.EndCell(Top().format); }
-  void Row(const RtfToken&) { builder_.EndRow(Top().shape, Top().format); }
+  void EndParagraph(const RtfToken&) {
+    builder_.EndParagraph(Top().format.paragraph, Top().format.characters);
+  }
+  void Break(const RtfToken&) {
+    builder_.EndOpenParagraph(Top().format.paragraph, Top().format.characters);
+  }
+  void Cell(const RtfToken&) { builder_.EndCell(Top().format.characters); }
+  void Row(const RtfToken&) { builder_.EndRow(Top().format.paragraph, Top().format.characters); }
   void PictureWord(const RtfToken& token) { picture_.SetWord(token.text, Number(token, 1)); }
 
   Group& Top() { return groups_.back(); }
   static int Number(const RtfToken& token, int missing) {
     return token.hasNumber ? token.number : missing;
-  }
-  static int Twips(const RtfToken& token) {
-    return std::clamp(token.number, -kMaxTwips, kMaxTwips);
   }
   bool InPicture() const {
     return std::any_of(groups_.begin(), groups_.end(),
@@ -167,32 +152,6 @@ void RtfReader::AddDestinations(Vocabulary& words) {
   words["ud"] = {kAnsiTwin, kBody};
 }
 
-void RtfReader::AddFormats(Vocabulary& words) {
-  words["b"] = {kBody, &CharFormat::bold};
-  words["i"] = {kBody, &CharFormat::italic};
-  for (const std::string_view name : {"ul", "uld", "uldash", "uldb", "ulth", "ulw", "ulwave"}) {
-    words[name] = {kBody, &CharFormat::underline};
-  }
-  words["strike"] = {kBody, &CharFormat::strikeout};
-  words["striked"] = {kBody, &CharFormat::strikeout};
-  words["ulnone"] = {kBody, &RtfReader::NoUnderline};
-  for (const std::string_view name : {"super", "sub", "nosupersub", "up", "dn"}) {
-    words[name] = {kBody, &RtfReader::Script};
-  }
-  for (const std::string_view name : {"v", "deleted"}) words[name] = {kBody, &RtfReader::Hidden};
-  for (const std::string_view name : {"ql", "qc", "qr", "qj"}) {
-    words[name] = {kBody, &RtfReader::Align};
-  }
-  words["f"] = {kBody | kFonts, &RtfReader::Font};
-  words["fs"] = {kBody, &RtfReader::Size};
-  words["cf"] = {kBody, &RtfReader::Color};
-  words["plain"] = {kBody, &RtfReader::Plain};
-  words["pard"] = {kBody, &RtfReader::ResetShape};
-  words["li"] = {kBody, &RtfReader::LeftIndent};
-  words["fi"] = {kBody, &RtfReader::FirstIndent};
-  words["tx"] = {kBody, &RtfReader::TabStop};
-}
-
 void RtfReader::AddActions(Vocabulary& words) {
   words["par"] = {kBody, &RtfReader::EndParagraph};
   for (const std::string_view name : {"sect", "page"}) words[name] = {kBody, &RtfReader::Break};
@@ -200,6 +159,9 @@ void RtfReader::AddActions(Vocabulary& words) {
   for (const std::string_view name : {"row", "nestrow"}) words[name] = {kBody, &RtfReader::Row};
   words["ansicpg"] = {kBody, &RtfReader::AnsiCodePage};
   words["deff"] = {kBody, &RtfReader::DefaultFont};
+  words["f"] = {kBody | kFonts, &RtfReader::Font};
+  words["cf"] = {kBody, &RtfReader::Color};
+  words["plain"] = {kBody, &RtfReader::Plain};
   words["u"] = {kBody | kFonts, &RtfReader::Unicode};
   words["uc"] = {kAnywhere, &RtfReader::UnicodeSkip};
   words["fcharset"] = {kFonts, &RtfReader::Charset};
@@ -219,7 +181,6 @@ const RtfReader::Vocabulary& RtfReader::Words() {
     Vocabulary words;
     AddCharacters(words);
     AddDestinations(words);
-    AddFormats(words);
     AddActions(words);
     return words;
   }();
@@ -227,8 +188,9 @@ const RtfReader::Vocabulary& RtfReader::Words() {
 }
 
 RtfDocument RtfReader::Read() {
+  RtfToken token;
   while (!ended_ && !builder_.Full()) {
-    const RtfToken token = lexer_.Next();
+    token = lexer_.Next();
     if (token.kind == RtfTokenKind::kEnd) {
       Warn("the text ends before its last group does", token.offset);
       if (InPicture()) AddText(kPicturePlaceholder);
@@ -236,25 +198,24 @@ RtfDocument RtfReader::Read() {
     }
     Take(token);
   }
-  if (builder_.Full()) warnings_.push_back("RTF: the text is too long, its end is left out");
-  if (lexer_.BinaryCutOff()) warnings_.push_back("RTF: binary data are cut off");
-  RtfDocument document{builder_.Take(Top().shape, Top().format), std::move(warnings_)};
+  if (builder_.Full()) Warn("the text is too long, its end is left out", token.offset);
+  if (lexer_.BinaryCutOff()) Warn("binary data are cut off", token.offset);
+  RtfDocument document{builder_.Take(Top().format.paragraph, Top().format.characters),
+                       std::move(warnings_)};
   const RtfFont* font = fonts_.Find(defaultFont_);
   if (font != nullptr && !font->family.empty()) document.text.defaultFamily = font->family;
   return document;
 }
 
-void RtfReader::Take(const RtfToken& next) {
-  RtfToken token = next;
+void RtfReader::Take(RtfToken token) {
   if (StandsForUnicode(token)) return;
-  const bool wasIgnorable = std::exchange(ignorable_, false);
+  if (token.kind != RtfTokenKind::kWord) ignorable_ = false;
   switch (token.kind) {
     case RtfTokenKind::kGroupStart:
       return OpenGroup(token);
     case RtfTokenKind::kGroupEnd:
       return CloseGroup(token);
     case RtfTokenKind::kWord:
-      ignorable_ = wasIgnorable;
       return TakeWord(token);
     case RtfTokenKind::kSymbol:
       return TakeSymbol(token);
@@ -320,13 +281,14 @@ void RtfReader::TakeWord(const RtfToken& token) {
   Group& group = Top();
   if (tooDeep_ > 0 || group.destination == kSkipped) return;
   const auto found = Words().find(token.text);
-  if (ignorable &&
-      (found == Words().end() || !std::holds_alternative<Destination>(found->second.effect))) {
+  const bool known = found != Words().end();
+  if (ignorable && !(known && std::holds_alternative<Destination>(found->second.effect))) {
     group.destination = kSkipped;
-    return;
+  } else if (known && (found->second.where & group.destination) != 0) {
+    std::visit([&](const auto& effect) { Apply(token, effect); }, found->second.effect);
+  } else if (!known && group.destination == kBody) {
+    ApplyFormatWord(token, group.format);
   }
-  if (found == Words().end() || (found->second.where & group.destination) == 0) return;
-  std::visit([&](const auto& effect) { Apply(token, effect); }, found->second.effect);
 }
 
 void RtfReader::TakeSymbol(const RtfToken& token) {
@@ -386,21 +348,17 @@ void RtfReader::Apply(const RtfToken&, Destination destination) {
   if (destination == kPicture) picture_ = {};
 }
 
-void RtfReader::Apply(const RtfToken& token, Toggle toggle) {
-  Top().format.*toggle = Number(token, 1) != 0;
-}
-
 void RtfReader::Unicode(const RtfToken& token) {
   skip_ = Top().unicodeSkip;
   const auto unit = static_cast<char16_t>(token.number & 0xFFFF);  // often written as a negative
   if (Top().destination == kFonts) return fonts_.AddUnit(unit);
-  if (Top().hidden) return;
+  if (Top().format.hidden) return;
   const bool symbol = unit >= 0xF000 && unit <= 0xF0FF;  // where symbol fonts keep their codes
   if (symbol && Top().codePage == CodePage::kSymbol) {
     const char code = static_cast<char>(unit & 0xFF);
     return AddText(DecodedText({&code, 1}, CodePage::kSymbol));
   }
-  builder_.AddUnit(unit, Top().format);
+  builder_.AddUnit(unit, Top().format.characters);
 }
 
 void RtfReader::AnsiCodePage(const RtfToken& token) {
@@ -417,7 +375,7 @@ void RtfReader::SelectFont(int number) {
   const RtfFont* font = fonts_.Find(number);
   Top().codePage = font == nullptr ? ansi_ : font->codePage;
   if (font == nullptr || font->family.empty()) font = fonts_.Find(defaultFont_);
-  Top().format.family =
+  Top().format.characters.family =
       font == nullptr || font->family.empty() ? CharFormat{}.family : font->family;
 }
 
@@ -425,46 +383,20 @@ void RtfReader::ColorPart(const RtfToken& token) {
   colors_.SetPart(token.text == "red" ? 0 : token.text == "green" ? 8 : 16, token.number);
 }
 
-void RtfReader::Size(const RtfToken& token) {
-  Top().format.halfPoints = std::clamp(Number(token, kPlainHalfPoints), 1, kMaxHalfPoints);
-}
-
 void RtfReader::Plain(const RtfToken&) {
-  Top().format = {};
-  Top().format.halfPoints = kPlainHalfPoints;
-  Top().hidden = false;
+  Top().format.characters = {};
+  Top().format.characters.halfPoints = kRtfPlainHalfPoints;
+  Top().format.hidden = false;
   SelectFont(defaultFont_);
 }
 
-// \up and \dn shift by half points; 0 ends the shift.
-void RtfReader::Script(const RtfToken& token) {
-  ScriptPosition script = ScriptPosition::kNormal;
-  if (Number(token, 1) != 0) {
-    if (token.text == "super" || token.text == "up") script = ScriptPosition::kSuperscript;
-    if (token.text == "sub" || token.text == "dn") script = ScriptPosition::kSubscript;
-  }
-  Top().format.script = script;
-}
-
-void RtfReader::Align(const RtfToken& token) {
-  Top().shape.alignment = token.text == "qc"   ? Alignment::kCenter
-                          : token.text == "qr" ? Alignment::kRight
-                          : token.text == "qj" ? Alignment::kJustified
-                                               : Alignment::kLeft;
-}
-
-void RtfReader::TabStop(const RtfToken& token) {
-  std::vector<int>& stops = Top().shape.tabStops;
-  if (stops.size() < kMaxRtfTabStops) stops.push_back(Twips(token));
-}
-
 void RtfReader::AddText(std::string_view utf8) {
-  if (Top().hidden) return;
-  builder_.AddText(utf8, Top().format);
+  if (Top().format.hidden) return;
+  builder_.AddText(utf8, Top().format.characters);
 }
 
 void RtfReader::FinishPicture(std::size_t offset) {
-  if (Top().hidden) return;
+  if (Top().format.hidden) return;
   try {
     Picture picture = std::exchange(picture_, {}).Finish();
     CountPicture(picture);

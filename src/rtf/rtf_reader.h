@@ -22,7 +22,6 @@ inline constexpr std::size_t kMaxRtfDepth = 256;                 // groups insid
 inline constexpr std::size_t kMaxRtfPictures = 2000;             // in a file
 inline constexpr std::size_t kMaxRtfPictureTotal = 512'000'000;  // bytes of all pictures
 inline constexpr std::size_t kMaxRtfPixelTotal = 256'000'000;    // pixels of all pictures
-inline constexpr std::size_t kMaxRtfTabStops = 64;               // in a paragraph
 inline constexpr std::size_t kMaxRtfWarnings = 20;
 
 struct RtfDocument {

@@ -33,8 +33,8 @@ void RtfFontTable::SetCodePage(int number) {
 void RtfFontTable::AddName(std::string_view bytes) {
   while (!bytes.empty()) {
     const std::size_t end = std::min(bytes.find(';'), bytes.size());
-    if (font_.family.size() < kMaxFontName) {
-      font_.family += DecodedName(bytes.substr(0, std::min(end, kMaxFontName)), font_.codePage);
+    if (font_.family.size() <= kMaxFontName) {
+      font_.family += DecodedName(bytes.substr(0, std::min(end, kMaxFontName + 1)), font_.codePage);
     }
     if (end == bytes.size()) return;
     EndEntry();
@@ -44,14 +44,17 @@ void RtfFontTable::AddName(std::string_view bytes) {
 
 void RtfFontTable::AddUnit(char16_t unit) {
   const bool half = unit >= 0xD800 && unit <= 0xDFFF;
-  if (font_.family.size() < kMaxFontName) AppendUtf8(font_.family, half ? U'\uFFFD' : unit);
+  if (font_.family.size() <= kMaxFontName) AppendUtf8(font_.family, half ? U'\uFFFD' : unit);
 }
 
 void RtfFontTable::EndEntry() {
   RtfFont font = std::exchange(font_, {});
   const std::optional<int> number = std::exchange(open_, std::nullopt);
+  std::erase_if(font.family,
+                [](char c) { return static_cast<unsigned char>(c) < 0x20 || c == 0x7F; });
   const std::string name(Trim(font.family));
-  if (!number || name.empty() || fonts_.size() >= kMaxRtfFonts) return;
+  if (!number || name.empty() || name.size() > kMaxFontName) return;
+  if (fonts_.size() >= kMaxRtfFonts) return;
   font.family = name;
   if (font.codePage == CodePage::kDingbats) {
     if (ToLower(name).starts_with("symbol")) font.codePage = CodePage::kSymbol;

@@ -20,7 +20,8 @@ struct RtfFont {
   CodePage codePage = CodePage::kWestern;
 };
 
-// Filled by the words and texts of \fonttbl. Fonts past the limits are not taken.
+// Filled by the words and texts of \fonttbl. Fonts past the limits, or with
+// a longer name, are not taken.
 class RtfFontTable {
  public:
   void Begin(int number, CodePage ansi);        // \fN; `ansi` is the document's own code page

@@ -6,7 +6,8 @@
 #include "rtf/rich_text.h"
 
 // An RTF file: ASCII only, the same bytes for the same text. ReadRtf gives back an equal text if
-// its runs are not empty and neighbours differ in format, which AppendText and ReadRtf see to;
-// pixels of a BMP that stand apart from its palette are moved up to it. Pictures stay what they
-// are: PNG, JPEG, and BMP as a bitmap. One whose BMP file is damaged becomes the text "[picture]".
+// runs are not empty and neighbours differ in format, which AppendText sees to, if numbers are in
+// their ranges, and font names have no ';' and no more than 128 bytes.
+// Pictures stay what they are: PNG, JPEG, and BMP as a bitmap, its pixels at once behind the
+// palette. A BMP file that is damaged becomes the text "[picture]".
 std::string WriteRtf(const RichText& text);
