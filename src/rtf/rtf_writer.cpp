@@ -14,6 +14,11 @@
 
 namespace {
 
+// A4 across with narrow margins: 128 columns of the log's font, enough for the tables of a report,
+// and two rows of two pictures.
+constexpr const char* kPage =
+    "\\paperw16838\\paperh11906\\landscape\\margl720\\margr720\\margt450\\margb450\r\n";
+
 constexpr std::size_t kHexLine = 64;  // picture bytes in a line
 
 class RtfWriter {
@@ -93,7 +98,9 @@ void RtfWriter::WriteHeader() {
     Word("blue", static_cast<int>(color >> 16 & 0xFF));
     out_ += ';';
   }
-  out_ += "}\r\n\\pard\\plain\\f0\\fs20\r\n";
+  out_ += "}\r\n";
+  out_ += kPage;
+  out_ += "\\pard\\plain\\f0\\fs20\r\n";
   format_.family = text_.defaultFamily;
 }
 

@@ -46,7 +46,7 @@ inline std::string StoredZip(const StoredMembers& members) {
                               LittleEndian(0, 2);
     const std::string head = LittleEndian(20, 2) + LittleEndian(0, 2) + LittleEndian(0, 2) +
                              LittleEndian(0, 2) + LittleEndian(0x21, 2) + sizes;
-    directory += "PK\1\2" + LittleEndian(20, 2) + head + LittleEndian(0, 10) +
+    directory += "PK\1\2" + LittleEndian(20, 2) + head + std::string(10, '\0') +
                  LittleEndian(zip.size(), 4) + name;
     zip += "PK\3\4" + head + name + content;
   }
