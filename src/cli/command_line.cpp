@@ -34,6 +34,15 @@ Command AddAnalyze(CLI::App& app) {
       ->type_name("OUT.rtf");
   command->add_flag("--quiet", arguments->quiet, "Do not print the log");
   command->footer(
+      "A job names the scans, their edits, the model and what to write, for example\n"
+      "    [[load]]\n"
+      "    file = \"00020.RA2\"\n"
+      "    centerpiece = \"6 channels\"\n"
+      "    [fit]\n"
+      "    model = \"Ideal\"\n"
+      "    [output]\n"
+      "    archive = \"result.exz\"\n"
+      "All keys stand in docs/user-guide.md.\n"
       "The log of the analysis goes to standard output, errors to standard error.\n"
       "Ctrl-C stops a running fit as a click in the log does.\n"
       "Exit status: 0 done, 1 refused, failed or stopped, 2 bad usage or bad job,\n"
@@ -145,6 +154,10 @@ Command AddArchive(CLI::App& app) {
       ->add_option("--save-as", arguments->saveAs,
                    "Write it again, in the current layout, to this file")
       ->type_name("NEW.exz");
+  command->footer(
+      "Lists parameter page, datasets, graphs and log of the experiment. A file that is no such\n"
+      "archive or is damaged is refused with what is wrong and where.\n"
+      "Exit status: 0 done, 2 bad usage, 3 a file could not be read or written.");
   return [arguments](const CommandStreams& streams) { return RunArchive(*arguments, streams); };
 }
 
