@@ -1,0 +1,90 @@
+#include "plot/chart_widget.h"
+
+#include <qcustomplot.h>
+
+#include <QVBoxLayout>
+#include <algorithm>
+
+#include "plot/chart_layout.h"
+
+namespace {
+
+const QColor kBandColor(0, 114, 178, 30);
+
+}  // namespace
+
+ChartWidget::ChartWidget(QWidget* parent) : QWidget(parent), plot_(new QCustomPlot(this)) {
+  auto* layout = new QVBoxLayout(this);
+  layout->setContentsMargins(0, 0, 0, 0);
+  layout->addWidget(plot_);
+  plot_->setInteractions(QCP::iRangeZoom);
+  plot_->setSelectionRectMode(QCP::srmCustom);
+  connect(plot_, &QCustomPlot::mousePress, this,
+          [this](const QMouseEvent* event) { pressed_ = event->pos(); });
+  connect(plot_->selectionRect(), &QCPSelectionRect::accepted, this,
+          [this](const QRect& rectangle) { Zoom(rectangle); });
+  connect(plot_, &QCustomPlot::mouseMove, this, [this](const QMouseEvent* event) {
+    const QCPAxisRect* panel = plot_->axisRect(0);
+    emit PointerMoved(panel->axis(QCPAxis::atBottom)->pixelToCoord(event->pos().x()),
+                      panel->axis(QCPAxis::atLeft)->pixelToCoord(event->pos().y()));
+  });
+  SetChart({});
+}
+
+void ChartWidget::SetChart(const Chart& chart) {
+  chart_ = chart;
+  FillPlot(*plot_, chart_);
+  plot_->replot(QCustomPlot::rpQueuedReplot);
+}
+
+void ChartWidget::SetBands(const std::vector<ChartBand>& bands) {
+  QCPAxisRect* panel = plot_->axisRect(0);
+  for (const ChartBand& band : bands) {
+    auto* shade = new QCPItemRect(plot_);
+    shade->setLayer("background");
+    shade->setPen(Qt::NoPen);
+    shade->setBrush(kBandColor);
+    shade->topLeft->setTypeX(QCPItemPosition::ptPlotCoords);
+    shade->topLeft->setTypeY(QCPItemPosition::ptAxisRectRatio);
+    shade->bottomRight->setTypeX(QCPItemPosition::ptPlotCoords);
+    shade->bottomRight->setTypeY(QCPItemPosition::ptAxisRectRatio);
+    shade->topLeft->setCoords(band.low, 0.0);
+    shade->bottomRight->setCoords(band.high, 1.0);
+    auto* name = new QCPItemText(plot_);
+    name->setText(band.name);
+    name->setPositionAlignment(Qt::AlignTop | Qt::AlignHCenter);
+    name->position->setTypeX(QCPItemPosition::ptPlotCoords);
+    name->position->setTypeY(QCPItemPosition::ptAxisRectRatio);
+    name->position->setCoords((band.low + band.high) / 2.0, 0.02);
+    for (QCPAbstractItem* item :
+         {static_cast<QCPAbstractItem*>(shade), static_cast<QCPAbstractItem*>(name)}) {
+      item->setClipAxisRect(panel);
+      item->setClipToAxisRect(true);
+    }
+  }
+  plot_->replot(QCustomPlot::rpQueuedReplot);
+}
+
+void ChartWidget::ShowAll() {
+  SetChart(Chart(chart_));
+}
+
+void ChartWidget::Zoom(const QRect& rectangle) {
+  constexpr int kLeastDrag = 4;  // pixels
+  const int left = std::min(rectangle.left(), rectangle.right());
+  const int right = std::max(rectangle.left(), rectangle.right());
+  const int top = std::min(rectangle.top(), rectangle.bottom());
+  const int bottom = std::max(rectangle.top(), rectangle.bottom());
+  if (pressed_.x() > (left + right) / 2) {
+    ShowAll();
+    return;
+  }
+  if (right - left < kLeastDrag || bottom - top < kLeastDrag) return;
+  QCPAxisRect* panel = plot_->axisRectAt(pressed_);
+  if (panel == nullptr) panel = plot_->axisRect(0);
+  QCPAxis* x = panel->axis(QCPAxis::atBottom);
+  QCPAxis* y = panel->axis(QCPAxis::atLeft);
+  x->setRange(x->pixelToCoord(left), x->pixelToCoord(right));
+  y->setRange(y->pixelToCoord(bottom), y->pixelToCoord(top));
+  plot_->replot();
+}

@@ -1,0 +1,47 @@
+// A Chart in a window. This header pulls in nothing of QCustomPlot.
+#pragma once
+
+#include <QWidget>
+#include <vector>
+
+#include "base/chart.h"
+
+class QCustomPlot;
+
+// A stretch of the bottom axis that is shaded and named.
+struct ChartBand {
+  double low = 0.0;  // in units of the bottom axis
+  double high = 0.0;
+  QString name;
+};
+
+// Shows a Chart and lets the user zoom: a drag to the right enlarges its rectangle, a drag to the
+// left or ShowAll shows everything again, the wheel zooms about the pointer.
+class ChartWidget : public QWidget {
+  Q_OBJECT
+ public:
+  explicit ChartWidget(QWidget* parent = nullptr);
+
+  // Replaces what is shown; the axes hold all points.
+  void SetChart(const Chart& chart);
+  const Chart& GetChart() const { return chart_; }
+
+  // Stretches shaded behind the data of the top panel, until the next SetChart.
+  void SetBands(const std::vector<ChartBand>& bands);
+
+  void ShowAll();
+
+  QSize sizeHint() const override { return {480, 430}; }
+  QSize minimumSizeHint() const override { return {240, 200}; }
+
+ signals:
+  // The pointer moved over the chart; in units of the bottom and the top panel's left axis.
+  void PointerMoved(double x, double y);
+
+ private:
+  void Zoom(const QRect& rectangle);
+
+  Chart chart_;
+  QCustomPlot* plot_;
+  QPoint pressed_;
+};

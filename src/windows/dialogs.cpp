@@ -1,0 +1,102 @@
+#include "windows/dialogs.h"
+
+#include <QColorDialog>
+#include <QDir>
+#include <QFileDialog>
+#include <QFileInfo>
+#include <QFontDialog>
+#include <QInputDialog>
+#include <QMessageBox>
+
+namespace {
+
+const QString kProgram = QStringLiteral("Quorvane");
+
+QMessageBox::Icon IconOf(MessageIcon icon) {
+  switch (icon) {
+    case MessageIcon::kInformation:
+      return QMessageBox::Information;
+    case MessageIcon::kQuestion:
+      return QMessageBox::Question;
+    case MessageIcon::kExclamation:
+      return QMessageBox::Warning;
+    case MessageIcon::kStop:
+      return QMessageBox::Critical;
+    case MessageIcon::kNone:
+      break;
+  }
+  return QMessageBox::NoIcon;
+}
+
+// The suffix of the first pattern of a filter, such as ".exz"; empty if it has none.
+QString SuffixOf(const QString& filter) {
+  const qsizetype star = filter.indexOf(QStringLiteral("(*."));
+  if (star < 0) return {};
+  QString suffix;
+  for (qsizetype k = star + 2;
+       k < filter.size() && (filter[k] == '.' || filter[k].isLetterOrNumber()); ++k) {
+    suffix += filter[k];
+  }
+  return suffix.size() > 1 ? suffix : QString();
+}
+
+}  // namespace
+
+void QtDialogs::ShowMessage(QWidget* parent, const QString& title, const QString& text,
+                            MessageIcon icon) {
+  QMessageBox box(IconOf(icon), title.isEmpty() ? kProgram : title, text, QMessageBox::Ok, parent);
+  box.setTextFormat(Qt::PlainText);
+  box.exec();
+}
+
+bool QtDialogs::AskYesNo(QWidget* parent, const QString& title, const QString& text) {
+  QMessageBox box(QMessageBox::Question, title.isEmpty() ? kProgram : title, text,
+                  QMessageBox::Yes | QMessageBox::No, parent);
+  box.setTextFormat(Qt::PlainText);
+  box.setDefaultButton(QMessageBox::Yes);
+  return box.exec() == QMessageBox::Yes;
+}
+
+std::optional<QString> QtDialogs::AskText(QWidget* parent, const QString& title,
+                                          const QString& prompt, const QString& value) {
+  bool accepted = false;
+  const QString text =
+      QInputDialog::getText(parent, title, prompt, QLineEdit::Normal, value, &accepted);
+  if (!accepted) return std::nullopt;
+  return text;
+}
+
+QString QtDialogs::OpenFile(QWidget* parent, const FileRequest& request) {
+  return QFileDialog::getOpenFileName(parent, request.title, request.folder, request.filter);
+}
+
+QStringList QtDialogs::OpenFiles(QWidget* parent, const FileRequest& request) {
+  return QFileDialog::getOpenFileNames(parent, request.title, request.folder, request.filter);
+}
+
+QString QtDialogs::SaveFile(QWidget* parent, const FileRequest& request) {
+  QFileDialog dialog(parent, request.title, request.folder, request.filter);
+  dialog.setAcceptMode(QFileDialog::AcceptSave);
+  // With a default suffix the dialog asks about the file that will really be written.
+  dialog.setDefaultSuffix(SuffixOf(request.filter));
+  dialog.selectFile(request.defaultName);
+  if (dialog.exec() != QDialog::Accepted || dialog.selectedFiles().isEmpty()) return {};
+  return dialog.selectedFiles().constFirst();
+}
+
+QString QtDialogs::ChooseFolder(QWidget* parent, const QString& title, const QString& start) {
+  return QFileDialog::getExistingDirectory(parent, title, start);
+}
+
+std::optional<QColor> QtDialogs::ChooseColor(QWidget* parent, const QColor& start) {
+  const QColor color = QColorDialog::getColor(start, parent);
+  if (!color.isValid()) return std::nullopt;
+  return color;
+}
+
+std::optional<QFont> QtDialogs::ChooseFont(QWidget* parent, const QFont& start) {
+  bool accepted = false;
+  const QFont font = QFontDialog::getFont(&accepted, start, parent);
+  if (!accepted) return std::nullopt;
+  return font;
+}

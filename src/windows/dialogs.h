@@ -1,0 +1,59 @@
+// Every box and dialog that asks the user something; tests answer in place of the user.
+#pragma once
+
+#include <QColor>
+#include <QFont>
+#include <QString>
+#include <QStringList>
+#include <optional>
+
+#include "base/host.h"
+
+class QWidget;
+
+struct FileRequest {
+  QString title;
+  QString folder;       // where the dialog starts
+  QString filter;       // as of QFileDialog, ";;" between filters
+  QString defaultName;  // for saving; may be empty
+};
+
+class Dialogs {
+ public:
+  virtual ~Dialogs() = default;
+
+  virtual void ShowMessage(QWidget* parent, const QString& title, const QString& text,
+                           MessageIcon icon) = 0;
+
+  // A question with Yes and No; true for Yes.
+  virtual bool AskYesNo(QWidget* parent, const QString& title, const QString& text) = 0;
+
+  // An entry box that starts from `value`; nothing on a cancel.
+  virtual std::optional<QString> AskText(QWidget* parent, const QString& title,
+                                         const QString& prompt, const QString& value) = 0;
+
+  // Paths; empty on a cancel. SaveFile has asked before an existing file comes back.
+  virtual QString OpenFile(QWidget* parent, const FileRequest& request) = 0;
+  virtual QStringList OpenFiles(QWidget* parent, const FileRequest& request) = 0;
+  virtual QString SaveFile(QWidget* parent, const FileRequest& request) = 0;
+  virtual QString ChooseFolder(QWidget* parent, const QString& title, const QString& start) = 0;
+
+  virtual std::optional<QColor> ChooseColor(QWidget* parent, const QColor& start) = 0;
+  virtual std::optional<QFont> ChooseFont(QWidget* parent, const QFont& start) = 0;
+};
+
+// The real ones.
+class QtDialogs : public Dialogs {
+ public:
+  void ShowMessage(QWidget* parent, const QString& title, const QString& text,
+                   MessageIcon icon) override;
+  bool AskYesNo(QWidget* parent, const QString& title, const QString& text) override;
+  std::optional<QString> AskText(QWidget* parent, const QString& title, const QString& prompt,
+                                 const QString& value) override;
+  QString OpenFile(QWidget* parent, const FileRequest& request) override;
+  QStringList OpenFiles(QWidget* parent, const FileRequest& request) override;
+  QString SaveFile(QWidget* parent, const FileRequest& request) override;
+  QString ChooseFolder(QWidget* parent, const QString& title, const QString& start) override;
+  std::optional<QColor> ChooseColor(QWidget* parent, const QColor& start) override;
+  std::optional<QFont> ChooseFont(QWidget* parent, const QFont& start) override;
+};

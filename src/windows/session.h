@@ -1,0 +1,30 @@
+// What all windows of a running program share.
+#pragma once
+
+#include <QString>
+#include <filesystem>
+
+#include "base/files.h"
+#include "core/program_state.h"
+#include "core/settings_store.h"
+#include "windows/dialogs.h"
+
+struct Session {
+  Session(SettingsStore& settingsStore, Dialogs& allDialogs, std::filesystem::path folder)
+      : Settings(settingsStore), Ask(allDialogs), ProgramFolder(std::move(folder)) {}
+
+  QuorvaneModule Module;
+  SettingsStore& Settings;
+  Dialogs& Ask;
+  std::filesystem::path ProgramFolder;
+  std::filesystem::path CurrentFolder;  // where file dialogs and lists start
+  bool Calculating = false;             // a fit or search runs; no other command may start
+};
+
+inline QString ToQString(const std::filesystem::path& path) {
+  return QString::fromStdString(PathText(path));
+}
+
+inline std::filesystem::path ToPath(const QString& text) {
+  return PathFromText(text.toStdString());
+}

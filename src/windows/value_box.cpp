@@ -1,0 +1,80 @@
+#include "windows/value_box.h"
+
+#include <QContextMenuEvent>
+#include <QFocusEvent>
+#include <QKeyEvent>
+#include <QMouseEvent>
+#include <QPointer>
+#include <QTimer>
+
+ValueBox::ValueBox(QWidget* parent) : QLineEdit(parent) {}
+
+void ValueBox::ShowStored(const QString& text) {
+  shown_ = text;
+  setText(text);
+}
+
+bool ValueBox::Commit() {
+  if (committing_ || !store_ || text() == shown_) return true;
+  committing_ = true;
+  const QPointer<ValueBox> self(this);
+  const bool taken = store_(text());
+  if (!self) return taken;  // the message's event loop closed the window
+  committing_ = false;
+  if (!taken) {
+    setFocus(Qt::OtherFocusReason);
+    selectAll();
+  }
+  return taken;
+}
+
+void ValueBox::focusInEvent(QFocusEvent* event) {
+  QLineEdit::focusInEvent(event);
+  if (event->reason() == Qt::PopupFocusReason || event->reason() == Qt::ActiveWindowFocusReason) {
+    return;
+  }
+  // A click would put the caret where it fell after this event.
+  QTimer::singleShot(0, this, [this] { selectAll(); });
+}
+
+void ValueBox::focusOutEvent(QFocusEvent* event) {
+  QLineEdit::focusOutEvent(event);
+  if (event->reason() == Qt::PopupFocusReason || event->reason() == Qt::ActiveWindowFocusReason) {
+    return;
+  }
+  // A message box inside a focus event would confuse the focus of the widgets.
+  QTimer::singleShot(0, this, [this] {
+    if (!hasFocus()) Commit();
+  });
+}
+
+void ValueBox::mousePressEvent(QMouseEvent* event) {
+  if (event->button() == Qt::LeftButton && event->modifiers().testFlag(Qt::ControlModifier)) {
+    setFocus(Qt::MouseFocusReason);
+    if (Commit()) emit CtrlClicked();
+    return;
+  }
+  QLineEdit::mousePressEvent(event);
+}
+
+void ValueBox::mouseReleaseEvent(QMouseEvent* event) {
+  QLineEdit::mouseReleaseEvent(event);
+  if (event->button() == Qt::RightButton) emit RightReleased();
+}
+
+void ValueBox::keyPressEvent(QKeyEvent* event) {
+  if (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter) {
+    if (Commit()) selectAll();
+    return;
+  }
+  if (event->key() == Qt::Key_Escape && text() != shown_) {
+    ShowStored(shown_);
+    selectAll();
+    return;
+  }
+  QLineEdit::keyPressEvent(event);
+}
+
+void ValueBox::contextMenuEvent(QContextMenuEvent* event) {
+  if (receivers(SIGNAL(RightReleased())) == 0) QLineEdit::contextMenuEvent(event);
+}
