@@ -1,9 +1,11 @@
 #include "cli/log_document.h"
 
+#include <utility>
+
 #include "base/text.h"
 #include "plot/chart_export.h"
+#include "rtf/log_text.h"
 #include "rtf/picture_file.h"
-#include "rtf/rtf_reader.h"
 #include "rtf/rtf_writer.h"
 
 void LogDocument::AddLine(std::string_view text) {
@@ -18,22 +20,10 @@ void LogDocument::AddPicture(const Chart& chart) {
 }
 
 bool LogDocument::Load(std::string_view rtf) {
-  bool understood = true;
-  rich_ = {};
-  if (!rtf.empty()) {
-    try {
-      rich_ = ReadRtf(rtf).text;
-    } catch (const RtfFault&) {
-      understood = false;
-      AppendText(rich_, Cp1252ToUtf8(rtf), CharFormat());
-    }
-  }
+  LoadedLog loaded = ReadLog(rtf, CharFormat());
+  rich_ = std::move(loaded.text);
   text_ = PlainText(rich_);
-  if (!text_.empty() && text_.back() != '\n') {
-    text_ += '\n';
-    AppendText(rich_, "\n", CharFormat());
-  }
-  return understood;
+  return loaded.understood;
 }
 
 std::string LogDocument::Rtf() const {

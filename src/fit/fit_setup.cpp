@@ -34,7 +34,7 @@ bool SetupFit(FitSetup& setup, FitPage& page, const DatasetStore& store, int mod
     host.ShowMessage("No Sets Chosen", "No datasets were chosen to be fitted!", MessageIcon::kNone);
     return false;
   }
-  if (setup.ConstrainKRatios) ReleaseRatios(setup, page);
+  if (setup.ConstrainKRatios) ReleaseRatios(setup, page, page.ModelLnK1);
   const std::size_t n = fresh.FitSetList.size();
   fresh.ModelIndex = modelIndex;
   fresh.NumFitSets = static_cast<std::int16_t>(n);
@@ -57,10 +57,9 @@ void ConstrainRatios(FitSetup& setup) {
   setup.chkLnK3 = CheckState::kGrey;
 }
 
-void ReleaseRatios(FitSetup& setup, FitPage& page) {
-  const double lnK2 = CheckedLog(page.ModelLnK2) + page.ModelLnK1;
-  const double lnK3 =
-      setup.ModelIndex == 8 ? CheckedLog(page.ModelLnK3) + page.ModelLnK1 : page.ModelLnK3;
+void ReleaseRatios(FitSetup& setup, FitPage& page, double lnK1) {
+  const double lnK2 = CheckedLog(page.ModelLnK2) + lnK1;
+  const double lnK3 = CheckedLog(page.ModelLnK3) + lnK1;
   page.ModelLnK2 = lnK2;
   page.ModelLnK3 = lnK3;
   setup.ConstrainKRatios = false;

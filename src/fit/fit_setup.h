@@ -48,6 +48,6 @@ bool SetupFit(FitSetup& setup, FitPage& page, const DatasetStore& store, int mod
 // Takes ModelLnK2 and ModelLnK3 for the ratios K2/K1 and K3/K1, which are then held.
 void ConstrainRatios(FitSetup& setup);
 
-// Turns constrained ratios on `page` back into ln K2 and ln K3.
-// Throws ArithmeticFault for a ratio of 0 or below.
-void ReleaseRatios(FitSetup& setup, FitPage& page);
+// Turns constrained ratios on `page` back into ln K2 and ln K3; `lnK1` is the ln K1 that they are
+// ratios to. Throws ArithmeticFault, with nothing changed, for a ratio of 0 or below.
+void ReleaseRatios(FitSetup& setup, FitPage& page, double lnK1);

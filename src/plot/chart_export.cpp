@@ -35,7 +35,8 @@ void Paint(const Chart& chart, QPaintDevice& device, PictureSize size, int facto
   painter.scale(factor, factor);
   QCustomPlot plot;
   FillPlot(plot, chart);
-  plot.toPainter(&painter, size.width / factor, size.height / factor);
+  const PictureSize layout = LayoutSize(size);
+  plot.toPainter(&painter, layout.width, layout.height);
   if (!painter.end()) throw std::runtime_error("the picture cannot be finished");
 }
 
@@ -96,6 +97,11 @@ std::optional<PictureFormat> PictureFormatFromText(std::string_view text) {
   if (name == "svg") return PictureFormat::kSvg;
   if (name == "pdf") return PictureFormat::kPdf;
   return std::nullopt;
+}
+
+PictureSize LayoutSize(PictureSize size) {
+  const int factor = Enlargement(size);
+  return {size.width / factor, size.height / factor};
 }
 
 std::string RenderChart(const Chart& chart, PictureFormat format, PictureSize size) {

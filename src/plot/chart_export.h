@@ -19,6 +19,9 @@ struct PictureSize {
   int height = 1080;
 };
 
+// The size of the layout that RenderChart enlarges to fill `size`: what a preview shows.
+PictureSize LayoutSize(PictureSize size);
+
 // The bytes of a file that shows `chart` in `size`.
 // All formats draw the same layout of about 600 x 540 units with 1 unit wide axes and 12 unit tick
 // labels, enlarged by a whole factor: the lesser of width / 600 and height / 540, rounded, at least

@@ -33,11 +33,13 @@ ChartWidget::ChartWidget(QWidget* parent) : QWidget(parent), plot_(new QCustomPl
 
 void ChartWidget::SetChart(const Chart& chart) {
   chart_ = chart;
+  bands_.clear();
   FillPlot(*plot_, chart_);
   plot_->replot(QCustomPlot::rpQueuedReplot);
 }
 
 void ChartWidget::SetBands(const std::vector<ChartBand>& bands) {
+  bands_ = bands;
   QCPAxisRect* panel = plot_->axisRect(0);
   for (const ChartBand& band : bands) {
     auto* shade = new QCPItemRect(plot_);
@@ -66,7 +68,9 @@ void ChartWidget::SetBands(const std::vector<ChartBand>& bands) {
 }
 
 void ChartWidget::ShowAll() {
+  const std::vector<ChartBand> bands = bands_;
   SetChart(Chart(chart_));
+  SetBands(bands);
 }
 
 void ChartWidget::Zoom(const QRect& rectangle) {

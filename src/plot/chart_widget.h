@@ -42,6 +42,7 @@ class ChartWidget : public QWidget {
   void Zoom(const QRect& rectangle);
 
   Chart chart_;
+  std::vector<ChartBand> bands_;
   QCustomPlot* plot_;
   QPoint pressed_;
 };

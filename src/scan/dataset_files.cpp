@@ -7,8 +7,6 @@
 #include "base/number_format.h"
 #include "base/text.h"
 
-namespace {
-
 bool NamesCanBeUsed(const DatasetStore& store, Host& host) {
   std::set<std::string> seen;
   for (const Dataset& dataset : store.Datasets) {
@@ -30,8 +28,6 @@ bool NamesCanBeUsed(const DatasetStore& store, Host& host) {
   }
   return true;
 }
-
-}  // namespace
 
 std::string DatasetText(const Dataset& dataset, SavedSignal signal) {
   const double baseline = signal == SavedSignal::kBaselineSubtracted ? dataset.Offset : 0.0;

@@ -12,6 +12,10 @@ enum class ExistingFiles { kAsk, kReplace };
 // standard deviation in fixed columns, lines ended by CR LF; one byte a character.
 std::string DatasetText(const Dataset& dataset, SavedSignal signal);
 
+// Whether every dataset has a name of its own that a file can bear; otherwise a message says why
+// not.
+bool NamesCanBeUsed(const DatasetStore& store, Host& host);
+
 // Writes every dataset to a file of its name in `folder`, each whole or not at all. Duplicate names
 // and names that no file can bear are refused with a message before anything is written.
 // True if all files were written or skipped by the user's word; throws FileFault.

@@ -47,3 +47,18 @@ bool RenameDataset(Dataset& dataset, const std::string& text, Host& host) {
   dataset.FileName.SetBytes(name);
   return true;
 }
+
+bool RenameDataset(DatasetStore& store, int position, const std::string& text, Host& host) {
+  const auto place = static_cast<std::size_t>(position);
+  const bool wasBlank = IsBlank(store.Datasets[place]);
+  if (!RenameDataset(store.Datasets[place], text, host)) return false;
+  const bool isBlank = IsBlank(store.Datasets[place]);
+  if (isBlank != wasBlank) store.UseData[place] = !isBlank;
+  return true;
+}
+
+void ChooseFrom(DatasetStore& store, int first, bool use) {
+  for (auto k = static_cast<std::size_t>(first); k < store.Datasets.size(); ++k) {
+    if (!IsBlank(store.Datasets[k])) store.UseData[k] = use;
+  }
+}

@@ -28,3 +28,10 @@ void RemoveAllDatasets(DatasetStore& store, Host& host);
 // Gives a dataset the name `text` (UTF-8), trimmed and cut to 32 characters. An empty name or one
 // with an illegal character is refused with a message; then the old one stays. True if taken.
 bool RenameDataset(Dataset& dataset, const std::string& text, Host& host);
+
+// The same for the dataset at `position` (from 0). A name that makes a blank of it takes it out of
+// the fit, one that makes it a sample again takes it in.
+bool RenameDataset(DatasetStore& store, int position, const std::string& text, Host& host);
+
+// "Fit this dataset?" for the datasets from `first` (from 0) to the last; blanks are passed over.
+void ChooseFrom(DatasetStore& store, int first, bool use);

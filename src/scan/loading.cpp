@@ -30,6 +30,16 @@ void Note(LoadResult& result, LoadOutcome outcome) {
   }
 }
 
+// Why a dropped file is not even tried; empty if it is.
+std::string ReasonToLeaveOut(const fs::path& path) {
+  try {
+    OpenScan(path);
+  } catch (const FileFault& fault) {
+    return fault.what();
+  }
+  return IsBinaryFile(path) ? PathText(path) + " is a binary file!" : "";
+}
+
 // A load with its trap: a header number out of range gives the file up.
 template <class Load>
 LoadResult Trapped(const fs::path& path, Host& host, Load&& load) {
@@ -95,6 +105,27 @@ void LoadNamedFiles(DatasetStore& store, const ScanLoadSettings& settings,
     return FileNameOf(a) < FileNameOf(b);
   });
   for (const fs::path& path : paths) LoadNamedFile(store, settings, path, host);
+}
+
+void LoadDroppedFiles(DatasetStore& store, const ScanLoadSettings& settings,
+                      const std::vector<fs::path>& paths, Host& host) {
+  constexpr int kMostNamed = 10;  // more would not fit a message box
+  std::vector<fs::path> files;
+  std::string refusals;
+  int refused = 0;
+  for (const fs::path& path : paths) {
+    const std::string reason = ReasonToLeaveOut(path);
+    if (reason.empty()) {
+      files.push_back(path);
+    } else if (++refused <= kMostNamed) {
+      refusals += (refused > 1 ? "\r\n" : "") + reason;
+    }
+  }
+  LoadNamedFiles(store, settings, std::move(files), host);
+  if (refused > kMostNamed) {
+    refusals += "\r\nand " + std::to_string(refused - kMostNamed) + " more";
+  }
+  if (refused > 0) host.ShowMessage("Invalid Data File", refusals, MessageIcon::kExclamation);
 }
 
 LoadResult LoadBlankFile(DatasetStore& store, FileKind kind, const fs::path& path, Host& host) {

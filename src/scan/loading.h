@@ -36,6 +36,11 @@ LoadResult LoadNamedFile(DatasetStore& store, const ScanLoadSettings& settings,
 void LoadNamedFiles(DatasetStore& store, const ScanLoadSettings& settings,
                     std::vector<std::filesystem::path> paths, Host& host);
 
+// Files dropped on a window: as LoadNamedFiles, but folders, binary files and what cannot be opened
+// are left out, and one message names them.
+void LoadDroppedFiles(DatasetStore& store, const ScanLoadSettings& settings,
+                      const std::vector<std::filesystem::path>& paths, Host& host);
+
 // "Load Blank": one dataset from the file over the whole window, whatever channels are set.
 LoadResult LoadBlankFile(DatasetStore& store, FileKind kind, const std::filesystem::path& path,
                          Host& host);

@@ -9,6 +9,9 @@
 #include "core/settings_store.h"
 #include "windows/dialogs.h"
 
+// Whether the kind "EL" and what belongs to it are offered.
+inline constexpr bool ShowElectrophoresis = false;
+
 struct Session {
   Session(SettingsStore& settingsStore, Dialogs& allDialogs, std::filesystem::path folder)
       : Settings(settingsStore), Ask(allDialogs), ProgramFolder(std::move(folder)) {}

@@ -62,6 +62,11 @@ void ValueBox::mouseReleaseEvent(QMouseEvent* event) {
   if (event->button() == Qt::RightButton) emit RightReleased();
 }
 
+void ValueBox::mouseDoubleClickEvent(QMouseEvent* event) {
+  QLineEdit::mouseDoubleClickEvent(event);
+  if (event->button() == Qt::LeftButton) emit DoubleClicked();
+}
+
 void ValueBox::keyPressEvent(QKeyEvent* event) {
   if (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter) {
     if (Commit()) selectAll();

@@ -8,6 +8,7 @@
 #include <gtest/gtest.h>
 
 #include "base/files.h"
+#include "scan/file_list.h"
 #include "scan/preview.h"
 #include "scan_samples.h"
 
@@ -67,6 +68,31 @@ TEST(LoadNamedFiles, GoesOnInTheOrderOfTheNames) {
   LoadNamedFiles(s.store, {}, paths, s.host);
   EXPECT_EQ(NamesOf(s.store),
             (Names{"9_3A20280.dat", "10_3A20280.dat", "B_3A20280.dat", "a_3A20280.dat"}));
+}
+
+TEST(LoadDroppedFiles, NamesWhatIsNoScanInOneMessage) {
+  Session s;
+  std::vector<std::filesystem::path> paths(12, s.folder.path());
+  paths.push_back(s.folder.Write("b.RA1", ScanText(kSixRows)));
+  LoadDroppedFiles(s.store, {}, paths, s.host);
+  EXPECT_EQ(NamesOf(s.store), (Names{"b_3A20280.dat"}));
+  ASSERT_EQ(s.host.messages.size(), 1u);
+  EXPECT_TRUE(s.host.messages[0].text.ends_with(": is a folder\r\nand 2 more"));
+}
+
+TEST(ListScanFiles, MatchesByKindWithoutRegardToCase) {
+  Session s;
+  std::filesystem::create_directory(s.folder / "folder.RA1");
+  std::filesystem::create_symlink("nowhere", s.folder / "link.RA1");
+  for (const char* name : {"b.ip1", "A.Ra3", "x.DAT", "y.dat.bak", "c.fi2", "e.EL1", "ip"}) {
+    s.folder.Write(name, "");
+  }
+  const std::pair<FileKind, Names> cases[] = {{FileKind::kIpRa, {"A.Ra3", "b.ip1"}},
+                                              {FileKind::kDat, {"x.DAT"}},
+                                              {FileKind::kFi, {"c.fi2"}},
+                                              {FileKind::kEl, {"e.EL1"}}};
+  for (const auto& [kind, names] : cases) EXPECT_EQ(ListScanFiles(s.folder.path(), kind), names);
+  EXPECT_THROW(ListScanFiles(s.folder / "missing", FileKind::kDat), FileFault);
 }
 
 // Kept on purpose: the last row is left out, and further comment lines do no harm here.

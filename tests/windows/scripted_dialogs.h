@@ -73,8 +73,8 @@ class ScriptedDialogs : public Dialogs {
       ADD_FAILURE() << "unexpected question: " << asked.toStdString();
       return otherwise;
     }
-    Answer answer = answers.front();
+    otherwise = std::move(answers.front());
     answers.pop_front();
-    return answer;
+    return otherwise;
   }
 };

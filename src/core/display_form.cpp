@@ -1,0 +1,51 @@
+#include "core/display_form.h"
+
+#include <array>
+#include <cmath>
+
+#include "base/arithmetic.h"
+#include "base/number_format.h"
+
+namespace {
+
+constexpr int kLog10 = 1;
+constexpr int kPlain = 2;
+
+double BuoyancyFactor(double vbar, double density) {
+  const double factor = 1.0 - vbar * density;
+  if (factor == 0.0) throw ArithmeticFault(FaultKind::kDivisionByZero);
+  return factor;
+}
+
+}  // namespace
+
+std::string KLabel(std::string_view name, int KFormat) {
+  const char* prefix = KFormat == kPlain ? "" : KFormat == kLog10 ? "Log" : "Ln";
+  return prefix + std::string(name);
+}
+
+double ShownK(double lnK, int KFormat) {
+  if (KFormat == kPlain) return std::exp(lnK);
+  return KFormat == kLog10 ? lnK / std::log(10.0) : lnK;
+}
+
+double LnKOf(double shown, int KFormat) {
+  if (KFormat == kPlain) return CheckedLog(shown);
+  return KFormat == kLog10 ? shown * std::log(10.0) : shown;
+}
+
+double MolecularWeight(double buoyant, double vbar, double density) {
+  return buoyant / BuoyancyFactor(vbar, density);
+}
+
+double BuoyantWeight(double weight, double vbar, double density) {
+  return weight * BuoyancyFactor(vbar, density);
+}
+
+std::string ParamText(double value) {
+  try {
+    return FormatParam(value);
+  } catch (const ArithmeticFault& fault) {
+    return fault.what();
+  }
+}

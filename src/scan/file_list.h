@@ -1,0 +1,16 @@
+// The scan files of a folder, by kind.
+#pragma once
+
+#include <filesystem>
+#include <string>
+#include <vector>
+
+#include "scan/dataset_names.h"
+
+// Whether a file of that name (no folder) is listed for the kind, without regard to case:
+// *.IP* and *.RA*, *.DAT, *.FI*, *.EL*.
+bool IsNameOfKind(const std::string& fileName, FileKind kind);
+
+// Names of the files of the kind in `folder`, UTF-8, in rising order by plain comparison of
+// characters. Throws FileFault if the folder cannot be read.
+std::vector<std::string> ListScanFiles(const std::filesystem::path& folder, FileKind kind);

@@ -1,0 +1,62 @@
+// frmData: the datasets from their files to the fit, a tab for each step.
+#pragma once
+
+#include <QWidget>
+
+class ChartWidget;
+class FitControlTab;
+class LoadedDataTab;
+class QLabel;
+class QTabWidget;
+class ResultPanel;
+class SourceFilesTab;
+class SessionHost;
+struct Session;
+
+class DataWindow : public QWidget {
+  Q_OBJECT
+ public:
+  DataWindow(Session& session, SessionHost& host, QWidget* parent = nullptr);
+
+  SourceFilesTab& SourceFiles() { return *source_; }
+  LoadedDataTab& LoadedData() { return *loaded_; }
+  FitControlTab& FitControl() { return *control_; }
+  ResultPanel& Results() { return *results_; }
+
+  // Rows and tabs after the store was filled or emptied as a whole; shows the first tab.
+  void ShowNewStore();
+
+  // The constants, the display of K or MW, or the plot options have changed.
+  void RefreshDisplay();
+
+  // Stores the entry that is being edited. False if it was refused.
+  bool CommitPending();
+
+  // While a calculation runs nothing here can be changed.
+  void SetCalculating(bool on);
+
+ signals:
+  void FitRequested();
+  void DatasetsChanged();
+  void KDisplayChosen(int kFormat);
+  void MwDisplayChosen(bool buoyant);
+
+ private:
+  void ConnectTabs();
+  void UpdateTabs();
+  void AfterLoad();
+  void AfterStoreChange();
+  void ShowDataset(int dataset);
+  void SetUpFit(int model);
+  void GrowToPage();
+
+  Session& session_;
+  QTabWidget* dataTab_;
+  SourceFilesTab* source_;
+  LoadedDataTab* loaded_;
+  FitControlTab* control_;
+  ResultPanel* results_;
+  ChartWidget* edit_;
+  QLabel* status_;
+  int datasets_ = 0;  // that the tabs were set for
+};

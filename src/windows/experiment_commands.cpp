@@ -1,0 +1,128 @@
+#include "windows/experiment_commands.h"
+
+#include <QFileInfo>
+#include <QGuiApplication>
+
+#include "archive/experiment_session.h"
+#include "core/new_experiment.h"
+#include "core/recent_files.h"
+#include "scan/dataset_files.h"
+#include "windows/busy_pointer.h"
+#include "windows/data_window.h"
+#include "windows/graphs_window.h"
+#include "windows/log_window.h"
+#include "windows/session.h"
+#include "windows/source_files_tab.h"
+#include "windows/window_host.h"
+
+namespace {
+
+const QString kArchiveFilter = QStringLiteral("Zipped Experiment File (*.exz)");
+
+}  // namespace
+
+ExperimentCommands::ExperimentCommands(WindowSet windows, QObject* parent)
+    : QObject(parent), windows_(windows) {}
+
+bool ExperimentCommands::MayDiscard(const QString& question, const QString& title) {
+  const Session& session = windows_.session;
+  return !session.Module.ExperimentOpen || session.Ask.AskYesNo(&windows_.frame, title, question);
+}
+
+void ExperimentCommands::New() {
+  if (!MayDiscard(QStringLiteral("Discard current Log contents?"), QString())) return;
+  Session& session = windows_.session;
+  StartNewExperiment(session.Module);
+  windows_.log.Clear();
+  LogNewHead(session.CurrentFolder, windows_.host);
+  session.Module.ExperimentOpen = false;  // the head lines are no work of the user
+  windows_.data.ShowNewStore();
+  emit ExperimentChanged();
+}
+
+void ExperimentCommands::LoadWithDialog() {
+  if (!MayDiscard(QStringLiteral("Discard Current Experiment?"),
+                  QStringLiteral("Load Experiment?"))) {
+    return;
+  }
+  const Session& session = windows_.session;
+  const QString path = session.Ask.OpenFile(
+      &windows_.frame,
+      {QStringLiteral("Open"), ToQString(session.CurrentFolder), kArchiveFilter, {}});
+  if (!path.isEmpty()) Load(path);
+}
+
+void ExperimentCommands::LoadAsked(const QString& path) {
+  if (MayDiscard(QStringLiteral("Discard Current Experiment?"),
+                 QStringLiteral("Load Experiment?"))) {
+    Load(path);
+  }
+}
+
+void ExperimentCommands::Load(const QString& path) {
+  const BusyPointer busy;
+  Session& session = windows_.session;
+  if (!LoadExperiment(session.Module, ToPath(path), windows_.host)) return;
+  ChangeFolder(path);
+  AddRecentFile(ToPath(path), session.Settings, windows_.host);
+  windows_.data.ShowNewStore();
+  windows_.log.MoveToEnd();
+  emit ExperimentChanged();
+}
+
+void ExperimentCommands::Save() {
+  Session& session = windows_.session;
+  if (session.Module.Store.Datasets.empty()) {  // says so before a name is asked for
+    SaveExperiment(session.Module, {}, windows_.host);
+    return;
+  }
+  if (!windows_.data.CommitPending()) return;
+  const QString path = session.Ask.SaveFile(
+      &windows_.frame,
+      {QStringLiteral("Save"), ToQString(session.CurrentFolder), kArchiveFilter, {}});
+  if (path.isEmpty()) return;
+  const BusyPointer busy;
+  if (!SaveExperiment(session.Module, ToPath(path), windows_.host)) return;
+  ChangeFolder(path);
+  AddRecentFile(ToPath(path), session.Settings, windows_.host);
+}
+
+void ExperimentCommands::SaveLoadedData() {
+  Session& session = windows_.session;
+  if (!windows_.data.CommitPending() || !NamesCanBeUsed(session.Module.Store, windows_.host))
+    return;
+  const QString folder = session.Ask.ChooseFolder(
+      &windows_.frame, QStringLiteral("Save All Data Sets"), ToQString(session.CurrentFolder));
+  if (folder.isEmpty()) return;
+  try {
+    ::SaveLoadedData(session.Module.Store, ToPath(folder), SavedSignal::kAsLoaded,
+                     ExistingFiles::kAsk, windows_.host);
+  } catch (const FileFault& fault) {
+    windows_.host.ShowMessage("", fault.what(), MessageIcon::kExclamation);
+  }
+}
+
+void ExperimentCommands::OpenDropped(const QStringList& paths) {
+  for (const QString& path : paths) {
+    if (!path.endsWith(QStringLiteral(".exz"), Qt::CaseInsensitive)) continue;
+    LoadAsked(path);
+    return;
+  }
+  windows_.data.SourceFiles().LoadFiles(paths);
+}
+
+void ExperimentCommands::OpenArgument(const QString& argument) {
+  const QString path = QString(argument).remove('"');
+  if (path.isEmpty() || path.right(3).toUpper() != QStringLiteral("EXZ")) return;
+  if (FileExists(ToPath(path))) {
+    Load(path);
+  } else {
+    windows_.host.ShowMessage("", (path + " :: File Can't Be Loaded").toStdString(),
+                              MessageIcon::kNone);
+  }
+}
+
+void ExperimentCommands::ChangeFolder(const QString& path) {
+  windows_.session.CurrentFolder = ToPath(QFileInfo(path).absolutePath());
+  windows_.data.SourceFiles().RefreshDirectory();
+}

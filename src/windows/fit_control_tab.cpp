@@ -1,0 +1,146 @@
+#include "windows/fit_control_tab.h"
+
+#include <QHBoxLayout>
+#include <QPushButton>
+#include <QVBoxLayout>
+#include <algorithm>
+#include <vector>
+
+#include "base/arithmetic.h"
+#include "windows/fit_rows.h"
+#include "windows/model_block.h"
+#include "windows/ni_warning.h"
+#include "windows/page_controls.h"
+#include "windows/session.h"
+#include "windows/value_box.h"
+
+namespace {
+
+constexpr int kNonideal = 1;
+
+QPushButton* MakeButton(const char* name, const QString& caption, const QString& toolTip) {
+  auto* button = new QPushButton(caption);
+  button->setObjectName(name);
+  button->setToolTip(toolTip);
+  return button;
+}
+
+}  // namespace
+
+FitControlTab::FitControlTab(Session& session, SessionHost& host, QWidget* parent)
+    : QWidget(parent), session_(session), host_(host), top_(new QWidget) {
+  auto* marker = new FocusMarker(this);
+  block_ = new ModelBlock(session, *marker);
+  rows_ = new FitRows(session, *marker);
+  BuildWidgets();
+  ConnectSignals();
+  SetFitDone(false);
+  block_->ShowAll();
+}
+
+void FitControlTab::BuildWidgets() {
+  cmdFitMe_ = MakeButton("cmdFitMe", tr("&Fit"), tr("Fit the checked parameters"));
+  cmdCalcCI_ = MakeButton("cmdCalcCI", tr("&Confidence Intervals..."),
+                          tr("Confidence intervals of the shared parameters"));
+  cmdShowCCCs_ = MakeButton("cmdShowCCCs", tr("C&ross-Correlation..."),
+                            tr("Cross-correlation coefficients of the fitted parameters"));
+  auto* buttons = new QHBoxLayout;
+  for (QPushButton* button : {cmdFitMe_, cmdCalcCI_, cmdShowCCCs_}) buttons->addWidget(button);
+  buttons->addStretch();
+  cmdCalcCI_->hide();  // until the windows behind them are there
+  cmdShowCCCs_->hide();
+  auto* top = new QVBoxLayout(top_);
+  top->setContentsMargins(0, 0, 0, 0);
+  top->addLayout(buttons);
+  top->addWidget(block_);
+  auto* layout = new QVBoxLayout(this);
+  layout->addWidget(top_);
+  layout->addWidget(rows_, 1);
+}
+
+void FitControlTab::ConnectSignals() {
+  connect(cmdFitMe_, &QPushButton::clicked, this, [this] {
+    if (CommitPending()) emit FitRequested();
+  });
+  connect(cmdCalcCI_, &QPushButton::clicked, this, &FitControlTab::CalcCIRequested);
+  connect(cmdShowCCCs_, &QPushButton::clicked, this, &FitControlTab::ShowCCCsRequested);
+  connect(block_, &ModelBlock::PartsChanged, rows_, &FitRows::ShowParts);
+  connect(block_, &ModelBlock::KDisplayChosen, this, [this](int kFormat) {
+    if (CommitPending()) emit KDisplayChosen(kFormat);
+  });
+  connect(block_, &ModelBlock::MwDisplayChosen, this, [this](bool buoyant) {
+    if (CommitPending()) emit MwDisplayChosen(buoyant);
+  });
+  connect(rows_, &FitRows::RefConcRequested, this, [this](int row) {
+    if (CommitPending()) emit RefConcRequested(row);
+  });
+}
+
+bool FitControlTab::SetupFit(int model) {
+  if (!SetupEngine(model)) return false;
+  setUpdatesEnabled(false);
+  block_->ShowAll();
+  rows_->Rebuild();
+  ChainTabOrder();
+  SetFitDone(false);
+  setUpdatesEnabled(true);
+  if (model == kNonideal && session_.Module.ShowNIWarning) WarnNonideal();
+  return true;
+}
+
+bool FitControlTab::SetupEngine(int model) {
+  QuorvaneModule& module = session_.Module;
+  QString fault;
+  try {
+    return ::SetupFit(module.Setup, module.FitPage, module.Store, model, host_);
+  } catch (const SubscriptFault& subscript) {
+    fault = tr("%1.  At most %2 datasets can be fitted together.")
+                .arg(QString::fromUtf8(subscript.what()))
+                .arg(kMaxFitSets);
+  } catch (const ArithmeticFault& arithmetic) {
+    fault = QString::fromUtf8(arithmetic.what());
+  }
+  session_.Ask.ShowMessage(window(), tr("Setup Fit"), fault, MessageIcon::kExclamation);
+  return false;
+}
+
+void FitControlTab::ChainTabOrder() {
+  QWidget* previous = rows_->LastInTabOrder();
+  std::vector<QWidget*> after = block_->InTabOrder();
+  for (QPushButton* button : {cmdFitMe_, cmdCalcCI_, cmdShowCCCs_}) after.push_back(button);
+  for (QWidget* control : after) {
+    setTabOrder(previous, control);
+    previous = control;
+  }
+}
+
+void FitControlTab::WarnNonideal() {
+  auto* warning = new NIWarning(session_.Module.ShowNIWarning, this);
+  warning->setAttribute(Qt::WA_DeleteOnClose);
+  warning->open();
+}
+
+void FitControlTab::ShowValues() {
+  block_->ShowAll();
+  rows_->ShowValues();
+}
+
+void FitControlTab::RefreshDisplay() {
+  block_->ShowAll();
+}
+
+void FitControlTab::SetFitDone(bool done) {
+  cmdCalcCI_->setEnabled(done);
+  cmdShowCCCs_->setEnabled(done);
+}
+
+bool FitControlTab::CommitPending() {
+  // A box left a moment ago may not have stored its text yet; an unchanged one stores nothing.
+  const QList<ValueBox*> boxes = findChildren<ValueBox*>();
+  return std::all_of(boxes.begin(), boxes.end(), [](ValueBox* box) { return box->Commit(); });
+}
+
+void FitControlTab::SetCalculating(bool on) {
+  top_->setEnabled(!on);
+  rows_->SetContentEnabled(!on);
+}

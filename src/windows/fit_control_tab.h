@@ -1,0 +1,62 @@
+// The tab "Fit Control" of frmData: the parameter page, on which a fit is stated.
+#pragma once
+
+#include <QWidget>
+
+class FitRows;
+class ModelBlock;
+class QPushButton;
+class SessionHost;
+struct Session;
+
+class FitControlTab : public QWidget {
+  Q_OBJECT
+ public:
+  FitControlTab(Session& session, SessionHost& host, QWidget* parent = nullptr);
+
+  // Builds the page for model `model` and the datasets that are checked. False, with a message and
+  // the page as it was, if none is checked or more than a fit can hold.
+  bool SetupFit(int model);
+
+  // Records and shared values into the boxes: after a fit, or when a constant has changed. Rows
+  // whose datasets are no longer loaded stay as they are.
+  void ShowValues();
+
+  // The display of K or of molecular weights has changed. An entry that is not yet stored is lost;
+  // so CommitPending comes before the change.
+  void RefreshDisplay();
+
+  // Whether there is a fit whose error analysis can be shown.
+  void SetFitDone(bool done);
+
+  // Stores what was typed and not yet stored. False if it was refused; then the message has been
+  // shown and the box has the focus.
+  bool CommitPending();
+
+  // While a calculation runs the page can be looked at, not changed.
+  void SetCalculating(bool on);
+
+ signals:
+  void FitRequested();
+  void CalcCIRequested();
+  void ShowCCCsRequested();
+  void RefConcRequested(int row);
+  void KDisplayChosen(int kFormat);
+  void MwDisplayChosen(bool buoyant);
+
+ private:
+  bool SetupEngine(int model);
+  void BuildWidgets();
+  void ConnectSignals();
+  void ChainTabOrder();
+  void WarnNonideal();
+
+  Session& session_;
+  SessionHost& host_;
+  QWidget* top_;  // block and buttons
+  ModelBlock* block_;
+  FitRows* rows_;
+  QPushButton* cmdFitMe_;
+  QPushButton* cmdCalcCI_;
+  QPushButton* cmdShowCCCs_;
+};

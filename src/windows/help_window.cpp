@@ -1,0 +1,109 @@
+#include "windows/help_window.h"
+
+#include <QHBoxLayout>
+#include <QImage>
+#include <QKeyEvent>
+#include <QLabel>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QShortcut>
+#include <QTextBrowser>
+#include <QTextTable>
+#include <QVBoxLayout>
+
+#include "base/files.h"
+
+namespace {
+
+constexpr std::size_t kLongestGuide = std::size_t{4} << 20U;  // bytes
+
+// Shows pictures no wider than the text.
+class GuideBrowser : public QTextBrowser {
+ public:
+  QVariant loadResource(int type, const QUrl& name) override {
+    const QVariant resource = QTextBrowser::loadResource(type, name);
+    if (type != QTextDocument::ImageResource) return resource;
+    QImage image;
+    if (resource.canConvert<QImage>() && !resource.value<QImage>().isNull()) {
+      image = resource.value<QImage>();
+    } else {
+      image.loadFromData(resource.toByteArray());
+    }
+    const int room = viewport()->width() - 2 * static_cast<int>(document()->documentMargin());
+    if (image.isNull() || image.width() <= room) return resource;
+    return image.scaledToWidth(room, Qt::SmoothTransformation);
+  }
+};
+
+// Tables of a Markdown text come without lines or padding.
+void DressTables(QTextDocument& document) {
+  for (QTextFrame* frame : document.rootFrame()->childFrames()) {
+    auto* table = qobject_cast<QTextTable*>(frame);
+    if (table == nullptr) continue;
+    QTextTableFormat format = table->format();
+    format.setBorder(1);
+    format.setBorderCollapse(true);
+    format.setCellPadding(4);
+    format.setCellSpacing(0);
+    table->setFormat(format);
+  }
+}
+
+}  // namespace
+
+HelpWindow::HelpWindow(QWidget* parent)
+    : QWidget(parent, Qt::Window),
+      text_(new GuideBrowser),
+      search_(new QLineEdit),
+      found_(new QLabel) {
+  setObjectName("frmHelp");
+  setWindowTitle(tr("Quorvane Help"));
+  text_->setObjectName("txtHelp");
+  search_->setObjectName("txtSearch");
+  search_->setPlaceholderText(tr("Search the guide"));
+  search_->setClearButtonEnabled(true);
+  auto* back = new QPushButton(tr("Previous"));
+  auto* next = new QPushButton(tr("Next"));
+  auto* bar = new QHBoxLayout;
+  bar->addWidget(search_, 1);
+  bar->addWidget(back);
+  bar->addWidget(next);
+  bar->addWidget(found_);
+  auto* layout = new QVBoxLayout(this);
+  layout->addLayout(bar);
+  layout->addWidget(text_, 1);
+  connect(search_, &QLineEdit::returnPressed, this, [this] { Find(false); });
+  connect(next, &QPushButton::clicked, this, [this] { Find(false); });
+  connect(back, &QPushButton::clicked, this, [this] { Find(true); });
+  connect(new QShortcut(QKeySequence::Find, this), &QShortcut::activated, this,
+          &HelpWindow::BeginSearch);
+  resize(fontMetrics().averageCharWidth() * 110, fontMetrics().height() * 40);
+}
+
+bool HelpWindow::ShowGuide(const std::filesystem::path& file) {
+  try {
+    text_->setSearchPaths({QString::fromStdString(PathText(file.parent_path()))});
+    text_->setMarkdown(QString::fromStdString(ReadWholeFile(file, kLongestGuide)));
+  } catch (const FileFault&) {
+    return false;
+  }
+  DressTables(*text_->document());
+  text_->moveCursor(QTextCursor::Start);
+  return true;
+}
+
+void HelpWindow::BeginSearch() {
+  search_->setFocus();
+  search_->selectAll();
+}
+
+void HelpWindow::Find(bool backward) {
+  const QTextDocument::FindFlags flags =
+      backward ? QTextDocument::FindBackward : QTextDocument::FindFlags();
+  bool hit = text_->find(search_->text(), flags);
+  if (!hit) {  // once more from the other end
+    text_->moveCursor(backward ? QTextCursor::End : QTextCursor::Start);
+    hit = text_->find(search_->text(), flags);
+  }
+  found_->setText(hit || search_->text().isEmpty() ? QString() : tr("Not found"));
+}

@@ -1,0 +1,219 @@
+#include "windows/log_window.h"
+
+#include <QAction>
+#include <QCloseEvent>
+#include <QGuiApplication>
+#include <QLabel>
+#include <QMenu>
+#include <QTextBlock>
+#include <QTextCursor>
+#include <QVBoxLayout>
+#include <algorithm>
+#include <cmath>
+#include <optional>
+
+#include "core/settings.h"
+#include "rtf/log_text.h"
+#include "rtf/picture_file.h"
+#include "rtf/rtf_writer.h"
+#include "windows/busy_pointer.h"
+#include "windows/log_edit.h"
+#include "windows/rich_text_document.h"
+
+namespace {
+
+CharFormat LookOf(const LogFont& font) {
+  CharFormat look;
+  look.family = font.Font;
+  look.halfPoints = std::clamp(static_cast<int>(std::lround(2.0F * font.Size)), 1, kMaxHalfPoints);
+  look.bold = font.Bold;
+  look.italic = font.Italic;
+  return look;
+}
+
+}  // namespace
+
+LogWindow::LogWindow(Session& session, QWidget* parent) : QWidget(parent), session_(session) {
+  BuildWidgets();
+  BuildMenu();
+  SetDefaultLook(LookOf(LoadLogFont(session_.Settings, LogFont())));
+  Clear();
+  ConnectSignals();
+}
+
+void LogWindow::BuildWidgets() {
+  setObjectName("frmDocument");
+  setWindowTitle(tr("Log"));
+  logFile_ = new LogEdit([this] { return session_.Calculating; });
+  logFile_->setObjectName("logFile");
+  logFile_->setAccessibleName(tr("Log"));
+  sbDocument_ = new QLabel;
+  sbDocument_->setObjectName("sbDocument");
+  sbDocument_->setTextFormat(Qt::PlainText);
+  // A long text does not widen the window, and no text does not make the line vanish.
+  sbDocument_->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Fixed);
+  sbDocument_->setText(" ");
+  auto* layout = new QVBoxLayout(this);
+  layout->setContentsMargins(6, 6, 6, 4);
+  layout->setSpacing(4);
+  layout->addWidget(logFile_, 1);
+  layout->addWidget(sbDocument_);
+}
+
+void LogWindow::BuildMenu() {
+  mnuRTBcontext_ = new QMenu(this);
+  mnuRTBcontext_->setObjectName("mnuRTBcontext");
+  const auto add = [this](const char* name, const QString& caption, const QKeySequence& keys) {
+    QAction* action = mnuRTBcontext_->addAction(caption);
+    action->setObjectName(name);
+    action->setShortcut(keys);  // only shown: the editor itself takes these keys
+    action->setShortcutContext(Qt::WidgetShortcut);
+    return action;
+  };
+  mnuRTBcopy_ = add("mnuRTBcopy", tr("Copy"), QKeySequence::Copy);
+  mnuRTBcut_ = add("mnuRTBcut", tr("Cut"), QKeySequence::Cut);
+  mnuRTBdelete_ = add("mnuRTBdelete", tr("Delete"), QKeySequence::Delete);
+  mnuRTBpaste_ = add("mnuRTBpaste", tr("Paste"), QKeySequence::Paste);
+  mnuRTBcontext_->addSeparator();
+  mnuRTBselectall_ = add("mnuRTBselectall", tr("Select All"), QKeySequence::SelectAll);
+  mnuRTBcontext_->addSeparator();
+  mnuRTBfont_ = add("mnuRTBfont", tr("Change Font"), {});
+}
+
+void LogWindow::ConnectSignals() {
+  connect(mnuRTBcopy_, &QAction::triggered, logFile_, &QTextEdit::copy);
+  connect(mnuRTBcut_, &QAction::triggered, logFile_, &QTextEdit::cut);
+  connect(mnuRTBdelete_, &QAction::triggered, this,
+          [this] { logFile_->textCursor().removeSelectedText(); });
+  connect(mnuRTBpaste_, &QAction::triggered, logFile_, &QTextEdit::paste);
+  connect(mnuRTBselectall_, &QAction::triggered, logFile_, &QTextEdit::selectAll);
+  connect(mnuRTBfont_, &QAction::triggered, this, &LogWindow::ChangeFont);
+  connect(logFile_, &LogEdit::MenuWanted, this, &LogWindow::ShowMenu);
+  connect(logFile_, &LogEdit::Clicked, this, &LogWindow::Clicked);
+  connect(logFile_, &QTextEdit::textChanged, this, [this] {
+    session_.Module.ExperimentOpen = true;
+    emit Changed();
+  });
+  follow_.setSingleShot(true);
+  connect(&follow_, &QTimer::timeout, logFile_, &QTextEdit::ensureCursorVisible);
+}
+
+void LogWindow::ShowMenu(const QPoint& globalPosition) {
+  const bool selected = logFile_->textCursor().hasSelection();
+  const bool editable = !session_.Calculating;
+  mnuRTBcopy_->setEnabled(selected);
+  mnuRTBcut_->setEnabled(selected && editable);
+  mnuRTBdelete_->setEnabled(selected && editable);
+  mnuRTBpaste_->setEnabled(editable);
+  mnuRTBfont_->setEnabled(editable);
+  mnuRTBcontext_->popup(globalPosition);
+}
+
+CharFormat LogWindow::DefaultLook() const {
+  return FromTextFormat({}, logFile_->font());
+}
+
+void LogWindow::SetDefaultLook(const CharFormat& look) {
+  logFile_->setFont(FontOf(look));
+}
+
+// Without a selection the font is that of what comes next, at the caret or at the end.
+void LogWindow::ChangeFont() {
+  const std::optional<QFont> font = session_.Ask.ChooseFont(this, logFile_->font());
+  if (!font) return;
+  CharFormat look = FromTextFormat({}, *font);
+  logFile_->mergeCurrentCharFormat(ToTextFormat(look));
+  QTextCursor end(logFile_->document());
+  end.movePosition(QTextCursor::End);
+  if (end.block().length() == 1) end.setBlockCharFormat(ToTextFormat(look));
+  look.underline = false;
+  look.strikeout = false;
+  SetDefaultLook(look);
+}
+
+void LogWindow::AppendLogText(const QString& text) {
+  QTextCursor caret = logFile_->textCursor();
+  if (caret.hasSelection()) {
+    caret.clearSelection();
+    logFile_->setTextCursor(caret);
+  }
+  QString line = text + '\n';
+  caret.insertText(line.replace(QChar::ParagraphSeparator, QChar::LineSeparator));
+  follow_.start(0);
+}
+
+void LogWindow::MoveToEnd() {
+  QTextCursor caret = logFile_->textCursor();
+  caret.movePosition(QTextCursor::End);
+  logFile_->setTextCursor(caret);
+}
+
+void LogWindow::InsertPictureAtEnd(const std::string& png) {
+  const Picture picture = PictureFromFile(png);
+  QTextCursor caret = logFile_->textCursor();
+  caret.movePosition(QTextCursor::End);
+  InsertPicture(picture, caret);
+  logFile_->setTextCursor(caret);
+  follow_.start(0);
+}
+
+std::string LogWindow::ToRtf() const {
+  return WriteRtf(RichTextOf(*logFile_->document()));
+}
+
+bool LogWindow::LoadRtf(std::string_view bytes) {
+  if (bytes.empty()) {
+    Clear();
+    return true;
+  }
+  const LoadedLog log = ReadLog(bytes, DefaultLook());
+  ShowRichText(log.text, *logFile_->document());
+  MoveToEnd();
+  return log.understood;
+}
+
+void LogWindow::Clear() {
+  RichText empty;
+  empty.paragraphs.back().markFormat = DefaultLook();
+  ShowRichText(empty, *logFile_->document());
+}
+
+void LogWindow::SetStatus(const QString& text) {
+  sbDocument_->setText(text.isEmpty() ? QStringLiteral(" ") : text);
+  sbDocument_->setToolTip(text.trimmed());
+}
+
+bool LogWindow::SaveLog() {
+  if (!session_.Module.ExperimentOpen) {
+    session_.Ask.ShowMessage(this, "", tr("There is nothing more to save!"), MessageIcon::kStop);
+    return false;
+  }
+  const QString name = session_.Ask.SaveFile(
+      this, {tr("Save"), ToQString(session_.CurrentFolder), tr("Rich Text File (*.rtf)"), ""});
+  if (name.isEmpty()) return false;
+  try {
+    const BusyPointer busy;
+    WriteWholeFile(ToPath(name), ToRtf());
+  } catch (const FileFault& fault) {
+    session_.Ask.ShowMessage(this, "", QString::fromUtf8(fault.what()), MessageIcon::kExclamation);
+    return false;
+  }
+  session_.CurrentFolder = ToPath(name).parent_path();
+  session_.Module.ExperimentOpen = false;
+  return true;
+}
+
+void LogWindow::SaveFont(Host& host) const {
+  const CharFormat look = DefaultLook();
+  const LogFont font = {look.family, look.bold, look.italic,
+                        static_cast<float>(look.halfPoints) / 2.0F};
+  SaveLogFont(font, session_.Settings, host);
+}
+
+QTextEdit* LogWindow::Editor() {
+  return logFile_;
+}
+
+void LogWindow::closeEvent(QCloseEvent* event) {
+  event->ignore();
+}

@@ -1,0 +1,58 @@
+// quorvane: the window program.
+#include <QApplication>
+#include <QLocale>
+#include <QScreen>
+#include <QTimer>
+#include <clocale>
+
+#include "core/cell_files.h"
+#include "core/screen_check.h"
+#include "core/settings.h"
+#include "windows/experiment_commands.h"
+#include "windows/main_window.h"
+
+namespace {
+
+std::optional<std::string> RefusalOfScreen() {
+  const QScreen* screen = QGuiApplication::primaryScreen();
+  const QSizeF pixels = QSizeF(screen->size()) * screen->devicePixelRatio();
+  return ScreenRefusal({static_cast<int>(pixels.width()), static_cast<int>(pixels.height()),
+                        screen->logicalDotsPerInchX(), screen->logicalDotsPerInchY()});
+}
+
+// Cell geometries of the installation. False, with a box, if their file is malformed.
+bool LoadGeometries(Session& session) {
+  try {
+    LoadChannelFile(session.Module, FindChannelFile(session.ProgramFolder));
+  } catch (const FileFault& fault) {
+    session.Ask.ShowMessage(nullptr, {}, QString::fromUtf8(fault.what()), MessageIcon::kStop);
+    return false;
+  }
+  return true;
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  QApplication app(argc, argv);
+  std::setlocale(LC_NUMERIC, "C");
+  QLocale::setDefault(QLocale::c());
+  QApplication::setStyle(QStringLiteral("Fusion"));
+  QApplication::setApplicationName(QStringLiteral("Quorvane"));
+  QtDialogs dialogs;
+  if (const std::optional<std::string> refusal = RefusalOfScreen()) {
+    dialogs.ShowMessage(nullptr, QStringLiteral("Screen Resolution Problem"),
+                        QString::fromStdString(*refusal), MessageIcon::kExclamation);
+    return 1;
+  }
+  IniSettings settings(SettingsFile());
+  Session session(settings, dialogs, ToPath(QCoreApplication::applicationDirPath()));
+  LoadSettings(session.Module, settings);
+  session.CurrentFolder = LoadLastDirectory(settings, session.ProgramFolder);
+  if (!LoadGeometries(session)) return 1;
+  MainWindow window(session);
+  window.show();
+  const QString argument = QApplication::arguments().mid(1).join(' ');
+  QTimer::singleShot(0, &window, [&] { window.Experiments().OpenArgument(argument); });
+  return QApplication::exec();
+}

@@ -1,0 +1,232 @@
+// The menus and the tool bar of frmMain.
+#include <QAction>
+#include <QActionGroup>
+#include <QMenu>
+#include <QMenuBar>
+#include <QStyle>
+#include <QToolBar>
+
+#include "core/recent_files.h"
+#include "windows/data_files.h"
+#include "windows/data_window.h"
+#include "windows/experiment_commands.h"
+#include "windows/fit_commands.h"
+#include "windows/log_window.h"
+#include "windows/main_window.h"
+#include "windows/option_commands.h"
+#include "windows/result_panel.h"
+
+namespace {
+
+constexpr const char* kExample = "examples/monomer-dimer/experiment.exz";
+
+}  // namespace
+
+QMenu* MainWindow::AddMenu(QMenu* parent, const char* name, const QString& caption) {
+  QMenu* menu = parent == nullptr ? menuBar()->addMenu(caption) : parent->addMenu(caption);
+  menu->setObjectName(QString::fromLatin1(name));
+  menu->menuAction()->setObjectName(QString::fromLatin1(name));
+  return menu;
+}
+
+template <class Slot>
+QAction* MainWindow::AddAction(QMenu* menu, const char* name, const QString& caption, Slot slot) {
+  QAction* action = menu->addAction(caption);
+  action->setObjectName(QString::fromLatin1(name));
+  connect(action, &QAction::triggered, this, slot);
+  return action;
+}
+
+QAction* MainWindow::AddToggle(QMenu* menu, const char* name, const QString& caption, bool& flag) {
+  QAction* action = AddAction(menu, name, caption, [this, &flag](bool on) {
+    flag = on;
+    data_->Results().Redraw();
+  });
+  action->setCheckable(true);
+  action->setChecked(flag);
+  return action;
+}
+
+QAction* MainWindow::Action(const char* name) const {
+  return findChild<QAction*>(QString::fromLatin1(name));
+}
+
+void MainWindow::BuildMenus() {
+  BuildFileMenu();
+  BuildGraphMenu();
+  BuildOptionMenu();
+  BuildWindowMenu();
+  BuildHelpMenu();
+  BuildToolBar();
+  UpdateActions();
+}
+
+void MainWindow::BuildFileMenu() {
+  QMenu* file = AddMenu(nullptr, "mnuFile", tr("&File"));
+  AddAction(file, "mnuFileNew", tr("&New Experiment"), [this] {
+    experiments_->New();
+  })->setShortcut(QKeySequence::New);
+  AddAction(file, "mnuFileOpen", tr("&Load Experiment"), [this] {
+    experiments_->LoadWithDialog();
+  })->setShortcut(QKeySequence::Open);
+  AddAction(file, "mnuFileExample", tr("Load E&xample"), [this] {
+    experiments_->LoadAsked(ToQString(FindDataFile(session_.ProgramFolder, kExample)));
+  });
+  AddAction(file, "mnuFileClose", tr("&Close"), [this] {
+    session_.Ask.ShowMessage(this, {}, QStringLiteral("Add 'mnuFileClose_Click' code."),
+                             MessageIcon::kNone);
+  });
+  AddAction(file, "mnuFileSave", tr("&Save Experiment"), [this] {
+    experiments_->Save();
+  })->setShortcut(QKeySequence::Save);
+  AddMenu(file, "mnuFileMRU", tr("Recent Files"));
+  file->addSeparator();
+  AddAction(file, "mnuFileSaveSets", tr("Save Loaded &Data"),
+            [this] { experiments_->SaveLoadedData(); });
+  AddAction(file, "mnuSaveLog", tr("Save Log &File"), [this] { log_->SaveLog(); });
+  file->addSeparator();
+  AddAction(file, "mnuFileExit", tr("&Exit"), [this] { close(); })->setShortcut(QKeySequence::Quit);
+  connect(file, &QMenu::aboutToShow, this, &MainWindow::BuildRecentFiles);
+  BuildRecentFiles();
+}
+
+void MainWindow::BuildRecentFiles() {
+  auto* menu = findChild<QMenu*>("mnuFileMRU");
+  menu->clear();
+  int number = 0;
+  for (const std::string& path : RecentFiles(session_.Settings)) {
+    const QString caption = QString::fromStdString(path);
+    QAction* action = menu->addAction(QString(caption).replace('&', "&&"));
+    action->setObjectName(QStringLiteral("mnuRecDocs(%1)").arg(number++));
+    connect(action, &QAction::triggered, this,
+            [this, caption] { experiments_->LoadAsked(caption); });
+  }
+  if (number > 0) return;
+  QAction* empty = menu->addAction(tr("Empty"));
+  empty->setObjectName("mnuRecDocs(0)");
+  empty->setEnabled(false);
+}
+
+void MainWindow::BuildGraphMenu() {
+  QuorvaneModule& module = session_.Module;
+  QMenu* graph = AddMenu(nullptr, "mnuGraph", tr("&Graphs"));
+  AddToggle(graph, "mnuLogGraphs", tr("Show in &Log"), module.LogGraphs);
+  AddToggle(graph, "mnuGraphSave", tr("&Save for Export"), module.SaveGraphs);
+  AddAction(graph, "mnuExpGraph", tr("&Export"), [this] { options_->ExportGraphs(); });
+  AddAction(graph, "mnuCanGraphs", tr("&Delete All"), [this] { options_->DeleteGraphs(); });
+  QMenu* colors = AddMenu(graph, "mnuGraphEdit", tr("Set Edit Colors"));
+  AddAction(colors, "mnuSetGoodPointsColor", tr("Good Points"),
+            [this] { options_->ChooseColor(false); });
+  AddAction(colors, "mnuSetDeletedPointsColor", tr("Deleted Points"),
+            [this] { options_->ChooseColor(true); });
+}
+
+void MainWindow::BuildOptionMenu() {
+  QuorvaneModule& module = session_.Module;
+  QMenu* options = AddMenu(nullptr, "mnuOptions", tr("&Options"));
+  BuildFittingMenu(options);
+  QMenu* plots = AddMenu(options, "mnuPlotOpts", tr("Plots"));
+  AddToggle(plots, "mnuPlotSubOffsets", tr("Subtract Baseline"), module.Plots.SubtractOffsets);
+  AddToggle(plots, "mnuPlotUsePSI", tr("Plot Using (r^2 - r0^2)/2"), module.Plots.PlotUsingPSI);
+  BuildCellMenu(options);
+  options->addSeparator();
+  const struct {
+    const char* name;
+    QString caption;
+    Constant constant;
+  } constants[] = {{"mnuSetVbar", tr("Set vbar/vbar(A)"), Constant::kVbar},
+                   {"mnuSetVbarB", tr("Set vbar(B)"), Constant::kVbarB},
+                   {"mnuSetRho", tr("Set density"), Constant::kDensity},
+                   {"mnuSetCritCCC", tr("Set Critical CCC"), Constant::kCriticalCCC},
+                   {"mnuSetMCTol", tr("Set MC Tolerance"), Constant::kMCTolerance}};
+  for (const auto& entry : constants) {
+    AddAction(options, entry.name, entry.caption,
+              [this, constant = entry.constant] { options_->AskConstant(constant); });
+  }
+}
+
+// The cell geometries of channels.txt, one of them marked.
+void MainWindow::BuildCellMenu(QMenu* options) {
+  QMenu* cells = AddMenu(options, "mnuOptionCellGeom", tr("Cell Geometry"));
+  cells->menuAction()->setVisible(session_.Module.HaveChannelFile);
+  auto* marks = new QActionGroup(cells);
+  const auto add = [&](int number, const QString& caption) {
+    QAction* action = cells->addAction(caption);
+    action->setObjectName(QStringLiteral("mnuCellGeom(%1)").arg(number));
+    action->setCheckable(true);
+    action->setChecked(number == 0);
+    marks->addAction(action);
+  };
+  int number = 0;
+  for (const CellGeometry& geometry : session_.Module.CellGeometries) {
+    add(number++, QString::fromStdString(geometry.name).trimmed());
+  }
+  if (number == 0) add(0, tr("default"));
+}
+
+void MainWindow::BuildFittingMenu(QMenu* options) {
+  QMenu* fitting = AddMenu(options, "mnuOptFitting", tr("Fitting"));
+  const auto choice = [&](const char* name, const QString& caption, auto slot) {
+    AddAction(fitting, name, caption, slot)->setCheckable(true);
+  };
+  choice("mnuUseBuoyant", tr("Display Buoyant MW"), [this] { options_->SetBuoyant(true); });
+  choice("mnuUseMW", tr("Display MW"), [this] { options_->SetBuoyant(false); });
+  fitting->addSeparator();
+  choice("mnuOptionDispLnK", tr("Display ln(K)s"), [this] { options_->SetKFormat(0); });
+  choice("mnuOptionDispLog10K", tr("Display Log10(K)s"), [this] { options_->SetKFormat(1); });
+  choice("mnuOptionDispK", tr("Display K"), [this] { options_->SetKFormat(2); });
+}
+
+void MainWindow::BuildWindowMenu() {
+  QMenu* window = AddMenu(nullptr, "mnuWindow", tr("&Window"));
+  AddAction(window, "mnuWindowNewWindow", tr("&New Window"), [this] { NewDocument(); });
+  window->addSeparator();
+  AddAction(window, "mnuWindowCascade", tr("&Cascade"), [this] { Cascade(); });
+  AddAction(window, "mnuWindowTileHorizontal", tr("Tile &Horizontal"),
+            [this] { Tile(Qt::Horizontal); });
+  AddAction(window, "mnuWindowTileVertical", tr("Tile &Vertical"), [this] { Tile(Qt::Vertical); });
+  AddAction(window, "mnuWindowArrangeIcons", tr("&Arrange Icons"), [this] { ArrangeIcons(); });
+}
+
+void MainWindow::BuildHelpMenu() {
+  QMenu* help = AddMenu(nullptr, "mnuHelp", tr("&Help"));
+  AddAction(help, "mnuHelpContents", tr("&Contents"), [this] {
+    ShowHelp(false);
+  })->setShortcut(QKeySequence::HelpContents);
+  AddAction(help, "mnuHelpSearchForHelpOn", tr("&Search For Help On..."),
+            [this] { ShowHelp(true); });
+  help->addSeparator();
+  AddAction(help, "mnuHelpAbout", tr("&About "), [this] { ShowAbout(); });
+}
+
+void MainWindow::BuildToolBar() {
+  QToolBar* bar = addToolBar(tr("Main"));
+  bar->setObjectName("tbrMain");
+  bar->setToolButtonStyle(Qt::ToolButtonTextBesideIcon);
+  bar->setMovable(false);
+  const auto icon = [this](QStyle::StandardPixmap pixmap) { return style()->standardIcon(pixmap); };
+  Action("mnuFileNew")->setIcon(icon(QStyle::SP_FileIcon));
+  Action("mnuFileOpen")->setIcon(icon(QStyle::SP_DialogOpenButton));
+  Action("mnuFileSave")->setIcon(icon(QStyle::SP_DialogSaveButton));
+  for (const char* name : {"mnuFileNew", "mnuFileOpen", "mnuFileSave"}) {
+    bar->addAction(Action(name));
+  }
+  bar->addSeparator();
+  QAction* stop = bar->addAction(icon(QStyle::SP_BrowserStop), tr("Stop"));
+  stop->setObjectName("cmdStop");
+  stop->setToolTip(tr("Halt the calculation"));
+  stop->setEnabled(false);
+  connect(stop, &QAction::triggered, this, [this] { fits_->Stop(); });
+}
+
+void MainWindow::UpdateActions() {
+  const QuorvaneModule& module = session_.Module;
+  Action("mnuFileSaveSets")->setEnabled(module.Store.NumDatasets() > 0);
+  Action("mnuExpGraph")->setEnabled(module.NumGraphs() > 0);
+  Action("mnuCanGraphs")->setEnabled(module.NumGraphs() > 0);
+  Action("mnuUseBuoyant")->setChecked(module.UseBuoyantMW);
+  Action("mnuUseMW")->setChecked(!module.UseBuoyantMW);
+  Action("mnuOptionDispLnK")->setChecked(module.KFormat == 0);
+  Action("mnuOptionDispLog10K")->setChecked(module.KFormat == 1);
+  Action("mnuOptionDispK")->setChecked(module.KFormat == 2);
+}

@@ -1,0 +1,312 @@
+#include "windows/main_window.h"
+
+#include <QAction>
+#include <QApplication>
+#include <QCloseEvent>
+#include <QDragEnterEvent>
+#include <QLabel>
+#include <QMdiArea>
+#include <QMdiSubWindow>
+#include <QMenuBar>
+#include <QMimeData>
+#include <QScreen>
+#include <QShortcut>
+#include <QStatusBar>
+#include <QStyle>
+#include <QTimer>
+#include <QToolBar>
+#include <QUrl>
+
+#include "core/new_experiment.h"
+#include "core/settings.h"
+#include "windows/about_window.h"
+#include "windows/app_icon.h"
+#include "windows/data_files.h"
+#include "windows/data_window.h"
+#include "windows/experiment_commands.h"
+#include "windows/fit_commands.h"
+#include "windows/graphs_window.h"
+#include "windows/help_window.h"
+#include "windows/log_window.h"
+#include "windows/option_commands.h"
+#include "windows/source_files_tab.h"
+#include "windows/window_host.h"
+
+namespace {
+
+constexpr float kTwipsPerPixel = 15.0F;
+
+int ToPixels(float twips) {
+  return static_cast<int>(twips / kTwipsPerPixel);
+}
+
+float ToTwips(int pixels) {
+  return static_cast<float>(pixels) * kTwipsPerPixel;
+}
+
+}  // namespace
+
+MainWindow::MainWindow(Session& session, QWidget* parent)
+    : QMainWindow(parent),
+      session_(session),
+      area_(new QMdiArea),
+      log_(new LogWindow(session)),
+      host_(std::make_unique<WindowHost>(session, *log_, *this)),
+      data_(new DataWindow(session, *host_)),
+      graphs_(new GraphsWindow(session)),
+      status_(new QLabel(QStringLiteral(" "))),
+      escape_(new QShortcut(Qt::Key_Escape, this)) {
+  setObjectName("frmMain");
+  setWindowTitle(tr("Quorvane"));
+  setWindowIcon(AppIcon());
+  setCentralWidget(area_);
+  status_->setObjectName("sbStatusBar");
+  statusBar()->addWidget(status_, 1);
+  dataChild_ = AddChild(data_, false);
+  logChild_ = AddChild(log_, false);
+  graphsChild_ = AddChild(graphs_, true);
+  experiments_ = new ExperimentCommands(AllWindows(), this);
+  options_ = new OptionCommands(AllWindows(), this);
+  fits_ = new FitCommands(AllWindows(), this);
+  BuildMenus();
+  ConnectWindows();
+  RestorePlace();
+  LogHead(*host_);
+  session_.Module.ExperimentOpen = false;  // the head lines are no work of the user
+  Action("mnuSaveLog")->setEnabled(false);
+  data_->ShowNewStore();
+  data_->SourceFiles().RefreshDirectory();
+}
+
+MainWindow::~MainWindow() {
+  qApp->removeEventFilter(this);
+}
+
+WindowSet MainWindow::AllWindows() {
+  return {session_, *host_, *log_, *data_, *graphs_, *this};
+}
+
+// Data window and log cannot be closed; closing another child of the program hides it.
+QMdiSubWindow* MainWindow::AddChild(QWidget* widget, bool closable) {
+  QMdiSubWindow* child = area_->addSubWindow(widget);
+  child->setAttribute(Qt::WA_DeleteOnClose, false);
+  child->setWindowIcon(AppIcon());
+  if (!closable) {
+    child->setWindowFlags(Qt::SubWindow | Qt::CustomizeWindowHint | Qt::WindowTitleHint |
+                          Qt::WindowMinMaxButtonsHint);
+  }
+  return child;
+}
+
+void MainWindow::ConnectWindows() {
+  connect(log_, &LogWindow::Clicked, fits_, &FitCommands::Stop);
+  connect(log_, &LogWindow::Changed, this, [this] {
+    session_.Module.ExperimentOpen = true;
+    Action("mnuSaveLog")->setEnabled(true);
+  });
+  connect(data_, &DataWindow::FitRequested, fits_, &FitCommands::RunFit);
+  connect(data_, &DataWindow::DatasetsChanged, this, &MainWindow::UpdateActions);
+  connect(data_, &DataWindow::KDisplayChosen, options_, &OptionCommands::SetKFormat);
+  connect(data_, &DataWindow::MwDisplayChosen, options_, &OptionCommands::SetBuoyant);
+  connect(options_, &OptionCommands::Changed, this, &MainWindow::UpdateActions);
+  connect(experiments_, &ExperimentCommands::ExperimentChanged, this, [this] {
+    graphs_->Refresh();
+    graphsChild_->hide();
+    UpdateActions();
+  });
+  connect(fits_, &FitCommands::CalculatingChanged, this, &MainWindow::SetCalculating);
+  connect(fits_, &FitCommands::FitEnded, this, [this] {
+    UpdateActions();
+    if (closeAfterStop_) QTimer::singleShot(0, this, &MainWindow::close);
+  });
+  connect(host_.get(), &WindowHost::ProgressReported, status_, &QLabel::setText);
+  connect(host_.get(), &WindowHost::FailureReported, status_, &QLabel::setText);
+  connect(escape_, &QShortcut::activated, fits_, &FitCommands::Stop);
+  escape_->setEnabled(false);
+  qApp->installEventFilter(this);
+}
+
+// The log's clicks, scrolling and the moves of windows stay possible.
+void MainWindow::SetCalculating(bool on) {
+  status_->setText(QStringLiteral(" "));
+  menuBar()->setEnabled(!on);
+  for (const char* name : {"mnuFileNew", "mnuFileOpen", "mnuFileSave"}) {
+    Action(name)->setEnabled(!on);  // on the tool bar too
+  }
+  Action("cmdStop")->setEnabled(on);
+  escape_->setEnabled(on);
+  data_->SetCalculating(on);
+  graphs_->setEnabled(!on);
+}
+
+void MainWindow::RestorePlace() {
+  const WindowPlace place = LoadWindowPlace(session_.Settings);
+  const QRect screen = QGuiApplication::primaryScreen()->availableGeometry();
+  QRect frame(ToPixels(place.MainLeft), ToPixels(place.MainTop), ToPixels(place.MainWidth),
+              ToPixels(place.MainHeight));
+  const bool stored = session_.Settings.Get("Settings", "MainWidth").has_value();
+  if (!stored) {  // the first start: data window and log stand side by side
+    const QFontMetrics metrics = fontMetrics();
+    frame.setWidth(std::max(frame.width(), metrics.averageCharWidth() * 230));
+    frame.setHeight(std::max(frame.height(), metrics.height() * 50));
+    frame.moveTopLeft(screen.topLeft());
+  }
+  frame.setSize(frame.size().boundedTo(screen.size()));
+  frame.moveLeft(std::clamp(frame.left(), screen.left(), screen.right() + 1 - frame.width()));
+  frame.moveTop(std::clamp(frame.top(), screen.top(), screen.bottom() + 1 - frame.height()));
+  setGeometry(frame);
+}
+
+void MainWindow::SavePlace() {
+  if (isMinimized()) return;
+  const QRect frame = isMaximized() ? normalGeometry() : geometry();
+  SaveWindowPlace({ToTwips(frame.left()), ToTwips(frame.top()), ToTwips(frame.width()),
+                   ToTwips(frame.height())},
+                  session_.Settings, *host_);
+}
+
+void MainWindow::showEvent(QShowEvent* event) {
+  QMainWindow::showEvent(event);
+  if (arranged_) return;
+  arranged_ = true;
+  QTimer::singleShot(0, this, &MainWindow::ArrangeFirst);
+}
+
+// Sub-windows take a size only once they are shown.
+void MainWindow::ArrangeFirst() {
+  dataChild_->show();
+  logChild_->show();
+  graphsChild_->hide();
+  const QRect room = area_->viewport()->rect();
+  const int dataWidth =
+      std::clamp(data_->sizeHint().width() + 12, room.width() / 2, room.width() * 3 / 5);
+  dataChild_->setGeometry(room.left(), room.top(), dataWidth, room.height());
+  logChild_->setGeometry(room.left() + dataWidth, room.top(), room.width() - dataWidth,
+                         room.height());
+  area_->setActiveSubWindow(dataChild_);
+}
+
+void MainWindow::Tile(Qt::Orientation orientation) {
+  QList<QMdiSubWindow*> shown;
+  for (QMdiSubWindow* child : area_->subWindowList()) {
+    if (child->isVisible() && !child->isMinimized()) shown.push_back(child);
+  }
+  if (shown.isEmpty()) return;
+  const QRect room = area_->viewport()->rect();
+  const int count = static_cast<int>(shown.size());
+  for (int k = 0; k < count; ++k) {
+    shown[k]->showNormal();
+    if (orientation == Qt::Horizontal) {
+      const int top = room.height() * k / count;
+      shown[k]->setGeometry(0, top, room.width(), room.height() * (k + 1) / count - top);
+    } else {
+      const int left = room.width() * k / count;
+      shown[k]->setGeometry(left, 0, room.width() * (k + 1) / count - left, room.height());
+    }
+  }
+}
+
+void MainWindow::Cascade() {
+  const QRect room = area_->viewport()->rect();
+  const int step = style()->pixelMetric(QStyle::PM_TitleBarHeight) + 4;
+  QPoint corner;
+  for (QMdiSubWindow* child : area_->subWindowList()) {
+    if (!child->isVisible() || child->isMinimized()) continue;
+    child->showNormal();
+    child->setGeometry({corner, room.size() * 3 / 4});
+    child->raise();
+    corner += QPoint(step, step);
+  }
+}
+
+void MainWindow::ArrangeIcons() {
+  const QRect room = area_->viewport()->rect();
+  int left = 0;
+  for (QMdiSubWindow* child : area_->subWindowList()) {
+    if (!child->isMinimized()) continue;
+    child->move(left, room.height() - child->height());
+    left += child->width();
+  }
+}
+
+void MainWindow::NewDocument() {
+  auto* document = new LogWindow(session_);
+  document->setObjectName(QStringLiteral("frmDocument(%1)").arg(++documents_));
+  document->setWindowTitle(tr("Document %1").arg(documents_));
+  QMdiSubWindow* child = area_->addSubWindow(document);
+  child->setAttribute(Qt::WA_DeleteOnClose);
+  child->show();
+}
+
+void MainWindow::ShowHelp(bool search) {
+  if (help_ == nullptr) {
+    help_ = new HelpWindow(this);
+    if (!help_->ShowGuide(FindDataFile(session_.ProgramFolder, "docs/user-guide.md"))) {
+      delete help_;
+      help_ = nullptr;
+      session_.Ask.ShowMessage(this, {},
+                               QStringLiteral("Unable to display Help Contents. There is no Help "
+                                              "associated with this project."),
+                               MessageIcon::kNone);
+      return;
+    }
+  }
+  help_->show();
+  help_->raise();
+  help_->activateWindow();
+  if (search) help_->BeginSearch();
+}
+
+void MainWindow::ShowAbout() {
+  auto* about = new AboutWindow(this);
+  about->setAttribute(Qt::WA_DeleteOnClose);
+  about->open();
+}
+
+bool MainWindow::MayClose() {
+  if (closeAfterStop_) return true;  // was asked while the calculation ran
+  return session_.Ask.AskYesNo(this, {}, QStringLiteral("Exit Program?"));
+}
+
+void MainWindow::closeEvent(QCloseEvent* event) {
+  if (!MayClose()) {
+    event->ignore();
+    return;
+  }
+  if (session_.Calculating) {  // ends first; the windows are in use until then
+    closeAfterStop_ = true;
+    fits_->Stop();
+    event->ignore();
+    return;
+  }
+  log_->SaveFont(*host_);
+  SaveSettings(session_.Module, session_.CurrentFolder, session_.Settings, *host_);
+  SavePlace();
+  if (help_ != nullptr) help_->close();
+  event->accept();
+}
+
+bool MainWindow::eventFilter(QObject* watched, QEvent* event) {
+  const auto* widget = qobject_cast<QWidget*>(watched);
+  const bool drag = event->type() == QEvent::DragEnter || event->type() == QEvent::DragMove ||
+                    event->type() == QEvent::Drop;
+  if (drag && widget != nullptr && widget->window() == this && HandleDrop(event)) return true;
+  return QMainWindow::eventFilter(watched, event);
+}
+
+// Files dropped on any part of the frame are loaded, whatever the widget under the pointer.
+bool MainWindow::HandleDrop(QEvent* event) {
+  auto* drop = static_cast<QDropEvent*>(event);
+  if (!drop->mimeData()->hasUrls() || session_.Calculating) return false;
+  drop->acceptProposedAction();
+  if (event->type() != QEvent::Drop) return true;
+  QStringList paths;
+  for (const QUrl& url : drop->mimeData()->urls()) {
+    if (url.isLocalFile()) paths.push_back(url.toLocalFile());
+  }
+  // After the drop has ended: a question would block the program that files were dragged from.
+  QTimer::singleShot(0, this, [this, paths] {
+    if (!paths.isEmpty()) experiments_->OpenDropped(paths);
+  });
+  return true;
+}

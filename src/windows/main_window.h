@@ -1,0 +1,91 @@
+// frmMain: the frame around all windows, with its menus.
+#pragma once
+
+#include <QMainWindow>
+#include <memory>
+
+#include "windows/session.h"
+#include "windows/window_set.h"
+
+class DataWindow;
+class ExperimentCommands;
+class FitCommands;
+class GraphsWindow;
+class HelpWindow;
+class LogWindow;
+class OptionCommands;
+class QLabel;
+class QMdiArea;
+class QMdiSubWindow;
+class QShortcut;
+class WindowHost;
+
+class MainWindow : public QMainWindow {
+  Q_OBJECT
+ public:
+  // Brings up the data window and the log, places the frame as the settings say.
+  explicit MainWindow(Session& session, QWidget* parent = nullptr);
+  ~MainWindow() override;
+
+  ExperimentCommands& Experiments() { return *experiments_; }
+
+ protected:
+  void closeEvent(QCloseEvent* event) override;
+  void showEvent(QShowEvent* event) override;
+  bool eventFilter(QObject* watched, QEvent* event) override;
+
+ private:
+  // Menus (main_menus.cpp); each action bears its name in the domain.
+  template <class Slot>
+  QAction* AddAction(QMenu* menu, const char* name, const QString& caption, Slot slot);
+  QAction* AddToggle(QMenu* menu, const char* name, const QString& caption, bool& flag);
+  QMenu* AddMenu(QMenu* parent, const char* name, const QString& caption);
+  void BuildMenus();
+  void BuildFileMenu();
+  void BuildGraphMenu();
+  void BuildOptionMenu();
+  void BuildFittingMenu(QMenu* options);
+  void BuildCellMenu(QMenu* options);
+  void BuildWindowMenu();
+  void BuildHelpMenu();
+  void BuildToolBar();
+  void BuildRecentFiles();
+  void UpdateActions();
+  QAction* Action(const char* name) const;
+
+  // The frame.
+  WindowSet AllWindows();
+  QMdiSubWindow* AddChild(QWidget* widget, bool closable);
+  void ConnectWindows();
+  void RestorePlace();
+  void SavePlace();
+  void ArrangeFirst();
+  void Tile(Qt::Orientation orientation);
+  void Cascade();
+  void ArrangeIcons();
+  bool HandleDrop(QEvent* event);
+  void SetCalculating(bool on);
+  void NewDocument();
+  void ShowHelp(bool search);
+  void ShowAbout();
+  bool MayClose();
+
+  Session& session_;
+  QMdiArea* area_;
+  LogWindow* log_;
+  std::unique_ptr<WindowHost> host_;
+  DataWindow* data_;
+  GraphsWindow* graphs_;
+  ExperimentCommands* experiments_ = nullptr;
+  OptionCommands* options_ = nullptr;
+  FitCommands* fits_ = nullptr;
+  QMdiSubWindow* dataChild_;
+  QMdiSubWindow* logChild_;
+  QMdiSubWindow* graphsChild_;
+  QLabel* status_;
+  QShortcut* escape_;  // works while a calculation runs
+  HelpWindow* help_ = nullptr;
+  int documents_ = 0;
+  bool arranged_ = false;
+  bool closeAfterStop_ = false;
+};

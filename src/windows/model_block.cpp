@@ -1,0 +1,247 @@
+#include "windows/model_block.h"
+
+#include <QGridLayout>
+#include <QLabel>
+#include <QStyle>
+#include <QVBoxLayout>
+#include <array>
+
+#include "core/page_parts.h"
+#include "core/row_values.h"
+#include "fit/models.h"
+#include "windows/page_controls.h"
+#include "windows/session.h"
+#include "windows/value_box.h"
+
+namespace {
+
+// Row and column of a group in the block: weights, stoichiometries and constants side by side.
+struct GroupPlace {
+  int row;
+  int column;
+};
+
+// In the order of SharedValues; two that no model has together may share a place.
+constexpr std::array<GroupPlace, SharedValues.size()> kGroupPlaces = {
+    {{0, 0}, {1, 0}, {1, 0}, {0, 1}, {1, 1}, {1, 1}, {0, 2}, {1, 2}, {2, 2}}};
+constexpr int kColumnsOfGroup = 4;  // label, box, check box, gap
+constexpr int kSwitchColumn = 3 * kColumnsOfGroup;
+
+QString ControlName(const char* prefix, const SharedValue& value) {
+  return QLatin1String(prefix) + QLatin1String(value.control);
+}
+
+}  // namespace
+
+ModelBlock::ModelBlock(Session& session, FocusMarker& marker, QWidget* parent)
+    : QWidget(parent),
+      session_(session),
+      marker_(marker),
+      lblUseModel_(new QLabel),
+      lblDegC_(new ValueBox),
+      chkCalcConcs_(new PageCheckBox(tr("Calculate Loading Conc."))),
+      chkUseMC_(new PageCheckBox),
+      lblUseMC_(new ClickLabel(tr("Use Mass Conservation"))),
+      chkConstrainKratios_(new PageCheckBox) {
+  lblUseModel_->setObjectName("lblUseModel");
+  lblUseModel_->setAlignment(Qt::AlignCenter);
+  QFont bold = lblUseModel_->font();
+  bold.setBold(true);
+  lblUseModel_->setFont(bold);
+  auto* grid = new QGridLayout;
+  grid->setVerticalSpacing(2);
+  grid->setColumnStretch(kSwitchColumn - 1, 1);
+  BuildGroups(*grid);
+  BuildTemperature(*grid);
+  BuildSwitches(*grid);
+  auto* layout = new QVBoxLayout(this);
+  layout->setContentsMargins(0, 0, 0, 0);
+  layout->addWidget(lblUseModel_);
+  layout->addLayout(grid);
+  layout->addStretch();
+}
+
+void ModelBlock::BuildGroups(QGridLayout& grid) {
+  for (std::size_t k = 0; k < SharedValues.size(); ++k) {
+    const Group& group = groups_.emplace_back(BuildGroup(SharedValues[k]));
+    const int column = kGroupPlaces[k].column * kColumnsOfGroup;
+    grid.addWidget(group.label, kGroupPlaces[k].row, column);
+    grid.addWidget(group.box, kGroupPlaces[k].row, column + 1);
+    grid.addWidget(group.check, kGroupPlaces[k].row, column + 2);
+    grid.setColumnMinimumWidth(column + 3, 2 * fontMetrics().averageCharWidth());
+    BindGroup(group);
+    ConnectPopups(group);
+  }
+}
+
+ModelBlock::Group ModelBlock::BuildGroup(const SharedValue& value) {
+  const Group group = {&value, new QLabel, new ValueBox, new PageCheckBox};
+  group.label->setObjectName(ControlName("lbl", value));
+  group.label->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
+  group.box->setObjectName(ControlName("txt", value));
+  group.check->setObjectName(ControlName("chk", value));
+  group.check->setToolTip(tr("Check to Fit Parameter"));
+  ShapeNumberBox(*group.box);
+  marker_.Watch(group.check);
+  return group;
+}
+
+void ModelBlock::BuildTemperature(QGridLayout& grid) {
+  auto* caption = new QLabel(tr("Temperature"));
+  caption->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
+  lblDegC_->setObjectName("lblDegC");
+  lblDegC_->setToolTip(tr("Temperature in deg C"));
+  ShapeNumberBox(*lblDegC_);
+  FitSetup& setup = session_.Module.Setup;
+  BindEntry(
+      *lblDegC_, session_.Ask,
+      [&setup](const std::string& text) { return EnterTemperature(setup, text); },
+      [&setup] { return TemperatureText(setup); });
+  grid.addWidget(caption, 0, kSwitchColumn);
+  grid.addWidget(lblDegC_, 0, kSwitchColumn + 1);
+  grid.addWidget(new QLabel(QStringLiteral("\u00B0C")), 0, kSwitchColumn + 2);
+}
+
+void ModelBlock::BuildSwitches(QGridLayout& grid) {
+  chkCalcConcs_->setObjectName("chkCalcConcs");
+  chkUseMC_->setObjectName("chkUseMC");
+  lblUseMC_->setObjectName("lblUseMC");
+  chkConstrainKratios_->setObjectName("chkConstrainKratios");
+  auto* massConservation = new QHBoxLayout;
+  massConservation->setSpacing(style()->pixelMetric(QStyle::PM_CheckBoxLabelSpacing));
+  massConservation->addWidget(chkUseMC_);
+  massConservation->addWidget(lblUseMC_, 1);
+  grid.addWidget(chkCalcConcs_, 1, kSwitchColumn, 1, 3);
+  grid.addLayout(massConservation, 1, kSwitchColumn, 1, 3);
+  grid.addWidget(chkConstrainKratios_, 2, kSwitchColumn, 1, 3);
+  FitSetup& setup = session_.Module.Setup;
+  connect(chkCalcConcs_, &PageCheckBox::clicked, this, [this, &setup](bool on) {
+    setup.CalcLoadingConcs = on;
+    emit PartsChanged();
+  });
+  connect(chkUseMC_, &PageCheckBox::clicked, this, [this, &setup](bool on) {
+    setup.UseMassConservation = on;
+    emit PartsChanged();
+  });
+  connect(lblUseMC_, &ClickLabel::Clicked, chkUseMC_, &PageCheckBox::click);
+  connect(chkConstrainKratios_, &PageCheckBox::clicked, this, &ModelBlock::Constrain);
+  for (PageCheckBox* box : {chkCalcConcs_, chkUseMC_, chkConstrainKratios_}) marker_.Watch(box);
+}
+
+void ModelBlock::BindGroup(const Group& group) {
+  QuorvaneModule& module = session_.Module;
+  const SharedValue& value = *group.value;
+  BindEntry(
+      *group.box, session_.Ask,
+      [&module, &value](const std::string& text) { return Enter(value, module, text); },
+      [&module, &value] { return TextOf(value, module); });
+  connect(group.check, &PageCheckBox::clicked, this,
+          [&module, &value, check = group.check] { module.Setup.*value.check = check->State(); });
+}
+
+// The right button on labels and on the boxes of constants chooses how these are shown.
+void ModelBlock::ConnectPopups(const Group& group) {
+  if (group.value->form == SharedForm::kPlain) return;
+  const bool constant = IsAssociationConstant(*group.value);
+  group.label->setContextMenuPolicy(Qt::CustomContextMenu);
+  connect(group.label, &QLabel::customContextMenuRequested, this,
+          [this, constant, label = group.label] {
+            if (constant) AskKDisplay(label);
+            if (!constant) AskMwDisplay(label);
+          });
+  if (!constant) return;
+  connect(group.box, &ValueBox::RightReleased, this, [this, box = group.box] {
+    if (box->Commit()) AskKDisplay(box);
+  });
+}
+
+void ModelBlock::ShowAll() {
+  const FitSetup& setup = session_.Module.Setup;
+  lblUseModel_->setText(
+      QString::fromUtf8(ModelNames[static_cast<std::size_t>(setup.ModelIndex)].data()));
+  lblDegC_->ShowStored(QString::fromStdString(TemperatureText(setup)));
+  for (const Group& group : groups_) ShowGroup(group);
+  ShowSwitches();
+}
+
+void ModelBlock::ShowGroup(const Group& group) {
+  const QuorvaneModule& module = session_.Module;
+  const CheckState state = module.Setup.*group.value->check;
+  group.label->setText(QString::fromStdString(LabelOf(*group.value, module)));
+  group.box->ShowStored(QString::fromStdString(TextOf(*group.value, module)));
+  group.check->ShowState(state);
+  group.check->setEnabled(state != CheckState::kGrey);
+  const bool shown = HasValue(module.Setup, *group.value);
+  group.label->setVisible(shown);
+  group.box->setVisible(shown);
+  group.check->setVisible(shown);
+}
+
+void ModelBlock::ShowSwitches() {
+  const FitSetup& setup = session_.Module.Setup;
+  const PageParts parts = PartsOf(setup);
+  chkCalcConcs_->setVisible(parts.calcConcs);
+  chkCalcConcs_->setChecked(setup.CalcLoadingConcs);
+  chkUseMC_->setVisible(parts.massConservation);
+  chkUseMC_->setChecked(setup.UseMassConservation);
+  lblUseMC_->setVisible(parts.massConservation);
+  chkConstrainKratios_->setVisible(parts.constrain);
+  chkConstrainKratios_->setText(QString::fromStdString(ConstrainCaption(setup)));
+  chkConstrainKratios_->setChecked(setup.ConstrainKRatios);
+}
+
+void ModelBlock::Constrain(bool on) {
+  QuorvaneModule& module = session_.Module;
+  const Refusal refusal = on ? ConstrainShownRatios(module) : ReleaseShownRatios(module);
+  ShowAll();
+  if (refusal.empty()) return;
+  session_.Ask.ShowMessage(window(), kEntryErrorTitle, QString::fromStdString(refusal),
+                           MessageIcon::kExclamation);
+}
+
+std::vector<QWidget*> ModelBlock::InTabOrder() const {
+  std::vector<QWidget*> order;
+  for (const Group& group : groups_) {
+    order.push_back(group.box);
+    order.push_back(group.check);
+  }
+  for (QWidget* control :
+       std::initializer_list<QWidget*>{lblDegC_, chkCalcConcs_, chkUseMC_, chkConstrainKratios_}) {
+    order.push_back(control);
+  }
+  return order;
+}
+
+void ModelBlock::AskKDisplay(const QWidget* at) {
+  struct Entry {
+    const char* name;
+    const char* caption;
+  };
+  static constexpr std::array<Entry, 3> kEntries = {{{"popmnuDispLnK", "Display ln(K)s"},
+                                                     {"popmnuDispLogK", "Display Log10(K)s"},
+                                                     {"popmnuDispK", "Display K"}}};
+  QMenu* menu = MakePopup("mnuKDisplay", "KDisplayOptions", this);
+  for (int format = 0; format < 3; ++format) {
+    const Entry& entry = kEntries[static_cast<std::size_t>(format)];
+    QAction* action =
+        menu->addAction(tr(entry.caption), this, [this, format] { emit KDisplayChosen(format); });
+    action->setObjectName(entry.name);
+    action->setCheckable(true);
+    action->setChecked(session_.Module.KFormat == format);
+  }
+  menu->popup(at->mapToGlobal(at->rect().bottomLeft()));
+}
+
+void ModelBlock::AskMwDisplay(const QWidget* at) {
+  QMenu* menu = MakePopup("mnuMWDisplay", "MWDisplayOptions", this);
+  const auto add = [&](const char* name, const QString& caption, bool buoyant) {
+    QAction* action =
+        menu->addAction(caption, this, [this, buoyant] { emit MwDisplayChosen(buoyant); });
+    action->setObjectName(name);
+    action->setCheckable(true);
+    action->setChecked(session_.Module.UseBuoyantMW == buoyant);
+  };
+  add("popmnuDispMW", tr("Display MW"), false);
+  add("popmnuDispMWB", tr("Display Buoyant MW"), true);
+  menu->popup(at->mapToGlobal(at->rect().bottomLeft()));
+}

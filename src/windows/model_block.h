@@ -1,0 +1,63 @@
+// The part of the parameter page that all datasets share: model, parameters, temperature, switches.
+#pragma once
+
+#include <QWidget>
+#include <vector>
+
+#include "core/shared_values.h"
+
+class ClickLabel;
+class FocusMarker;
+class PageCheckBox;
+class QGridLayout;
+class QLabel;
+class ValueBox;
+struct Session;
+
+class ModelBlock : public QWidget {
+  Q_OBJECT
+ public:
+  ModelBlock(Session& session, FocusMarker& marker, QWidget* parent = nullptr);
+
+  // Labels, boxes and switches as the session stands.
+  void ShowAll();
+
+  // The controls that take the focus, in order.
+  std::vector<QWidget*> InTabOrder() const;
+
+ signals:
+  // chkUseMC or chkCalcConcs was clicked.
+  void PartsChanged();
+  void KDisplayChosen(int kFormat);
+  void MwDisplayChosen(bool buoyant);
+
+ private:
+  struct Group {
+    const SharedValue* value;
+    QLabel* label;
+    ValueBox* box;
+    PageCheckBox* check;
+  };
+
+  void BuildGroups(QGridLayout& grid);
+  Group BuildGroup(const SharedValue& value);
+  void BuildTemperature(QGridLayout& grid);
+  void BuildSwitches(QGridLayout& grid);
+  void BindGroup(const Group& group);
+  void ConnectPopups(const Group& group);
+  void ShowGroup(const Group& group);
+  void ShowSwitches();
+  void Constrain(bool on);
+  void AskKDisplay(const QWidget* at);
+  void AskMwDisplay(const QWidget* at);
+
+  Session& session_;
+  FocusMarker& marker_;
+  QLabel* lblUseModel_;
+  std::vector<Group> groups_;  // in the order of SharedValues
+  ValueBox* lblDegC_;
+  PageCheckBox* chkCalcConcs_;
+  PageCheckBox* chkUseMC_;
+  ClickLabel* lblUseMC_;
+  PageCheckBox* chkConstrainKratios_;
+};

@@ -1,0 +1,19 @@
+// frmNIWarn: what the nonideal model needs before its result means anything.
+#pragma once
+
+#include <QDialog>
+
+class QCheckBox;
+
+class NIWarning : public QDialog {
+  Q_OBJECT
+ public:
+  // cmdOK clears `showAgain` if the user asked for that.
+  explicit NIWarning(bool& showAgain, QWidget* parent = nullptr);
+
+ private:
+  void Confirm();
+
+  bool& showAgain_;
+  QCheckBox* chkDontShow_;
+};

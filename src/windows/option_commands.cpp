@@ -1,0 +1,93 @@
+#include "windows/option_commands.h"
+
+#include <QColor>
+#include <QWidget>
+
+#include "base/number_format.h"
+#include "base/text.h"
+#include "core/graph_store.h"
+#include "windows/data_window.h"
+#include "windows/graphs_window.h"
+#include "windows/session.h"
+#include "windows/window_host.h"
+
+namespace {
+
+QColor ToQColor(std::uint32_t color) {
+  return QColor(int(color & 0xFF), int(color >> 8 & 0xFF), int(color >> 16 & 0xFF));
+}
+
+std::uint32_t FromQColor(const QColor& color) {
+  return static_cast<std::uint32_t>(color.red() | color.green() << 8 | color.blue() << 16);
+}
+
+}  // namespace
+
+OptionCommands::OptionCommands(WindowSet windows, QObject* parent)
+    : QObject(parent), windows_(windows) {}
+
+// Each command first stores the entry that is being edited: it is in the old form.
+void OptionCommands::AskConstant(Constant constant) {
+  if (!windows_.data.CommitPending()) return;
+  QuorvaneModule& module = windows_.session.Module;
+  const ConstantDialog& dialog = DialogOf(constant);
+  const std::optional<QString> answer = windows_.session.Ask.AskText(
+      &windows_.frame, QString::fromUtf8(dialog.title), QString::fromUtf8(dialog.prompt),
+      QString::fromStdString(FormatNumber(ValueOf(module, constant), dialog.pattern)));
+  if (!answer || answer->isEmpty()) return;
+  const std::optional<double> value = ParseNumeric(answer->toStdString());
+  if (!value) {
+    windows_.host.ShowMessage(dialog.notANumberTitle, "Illegal Value Entered",
+                              MessageIcon::kExclamation);
+  } else if (!InRange(constant, *value)) {
+    windows_.host.ShowMessage(dialog.outOfRangeTitle, "Out-of-range Value Entered",
+                              MessageIcon::kExclamation);
+  } else {
+    SetConstant(module, constant, *value);
+    windows_.data.RefreshDisplay();
+  }
+}
+
+void OptionCommands::SetKFormat(int format) {
+  if (!windows_.data.CommitPending()) {
+    emit Changed();  // the menu's mark goes back
+    return;
+  }
+  windows_.session.Module.KFormat = static_cast<std::int16_t>(format);
+  windows_.data.RefreshDisplay();
+  emit Changed();
+}
+
+void OptionCommands::SetBuoyant(bool buoyant) {
+  if (!windows_.data.CommitPending()) {
+    emit Changed();
+    return;
+  }
+  windows_.session.Module.UseBuoyantMW = buoyant;
+  windows_.data.RefreshDisplay();
+  emit Changed();
+}
+
+void OptionCommands::ChooseColor(bool deleted) {
+  QuorvaneModule& module = windows_.session.Module;
+  std::uint32_t& color = deleted ? module.DeletedColor : module.GoodColor;
+  const std::optional<QColor> chosen =
+      windows_.session.Ask.ChooseColor(&windows_.frame, ToQColor(color));
+  if (chosen) color = FromQColor(*chosen);
+}
+
+void OptionCommands::ExportGraphs() {
+  windows_.graphs.Refresh();
+  if (windows_.session.Module.NumGraphs() > 0) windows_.graphs.ShowGraph(1);
+  QWidget* child = windows_.graphs.parentWidget();
+  (child != nullptr ? child : &windows_.graphs)->show();
+  windows_.graphs.show();
+  windows_.graphs.raise();
+}
+
+void OptionCommands::DeleteGraphs() {
+  if (!DeleteAllGraphs(windows_.session.Module, windows_.host)) return;
+  windows_.graphs.Refresh();
+  if (QWidget* child = windows_.graphs.parentWidget()) child->hide();
+  emit Changed();
+}

@@ -1,0 +1,29 @@
+// The commands of the Options and Graphs menus that ask for a value or change a display.
+#pragma once
+
+#include <QObject>
+
+#include "core/constants.h"
+#include "windows/window_set.h"
+
+class OptionCommands : public QObject {
+  Q_OBJECT
+ public:
+  explicit OptionCommands(WindowSet windows, QObject* parent = nullptr);
+
+  // The entry box of a constant; an accepted value is shown at once.
+  void AskConstant(Constant constant);
+
+  void SetKFormat(int format);     // 0 ln K, 1 log10 K, 2 K
+  void SetBuoyant(bool buoyant);   // display of molecular weights
+  void ChooseColor(bool deleted);  // of deleted, else of good points
+  void ExportGraphs();
+  void DeleteGraphs();
+
+ signals:
+  // Menus must follow.
+  void Changed();
+
+ private:
+  WindowSet windows_;
+};

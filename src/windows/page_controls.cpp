@@ -1,0 +1,107 @@
+#include "windows/page_controls.h"
+
+#include <QMouseEvent>
+#include <QPainter>
+#include <QStyle>
+
+#include "windows/dialogs.h"
+#include "windows/value_box.h"
+
+void PageCheckBox::ShowState(CheckState state) {
+  setTristate(state == CheckState::kGrey);
+  setCheckState(state == CheckState::kGrey      ? Qt::PartiallyChecked
+                : state == CheckState::kChecked ? Qt::Checked
+                                                : Qt::Unchecked);
+}
+
+CheckState PageCheckBox::State() const {
+  if (checkState() == Qt::PartiallyChecked) return CheckState::kGrey;
+  return isChecked() ? CheckState::kChecked : CheckState::kUnchecked;
+}
+
+void PageCheckBox::mouseReleaseEvent(QMouseEvent* event) {
+  const bool gesture = event->button() == Qt::LeftButton &&
+                       event->modifiers().testFlag(Qt::ControlModifier) &&
+                       rect().contains(event->position().toPoint());
+  QCheckBox::mouseReleaseEvent(event);
+  if (gesture) emit CtrlReleased();
+}
+
+void ClickLabel::mouseReleaseEvent(QMouseEvent* event) {
+  if (event->button() == Qt::LeftButton && rect().contains(event->position().toPoint())) {
+    emit Clicked(event->modifiers());
+  }
+}
+
+void ClickLabel::paintEvent(QPaintEvent*) {
+  QPainter painter(this);
+  drawFrame(&painter);
+  QPalette active = palette();
+  active.setCurrentColorGroup(QPalette::Active);
+  style()->drawItemText(&painter, contentsRect(), int(alignment()), active, true, text(),
+                        foregroundRole());
+}
+
+FocusMarker::FocusMarker(QWidget* parent) : QFrame(parent) {
+  setObjectName("Shape1");
+  setFrameShape(QFrame::Box);
+  setAttribute(Qt::WA_TransparentForMouseEvents);
+  hide();
+}
+
+bool FocusMarker::eventFilter(QObject* watched, QEvent* event) {
+  auto* box = qobject_cast<QWidget*>(watched);
+  if (event->type() == QEvent::FocusIn) {
+    marked_ = box;
+    Surround(box);
+  } else if (box == marked_) {
+    if (event->type() == QEvent::FocusOut || event->type() == QEvent::Hide) {
+      marked_ = nullptr;
+      hide();
+    } else if (event->type() == QEvent::Move || event->type() == QEvent::Resize) {
+      Surround(box);
+    }
+  }
+  return QFrame::eventFilter(watched, event);
+}
+
+void FocusMarker::Surround(QWidget* box) {
+  if (parentWidget() != box->parentWidget()) setParent(box->parentWidget());
+  setGeometry(box->geometry().adjusted(-2, -1, 2, 1));
+  show();
+  raise();
+}
+
+void BindEntry(ValueBox& box, Dialogs& ask, std::function<Refusal(const std::string&)> enter,
+               std::function<std::string()> shown) {
+  box.SetStore(
+      [&box, &ask, enter = std::move(enter), shown = std::move(shown)](const QString& text) {
+        const Refusal refusal = enter(text.toStdString());
+        box.ShowStored(QString::fromStdString(shown()));
+        if (refusal.empty()) return true;
+        ask.ShowMessage(box.window(), kEntryErrorTitle, QString::fromStdString(refusal),
+                        MessageIcon::kExclamation);
+        return false;
+      });
+}
+
+void ShapeNumberBox(ValueBox& box, const QString& longest) {
+  box.setAlignment(Qt::AlignRight);
+  const QFontMetrics metrics(box.font());
+  // Besides the digits a line edit needs its frame and inner margins.
+  const int width = metrics.horizontalAdvance(longest) + metrics.height();
+  box.setMinimumWidth(width);
+  box.setMaximumWidth(width * 3 / 2);
+}
+
+QMenu* MakePopup(const char* name, const QString& title, QWidget* parent) {
+  auto* menu = new QMenu(title, parent);
+  menu->setObjectName(name);
+  QObject::connect(menu, &QMenu::aboutToHide, menu, &QObject::deleteLater);
+  return menu;
+}
+
+void AddCancel(QMenu* menu, const char* name) {
+  menu->addSeparator();
+  menu->addAction(QObject::tr("Cancel"))->setObjectName(name);
+}

@@ -1,0 +1,74 @@
+// The kinds of controls that the parameter page is made of.
+#pragma once
+
+#include <QCheckBox>
+#include <QFrame>
+#include <QLabel>
+#include <QMenu>
+#include <functional>
+#include <string>
+
+#include "core/page_entry.h"
+#include "fit/fit_setup.h"
+
+class Dialogs;
+class ValueBox;
+
+// A check box whose grey state is set by the program only.
+class PageCheckBox : public QCheckBox {
+  Q_OBJECT
+ public:
+  using QCheckBox::QCheckBox;
+  void ShowState(CheckState state);
+  CheckState State() const;
+
+ signals:
+  // The left button was released over the box with Ctrl held; its state is already the new one.
+  void CtrlReleased();
+
+ protected:
+  void mouseReleaseEvent(QMouseEvent* event) override;
+};
+
+// A label that answers to the left button.
+class ClickLabel : public QLabel {
+  Q_OBJECT
+ public:
+  using QLabel::QLabel;
+
+ signals:
+  void Clicked(Qt::KeyboardModifiers modifiers);
+
+ protected:
+  void mouseReleaseEvent(QMouseEvent* event) override;
+  // Disabled it does not answer, but its text can be read as before.
+  void paintEvent(QPaintEvent* event) override;
+};
+
+// Shape1: the frame round the check box that has the focus.
+class FocusMarker : public QFrame {
+  Q_OBJECT
+ public:
+  explicit FocusMarker(QWidget* parent);
+  void Watch(QWidget* box) { box->installEventFilter(this); }
+
+ protected:
+  bool eventFilter(QObject* watched, QEvent* event) override;
+
+ private:
+  void Surround(QWidget* box);
+
+  QWidget* marked_ = nullptr;
+};
+
+// Lets `box` hand its text to `enter` and then show what `shown` gives; a refusal is told.
+void BindEntry(ValueBox& box, Dialogs& ask, std::function<Refusal(const std::string&)> enter,
+               std::function<std::string()> shown);
+
+// Makes `box` wide enough for `longest`, lets it grow by half at most, and aligns its number to the
+// right. The default is as long as a text of FormatParam.
+void ShapeNumberBox(ValueBox& box, const QString& longest = QStringLiteral("-0.000E+00"));
+
+// A menu that is deleted when it closes, and the entry that closes it.
+QMenu* MakePopup(const char* name, const QString& title, QWidget* parent);
+void AddCancel(QMenu* menu, const char* name);

@@ -1,0 +1,74 @@
+#include "windows/result_panel.h"
+
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QToolButton>
+#include <QVBoxLayout>
+
+#include "fit/fit_plots.h"
+#include "plot/chart_widget.h"
+#include "windows/session.h"
+
+namespace {
+
+QToolButton* StepButton(const char* name, Qt::ArrowType arrow, const QString& toolTip) {
+  auto* button = new QToolButton;
+  button->setObjectName(QString::fromLatin1(name));
+  button->setArrowType(arrow);
+  button->setToolTip(toolTip);
+  return button;
+}
+
+}  // namespace
+
+ResultPanel::ResultPanel(Session& session, QWidget* parent)
+    : QWidget(parent),
+      session_(session),
+      chart_(new ChartWidget),
+      back_(StepButton("cmdResultBack", Qt::LeftArrow, tr("Previous dataset of the fit"))),
+      forward_(StepButton("cmdResultForward", Qt::RightArrow, tr("Next dataset of the fit"))),
+      which_(new QLabel) {
+  chart_->setObjectName("TChartFitting");
+  which_->setObjectName("lblResult");
+  auto* steps = new QHBoxLayout;
+  steps->addWidget(back_);
+  steps->addWidget(forward_);
+  steps->addWidget(which_);
+  steps->addStretch();
+  auto* layout = new QVBoxLayout(this);
+  layout->setContentsMargins(0, 0, 0, 0);
+  layout->addLayout(steps);
+  layout->addWidget(chart_, 1);
+  connect(back_, &QToolButton::clicked, this, [this] { StepTo(position_ - 1); });
+  connect(forward_, &QToolButton::clicked, this, [this] { StepTo(position_ + 1); });
+  Clear();
+}
+
+void ResultPanel::ShowFit() {
+  StepTo(0);
+  show();
+}
+
+void ResultPanel::Redraw() {
+  if (position_ >= 0) StepTo(position_);
+}
+
+void ResultPanel::Clear() {
+  position_ = -1;
+  chart_->SetChart({});
+  which_->clear();
+  back_->setEnabled(false);
+  forward_->setEnabled(false);
+  hide();
+}
+
+void ResultPanel::StepTo(int position) {
+  const QuorvaneModule& module = session_.Module;
+  const int count = module.Fit.NumFitSets;
+  if (position < 0 || position >= count) return;
+  position_ = position;
+  chart_->SetChart(PlotDataFit(module.Fit, module.Store.Datasets, position, module.Plots));
+  which_->setText(tr("Dataset %1 of %2 in the fit").arg(position + 1).arg(count));
+  back_->setEnabled(position > 0);
+  forward_->setEnabled(position + 1 < count);
+}

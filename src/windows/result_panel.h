@@ -1,0 +1,35 @@
+// The result of a fit, one dataset at a time.
+#pragma once
+
+#include <QWidget>
+
+class ChartWidget;
+class QLabel;
+class QToolButton;
+struct Session;
+
+// TChartFitting with its steps: data, curve and deviations of a position of the last fit.
+class ResultPanel : public QWidget {
+  Q_OBJECT
+ public:
+  explicit ResultPanel(Session& session, QWidget* parent = nullptr);
+
+  // Appears with the first dataset of the fit that the session holds.
+  void ShowFit();
+
+  // Draws again with changed plot options.
+  void Redraw();
+
+  // Forgets the result and disappears.
+  void Clear();
+
+ private:
+  void StepTo(int position);
+
+  Session& session_;
+  int position_ = -1;  // in the fit, from 0; -1: nothing is shown
+  ChartWidget* chart_;
+  QToolButton* back_;
+  QToolButton* forward_;
+  QLabel* which_;
+};

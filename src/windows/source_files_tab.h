@@ -1,0 +1,83 @@
+// The tab "Source Files" of the data window: a folder, the kind of its files, a look at one, and
+// loading.
+#pragma once
+
+#include <QWidget>
+#include <array>
+#include <filesystem>
+
+#include "scan/loading.h"
+#include "windows/session.h"
+
+class ChartWidget;
+class QCheckBox;
+class QComboBox;
+class QGroupBox;
+class QLabel;
+class QPlainTextEdit;
+class QPushButton;
+class QRadioButton;
+
+class SourceFilesTab : public QWidget {
+  Q_OBJECT
+ public:
+  SourceFilesTab(Session& session, SessionHost& host,
+                 QWidget* parent = nullptr);  // both outlive it
+
+  // Shows session.CurrentFolder and lists its files anew.
+  void RefreshDirectory();
+
+  // Loads dropped files with the current settings; what is no scan is named in a message.
+  void LoadFiles(const QStringList& paths);
+
+ signals:
+  void DatasetsChanged();  // datasets were loaded
+  void FolderChanged();    // session.CurrentFolder is another one
+
+ private:
+  void BuildWidgets();
+  QGroupBox* BuildKindBox();
+  QGroupBox* BuildCenterpieceBox();
+  QGroupBox* BuildFileBox();
+  void ConnectSignals();
+
+  FileKind Kind() const;
+  Centerpiece ChosenCenterpiece() const;
+  ScanLoadSettings Settings() const;
+  std::filesystem::path SelectedPath() const;  // empty if no file is selected
+
+  void ChangeKind();
+  void ChangeCenterpiece();
+  void ChangeFolder();
+  void ShowFolder(qsizetype longest, qsizetype kept);
+  void FillFileList();
+  void ShowFileNames(const std::vector<std::string>& names);
+  void ShowComments();
+  void Preview();
+  void ShowPreview(const Chart& chart, const QString& fileName);
+  void MarkChannels();
+
+  bool SomeChannelChosen();
+  void LoadOne();
+  void LoadMany();
+  void LoadBlank();
+  template <class Load>
+  void RunLoad(Load&& load);  // emits DatasetsChanged if `load` added datasets
+
+  Session& session_;
+  SessionHost& host_;
+  QLabel* lblCurrentDir_;
+  QPushButton* btnChangeDir_;
+  std::array<QRadioButton*, 4> optFileType_;
+  std::array<QRadioButton*, 3> optCntrpiece_;
+  std::array<QCheckBox*, kMaxChannels> chkChannel_;
+  QComboBox* comboDataFile_;
+  QPushButton* cmdRefreshLB_;
+  QPlainTextEdit* txtFileComment_;
+  QPushButton* cmdPreviewIt_;
+  QPushButton* cmdLoadFile_;
+  QPushButton* cmdLoadBlank_;
+  QPushButton* cmdMultiLoad_;
+  QLabel* lblPreview_;
+  ChartWidget* TChartPreview_;
+};

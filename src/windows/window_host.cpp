@@ -1,0 +1,74 @@
+#include "windows/window_host.h"
+
+#include <QCoreApplication>
+#include <QString>
+
+#include "base/number_format.h"
+#include "plot/chart_export.h"
+#include "windows/log_window.h"
+#include "windows/session.h"
+
+namespace {
+
+QString Text(std::string_view text) {
+  return QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size()));
+}
+
+}  // namespace
+
+WindowHost::WindowHost(Session& session, LogWindow& log, QWidget& parent)
+    : session_(session), log_(log), parent_(parent) {}
+
+void WindowHost::PrintIt(std::string_view text) {
+  log_.AppendLogText(Text(text));
+}
+
+void WindowHost::ShowMessage(std::string_view title, std::string_view text, MessageIcon icon) {
+  session_.Ask.ShowMessage(&parent_, Text(title), Text(text), icon);
+}
+
+bool WindowHost::AskYesNo(std::string_view title, std::string_view text) {
+  return session_.Ask.AskYesNo(&parent_, Text(title), Text(text));
+}
+
+void WindowHost::RunPendingEvents() {
+  constexpr double kPause = 0.02;  // seconds
+  if (sinceEvents_.Seconds() < kPause) return;
+  QCoreApplication::processEvents();
+  sinceEvents_ = Stopwatch();
+}
+
+void WindowHost::SetStatus(std::string_view text) {
+  log_.SetStatus(Text(text));
+}
+
+void WindowHost::ReportProgress(const Progress& progress) {
+  constexpr double kPause = 0.05;  // seconds
+  if (progress.iteration > 1 && sinceProgress_.Seconds() < kPause) return;
+  sinceProgress_ = Stopwatch();
+  emit ProgressReported(
+      QStringLiteral("%1: iteration %2, sum of squares %3")
+          .arg(Text(progress.what), QString::number(progress.iteration),
+               QString::fromStdString(FormatNumber(progress.sumOfSquares, "0.000000E+00"))));
+}
+
+void WindowHost::ReportFailure(std::string_view text) {
+  emit FailureReported(Text(text));
+}
+
+void WindowHost::SendPictureToLog(const Chart& chart) {
+  constexpr PictureSize kSize = {400, 360};
+  log_.InsertPictureAtEnd(RenderChart(chart, PictureFormat::kPng, kSize));
+}
+
+std::string WindowHost::LogAsRtf() {
+  return log_.ToRtf();
+}
+
+void WindowHost::LoadLog(std::string_view rtf) {
+  if (!log_.LoadRtf(rtf)) {
+    ShowMessage("Log", "The log is no rich text; it is taken as plain text.",
+                MessageIcon::kExclamation);
+  }
+  log_.MoveToEnd();
+}

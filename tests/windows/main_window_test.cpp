@@ -1,0 +1,176 @@
+#include <QComboBox>
+#include <QLineEdit>
+#include <QMenu>
+#include <QTimer>
+
+#include "base/files.h"
+#include "core/recent_files.h"
+#include "core/screen_check.h"
+#include "core/settings.h"
+#include "support/recording_host.h"
+#include "windows/main_window_fixture.h"
+
+TEST_F(MainWindowTest, TheWholeRoadAndBackTomorrow) {
+  EXPECT_EQ(Tabs(), "2000");
+  EXPECT_FALSE(Find<QAction>("mnuFileSaveSets")->isEnabled());
+  EXPECT_TRUE(LogText().startsWith("Quorvane - Version 1.0.0\n")) << LogText().toStdString();
+  const QString dimer = ToQString(kExamples / "monomer-dimer");
+  window->Experiments().OpenDropped({dimer + "/00002.RA1", dimer + "/00001.RA1"});
+  EXPECT_EQ(session.Module.Store.NumDatasets(), 2);
+  EXPECT_EQ(Tabs(), "2101");
+  EXPECT_TRUE(Find<QAction>("mnuFileSaveSets")->isEnabled());
+  Click("cmdSetFit");
+  EXPECT_EQ(Tabs(), "1121");
+  Click("cmdFitMe");
+  EXPECT_TRUE(dialogs.messages.empty());
+  EXPECT_TRUE(LogText().contains("Fitting Time: "));
+  EXPECT_EQ(session.Module.NumGraphs(), 2);
+  EXPECT_TRUE(Find<QAction>("mnuExpGraph")->isEnabled());
+  const double weight = session.Module.FitPage.ModelMW;
+  const QString fitted = Find<QLineEdit>("txtMWB")->text();
+
+  dialogs.files = {ToQString(folder / "road.exz")};
+  Trigger("mnuFileSave");
+  dialogs.yesNo = {true};
+  window->close();
+  window.reset();
+  EXPECT_EQ(dialogs.questions.back().text, "Exit Program?");
+  Session tomorrow(settings, dialogs, folder.path());
+  MainWindow again(tomorrow);
+  again.Experiments().OpenArgument("\"" + ToQString(folder / "road.exz") + "\"");
+  EXPECT_EQ(tomorrow.Module.Store.NumDatasets(), 2);
+  EXPECT_EQ(tomorrow.Module.FitPage.ModelMW, weight);
+  EXPECT_EQ(tomorrow.Module.NumGraphs(), 2);
+  again.findChild<QAbstractButton*>("cmdSetFit")->click();
+  EXPECT_EQ(again.findChild<QLineEdit*>("txtMWB")->text(), fitted);
+  EXPECT_TRUE(again.findChild<QTextEdit*>("logFile")->toPlainText().contains("Fitting Time: "));
+  EXPECT_EQ(RecentFiles(settings), std::vector<std::string>{PathText(folder / "road.exz")});
+}
+
+TEST_F(MainWindowTest, AFitIsStoppedByClickEscapeOrButtonAndDisturbedByNothing) {
+  const QString scan = ToQString(kExamples / "monomer-dimer" / "00001.RA1");
+  window->Experiments().OpenDropped(QStringList(60, scan));
+  Find<QComboBox>("cmbModel")->setCurrentIndex(2);
+  Click("cmdSetFit");
+  const double before = session.Module.FitPage.ModelMW;
+  const std::vector<std::function<void()>> stops = {
+      [this] { QTest::mouseClick(Find<QTextEdit>("logFile")->viewport(), Qt::LeftButton); },
+      [this] { QTest::keyClick(Find<QTextEdit>("logFile"), Qt::Key_Escape); },
+      [this] { Find<QAction>("cmdStop")->trigger(); }};
+  for (const auto& stop : stops) {
+    int checks = 0;
+    QTimer timer;
+    QObject::connect(&timer, &QTimer::timeout, window.get(), [&] {
+      if (!session.Module.Fit.FitKeepGoing || checks++ > 0) return;
+      EXPECT_FALSE(Find<QAction>("mnuFileOpen")->isEnabled());
+      EXPECT_FALSE(Find<QAbstractButton>("cmdFitMe")->isEnabled());
+      EXPECT_FALSE(Find<QAbstractButton>("cmdLoadFile")->isEnabled());
+      stop();
+    });
+    timer.start(0);
+    Click("cmdFitMe");
+    EXPECT_GT(checks, 0) << "the fit ended before its first events";
+    EXPECT_TRUE(LogText().contains("** User  Terminated Fitting Process  **"));
+    EXPECT_EQ(session.Module.FitPage.ModelMW, before);
+    EXPECT_TRUE(Find<QAction>("mnuFileOpen")->isEnabled());
+    EXPECT_TRUE(Find<QAbstractButton>("cmdFitMe")->isEnabled());
+  }
+}
+
+TEST_F(MainWindowTest, ConstantsAreRefusedWithTheirBoxes) {
+  const struct {
+    const char* action;
+    const char* answer;
+    const char* title;  // of the refusal; "" if the value is taken
+    const char* text;
+  } cases[] = {{"mnuSetVbar", "0.25", "Vbar Value Error", "Out-of-range Value Entered"},
+               {"mnuSetVbar", "0,74", "Vbar Entry Error", "Illegal Value Entered"},
+               {"mnuSetVbar", "0.2501", "", ""},
+               {"mnuSetVbarB", "x", "Vbar Entry Error", "Illegal Value Entered"},
+               {"mnuSetRho", "0.5", "Density Value Error", "Out-of-range Value Entered"},
+               {"mnuSetRho", "", "", ""},
+               {"mnuSetMCTol", "0", "MC Tolerance Value Error", "Out-of-range Value Entered"},
+               {"mnuSetMCTol", "10", "", ""},
+               {"mnuSetCritCCC", "1", "Critical CCC Value Error", "Out-of-range Value Entered"}};
+  for (const auto& test : cases) {
+    dialogs.messages.clear();
+    dialogs.texts = {QString(test.answer)};
+    Trigger(test.action);
+    ASSERT_EQ(dialogs.messages.size(), *test.title == '\0' ? 0U : 1U) << test.action;
+    if (dialogs.messages.empty()) continue;
+    EXPECT_EQ(dialogs.messages[0].title, test.title);
+    EXPECT_EQ(dialogs.messages[0].text, test.text);
+  }
+  EXPECT_EQ(session.Module.FitPage.Vbar, 0.2501);
+  EXPECT_EQ(session.Module.MCTolerance, 10.0);
+}
+
+TEST_F(MainWindowTest, NewAskesOnlyForAnOpenExperiment) {
+  SetUpExample();
+  dialogs.yesNo = {false, true};
+  Trigger("mnuFileNew");
+  EXPECT_EQ(session.Module.Store.NumDatasets(), 9);
+  Trigger("mnuFileNew");
+  EXPECT_EQ(dialogs.questions.back().text, "Discard current Log contents?");
+  EXPECT_EQ(session.Module.Store.NumDatasets(), 0);
+  EXPECT_EQ(session.Module.NumGraphs(), 0);
+  EXPECT_EQ(Tabs(), "2000");
+  EXPECT_TRUE(LogText().contains("The current directory is "));
+  EXPECT_FALSE(session.Module.ExperimentOpen);
+  Trigger("mnuFileNew");  // asks nothing now
+  dialogs.messages.clear();
+  Trigger("mnuFileSave");
+  ASSERT_EQ(dialogs.messages.size(), 1U);
+  EXPECT_EQ(dialogs.messages[0].text, "There is nothing to save!");
+}
+
+TEST_F(MainWindowTest, SettingsOutliveTheProgram) {
+  Trigger("mnuGraphSave");
+  Trigger("mnuPlotUsePSI");
+  Trigger("mnuOptionDispK");
+  Trigger("mnuUseMW");
+  dialogs.colors = {QColor(1, 2, 3)};
+  Trigger("mnuSetGoodPointsColor");
+  dialogs.yesNo = {false, true};
+  EXPECT_FALSE(window->close());
+  EXPECT_TRUE(window->close());
+  window.reset();
+  Session again(settings, dialogs, folder.path());
+  LoadSettings(again.Module, settings);
+  EXPECT_FALSE(again.Module.SaveGraphs);
+  EXPECT_TRUE(again.Module.Plots.PlotUsingPSI);
+  EXPECT_EQ(again.Module.KFormat, 2);
+  EXPECT_FALSE(again.Module.UseBuoyantMW);
+  EXPECT_EQ(again.Module.GoodColor, 0x030201U);
+  const MainWindow next(again);
+  EXPECT_TRUE(next.findChild<QAction*>("mnuOptionDispK")->isChecked());
+  EXPECT_FALSE(next.findChild<QAction*>("mnuOptionDispLnK")->isChecked());
+}
+
+TEST_F(MainWindowTest, RecentFilesLoadAndSayWhatIsGone) {
+  RecordingHost host;
+  AddRecentFile(kExamples / "monomer-dimer" / "experiment.exz", settings, host);
+  AddRecentFile(folder / "gone.exz", settings, host);
+  emit Find<QMenu>("mnuFile")->aboutToShow();
+  Trigger("mnuRecDocs(0)");
+  ASSERT_EQ(dialogs.messages.size(), 1U);
+  EXPECT_EQ(dialogs.messages[0].title, "No File Found");
+  Trigger("mnuRecDocs(1)");
+  EXPECT_EQ(session.Module.Store.NumDatasets(), 9);
+  dialogs.yesNo = {false};
+  window->Experiments().OpenDropped({ToQString(folder / "gone.exz")});
+  EXPECT_EQ(dialogs.questions.back().title, "Load Experiment?");
+}
+
+TEST(ScreenRefusal, KnowsTheSmallestScreens) {
+  const struct {
+    ScreenSize screen;
+    bool refused;
+  } cases[] = {{{1023, 768, 96, 96}, false},  {{1023, 768, 120, 120}, true},
+               {{1023, 768, 120, 96}, false}, {{800, 599, 96, 96}, true},
+               {{800, 600, 96, 96}, false},   {{1024, 768, 192, 192}, false}};
+  for (const auto& test : cases) {
+    EXPECT_EQ(ScreenRefusal(test.screen).has_value(), test.refused)
+        << test.screen.width << " " << test.screen.pixelsPerInchX;
+  }
+}

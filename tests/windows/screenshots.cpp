@@ -1,0 +1,91 @@
+// Takes the pictures of docs/images: walks the main road with the example and grabs each window.
+// Usage: screenshots FOLDER (run by scripts/screenshots).
+#include <QAbstractButton>
+#include <QAction>
+#include <QApplication>
+#include <QComboBox>
+#include <QLocale>
+#include <QTabWidget>
+#include <QTest>
+#include <clocale>
+#include <filesystem>
+
+#include "core/settings_store.h"
+#include "windows/experiment_commands.h"
+#include "windows/main_window.h"
+#include "windows/source_files_tab.h"
+
+namespace {
+
+class Walk {
+ public:
+  Walk(Session& session, QString folder)
+      : session_(session), folder_(std::move(folder)), window_(session) {
+    window_.resize(1366, 728);
+    window_.show();
+    QTest::qWait(200);
+  }
+
+  void Run() {
+    Grab("start");
+    const QString dimer = ToQString(session_.CurrentFolder);
+    Click("optCntrpiece(1)");
+    Click("cmdPreviewIt");
+    Grab("source-files");
+    window_.Experiments().OpenDropped(
+        {dimer + "/00001.RA1", dimer + "/00002.RA1", dimer + "/00003.RA1"});
+    Tab(1);
+    Grab("loaded-data");
+    Click("cmdEditData(1)");
+    Grab("edit");
+    Tab(1);
+    window_.findChild<QComboBox*>("cmbModel")->setCurrentIndex(2);
+    for (Dataset& dataset : session_.Module.Store.Datasets) dataset.ExtCoeff = 40000.0;
+    Click("cmdSetFit");
+    Grab("fit-control");
+    Click("cmdFitMe");
+    Grab("fit-result");
+    Trigger("mnuExpGraph");
+    Grab("graphs");
+    Trigger("mnuHelpContents");
+    QTest::qWait(200);
+    if (auto* help = window_.findChild<QWidget*>("frmHelp")) {
+      help->grab().save(folder_ + "/help.png");
+    }
+  }
+
+ private:
+  void Grab(const QString& name) {
+    QTest::qWait(150);
+    window_.grab().save(folder_ + "/" + name + ".png");
+  }
+  void Tab(int place) { window_.findChild<QTabWidget*>("dataTab")->setCurrentIndex(place); }
+  void Click(const char* name) { window_.findChild<QAbstractButton*>(name)->click(); }
+  void Trigger(const char* name) { window_.findChild<QAction*>(name)->trigger(); }
+
+  Session& session_;
+  QString folder_;
+  MainWindow window_;
+};
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  if (!qEnvironmentVariableIsSet("QT_QPA_PLATFORM")) qputenv("QT_QPA_PLATFORM", "offscreen");
+  QApplication app(argc, argv);
+  std::setlocale(LC_NUMERIC, "C");
+  QLocale::setDefault(QLocale::c());
+  QApplication::setStyle(QStringLiteral("Fusion"));
+  if (argc != 2) return 2;
+  const std::filesystem::path examples = std::filesystem::path(QUORVANE_SOURCE_DIR) / "examples";
+  const std::filesystem::path settingsFile =
+      std::filesystem::temp_directory_path() / "quorvane-screenshots.ini";
+  std::filesystem::remove(settingsFile);
+  IniSettings settings(settingsFile);
+  QtDialogs dialogs;
+  Session session(settings, dialogs, examples);
+  session.CurrentFolder = examples / "monomer-dimer";
+  std::filesystem::create_directories(argv[1]);
+  Walk(session, QString::fromLocal8Bit(argv[1])).Run();
+  return 0;
+}

@@ -1,0 +1,16 @@
+// A session whose dialogs are scripted and whose files live in a folder of the test.
+#pragma once
+
+#include <filesystem>
+
+#include "scripted_dialogs.h"
+#include "support/temp_folder.h"
+#include "windows/session.h"
+
+class SessionFixture : public testing::Test {
+ protected:
+  TempFolder folder;
+  ScriptedDialogs dialogs;
+  IniSettings settings{folder / "quorvane.ini"};
+  Session session{settings, dialogs, folder.path()};
+};
