@@ -17,6 +17,7 @@ ChartWidget::ChartWidget(QWidget* parent) : QWidget(parent), plot_(new QCustomPl
   auto* layout = new QVBoxLayout(this);
   layout->setContentsMargins(0, 0, 0, 0);
   layout->addWidget(plot_);
+  plot_->setMinimumSize(1, 1);  // a plot squeezed to nothing has nothing to paint on
   plot_->setInteractions(QCP::iRangeZoom);
   plot_->setSelectionRectMode(QCP::srmCustom);
   connect(plot_, &QCustomPlot::mousePress, this,

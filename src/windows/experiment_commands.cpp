@@ -6,7 +6,6 @@
 #include "archive/experiment_session.h"
 #include "core/new_experiment.h"
 #include "core/recent_files.h"
-#include "scan/dataset_files.h"
 #include "windows/busy_pointer.h"
 #include "windows/data_window.h"
 #include "windows/graphs_window.h"
@@ -87,7 +86,7 @@ void ExperimentCommands::Save() {
   AddRecentFile(ToPath(path), session.Settings, windows_.host);
 }
 
-void ExperimentCommands::SaveLoadedData() {
+void ExperimentCommands::SaveLoadedData(SavedSignal signal) {
   Session& session = windows_.session;
   if (!windows_.data.CommitPending() || !NamesCanBeUsed(session.Module.Store, windows_.host))
     return;
@@ -95,8 +94,8 @@ void ExperimentCommands::SaveLoadedData() {
       &windows_.frame, QStringLiteral("Save All Data Sets"), ToQString(session.CurrentFolder));
   if (folder.isEmpty()) return;
   try {
-    ::SaveLoadedData(session.Module.Store, ToPath(folder), SavedSignal::kAsLoaded,
-                     ExistingFiles::kAsk, windows_.host);
+    ::SaveLoadedData(session.Module.Store, ToPath(folder), signal, ExistingFiles::kAsk,
+                     windows_.host);
   } catch (const FileFault& fault) {
     windows_.host.ShowMessage("", fault.what(), MessageIcon::kExclamation);
   }

@@ -4,6 +4,7 @@
 #include <QObject>
 #include <QString>
 
+#include "scan/dataset_files.h"
 #include "windows/window_set.h"
 
 class ExperimentCommands : public QObject {
@@ -17,7 +18,8 @@ class ExperimentCommands : public QObject {
   void LoadAsked(const QString& path);
   void Load(const QString& path);
   void Save();
-  void SaveLoadedData();
+  // A file a dataset, the fitted baseline taken off or not.
+  void SaveLoadedData(SavedSignal signal);
   // Loads scans as "Load Multiple" would, or the first archive among the paths.
   void OpenDropped(const QStringList& paths);
   // Loads the path that the command line named, if it ends in "exz".

@@ -82,7 +82,10 @@ void MainWindow::BuildFileMenu() {
   AddMenu(file, "mnuFileMRU", tr("Recent Files"));
   file->addSeparator();
   AddAction(file, "mnuFileSaveSets", tr("Save Loaded &Data"),
-            [this] { experiments_->SaveLoadedData(); });
+            [this] { experiments_->SaveLoadedData(SavedSignal::kAsLoaded); });
+  AddAction(file, "mnuFileSaveCorrected", tr("Save Offset Corrected Data"), [this] {
+    experiments_->SaveLoadedData(SavedSignal::kBaselineSubtracted);
+  })->setVisible(ShowElectrophoresis);
   AddAction(file, "mnuSaveLog", tr("Save Log &File"), [this] { log_->SaveLog(); });
   file->addSeparator();
   AddAction(file, "mnuFileExit", tr("&Exit"), [this] { close(); })->setShortcut(QKeySequence::Quit);
@@ -222,6 +225,7 @@ void MainWindow::BuildToolBar() {
 void MainWindow::UpdateActions() {
   const QuorvaneModule& module = session_.Module;
   Action("mnuFileSaveSets")->setEnabled(module.Store.NumDatasets() > 0);
+  Action("mnuFileSaveCorrected")->setEnabled(module.Store.NumDatasets() > 0);
   Action("mnuExpGraph")->setEnabled(module.NumGraphs() > 0);
   Action("mnuCanGraphs")->setEnabled(module.NumGraphs() > 0);
   Action("mnuUseBuoyant")->setChecked(module.UseBuoyantMW);

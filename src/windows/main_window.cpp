@@ -59,6 +59,7 @@ MainWindow::MainWindow(Session& session, QWidget* parent)
   setObjectName("frmMain");
   setWindowTitle(tr("Quorvane"));
   setWindowIcon(AppIcon());
+  setAcceptDrops(true);
   setCentralWidget(area_);
   status_->setObjectName("sbStatusBar");
   statusBar()->addWidget(status_, 1);
@@ -151,9 +152,13 @@ void MainWindow::RestorePlace() {
     frame.setHeight(std::max(frame.height(), metrics.height() * 50));
     frame.moveTopLeft(screen.topLeft());
   }
-  frame.setSize(frame.size().boundedTo(screen.size()));
-  frame.moveLeft(std::clamp(frame.left(), screen.left(), screen.right() + 1 - frame.width()));
-  frame.moveTop(std::clamp(frame.top(), screen.top(), screen.bottom() + 1 - frame.height()));
+  // The window manager's frame stays on the screen too.
+  const int title = style()->pixelMetric(QStyle::PM_TitleBarHeight);
+  const int border = style()->pixelMetric(QStyle::PM_MdiSubWindowFrameWidth);
+  const QRect room = screen.adjusted(border, title, -border, -border);
+  frame.setSize(frame.size().boundedTo(room.size()));
+  frame.moveLeft(std::clamp(frame.left(), room.left(), room.right() + 1 - frame.width()));
+  frame.moveTop(std::clamp(frame.top(), room.top(), room.bottom() + 1 - frame.height()));
   setGeometry(frame);
 }
 

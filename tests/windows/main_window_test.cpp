@@ -1,7 +1,11 @@
 #include <QComboBox>
+#include <QDropEvent>
+#include <QLabel>
 #include <QLineEdit>
 #include <QMenu>
+#include <QMimeData>
 #include <QTimer>
+#include <QUrl>
 
 #include "base/files.h"
 #include "core/recent_files.h"
@@ -105,7 +109,7 @@ TEST_F(MainWindowTest, ConstantsAreRefusedWithTheirBoxes) {
   EXPECT_EQ(session.Module.MCTolerance, 10.0);
 }
 
-TEST_F(MainWindowTest, NewAskesOnlyForAnOpenExperiment) {
+TEST_F(MainWindowTest, NewAsksOnlyForAnOpenExperiment) {
   SetUpExample();
   dialogs.yesNo = {false, true};
   Trigger("mnuFileNew");
@@ -173,4 +177,71 @@ TEST(ScreenRefusal, KnowsTheSmallestScreens) {
     EXPECT_EQ(ScreenRefusal(test.screen).has_value(), test.refused)
         << test.screen.width << " " << test.screen.pixelsPerInchX;
   }
+}
+
+TEST_F(MainWindowTest, ClosingDuringAFitStopsItFirst) {
+  const QString scan = ToQString(kExamples / "monomer-dimer" / "00001.RA1");
+  window->Experiments().OpenDropped(QStringList(60, scan));
+  Find<QComboBox>("cmbModel")->setCurrentIndex(2);
+  Click("cmdSetFit");
+  dialogs.yesNo = {false, true};
+  int closes = 0;
+  QTimer timer;
+  QObject::connect(&timer, &QTimer::timeout, window.get(), [&] {
+    if (!session.Module.Fit.FitKeepGoing || closes > 1) return;
+    ++closes;
+    EXPECT_FALSE(window->close());
+  });
+  timer.start(0);
+  Click("cmdFitMe");
+  EXPECT_EQ(closes, 2);
+  QTest::qWait(10);
+  EXPECT_FALSE(window->isVisible());
+  EXPECT_EQ(dialogs.questions.size(), 2U);  // not asked again
+}
+
+TEST_F(MainWindowTest, FilesDroppedAnywhereAreLoaded) {
+  QMimeData files;
+  files.setUrls({QUrl::fromLocalFile(ToQString(kExamples / "hetero" / "00001.RA8")),
+                 QUrl::fromLocalFile(ToQString(folder.path())),
+                 QUrl::fromLocalFile(ToQString(folder.Write("picture.png", "\x89PNG\r\n\x1A\n")))});
+  QWidget* log = Find<QTextEdit>("logFile")->viewport();
+  QDragEnterEvent enter(QPoint(5, 5), Qt::CopyAction, &files, Qt::LeftButton, Qt::NoModifier);
+  QCoreApplication::sendEvent(log, &enter);
+  QDropEvent drop(QPointF(5, 5), Qt::CopyAction, &files, Qt::LeftButton, Qt::NoModifier);
+  QCoreApplication::sendEvent(log, &drop);
+  EXPECT_TRUE(drop.isAccepted());
+  EXPECT_EQ(session.Module.Store.NumDatasets(), 0);  // not before the drop has ended
+  QTest::qWait(1);
+  EXPECT_EQ(session.Module.Store.NumDatasets(), 1);
+  ASSERT_EQ(dialogs.messages.size(), 1U);
+  EXPECT_TRUE(dialogs.messages[0].text.contains("picture.png"));
+  EXPECT_FALSE(LogText().contains("file://"));
+}
+
+TEST_F(MainWindowTest, AFailedSaveLeavesEverything) {
+  SetUpExample();
+  dialogs.files = {ToQString(folder / "no such folder" / "a.exz"), QString()};
+  Trigger("mnuFileSave");
+  ASSERT_EQ(dialogs.messages.size(), 1U);
+  EXPECT_TRUE(dialogs.messages[0].text.startsWith("The experiment was not saved!"));
+  EXPECT_EQ(session.Module.Store.NumDatasets(), 9);
+  Trigger("mnuFileSave");  // a cancel says nothing
+  EXPECT_EQ(dialogs.messages.size(), 1U);
+  dialogs.files = {ToQString(folder / "gone")};
+  Trigger("mnuFileSaveSets");
+  EXPECT_EQ(dialogs.messages.size(), 2U);
+}
+
+TEST_F(MainWindowTest, HelpAndAboutOpen) {
+  Trigger("mnuHelpContents");
+  auto* guide = Find<QTextEdit>("txtHelp");
+  EXPECT_TRUE(guide->toPlainText().contains("channels.txt"));
+  Find<QLineEdit>("txtSearch")->setText("isodesmic");
+  QTest::keyClick(Find<QLineEdit>("txtSearch"), Qt::Key_Return);
+  EXPECT_EQ(guide->textCursor().selectedText().toLower(), "isodesmic");
+  Trigger("mnuHelpAbout");
+  EXPECT_TRUE(Find<QLabel>("lblVersion")->text().contains("1.0.0"));
+  Trigger("mnuFileClose");
+  EXPECT_EQ(dialogs.messages.back().text, "Add 'mnuFileClose_Click' code.");
 }

@@ -1,5 +1,5 @@
 // Takes the pictures of docs/images: walks the main road with the example and grabs each window.
-// Usage: screenshots FOLDER (run by scripts/screenshots).
+// Usage: screenshots FOLDER [dark] (run by scripts/screenshots).
 #include <QAbstractButton>
 #include <QAction>
 #include <QApplication>
@@ -68,6 +68,14 @@ class Walk {
   MainWindow window_;
 };
 
+// As a dark desktop gives it.
+QPalette DarkPalette() {
+  QPalette palette(QColor(53, 53, 53));
+  palette.setColor(QPalette::Base, QColor(35, 35, 35));
+  palette.setColor(QPalette::Highlight, QColor(42, 130, 218));
+  return palette;
+}
+
 }  // namespace
 
 int main(int argc, char** argv) {
@@ -76,7 +84,8 @@ int main(int argc, char** argv) {
   std::setlocale(LC_NUMERIC, "C");
   QLocale::setDefault(QLocale::c());
   QApplication::setStyle(QStringLiteral("Fusion"));
-  if (argc != 2) return 2;
+  if (argc != 2 && argc != 3) return 2;
+  if (argc == 3) QApplication::setPalette(DarkPalette());
   const std::filesystem::path examples = std::filesystem::path(QUORVANE_SOURCE_DIR) / "examples";
   const std::filesystem::path settingsFile =
       std::filesystem::temp_directory_path() / "quorvane-screenshots.ini";
