@@ -44,7 +44,8 @@ LogWindow::LogWindow(Session& session, QWidget* parent) : QWidget(parent), sessi
 void LogWindow::BuildWidgets() {
   setObjectName("frmDocument");
   setWindowTitle(tr("Log"));
-  logFile_ = new LogEdit([this] { return session_.Calculating; });
+  // The editor asks until its own end, when this window is no LogWindow any more.
+  logFile_ = new LogEdit([&session = session_] { return session.Calculating; });
   logFile_->setObjectName("logFile");
   logFile_->setAccessibleName(tr("Log"));
   sbDocument_ = new QLabel;
