@@ -106,12 +106,13 @@ void TakeUp(ReadExperiment&& read, const fs::path& path, QuorvaneModule& module,
 
 }  // namespace
 
-bool SaveExperiment(QuorvaneModule& module, const fs::path& path, SessionHost& host) {
+bool SaveExperiment(QuorvaneModule& module, int modelIndex, const fs::path& path,
+                    SessionHost& host) {
   if (module.Store.Datasets.empty()) {
     host.ShowMessage("", "There is nothing to save!", MessageIcon::kStop);
     return false;
   }
-  module.FitPage.ModelIndex = module.Setup.ModelIndex;
+  module.FitPage.ModelIndex = modelIndex;
   try {
     WriteExperimentFile(path, ExperimentOf(module, path, host));
     return true;

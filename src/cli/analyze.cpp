@@ -139,7 +139,8 @@ bool Begin(const Job& job, const CommandStreams& streams, QuorvaneModule& module
 ExitStatus SaveSession(const Job& job, const AnalyzeArguments& arguments, QuorvaneModule& module,
                        TerminalHost& host) {
   if (!arguments.log.empty()) WriteWholeFile(PathFromText(arguments.log), host.LogAsRtf());
-  if (!job.output.archive || SaveExperiment(module, *job.output.archive, host)) {
+  if (!job.output.archive ||
+      SaveExperiment(module, module.Setup.ModelIndex, *job.output.archive, host)) {
     return ExitStatus::kDone;
   }
   return module.Store.Datasets.empty() ? ExitStatus::kNotDone : ExitStatus::kFileFault;

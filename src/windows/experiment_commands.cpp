@@ -9,6 +9,7 @@
 #include "windows/busy_pointer.h"
 #include "windows/data_window.h"
 #include "windows/graphs_window.h"
+#include "windows/loaded_data_tab.h"
 #include "windows/log_window.h"
 #include "windows/session.h"
 #include "windows/source_files_tab.h"
@@ -72,7 +73,7 @@ void ExperimentCommands::Load(const QString& path) {
 void ExperimentCommands::Save() {
   Session& session = windows_.session;
   if (session.Module.Store.Datasets.empty()) {  // says so before a name is asked for
-    SaveExperiment(session.Module, {}, windows_.host);
+    SaveExperiment(session.Module, 0, {}, windows_.host);
     return;
   }
   if (!windows_.data.CommitPending()) return;
@@ -81,7 +82,9 @@ void ExperimentCommands::Save() {
       {QStringLiteral("Save"), ToQString(session.CurrentFolder), kArchiveFilter, {}});
   if (path.isEmpty()) return;
   const BusyPointer busy;
-  if (!SaveExperiment(session.Module, ToPath(path), windows_.host)) return;
+  if (!SaveExperiment(session.Module, windows_.data.LoadedData().ModelIndex(), ToPath(path),
+                      windows_.host))
+    return;
   ChangeFolder(path);
   AddRecentFile(ToPath(path), session.Settings, windows_.host);
 }

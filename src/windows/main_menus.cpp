@@ -15,6 +15,7 @@
 #include "windows/main_window.h"
 #include "windows/option_commands.h"
 #include "windows/result_panel.h"
+#include "windows/source_files_tab.h"
 
 namespace {
 
@@ -86,7 +87,9 @@ void MainWindow::BuildFileMenu() {
   AddAction(file, "mnuFileSaveCorrected", tr("Save Offset Corrected Data"), [this] {
     experiments_->SaveLoadedData(SavedSignal::kBaselineSubtracted);
   })->setVisible(ShowElectrophoresis);
-  AddAction(file, "mnuSaveLog", tr("Save Log &File"), [this] { log_->SaveLog(); });
+  AddAction(file, "mnuSaveLog", tr("Save Log &File"), [this] {
+    if (log_->SaveLog()) data_->SourceFiles().RefreshDirectory();
+  });
   file->addSeparator();
   AddAction(file, "mnuFileExit", tr("&Exit"), [this] { close(); })->setShortcut(QKeySequence::Quit);
   connect(file, &QMenu::aboutToShow, this, &MainWindow::BuildRecentFiles);

@@ -140,34 +140,35 @@ void MainWindow::SetCalculating(bool on) {
   graphs_->setEnabled(!on);
 }
 
+// Place and size as Qt counts them: the corner of the frame with its title, the size without.
 void MainWindow::RestorePlace() {
   const WindowPlace place = LoadWindowPlace(session_.Settings);
   const QRect screen = QGuiApplication::primaryScreen()->availableGeometry();
-  QRect frame(ToPixels(place.MainLeft), ToPixels(place.MainTop), ToPixels(place.MainWidth),
-              ToPixels(place.MainHeight));
-  const bool stored = session_.Settings.Get("Settings", "MainWidth").has_value();
-  if (!stored) {  // the first start: data window and log stand side by side
+  QPoint corner(ToPixels(place.MainLeft), ToPixels(place.MainTop));
+  QSize size(ToPixels(place.MainWidth), ToPixels(place.MainHeight));
+  if (!session_.Settings.Get("Settings", "MainWidth")) {
+    // The first start: data window and log stand side by side.
     const QFontMetrics metrics = fontMetrics();
-    frame.setWidth(std::max(frame.width(), metrics.averageCharWidth() * 230));
-    frame.setHeight(std::max(frame.height(), metrics.height() * 50));
-    frame.moveTopLeft(screen.topLeft());
+    size = size.expandedTo({metrics.averageCharWidth() * 230, metrics.height() * 50});
+    corner = screen.topLeft();
   }
-  // The window manager's frame stays on the screen too.
-  const int title = style()->pixelMetric(QStyle::PM_TitleBarHeight);
   const int border = style()->pixelMetric(QStyle::PM_MdiSubWindowFrameWidth);
-  const QRect room = screen.adjusted(border, title, -border, -border);
-  frame.setSize(frame.size().boundedTo(room.size()));
-  frame.moveLeft(std::clamp(frame.left(), room.left(), room.right() + 1 - frame.width()));
-  frame.moveTop(std::clamp(frame.top(), room.top(), room.bottom() + 1 - frame.height()));
-  setGeometry(frame);
+  const QSize chrome(2 * border, style()->pixelMetric(QStyle::PM_TitleBarHeight) + border);
+  size = size.boundedTo(screen.size() - chrome);
+  const QSize spare = screen.size() - chrome - size;
+  corner.setX(std::clamp(corner.x(), screen.left(), screen.left() + spare.width()));
+  corner.setY(std::clamp(corner.y(), screen.top(), screen.top() + spare.height()));
+  move(corner);
+  resize(size);
 }
 
 void MainWindow::SavePlace() {
   if (isMinimized()) return;
-  const QRect frame = isMaximized() ? normalGeometry() : geometry();
-  SaveWindowPlace({ToTwips(frame.left()), ToTwips(frame.top()), ToTwips(frame.width()),
-                   ToTwips(frame.height())},
-                  session_.Settings, *host_);
+  const QPoint corner = isMaximized() ? normalGeometry().topLeft() : pos();
+  const QSize frame = isMaximized() ? normalGeometry().size() : size();
+  SaveWindowPlace(
+      {ToTwips(corner.x()), ToTwips(corner.y()), ToTwips(frame.width()), ToTwips(frame.height())},
+      session_.Settings, *host_);
 }
 
 void MainWindow::showEvent(QShowEvent* event) {
