@@ -1,5 +1,6 @@
 #include "cli/analyze.h"
 
+#include <algorithm>
 #include <ostream>
 
 #include "archive/experiment_session.h"
@@ -68,7 +69,8 @@ std::string PictureName(const FitState& fit, const std::vector<Dataset>& dataset
          kSuffixes[static_cast<std::size_t>(format)];
 }
 
-void WritePictures(const Job& job, const QuorvaneModule& module) {
+ExitStatus WritePictures(const Job& job, const QuorvaneModule& module) {
+  if (!job.output.graphsFolder) return ExitStatus::kDone;
   const fs::path& folder = *job.output.graphsFolder;
   MakeFolder(folder);
   const OffscreenDrawing drawing;
@@ -78,24 +80,50 @@ void WritePictures(const Job& job, const QuorvaneModule& module) {
         PictureName(module.Fit, module.Store.Datasets, set, job.output.graphsFormat);
     WriteWholeFile(folder / PathFromText(name), RenderChart(chart, job.output.graphsFormat));
   }
+  return ExitStatus::kDone;
 }
 
-ExitStatus WriteOutputs(const Job& job, const QuorvaneModule& module, const FitOutcome& outcome,
-                        TerminalHost& host) {
-  ExitStatus status = ExitStatus::kDone;
-  if (job.output.dataFolder) {
-    MakeFolder(*job.output.dataFolder);
-    if (!SaveLoadedData(module.Store, *job.output.dataFolder, SavedSignal::kAsLoaded,
-                        ExistingFiles::kReplace, host)) {
-      status = ExitStatus::kNotDone;
-    }
+// Runs `write`; a file fault is told and does not keep the other outputs from being written.
+template <class Write>
+ExitStatus Guarded(Host& host, Write&& write) {
+  try {
+    return write();
+  } catch (const FileFault& fault) {
+    host.ReportFailure(fault.what());
+    return ExitStatus::kFileFault;
   }
-  if (!job.fit || outcome.ending != FitEnding::kFinished) return status;
+}
+
+ExitStatus WriteData(const Job& job, const QuorvaneModule& module, Host& host) {
+  if (!job.output.dataFolder) return ExitStatus::kDone;
+  MakeFolder(*job.output.dataFolder);
+  const bool saved = SaveLoadedData(module.Store, *job.output.dataFolder, SavedSignal::kAsLoaded,
+                                    ExistingFiles::kReplace, host);
+  return saved ? ExitStatus::kDone : ExitStatus::kNotDone;
+}
+
+ExitStatus WriteTable(const Job& job, const QuorvaneModule& module) {
   if (job.output.table) {
     WriteWholeFile(*job.output.table, FitTable(module.Fit, module.Store.Datasets));
   }
-  if (job.output.graphsFolder) WritePictures(job, module);
-  return status;
+  return ExitStatus::kDone;
+}
+
+// The worst of several endings: a file fault, then what was not done.
+ExitStatus Worst(std::initializer_list<ExitStatus> endings) {
+  return std::max(endings);
+}
+
+// The outputs that show the fit; `fitted` if there is a finished one.
+ExitStatus WriteFit(const Job& job, const QuorvaneModule& module, bool fitted, Host& host) {
+  if (!fitted) {
+    if (job.output.table || job.output.graphsFolder) {
+      host.ReportFailure("There is no finished fit: table and graphs are not written.");
+    }
+    return ExitStatus::kDone;
+  }
+  return Worst({Guarded(host, [&] { return WriteTable(job, module); }),
+                Guarded(host, [&] { return WritePictures(job, module); })});
 }
 
 // Confidence intervals and correlation coefficients of a finished fit, into the log and `json`.
@@ -135,15 +163,24 @@ bool Begin(const Job& job, const CommandStreams& streams, QuorvaneModule& module
   return true;
 }
 
-// The whole session as an archive, and its log.
-ExitStatus SaveSession(const Job& job, const AnalyzeArguments& arguments, QuorvaneModule& module,
-                       TerminalHost& host) {
-  if (!arguments.log.empty()) WriteWholeFile(PathFromText(arguments.log), host.LogAsRtf());
+// The whole session as an archive.
+ExitStatus SaveSession(const Job& job, QuorvaneModule& module, TerminalHost& host) {
   if (!job.output.archive ||
       SaveExperiment(module, module.Setup.ModelIndex, *job.output.archive, host)) {
     return ExitStatus::kDone;
   }
   return module.Store.Datasets.empty() ? ExitStatus::kNotDone : ExitStatus::kFileFault;
+}
+
+Json ResultsJson(const Job& job, const QuorvaneModule& module, const FitOutcome& outcome,
+                 const Json& analysis, const TerminalHost& host) {
+  Json json = DocumentHead();
+  json["constants"] = ConstantsJson(module);
+  json["datasets"] = DatasetsJson(module.Store.Datasets);
+  if (job.fit) json["fit"] = FitJson(module, outcome);
+  json.update(analysis);
+  json["log"] = host.Log();
+  return json;
 }
 
 }  // namespace
@@ -163,19 +200,18 @@ ExitStatus RunAnalyze(const AnalyzeArguments& arguments, const CommandStreams& s
   if (job.fit) outcome = Fit(job, module, host);
   Json analysis;  // of the errors of the fit
   const ExitStatus analysed = AnalyseErrors(job, outcome, module, analysis, host);
-  const ExitStatus written = WriteOutputs(job, module, outcome, host);
-  const ExitStatus saved = SaveSession(job, arguments, module, host);
+  const bool fitted = job.fit && outcome.ending == FitEnding::kFinished;
+  const ExitStatus saved = SaveSession(job, module, host);
+  const ExitStatus written = Worst({Guarded(host, [&] { return WriteData(job, module, host); }),
+                                    WriteFit(job, module, fitted, host)});
+  const ExitStatus logged = Guarded(host, [&] {
+    if (!arguments.log.empty()) WriteWholeFile(PathFromText(arguments.log), host.LogAsRtf());
+    return ExitStatus::kDone;
+  });
   if (!arguments.json.empty()) {
-    Json json = DocumentHead();
-    json["constants"] = ConstantsJson(module);
-    json["datasets"] = DatasetsJson(module.Store.Datasets);
-    if (job.fit) json["fit"] = FitJson(module, outcome);
-    json.update(analysis);
-    json["log"] = host.Log();
-    WriteWholeFile(PathFromText(arguments.json), JsonText(json));
+    WriteWholeFile(PathFromText(arguments.json),
+                   JsonText(ResultsJson(job, module, outcome, analysis, host)));
   }
-  if (saved == ExitStatus::kFileFault) return saved;
-  if (job.fit && outcome.ending != FitEnding::kFinished) return StatusOf(outcome.ending);
-  if (analysed != ExitStatus::kDone) return analysed;
-  return written != ExitStatus::kDone ? written : saved;
+  const ExitStatus fit = job.fit ? StatusOf(outcome.ending) : ExitStatus::kDone;
+  return Worst({fit, analysed, saved, written, logged});
 }

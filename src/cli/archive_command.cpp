@@ -1,5 +1,6 @@
 #include "cli/archive_command.h"
 
+#include <cmath>
 #include <ostream>
 
 #include "archive/experiment_file.h"
@@ -60,7 +61,9 @@ void PrintExperiment(const Experiment& experiment, const LogDocument& log, std::
   out << "Layout: " << LayoutName(experiment) << " (" << experiment.layout << ")\n"
       << "Directory: " << DirectoryText(experiment) << "\n\nParameter page\n";
   for (const auto& [name, field] : kPageFields) {
-    out << "  " << name << " = " << FormatParam(experiment.FitPage.*field) << '\n';
+    const double value = experiment.FitPage.*field;
+    out << "  " << name << " = " << (std::isfinite(value) ? FormatParam(value) : "no number")
+        << '\n';
   }
   out << "\nDatasets\n";
   PrintDatasetTable(experiment.Datasets, out);

@@ -131,6 +131,7 @@ Command AddSimulate(CLI::App& app) {
   command->add_option("--json", arguments->json, "Write profile and species to this file")
       ->type_name("OUT.json");
   command->add_option("--seed", arguments->seed, "Seed of the noise; default from the clock")
+      ->check(CLI::NonNegativeNumber)
       ->type_name("N");
   command->footer(
       "Keys of the job, with the defaults of the simulator's window:\n"

@@ -43,7 +43,7 @@ void PrintDatasetTable(const std::vector<Dataset>& datasets, std::ostream& out) 
                      std::to_string(dataset.Wavelength),
                      FormatNumber(static_cast<double>(dataset.Temperature), "0.0"),
                      FormatNumber(dataset.RefRadius, "0.0000"),
-                     FormatNumber(dataset.R.front(), "0.0000"),
+                     FormatNumber(FirstRadius(dataset), "0.0000"),
                      FormatNumber(LastRadius(dataset), "0.0000")},
                     nameWidth)
         << '\n';

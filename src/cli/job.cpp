@@ -294,6 +294,9 @@ std::unique_ptr<ParsedJob> ReadJob(const fs::path& path) {
   job.fit = ReadFit(root);
   job.confidence = ReadConfidence(root);
   ReadCrossCorrelation(root, job);
+  for (const char* table : {"confidence", "cross_correlation"}) {
+    if (!job.fit && root.Has(table)) root.Fail(table, "it needs a [fit]");
+  }
   job.output = ReadOutput(root, folder);
   root.RefuseUnknownKeys();
   return parsed;

@@ -87,7 +87,7 @@ ExitStatus RunSimulate(const SimulateArguments& arguments, const CommandStreams&
   Simulator simulator;
   SimInputs& inputs = simulator.Inputs;
   inputs.model = ReadModel(job);
-  inputs.kDisplay = ReadKDisplay(job);
+  SetKDisplay(inputs, ReadKDisplay(job));
   inputs.saveAs = ReadFileKind(job);
   ReadEntries(job, inputs);
   job.RefuseUnknownKeys();
@@ -96,6 +96,7 @@ ExitStatus RunSimulate(const SimulateArguments& arguments, const CommandStreams&
   TerminalHost host(streams, true, keepGoing);
   UniformSource uniform(arguments.seed.value_or(SeedFromClock()));
   const SimOutcome outcome = Simulate(simulator, uniform, host);
+  streams.err << host.Log();  // "Singular matrix" and its like; standard output is the scan's
   if (!outcome.ok) return ExitStatus::kNotDone;
   if (arguments.output.empty()) {
     streams.out << simulator.Text;

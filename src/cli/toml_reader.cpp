@@ -133,7 +133,7 @@ std::optional<TableReader> TableReader::Table(std::string_view key) {
 void TableReader::Fail(std::string_view key, const std::string& why) const {
   const toml::node* node = table_->get(key);
   const auto line = (node != nullptr ? node->source() : table_->source()).begin.line;
-  std::string place = file_ + ":" + std::to_string(line) + ": ";
+  std::string place = file_ + ":" + (line > 0 ? std::to_string(line) + ":" : "") + " ";
   if (!name_.empty()) place += name_ + ".";
   throw JobFault(place + std::string(key) + ": " + why);
 }

@@ -1,11 +1,20 @@
 #include "core/new_experiment.h"
 
+#include "base/arithmetic.h"
 #include "base/files.h"
 #include "base/host.h"
+#include "fit/fit_setup.h"
 
 void StartNewExperiment(QuorvaneModule& module) {
   if (module.ExperimentOpen) module.GraphStreams.clear();
-  module.Store = {};
+  module.Store.Datasets.clear();  // HeaderLine belongs to the file that is still selected
+  module.Store.UseData.clear();
+  if (module.Setup.ConstrainKRatios) {
+    try {
+      ReleaseRatios(module.Setup, module.FitPage, module.FitPage.ModelLnK1);
+    } catch (const ArithmeticFault&) {  // ratios without a logarithm: new ones are typed anyway
+    }
+  }
   const int model = module.Setup.ModelIndex;
   module.Setup = {};
   module.Setup.ModelIndex = model;

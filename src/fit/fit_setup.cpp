@@ -34,7 +34,6 @@ bool SetupFit(FitSetup& setup, FitPage& page, const DatasetStore& store, int mod
     host.ShowMessage("No Sets Chosen", "No datasets were chosen to be fitted!", MessageIcon::kNone);
     return false;
   }
-  if (setup.ConstrainKRatios) ReleaseRatios(setup, page, page.ModelLnK1);
   const std::size_t n = fresh.FitSetList.size();
   fresh.ModelIndex = modelIndex;
   fresh.NumFitSets = static_cast<std::int16_t>(n);
@@ -47,8 +46,19 @@ bool SetupFit(FitSetup& setup, FitPage& page, const DatasetStore& store, int mod
   fresh.chkOffset.assign(n, CheckState::kChecked);
   fresh.chkRefC.assign(n, CheckState::kChecked);
   fresh.chkRefC2.assign(n, CheckState::kChecked);
+  if (setup.ConstrainKRatios) ReleaseRatios(setup, page, page.ModelLnK1);
   setup = std::move(fresh);
   return true;
+}
+
+void ForgetChosenSets(FitSetup& setup) {
+  setup.NumFitSets = 0;
+  setup.FitSetList.clear();
+  setup.RefLink.clear();
+  setup.SetCellChannel.clear();
+  setup.chkOffset.clear();
+  setup.chkRefC.clear();
+  setup.chkRefC2.clear();
 }
 
 void ConstrainRatios(FitSetup& setup) {

@@ -45,6 +45,9 @@ struct FitSetup {
 bool SetupFit(FitSetup& setup, FitPage& page, const DatasetStore& store, int modelIndex,
               Host& host);
 
+// Forgets which datasets were chosen and how they are linked: after that a fit needs "Setup Fit".
+void ForgetChosenSets(FitSetup& setup);
+
 // Takes ModelLnK2 and ModelLnK3 for the ratios K2/K1 and K3/K1, which are then held.
 void ConstrainRatios(FitSetup& setup);
 

@@ -49,6 +49,10 @@ bool IsBlanked(const Dataset& dataset) {
   return Trim(dataset.Comment2.View()).ends_with("BL");
 }
 
+double FirstRadius(const Dataset& dataset) {
+  return dataset.NumPoints == 0 ? 0.0 : dataset.R.front();
+}
+
 double LastRadius(const Dataset& dataset) {
   return dataset.NumPoints == 0 ? 0.0 : dataset.R[static_cast<std::size_t>(dataset.NumPoints - 1)];
 }

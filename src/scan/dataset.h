@@ -72,7 +72,8 @@ bool IsBlank(const Dataset& dataset);
 // Whether a blank was subtracted: the trimmed Comment2 ends in "BL".
 bool IsBlanked(const Dataset& dataset);
 
-// Radius of the last point, cm; 0 for a record without points.
+// Radius of the first and of the last point, cm; 0 for a record without points.
+double FirstRadius(const Dataset& dataset);
 double LastRadius(const Dataset& dataset);
 
 // Points in use.

@@ -81,6 +81,11 @@ SimInputs DefaultInputs() {
   return inputs;
 }
 
+void SetKDisplay(SimInputs& inputs, KDisplay display) {
+  inputs.kDisplay = display;
+  for (const SimBox box : kConstantBoxes) StoreConstant(inputs, box);
+}
+
 double NumberIn(const SimInputs& inputs, SimBox box) {
   return ParseNumeric(inputs.Text(box)).value();
 }

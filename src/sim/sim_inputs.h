@@ -30,6 +30,9 @@ struct SimInputs {
 // The inputs of a simulator that was just opened.
 SimInputs DefaultInputs();
 
+// Reads the entries for K by another display from here on, and stores K1 to K3 anew.
+void SetKDisplay(SimInputs& inputs, KDisplay display);
+
 // The number in a box, whose text is valid.
 double NumberIn(const SimInputs& inputs, SimBox box);
 

@@ -75,7 +75,6 @@ void DataWindow::ConnectTabs() {
 
 void DataWindow::ShowNewStore() {
   loaded_->Rebuild();
-  loaded_->SelectModel(session_.Module.Setup.ModelIndex);
   results_->Clear();
   edit_->SetChart({});
   UpdateTabs();
@@ -88,7 +87,8 @@ void DataWindow::RefreshDisplay() {
 }
 
 bool DataWindow::CommitPending() {
-  return loaded_->CommitPending() && control_->CommitPending();
+  return loaded_->CommitPending() &&
+         (!dataTab_->isTabEnabled(kFitControl) || control_->CommitPending());
 }
 
 void DataWindow::SetCalculating(bool on) {
@@ -96,10 +96,13 @@ void DataWindow::SetCalculating(bool on) {
   source_->setEnabled(!on);
   loaded_->SetCalculating(on);
   control_->SetCalculating(on);
+  results_->setEnabled(!on);
 }
 
 // A new store needs "Setup Fit" before it can be fitted.
 void DataWindow::UpdateTabs() {
+  ForgetChosenSets(session_.Module.Setup);
+  control_->ShowValues();  // a text that was not stored goes with the old page
   datasets_ = session_.Module.Store.NumDatasets();
   const bool any = datasets_ > 0;
   dataTab_->setTabEnabled(kLoadedData, any);
@@ -119,6 +122,9 @@ void DataWindow::AfterStoreChange() {
     results_->Clear();
     edit_->SetChart({});
     UpdateTabs();
+  } else {
+    control_->ShowValues();
+    results_->Redraw();
   }
   emit DatasetsChanged();
 }

@@ -1,5 +1,6 @@
 #include "windows/experiment_commands.h"
 
+#include <QDir>
 #include <QFileInfo>
 #include <QGuiApplication>
 
@@ -59,13 +60,15 @@ void ExperimentCommands::LoadAsked(const QString& path) {
   }
 }
 
-void ExperimentCommands::Load(const QString& path) {
+void ExperimentCommands::Load(const QString& name) {
   const BusyPointer busy;
+  const QString path = QDir::cleanPath(QFileInfo(name).absoluteFilePath());
   Session& session = windows_.session;
   if (!LoadExperiment(session.Module, ToPath(path), windows_.host)) return;
   ChangeFolder(path);
   AddRecentFile(ToPath(path), session.Settings, windows_.host);
   windows_.data.ShowNewStore();
+  windows_.data.LoadedData().SelectModel(session.Module.Setup.ModelIndex);
   windows_.log.MoveToEnd();
   emit ExperimentChanged();
 }
@@ -110,7 +113,7 @@ void ExperimentCommands::OpenDropped(const QStringList& paths) {
     LoadAsked(path);
     return;
   }
-  windows_.data.SourceFiles().LoadFiles(paths);
+  if (windows_.data.CommitPending()) windows_.data.SourceFiles().LoadFiles(paths);
 }
 
 void ExperimentCommands::OpenArgument(const QString& argument) {

@@ -16,6 +16,7 @@ void FitCommands::RunFit() {
   Session& session = windows_.session;
   if (session.Calculating || !windows_.data.CommitPending()) return;
   session.Calculating = true;
+  session.StopRequested = false;
   emit CalculatingChanged(true);
   FitOutcome outcome;
   {
@@ -24,8 +25,9 @@ void FitCommands::RunFit() {
   }
   session.Calculating = false;
   emit CalculatingChanged(false);
+  // A fault in the report comes after the values were taken over.
+  windows_.data.FitControl().ShowValues();
   if (outcome.ending == FitEnding::kFinished) {
-    windows_.data.FitControl().ShowValues();
     windows_.data.FitControl().SetFitDone(true);
     windows_.data.Results().ShowFit();
     windows_.graphs.Refresh();
@@ -35,5 +37,6 @@ void FitCommands::RunFit() {
 }
 
 void FitCommands::Stop() {
+  windows_.session.StopRequested = true;
   windows_.session.Module.Fit.FitKeepGoing = false;
 }

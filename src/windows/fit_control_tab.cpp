@@ -39,7 +39,7 @@ FitControlTab::FitControlTab(Session& session, SessionHost& host, QWidget* paren
 }
 
 void FitControlTab::BuildWidgets() {
-  cmdFitMe_ = MakeButton("cmdFitMe", tr("&Fit"), tr("Fit the checked parameters"));
+  cmdFitMe_ = MakeButton("cmdFitMe", tr("F&it"), tr("Fit the checked parameters"));
   cmdCalcCI_ = MakeButton("cmdCalcCI", tr("&Confidence Intervals..."),
                           tr("Confidence intervals of the shared parameters"));
   cmdShowCCCs_ = MakeButton("cmdShowCCCs", tr("C&ross-Correlation..."),
@@ -141,6 +141,8 @@ bool FitControlTab::CommitPending() {
 }
 
 void FitControlTab::SetCalculating(bool on) {
+  if (on) focused_ = focusWidget();
   top_->setEnabled(!on);
   rows_->SetContentEnabled(!on);
+  if (!on && focused_ != nullptr) focused_->setFocus();
 }

@@ -1,6 +1,7 @@
 // The tab "Fit Control" of frmData: the parameter page, on which a fit is stated.
 #pragma once
 
+#include <QPointer>
 #include <QWidget>
 
 class FitRows;
@@ -59,4 +60,5 @@ class FitControlTab : public QWidget {
   QPushButton* cmdFitMe_;
   QPushButton* cmdCalcCI_;
   QPushButton* cmdShowCCCs_;
+  QPointer<QWidget> focused_;  // before the calculation that runs
 };

@@ -57,6 +57,16 @@ void FitRows::ShowValues() {
   }
 }
 
+bool FitRows::CommitRows() {
+  for (const FitRow& row : rows_) {
+    for (QWidget* control : row.All()) {
+      auto* box = qobject_cast<ValueBox*>(control);
+      if (box != nullptr && !box->Commit()) return false;
+    }
+  }
+  return true;
+}
+
 void FitRows::ShowParts() {
   const FitSetup& setup = session_.Module.Setup;
   const PageParts parts = PartsOf(setup);
@@ -137,6 +147,8 @@ void FitRows::ConnectBoxes(int row) {
         [&value](const Dataset& dataset) { return TextOf(value, dataset); });
     if (value.spreads) {
       connect(&box, &ValueBox::CtrlClicked, this, [this, &value, row] {
+        if (!CommitRows())
+          return;  // a box left by this very click may not have stored its text yet
         CopyToRowsBelow(value, session_.Module, row);
         ShowValues();
       });
@@ -167,7 +179,7 @@ void FitRows::ConnectCheck(PageCheckBox& box, std::vector<CheckState> FitSetup::
   });
   connect(&box, &PageCheckBox::CtrlReleased, this, [this, states, row] {
     CopyToRowsBelow(session_.Module.Setup.*states, row);
-    ShowValues();
+    if (CommitRows()) ShowValues();
   });
 }
 

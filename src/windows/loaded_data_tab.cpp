@@ -216,6 +216,7 @@ void LoadedDataTab::AddRow() {
 }
 
 void LoadedDataTab::RemoveLastRow() {
+  rows_.back().txtLoadData->SetStore({});  // a text that is left over has no dataset any more
   QWidget* line = rows_.back().line;
   rows_.pop_back();
   line->hide();

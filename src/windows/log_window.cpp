@@ -33,7 +33,8 @@ CharFormat LookOf(const LogFont& font) {
 
 }  // namespace
 
-LogWindow::LogWindow(Session& session, QWidget* parent) : QWidget(parent), session_(session) {
+LogWindow::LogWindow(Session& session, Role role, QWidget* parent)
+    : QWidget(parent), session_(session), role_(role) {
   BuildWidgets();
   BuildMenu();
   SetDefaultLook(LookOf(LoadLogFont(session_.Settings, LogFont())));
@@ -92,7 +93,7 @@ void LogWindow::ConnectSignals() {
   connect(logFile_, &LogEdit::MenuWanted, this, &LogWindow::ShowMenu);
   connect(logFile_, &LogEdit::Clicked, this, &LogWindow::Clicked);
   connect(logFile_, &QTextEdit::textChanged, this, [this] {
-    session_.Module.ExperimentOpen = true;
+    if (role_ == Role::kLog) session_.Module.ExperimentOpen = true;
     emit Changed();
   });
   follow_.setSingleShot(true);
@@ -216,5 +217,5 @@ QTextEdit* LogWindow::Editor() {
 }
 
 void LogWindow::closeEvent(QCloseEvent* event) {
-  event->ignore();
+  if (role_ == Role::kLog) event->ignore();
 }

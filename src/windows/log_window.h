@@ -21,7 +21,11 @@ class QTextEdit;
 class LogWindow : public QWidget {
   Q_OBJECT
  public:
-  explicit LogWindow(Session& session, QWidget* parent = nullptr);  // outlived by `session`
+  // kDocument: a text beside the log, which can be closed and is no part of the experiment.
+  enum class Role { kLog, kDocument };
+
+  explicit LogWindow(Session& session, Role role = Role::kLog,
+                     QWidget* parent = nullptr);  // outlived by `session`
 
   // Puts `text` and a line end at the caret, in the caret's format. A selection stays, unselected.
   void AppendLogText(const QString& text);
@@ -68,6 +72,7 @@ class LogWindow : public QWidget {
   CharFormat DefaultLook() const;
 
   Session& session_;
+  Role role_;
   LogEdit* logFile_;
   QLabel* sbDocument_;
   QMenu* mnuRTBcontext_;

@@ -16,6 +16,7 @@
 #include <QTimer>
 #include <QToolBar>
 #include <QUrl>
+#include <algorithm>
 
 #include "core/new_experiment.h"
 #include "core/settings.h"
@@ -34,14 +35,19 @@
 
 namespace {
 
-constexpr float kTwipsPerPixel = 15.0F;
+// 15 at 96 logical pixels an inch.
+double TwipsPerPixel() {
+  constexpr double kTwipsPerInch = 1440.0;
+  return kTwipsPerInch / QGuiApplication::primaryScreen()->logicalDotsPerInch();
+}
 
 int ToPixels(float twips) {
-  return static_cast<int>(twips / kTwipsPerPixel);
+  constexpr double kMost = 1.0e6;
+  return static_cast<int>(std::clamp(static_cast<double>(twips) / TwipsPerPixel(), -kMost, kMost));
 }
 
 float ToTwips(int pixels) {
-  return static_cast<float>(pixels) * kTwipsPerPixel;
+  return static_cast<float>(pixels * TwipsPerPixel());
 }
 
 }  // namespace
@@ -236,9 +242,10 @@ void MainWindow::ArrangeIcons() {
 }
 
 void MainWindow::NewDocument() {
-  auto* document = new LogWindow(session_);
+  auto* document = new LogWindow(session_, LogWindow::Role::kDocument);
   document->setObjectName(QStringLiteral("frmDocument(%1)").arg(++documents_));
   document->setWindowTitle(tr("Document %1").arg(documents_));
+  connect(document, &LogWindow::Clicked, fits_, &FitCommands::Stop);
   QMdiSubWindow* child = area_->addSubWindow(document);
   child->setAttribute(Qt::WA_DeleteOnClose);
   child->show();
@@ -303,16 +310,20 @@ bool MainWindow::eventFilter(QObject* watched, QEvent* event) {
 // Files dropped on any part of the frame are loaded, whatever the widget under the pointer.
 bool MainWindow::HandleDrop(QEvent* event) {
   auto* drop = static_cast<QDropEvent*>(event);
-  if (!drop->mimeData()->hasUrls() || session_.Calculating) return false;
+  const auto busy = [this] { return session_.Calculating || QApplication::activeModalWidget(); };
+  const QList<QUrl> urls = drop->mimeData()->urls();
+  const bool files =
+      std::any_of(urls.begin(), urls.end(), [](const QUrl& url) { return url.isLocalFile(); });
+  if (!files || busy()) return false;
   drop->acceptProposedAction();
   if (event->type() != QEvent::Drop) return true;
   QStringList paths;
-  for (const QUrl& url : drop->mimeData()->urls()) {
+  for (const QUrl& url : urls) {
     if (url.isLocalFile()) paths.push_back(url.toLocalFile());
   }
   // After the drop has ended: a question would block the program that files were dragged from.
-  QTimer::singleShot(0, this, [this, paths] {
-    if (!paths.isEmpty()) experiments_->OpenDropped(paths);
+  QTimer::singleShot(0, this, [this, paths, busy] {
+    if (!busy()) experiments_->OpenDropped(paths);
   });
   return true;
 }

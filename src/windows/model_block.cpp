@@ -105,6 +105,7 @@ void ModelBlock::BuildTemperature(QGridLayout& grid) {
 void ModelBlock::BuildSwitches(QGridLayout& grid) {
   chkCalcConcs_->setObjectName("chkCalcConcs");
   chkUseMC_->setObjectName("chkUseMC");
+  chkUseMC_->setAccessibleName(lblUseMC_->text());
   lblUseMC_->setObjectName("lblUseMC");
   chkConstrainKratios_->setObjectName("chkConstrainKratios");
   auto* massConservation = new QHBoxLayout;
@@ -192,6 +193,11 @@ void ModelBlock::ShowSwitches() {
 
 void ModelBlock::Constrain(bool on) {
   QuorvaneModule& module = session_.Module;
+  for (const Group& group : groups_) {
+    if (group.box->Commit()) continue;
+    chkConstrainKratios_->setChecked(!on);
+    return;
+  }
   const Refusal refusal = on ? ConstrainShownRatios(module) : ReleaseShownRatios(module);
   ShowAll();
   if (refusal.empty()) return;

@@ -1,6 +1,8 @@
 #include "windows/option_commands.h"
 
 #include <QColor>
+#include <QMdiArea>
+#include <QMdiSubWindow>
 #include <QWidget>
 
 #include "base/number_format.h"
@@ -79,10 +81,12 @@ void OptionCommands::ChooseColor(bool deleted) {
 void OptionCommands::ExportGraphs() {
   windows_.graphs.Refresh();
   if (windows_.session.Module.NumGraphs() > 0) windows_.graphs.ShowGraph(1);
-  QWidget* child = windows_.graphs.parentWidget();
-  (child != nullptr ? child : &windows_.graphs)->show();
   windows_.graphs.show();
-  windows_.graphs.raise();
+  auto* child = qobject_cast<QMdiSubWindow*>(windows_.graphs.parentWidget());
+  if (child == nullptr) return;
+  if (child->isMinimized()) child->showNormal();
+  child->show();
+  child->mdiArea()->setActiveSubWindow(child);
 }
 
 void OptionCommands::DeleteGraphs() {

@@ -45,6 +45,7 @@ ResultPanel::ResultPanel(Session& session, QWidget* parent)
 }
 
 void ResultPanel::ShowFit() {
+  fit_ = session_.Module.Fit;
   StepTo(0);
   show();
 }
@@ -55,6 +56,7 @@ void ResultPanel::Redraw() {
 
 void ResultPanel::Clear() {
   position_ = -1;
+  fit_ = {};
   chart_->SetChart({});
   which_->clear();
   back_->setEnabled(false);
@@ -64,10 +66,10 @@ void ResultPanel::Clear() {
 
 void ResultPanel::StepTo(int position) {
   const QuorvaneModule& module = session_.Module;
-  const int count = module.Fit.NumFitSets;
+  const int count = fit_.NumFitSets;
   if (position < 0 || position >= count) return;
   position_ = position;
-  chart_->SetChart(PlotDataFit(module.Fit, module.Store.Datasets, position, module.Plots));
+  chart_->SetChart(PlotDataFit(fit_, module.Store.Datasets, position, module.Plots));
   which_->setText(tr("Dataset %1 of %2 in the fit").arg(position + 1).arg(count));
   back_->setEnabled(position > 0);
   forward_->setEnabled(position + 1 < count);

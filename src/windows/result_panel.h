@@ -3,6 +3,8 @@
 
 #include <QWidget>
 
+#include "fit/fit_state.h"
+
 class ChartWidget;
 class QLabel;
 class QToolButton;
@@ -27,6 +29,7 @@ class ResultPanel : public QWidget {
   void StepTo(int position);
 
   Session& session_;
+  FitState fit_;       // as it ended; the session's is rebuilt by the next press of "Fit"
   int position_ = -1;  // in the fit, from 0; -1: nothing is shown
   ChartWidget* chart_;
   QToolButton* back_;

@@ -21,7 +21,8 @@ struct Session {
   Dialogs& Ask;
   std::filesystem::path ProgramFolder;
   std::filesystem::path CurrentFolder;  // where file dialogs and lists start
-  bool Calculating = false;             // a fit or search runs; no other command may start
+  bool StopRequested = false;  // by a click, Esc, Stop or a close, since the calculation began
+  bool Calculating = false;    // a fit or search runs; no other command may start
 };
 
 inline QString ToQString(const std::filesystem::path& path) {

@@ -5,6 +5,7 @@
 
 #include "base/number_format.h"
 #include "plot/chart_export.h"
+#include "windows/busy_pointer.h"
 #include "windows/log_window.h"
 #include "windows/session.h"
 
@@ -24,18 +25,23 @@ void WindowHost::PrintIt(std::string_view text) {
 }
 
 void WindowHost::ShowMessage(std::string_view title, std::string_view text, MessageIcon icon) {
+  const PlainPointer plain;
   session_.Ask.ShowMessage(&parent_, Text(title), Text(text), icon);
 }
 
 bool WindowHost::AskYesNo(std::string_view title, std::string_view text) {
+  const PlainPointer plain;
   return session_.Ask.AskYesNo(&parent_, Text(title), Text(text));
 }
 
 void WindowHost::RunPendingEvents() {
   constexpr double kPause = 0.02;  // seconds
-  if (sinceEvents_.Seconds() < kPause) return;
-  QCoreApplication::processEvents();
-  sinceEvents_ = Stopwatch();
+  if (sinceEvents_.Seconds() >= kPause) {
+    QCoreApplication::processEvents();
+    sinceEvents_ = Stopwatch();
+  }
+  // A stop in the first moments comes before the fit sets its flag.
+  if (session_.StopRequested) session_.Module.Fit.FitKeepGoing = false;
 }
 
 void WindowHost::SetStatus(std::string_view text) {

@@ -64,6 +64,15 @@ TEST_F(ArchiveCommand, SavesTheSessionOfAFailedFit) {
   EXPECT_EQ(Archive("r.exz"), 0) << err.str();
 }
 
+TEST_F(ArchiveCommand, OneUnwritableOutputKeepsNoOtherBack) {
+  WriteScan("a.RA1");
+  EXPECT_EQ(Analyze(std::string(kFit) + "[output]\narchive = \"r.exz\"\ntable = \"no/fit.csv\"\n"),
+            3);
+  EXPECT_TRUE(Result().contains("fit"));
+  EXPECT_EQ(Archive("r.exz"), 0) << err.str();
+  EXPECT_EQ(Analyze("[[load]]\nfile = \"a.RA1\"\n[confidence]\n"), 2);
+}
+
 TEST_F(ArchiveCommand, RefusesWhatIsNoArchive) {
   folder.Write("bad.exz", "PK no");
   EXPECT_EQ(Archive("bad.exz"), 3);

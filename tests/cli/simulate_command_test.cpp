@@ -43,6 +43,8 @@ TEST_F(SimulateCommand, ReadsKByItsDisplay) {
   }
   EXPECT_NEAR(references[1] / references[0], 1.0, 1e-12);
   EXPECT_NEAR(references[2] / references[0], 1.0, 1e-12);
+  ASSERT_EQ(Simulate("model = 7\nk_display = \"log10\"\nlnk1 = 5\n"), 0);  // both sites: 10^12
+  EXPECT_NE(ReadText(folder / "s.IP8").find("LnKAB=27.6310,LnKAB2=27.6310"), std::string::npos);
 }
 
 TEST_F(SimulateCommand, RefusesBadInputs) {

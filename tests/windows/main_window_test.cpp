@@ -128,6 +128,37 @@ TEST_F(MainWindowTest, NewAsksOnlyForAnOpenExperiment) {
   EXPECT_EQ(dialogs.messages[0].text, "There is nothing to save!");
 }
 
+TEST_F(MainWindowTest, WhatWasBeingTypedGoesWithTheOldExperiment) {
+  const auto type = [this](const char* name) {
+    auto* box = Find<QLineEdit>(name);
+    box->setFocus();
+    box->setText("1234");
+  };
+  SetUpExample();
+  type("txtMWB");
+  dialogs.yesNo = {true};
+  window->Experiments().LoadAsked(ToQString(kExamples / "monomer-dimer" / "experiment.exz"));
+  QTest::qWait(1);
+  EXPECT_NEAR(session.Module.FitPage.ModelMW, 8106.0, 1.0);
+  Find<QTabWidget>("dataTab")->setCurrentIndex(1);
+  type("txtLoadData(8)");
+  session.Module.Store.HeaderLine = "R 3 20.0 20000";
+  dialogs.yesNo = {true};
+  Trigger("mnuFileNew");
+  QTest::qWait(1);
+  EXPECT_EQ(session.Module.Store.NumDatasets(), 0);
+  EXPECT_EQ(session.Module.Store.HeaderLine, "R 3 20.0 20000");
+}
+
+TEST_F(MainWindowTest, ADocumentIsNoPartOfTheExperiment) {
+  session.Module.ExperimentOpen = false;
+  Trigger("mnuWindowNewWindow");
+  auto* document = Find<QWidget>("frmDocument(1)");
+  document->findChild<QTextEdit*>("logFile")->setPlainText("notes");
+  EXPECT_FALSE(session.Module.ExperimentOpen);
+  EXPECT_TRUE(document->close());
+}
+
 TEST_F(MainWindowTest, SettingsOutliveTheProgram) {
   Trigger("mnuGraphSave");
   Trigger("mnuPlotUsePSI");
