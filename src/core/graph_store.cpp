@@ -11,6 +11,7 @@ void SaveGraph(QuorvaneModule& module, const Chart& chart) {
 
 void SendGraphToLog(QuorvaneModule& module, const Chart& chart, Host& host) {
   if (module.SaveGraphs) SaveGraph(module, chart);
+  host.GoToEndOfLog();
   if (module.LogGraphs) host.SendPictureToLog(chart);
 }
 

@@ -24,6 +24,7 @@ class WindowHost : public QObject, public SessionHost {
   void SetStatus(std::string_view text) override;
   void ReportProgress(const Progress& progress) override;
   void ReportFailure(std::string_view text) override;
+  void GoToEndOfLog() override;
   void SendPictureToLog(const Chart& chart) override;
   std::string LogAsRtf() override;
   void LoadLog(std::string_view rtf) override;
