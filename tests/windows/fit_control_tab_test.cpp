@@ -262,6 +262,9 @@ TEST_F(FitControlTabTest, CtrlCopiesToTheRowsBelow) {
   const CheckState on = CheckState::kChecked, off = CheckState::kUnchecked;
   EXPECT_EQ(setup.chkRefC, (std::vector<CheckState>{on, on, off, off}));
   EXPECT_FALSE(Find<QCheckBox>("chkRefC(3)")->isChecked());
+  Find<QLineEdit>("txtExtCoeff(0)")->setText("3");  // typed, and not yet stored
+  Click("txtOffset(0)", Qt::ControlModifier);
+  EXPECT_EQ(Scan(0).ExtCoeff, 3.0);
 }
 
 TEST_F(FitControlTabTest, LinksAreNeverChained) {

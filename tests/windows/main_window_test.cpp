@@ -11,6 +11,7 @@
 #include "core/recent_files.h"
 #include "core/screen_check.h"
 #include "core/settings.h"
+#include "plot/chart_widget.h"
 #include "support/recording_host.h"
 #include "windows/main_window_fixture.h"
 
@@ -148,6 +149,20 @@ TEST_F(MainWindowTest, WhatWasBeingTypedGoesWithTheOldExperiment) {
   QTest::qWait(1);
   EXPECT_EQ(session.Module.Store.NumDatasets(), 0);
   EXPECT_EQ(session.Module.Store.HeaderLine, "R 3 20.0 20000");
+}
+
+TEST_F(MainWindowTest, TheResultOutlivesARefusedFit) {
+  SetUpExample();
+  Click("cmdFitMe");
+  const auto* chart = Find<ChartWidget>("TChartFitting");
+  const Chart fitted = chart->GetChart();
+  for (CheckState& check : session.Module.Setup.chkOffset) check = CheckState::kUnchecked;
+  for (CheckState& check : session.Module.Setup.chkRefC) check = CheckState::kUnchecked;
+  session.Module.Setup.chkMWB = session.Module.Setup.chkLnK1 = CheckState::kUnchecked;
+  Click("cmdFitMe");
+  EXPECT_EQ(dialogs.messages.back().text, "No Parameters Chosen for Fitting!");
+  Trigger("mnuOptionDispK");  // draws the result again
+  EXPECT_EQ(chart->GetChart(), fitted);
 }
 
 TEST_F(MainWindowTest, ADocumentIsNoPartOfTheExperiment) {
