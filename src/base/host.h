@@ -39,8 +39,8 @@ class Host {
   // Says what failed, and why, where the work is given up without a message box or a log line.
   virtual void ReportFailure(std::string_view text) = 0;
 
-  // The next lines go to the end of the log, wherever the user's caret is. A log without a caret has
-  // nothing to do.
+  // The next lines go to the end of the log, wherever the user's caret is. A log without a caret
+  // has nothing to do.
   virtual void GoToEndOfLog() {}
 
   // Puts a picture of `chart` at the end of the log.

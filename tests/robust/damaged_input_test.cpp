@@ -16,6 +16,7 @@
 #include "match/match_reader.h"
 #include "robust/mutation.h"
 #include "rtf/rtf_reader.h"
+#include "rtf/rtf_samples.h"
 #include "rtf/rtf_writer.h"
 #include "scan/dataset_files.h"
 #include "scan/scan_samples.h"
@@ -27,10 +28,10 @@ std::uint64_t Rounds() {
   return text == nullptr ? 600 : std::strtoull(text, nullptr, 10);
 }
 
-// Gives `use` one damaged form of `sample` after the other.
+// Gives `use` one damaged form of `sample` after the other, `times` as many as usual.
 template <class Use>
-void ForEachMutation(const std::string& sample, Use&& use) {
-  for (std::uint64_t seed = 0; seed < Rounds(); ++seed) {
+void ForEachMutation(const std::string& sample, Use&& use, std::uint64_t times = 1) {
+  for (std::uint64_t seed = 0; seed < times * Rounds(); ++seed) {
     SCOPED_TRACE(seed);
     ASSERT_NO_THROW(use(Mutated(sample, seed)));
   }
@@ -124,28 +125,35 @@ TEST(DamagedInput, MembersOfArchives) {
   }
 }
 
+// What could be read is a text that survives being written.
 TEST(DamagedInput, RichTexts) {
-  RichText sample;
-  AppendText(sample, "Variance \xC2\xB1 1.5\r\n\tLn K\xE2\x82\x81 \xCE\xB1\r\n", CharFormat());
-  ForEachMutation(WriteRtf(sample), [](const std::string& bytes) {
-    try {
-      WriteRtf(ReadRtf(bytes).text);
-    } catch (const RtfFault&) {
-    }
-  });
+  ForEachMutation(
+      WriteRtf(RichSample()),
+      [](const std::string& bytes) {
+        try {
+          const RichText text = ReadRtf(bytes).text;
+          EXPECT_TRUE(ReadRtf(WriteRtf(text)).text == text);
+        } catch (const RtfFault&) {
+        }
+      },
+      5);
 }
 
+// A damaged byte may still make a chart, but one that is made of these bytes and no others.
 TEST(DamagedInput, Charts) {
   Chart chart{"title", "radius", {ChartPanel()}};
   chart.panels[0].series.push_back({"data", SeriesStyle::kDot, 0, {6.0, 6.1}, {0.1, 0.2}});
   chart.panels[0].marks.push_back({6.05, 0, "mark"});
   const auto bytes = SerializeChart(chart);
-  ForEachMutation(std::string(TextOf(bytes)), [](const std::string& damaged) {
-    try {
-      ParseChart(BytesOf(damaged));
-    } catch (const ByteFault&) {
-    }
-  });
+  ForEachMutation(
+      std::string(TextOf(bytes)),
+      [](const std::string& damaged) {
+        try {
+          EXPECT_EQ(TextOf(SerializeChart(ParseChart(BytesOf(damaged)))), damaged);
+        } catch (const ByteFault&) {
+        }
+      },
+      5);
 }
 
 TEST(DamagedInput, CellGeometries) {
