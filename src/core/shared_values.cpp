@@ -37,36 +37,30 @@ std::string RatioName(const SharedValue& value) {
   return std::string(value.name) + "/K1";
 }
 
-double ShownForm(const SharedValue& value, const QuorvaneModule& module, double stored) {
-  const FitPage& page = module.FitPage;
-  switch (value.form) {
-    case SharedForm::kPlain:
-      return stored;
-    case SharedForm::kWeight:
-      return module.UseBuoyantMW ? stored : MolecularWeight(stored, page.Vbar, page.Density);
-    case SharedForm::kWeightB:
-      return module.UseBuoyantMW ? stored : MolecularWeight(stored, page.VbarB, page.Density);
-    case SharedForm::kFirstK:
-    case SharedForm::kFurtherK:
-      break;
-  }
-  return IsRatio(value, module.Setup) ? stored : ShownK(stored, module.KFormat);
-}
+// How weights and constants K are turned from one form into the other.
+struct Conversion {
+  decltype(&MolecularWeight) weight;
+  decltype(&ShownK) constant;
+};
 
-double StoredForm(const SharedValue& value, const QuorvaneModule& module, double shown) {
+constexpr Conversion kToShown = {MolecularWeight, ShownK};
+constexpr Conversion kToStored = {BuoyantWeight, LnKOf};
+
+double Convert(const SharedValue& value, const QuorvaneModule& module, const Conversion& conversion,
+               double number) {
   const FitPage& page = module.FitPage;
   switch (value.form) {
     case SharedForm::kPlain:
-      return shown;
+      return number;
     case SharedForm::kWeight:
-      return module.UseBuoyantMW ? shown : BuoyantWeight(shown, page.Vbar, page.Density);
+      return module.UseBuoyantMW ? number : conversion.weight(number, page.Vbar, page.Density);
     case SharedForm::kWeightB:
-      return module.UseBuoyantMW ? shown : BuoyantWeight(shown, page.VbarB, page.Density);
+      return module.UseBuoyantMW ? number : conversion.weight(number, page.VbarB, page.Density);
     case SharedForm::kFirstK:
     case SharedForm::kFurtherK:
       break;
   }
-  return IsRatio(value, module.Setup) ? shown : LnKOf(shown, module.KFormat);
+  return IsRatio(value, module.Setup) ? number : conversion.constant(number, module.KFormat);
 }
 
 bool MustBePositive(const SharedValue& value, const QuorvaneModule& module) {
@@ -87,7 +81,8 @@ const SharedValue& SharedValueOf(double FitPage::*field) {
 
 // ln K as the digits of its box give it.
 double LnKAsShown(const SharedValue& value, const QuorvaneModule& module) {
-  const std::string text = FormatParam(ShownForm(value, module, module.FitPage.*value.field));
+  const std::string text =
+      FormatParam(Convert(value, module, kToShown, module.FitPage.*value.field));
   return LnKOf(ParseNumeric(text).value_or(0.0), module.KFormat);
 }
 
@@ -113,7 +108,7 @@ std::string LabelOf(const SharedValue& value, const QuorvaneModule& module) {
 
 std::string TextOf(const SharedValue& value, const QuorvaneModule& module) {
   try {
-    return FormatParam(ShownForm(value, module, module.FitPage.*value.field));
+    return FormatParam(Convert(value, module, kToShown, module.FitPage.*value.field));
   } catch (const ArithmeticFault& fault) {
     return fault.what();
   }
@@ -124,8 +119,8 @@ Refusal Enter(const SharedValue& value, QuorvaneModule& module, std::string_view
   if (!entered) return kIllegalValue;
   if (MustBePositive(value, module) && !(*entered > 0.0)) return NotPositive(value, module.Setup);
   try {
-    const double stored = StoredForm(value, module, *entered);
-    FormatParam(ShownForm(value, module, stored));
+    const double stored = Convert(value, module, kToStored, *entered);
+    FormatParam(Convert(value, module, kToShown, stored));
     module.FitPage.*value.field = stored;
   } catch (const ArithmeticFault& fault) {
     return fault.what();
