@@ -7,7 +7,8 @@
 namespace {
 
 constexpr std::uint32_t kMagic = 0x48435651;  // "QVCH"
-constexpr std::uint32_t kVersion = 1;
+constexpr std::uint32_t kVersion = 2;
+constexpr std::uint32_t kVersionWithoutLegend = 1;  // has no pattern of the left axis either
 
 void WriteText(ByteWriter& out, const std::string& text) {
   out.Unsigned32(static_cast<std::uint32_t>(text.size()));
@@ -41,7 +42,7 @@ ChartSeries ReadSeries(ByteReader& in) {
   ChartSeries series;
   series.name = ReadText(in, "series name");
   const std::uint32_t style = in.Unsigned32("series style");
-  if (style > static_cast<std::uint32_t>(SeriesStyle::kDot)) in.Fail("series style");
+  if (style > static_cast<std::uint32_t>(SeriesStyle::kDownTriangle)) in.Fail("series style");
   series.style = static_cast<SeriesStyle>(style);
   series.color = in.Unsigned32("series colour");
   series.x = ReadDoubles(in, "series abscissas");
@@ -50,9 +51,10 @@ ChartSeries ReadSeries(ByteReader& in) {
   return series;
 }
 
-ChartPanel ReadPanel(ByteReader& in) {
+ChartPanel ReadPanel(ByteReader& in, std::uint32_t version) {
   constexpr std::size_t kLeastSeries = 20;  // an empty name, style, colour and two counts
   constexpr std::size_t kLeastMark = 16;
+  constexpr std::size_t kLongestPattern = 32;
   ChartPanel panel;
   panel.leftTitle = ReadText(in, "axis title");
   panel.heightShare = in.Double("panel height");
@@ -65,6 +67,12 @@ ChartPanel ReadPanel(ByteReader& in) {
     mark.color = in.Unsigned32("mark colour");
     mark.text = ReadText(in, "mark text");
   }
+  if (version == kVersionWithoutLegend) return panel;
+  panel.leftPattern = ReadText(in, "axis pattern");
+  if (panel.leftPattern.size() > kLongestPattern) in.Fail("axis pattern");
+  const std::uint32_t legend = in.Unsigned32("legend");
+  if (legend > 1) in.Fail("legend");
+  panel.legend = legend == 1;
   return panel;
 }
 
@@ -96,6 +104,8 @@ std::vector<std::byte> SerializeChart(const Chart& chart) {
       out.Unsigned32(mark.color);
       WriteText(out, mark.text);
     }
+    WriteText(out, panel.leftPattern);
+    out.Unsigned32(panel.legend ? 1 : 0);
   }
   return out.Take();
 }
@@ -104,12 +114,13 @@ Chart ParseChart(std::span<const std::byte> bytes) {
   constexpr std::size_t kLeastPanel = 20;  // an empty title, the height and two counts
   ByteReader in("chart bytes", bytes);
   if (in.Unsigned32("magic word") != kMagic) in.Fail("magic word");
-  if (in.Unsigned32("version") != kVersion) in.Fail("version");
+  const std::uint32_t version = in.Unsigned32("version");
+  if (version != kVersion && version != kVersionWithoutLegend) in.Fail("version");
   Chart chart;
   chart.title = ReadText(in, "title");
   chart.bottomTitle = ReadText(in, "bottom axis title");
   chart.panels.resize(in.Count(kLeastPanel, "panel count"));
-  for (ChartPanel& panel : chart.panels) panel = ReadPanel(in);
+  for (ChartPanel& panel : chart.panels) panel = ReadPanel(in, version);
   if (!in.AtEnd()) in.Fail("end");
   return chart;
 }

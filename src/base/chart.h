@@ -20,6 +20,9 @@ enum class SeriesStyle : std::uint8_t {
   kCross = 1,          // upright crosses, not joined
   kDiagonalCross = 2,  // diagonal crosses, not joined
   kDot = 3,            // filled discs, not joined
+  kRectangle = 4,      // filled squares, not joined
+  kTriangle = 5,       // filled triangles that point up, not joined
+  kDownTriangle = 6,   // filled triangles that point down, not joined
 };
 
 struct ChartSeries {
@@ -45,6 +48,10 @@ struct ChartPanel {
   double heightShare = 1.0;  // of the Chart's height, relative to the other panels; above 0
   std::vector<ChartSeries> series;
   std::vector<ChartMark> marks;
+  // Pattern of the left axis' numbers (number_format.h), unless it shows two of them alike or one
+  // very long; empty: as few digits as tell them apart. At most 32 characters.
+  std::string leftPattern = {};
+  bool legend = false;  // a list of the named series
   bool operator==(const ChartPanel&) const = default;
 };
 

@@ -4,10 +4,12 @@
 
 #include <algorithm>
 #include <cmath>
+#include <string>
 #include <utility>
 #include <vector>
 
 #include "base/chart.h"
+#include "base/number_format.h"
 
 namespace {
 
@@ -23,6 +25,7 @@ constexpr double kLineWidth = 1.25;
 constexpr double kMarkWidth = 1.0;
 constexpr double kCrossSize = 7.0;
 constexpr double kDotSize = 4.0;
+constexpr double kTriangleSize = 5.0;
 
 // Without hinting letters have the same widths in all formats and at all enlargements.
 QFont ChartFont(int pixels) {
@@ -38,11 +41,17 @@ QColor ToColor(ChartColor color) {
   return QColor(int(color & 0xFF), int(color >> 8 & 0xFF), int(color >> 16 & 0xFF));
 }
 
-// Numbers at the ticks with as few digits as show the ticks apart, equally many at each.
+// Numbers at the ticks: by a pattern if it tells them apart, else with as few digits as do, equally
+// many at each.
 class NumberTicker : public QCPAxisTicker {
+ public:
+  explicit NumberTicker(std::string pattern) : pattern_(std::move(pattern)) {}
+
  protected:
   QVector<QString> createLabelVector(const QVector<double>& ticks, const QLocale&, QChar,
                                      int) override {
+    const QVector<QString> patterned = PatternLabels(ticks);
+    if (!patterned.isEmpty()) return patterned;
     constexpr qsizetype kPlainLength = 7;  // "-0.0005", "1000000"
     QVector<QString> plain = Labels(ticks, 'f');
     if (Longest(plain) <= kPlainLength) return plain;
@@ -74,6 +83,21 @@ class NumberTicker : public QCPAxisTicker {
     }
     return labels;
   }
+
+  // Empty without a pattern, or if two ticks would read alike or one would be very long.
+  QVector<QString> PatternLabels(const QVector<double>& ticks) const {
+    constexpr qsizetype kLongest = 12;  // "1,000,000.00"
+    QVector<QString> labels;
+    if (pattern_.empty()) return labels;
+    for (const double tick : ticks) {
+      labels += QString::fromStdString(FormatNumber(tick, pattern_));
+      const bool twice = labels.indexOf(labels.back()) + 1 < labels.size();
+      if (twice || labels.back().size() > kLongest) return {};
+    }
+    return labels;
+  }
+
+  std::string pattern_;
 };
 
 // A line of text beside an axis rectangle and centred on it: across, or turned upwards.
@@ -188,12 +212,23 @@ bool IsZeroLine(const ChartSeries& series) {
 
 QCPScatterStyle ScatterStyle(const ChartSeries& series) {
   const QPen pen(ToColor(series.color), kMarkWidth);
-  if (series.style == SeriesStyle::kDot) {
-    return {QCPScatterStyle::ssDisc, pen, QBrush(pen.color()), kDotSize};
+  const QBrush filled(pen.color());
+  switch (series.style) {
+    case SeriesStyle::kDot:
+      return {QCPScatterStyle::ssDisc, pen, filled, kDotSize};
+    case SeriesStyle::kRectangle:
+      return {QCPScatterStyle::ssSquare, pen, filled, kDotSize};
+    case SeriesStyle::kTriangle:
+      return {QCPScatterStyle::ssTriangle, pen, filled, kTriangleSize};
+    case SeriesStyle::kDownTriangle:
+      return {QCPScatterStyle::ssTriangleInverted, pen, filled, kTriangleSize};
+    case SeriesStyle::kDiagonalCross:
+      return {QCPScatterStyle::ssCross, pen, Qt::NoBrush, kCrossSize};
+    case SeriesStyle::kCross:
+    case SeriesStyle::kLine:
+      break;
   }
-  const bool upright = series.style == SeriesStyle::kCross;
-  return {upright ? QCPScatterStyle::ssPlus : QCPScatterStyle::ssCross, pen, Qt::NoBrush,
-          kCrossSize};
+  return {QCPScatterStyle::ssPlus, pen, Qt::NoBrush, kCrossSize};
 }
 
 // One panel in a plot: its axes and what stands between them, from back to front.
@@ -205,10 +240,11 @@ class PanelFiller {
         bottom_(rect.axis(QCPAxis::atBottom)),
         left_(rect.axis(QCPAxis::atLeft)) {}
 
-  void StyleAxes(bool small, bool lowest) {
+  void StyleAxes(const std::string& leftPattern, bool small, bool lowest) {
     for (QCPAxis* axis : rect_.axes()) {
       const bool across = axis->orientation() == Qt::Horizontal;
-      const auto ticker = QSharedPointer<NumberTicker>::create();
+      const auto ticker =
+          QSharedPointer<NumberTicker>::create(axis == left_ ? leftPattern : std::string());
       ticker->setTickCount(across ? 5 : small ? 3 : 6);
       axis->setTicker(ticker);
       axis->setVisible(true);
@@ -227,6 +263,7 @@ class PanelFiller {
   }
 
   void Draw(const ChartPanel& panel) {
+    if (panel.legend) legend_ = NewLegend(panel);
     const auto draw = [&](auto&& chosen) {
       for (const ChartSeries& series : panel.series) {
         if (chosen(series)) DrawSeries(series);
@@ -272,6 +309,7 @@ class PanelFiller {
                              drawable ? series.y[i] : qQNaN());
     }
     curve->data()->set(points, true);
+    List(curve);
   }
 
   void DrawScatter(const ChartSeries& series) {
@@ -283,6 +321,30 @@ class PanelFiller {
     graph->setAntialiasedScatters(true);
     graph->setAdaptiveSampling(false);
     ForEachPoint(series, [&](double x, double y) { graph->addData(x, y); });
+    List(graph);
+  }
+
+  void List(QCPAbstractPlottable* plottable) {
+    if (legend_ != nullptr && !plottable->name().isEmpty()) plottable->addToLegend(legend_);
+  }
+
+  // In the upper corner with fewer points.
+  QCPLegend* NewLegend(const ChartPanel& panel) {
+    int atRight = 0;
+    for (const ChartSeries& series : panel.series) {
+      ForEachPoint(series, [&](double x, double y) {
+        if (y > left_->range().center()) atRight += x > bottom_->range().center() ? 1 : -1;
+      });
+    }
+    auto* legend = new QCPLegend;
+    rect_.insetLayout()->addElement(legend,
+                                    Qt::AlignTop | (atRight > 0 ? Qt::AlignLeft : Qt::AlignRight));
+    legend->setLayer("legend");
+    legend->setFont(ChartFont(kLabelPixels));
+    legend->setBorderPen(Qt::NoPen);
+    legend->setIconSize(16, 14);
+    rect_.insetLayout()->setMargins(QMargins(10, 10, 10, 10));  // clear of the axes and ticks
+    return legend;
   }
 
   // The texts stand at the top, in turn on three lines, on the side where there is more room.
@@ -331,6 +393,7 @@ class PanelFiller {
   QCPAxisRect& rect_;
   QCPAxis* bottom_;
   QCPAxis* left_;
+  QCPLegend* legend_ = nullptr;
 };
 
 double HeightShare(const ChartPanel& panel) {
@@ -404,7 +467,7 @@ void FillPlot(QCustomPlot& plot, const Chart& chart) {
     const bool lowest = i + 1 == panels.size();
     QCPAxis* bottom = rects[i]->axis(QCPAxis::atBottom);
     PanelFiller filler(plot, *rects[i]);
-    filler.StyleAxes(HeightShare(panels[i]) < kSmallPanel * height, lowest);
+    filler.StyleAxes(panels[i].leftPattern, HeightShare(panels[i]) < kSmallPanel * height, lowest);
     if (i > 0) LinkBothWays(rects[i - 1]->axis(QCPAxis::atBottom), bottom);
     const ChartRange y = RangeOf(panels[i]).y;
     bottom->setRange(AxisRange(common, kMarginX));

@@ -13,14 +13,14 @@ struct SeriesLook {
   ChartColor color;
 };
 
-// By position; upright crosses stand for triangles.
+// By position.
 constexpr std::array<SeriesLook, 6> kLooks = {{
-    {SeriesStyle::kDot, kChartBlack},
+    {SeriesStyle::kRectangle, kChartBlack},
     {SeriesStyle::kDiagonalCross, kChartBlue},
-    {SeriesStyle::kCross, 0x00FF00},
-    {SeriesStyle::kDot, kChartRed},
-    {SeriesStyle::kCross, 0x008000},
-    {SeriesStyle::kDot, 0x800000},
+    {SeriesStyle::kTriangle, 0x00FF00},
+    {SeriesStyle::kRectangle, kChartRed},
+    {SeriesStyle::kDownTriangle, 0x008000},
+    {SeriesStyle::kRectangle, 0x800000},
 }};
 
 // A species in the chart: its name and what its column is multiplied by to be a signal.
@@ -96,6 +96,11 @@ Chart SimChart(const Simulator& simulator, SimGraph graph) {
       AddSeries(panel, column, n, curves[k].name,
                 [&](int i) { return column.species[i][k] * curves[k].factor; });
     }
+    panel.legend = true;
+  }
+  const std::vector<double>& first = panel.series[0].y;
+  if (graph != SimGraph::kSpeciesSignal && !first.empty()) {
+    panel.leftPattern = SimAxisPattern(first.back());
   }
   const std::string title(SimGraphCaptions[static_cast<std::size_t>(graph)]);
   return {title, "Radius (cm)", {std::move(panel)}};

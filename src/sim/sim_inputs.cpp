@@ -119,6 +119,17 @@ std::optional<EntryRefusal> StoreEntries(SimInputs& inputs,
   return std::nullopt;
 }
 
+std::optional<EntryRefusal> FirstRefusal(const SimInputs& inputs) {
+  for (int k = 0; k < kSimBoxes; ++k) {
+    const auto box = static_cast<SimBox>(k);
+    if (!UsesBox(inputs.model, box)) continue;
+    if (const auto message = RefusalOf(inputs, box, inputs.Text(box))) {
+      return EntryRefusal{box, *message};
+    }
+  }
+  return std::nullopt;
+}
+
 void ReadConstants(SimInputs& inputs) {
   for (std::size_t k = 0; k < kConstantBoxes.size(); ++k) {
     const SimBox box = kConstantBoxes[k];

@@ -12,9 +12,6 @@
 // Kind of the scan file: interference or absorbance.
 enum class SimFileKind { kIP8, kRA8 };
 
-// Title of the box that refuses an entry.
-inline constexpr std::string_view kEntryErrorTitle = "Parameter Entry Error";
-
 // Every text is the last valid one of its box.
 struct SimInputs {
   std::array<std::string, kSimBoxes> text;
@@ -52,6 +49,10 @@ struct EntryRefusal {
 // Stores many entries at once; each is checked beside the others' new texts. All or none.
 std::optional<EntryRefusal> StoreEntries(SimInputs& inputs,
                                          const std::map<SimBox, std::string>& entries);
+
+// The first entry that the model uses and that may not stand beside the others: with a change of
+// the model two degrees of association can meet that are equal.
+std::optional<EntryRefusal> FirstRefusal(const SimInputs& inputs);
 
 // Reads the constants that the model uses into inputs.K, as a run does. The others keep what was
 // stored last.

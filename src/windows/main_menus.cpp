@@ -56,6 +56,7 @@ void MainWindow::BuildMenus() {
   BuildFileMenu();
   BuildGraphMenu();
   BuildOptionMenu();
+  BuildSimulationMenu();
   BuildWindowMenu();
   BuildHelpMenu();
   BuildToolBar();
@@ -181,6 +182,13 @@ void MainWindow::BuildFittingMenu(QMenu* options) {
   choice("mnuOptionDispLnK", tr("Display ln(K)s"), [this] { options_->SetKFormat(0); });
   choice("mnuOptionDispLog10K", tr("Display Log10(K)s"), [this] { options_->SetKFormat(1); });
   choice("mnuOptionDispK", tr("Display K"), [this] { options_->SetKFormat(2); });
+}
+
+// An entry of the bar itself.
+void MainWindow::BuildSimulationMenu() {
+  QAction* action = menuBar()->addAction(tr("&Simulation"));
+  action->setObjectName("mnuSimulate");
+  connect(action, &QAction::triggered, this, &MainWindow::ShowSimulation);
 }
 
 void MainWindow::BuildWindowMenu() {

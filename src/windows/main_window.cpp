@@ -30,6 +30,7 @@
 #include "windows/help_window.h"
 #include "windows/log_window.h"
 #include "windows/option_commands.h"
+#include "windows/sim_window.h"
 #include "windows/source_files_tab.h"
 #include "windows/window_host.h"
 
@@ -115,7 +116,10 @@ void MainWindow::ConnectWindows() {
   connect(data_, &DataWindow::DatasetsChanged, this, &MainWindow::UpdateActions);
   connect(data_, &DataWindow::KDisplayChosen, options_, &OptionCommands::SetKFormat);
   connect(data_, &DataWindow::MwDisplayChosen, options_, &OptionCommands::SetBuoyant);
-  connect(options_, &OptionCommands::Changed, this, &MainWindow::UpdateActions);
+  connect(options_, &OptionCommands::Changed, this, [this] {
+    UpdateActions();
+    if (sim_ != nullptr) sim_->RefreshDisplay();
+  });
   connect(experiments_, &ExperimentCommands::ExperimentChanged, this, [this] {
     graphs_->Refresh();
     graphsChild_->hide();
@@ -144,6 +148,7 @@ void MainWindow::SetCalculating(bool on) {
   escape_->setEnabled(on);
   data_->SetCalculating(on);
   graphs_->setEnabled(!on);
+  if (sim_ != nullptr) sim_->SetCalculating(on);
 }
 
 // Place and size as Qt counts them: the corner of the frame with its title, the size without.
@@ -249,6 +254,31 @@ void MainWindow::NewDocument() {
   QMdiSubWindow* child = area_->addSubWindow(document);
   child->setAttribute(Qt::WA_DeleteOnClose);
   child->show();
+}
+
+// Closing the simulator hides it: entries and data stay until the program ends.
+void MainWindow::ShowSimulation() {
+  if (sim_ == nullptr) {
+    sim_ = new SimWindow(session_, *host_);
+    ConnectSimulation();
+    QMdiSubWindow* child = AddChild(sim_, true);
+    child->show();
+    child->resize(child->sizeHint().boundedTo(area_->viewport()->size()));
+  }
+  auto* child = qobject_cast<QMdiSubWindow*>(sim_->parentWidget());
+  if (child->isMinimized()) child->showNormal();
+  sim_->show();  // closing has hidden both
+  child->show();
+  area_->setActiveSubWindow(child);
+}
+
+void MainWindow::ConnectSimulation() {
+  connect(sim_, &SimWindow::CalculatingChanged, this, [this](bool on) {
+    SetCalculating(on);
+    Action("cmdStop")->setEnabled(false);  // a simulation runs to its end
+    if (!on && closeAfterStop_) QTimer::singleShot(0, this, &MainWindow::close);
+  });
+  connect(sim_, &SimWindow::FileSaved, this, [this] { data_->SourceFiles().RefreshDirectory(); });
 }
 
 void MainWindow::ShowHelp(bool search) {

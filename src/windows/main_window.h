@@ -18,6 +18,7 @@ class QLabel;
 class QMdiArea;
 class QMdiSubWindow;
 class QShortcut;
+class SimWindow;
 class WindowHost;
 
 class MainWindow : public QMainWindow {
@@ -46,6 +47,7 @@ class MainWindow : public QMainWindow {
   void BuildOptionMenu();
   void BuildFittingMenu(QMenu* options);
   void BuildCellMenu(QMenu* options);
+  void BuildSimulationMenu();
   void BuildWindowMenu();
   void BuildHelpMenu();
   void BuildToolBar();
@@ -66,6 +68,8 @@ class MainWindow : public QMainWindow {
   bool HandleDrop(QEvent* event);
   void SetCalculating(bool on);
   void NewDocument();
+  void ShowSimulation();
+  void ConnectSimulation();
   void ShowHelp(bool search);
   void ShowAbout();
   bool MayClose();
@@ -85,6 +89,7 @@ class MainWindow : public QMainWindow {
   QLabel* status_;
   QShortcut* escape_;  // works while a calculation runs
   HelpWindow* help_ = nullptr;
+  SimWindow* sim_ = nullptr;  // once it was opened
   int documents_ = 0;
   bool arranged_ = false;
   bool closeAfterStop_ = false;

@@ -22,6 +22,8 @@ Chart SampleChart() {
                  {"", SeriesStyle::kLine, kChartRed, {}, {}}};
   data.marks = {{6.05, kChartRed, "meniscus \u00B1"}, {6.9, kChartBlack, ""}};
   chart.panels[1].series = {{"dev", SeriesStyle::kDiagonalCross, 0xFFFFFFFF, {1.0}, {5e-324}}};
+  data.leftPattern = "0.00E+00";
+  data.legend = true;
   return chart;
 }
 
@@ -38,4 +40,19 @@ TEST(ParseChart, RefusesEveryTruncation) {
   for (std::size_t length = 0; length < bytes.size(); ++length) {
     EXPECT_THROW(ParseChart(std::span(bytes).first(length)), std::runtime_error) << length;
   }
+}
+
+TEST(ParseChart, ReadsTheLayoutWithoutLegendAndRefusesUnknownStyles) {
+  Chart chart;
+  chart.panels.resize(1);
+  chart.panels[0].series = {{"", SeriesStyle::kDownTriangle, kChartRed, {1.0}, {2.0}}};
+  std::vector<std::byte> bytes = SerializeChart(chart);
+  constexpr std::size_t kVersionPlace = 4;
+  constexpr std::size_t kStylePlace = 40;
+  std::vector<std::byte> old(bytes.begin(), bytes.end() - 8);  // pattern and legend
+  old[kVersionPlace] = std::byte{1};
+  EXPECT_EQ(ParseChart(old), chart);
+  ASSERT_EQ(bytes[kStylePlace], std::byte{6});
+  bytes[kStylePlace] = std::byte{7};
+  EXPECT_THROW(ParseChart(bytes), std::runtime_error);
 }

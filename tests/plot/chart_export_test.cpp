@@ -93,8 +93,8 @@ TEST(RenderChart, PngHasTheAskedSizeAndEverySeries) {
 }
 
 TEST(RenderChart, PointsLieWhereTheirCoordinatesSayAndClearOfTheFrame) {
-  for (const SeriesStyle style :
-       {SeriesStyle::kCross, SeriesStyle::kDiagonalCross, SeriesStyle::kDot}) {
+  for (const SeriesStyle style : {SeriesStyle::kCross, SeriesStyle::kDiagonalCross,
+                                  SeriesStyle::kDot, SeriesStyle::kRectangle}) {
     const QImage image =
         Png(OnePanel({Marks(kChartRed, {6.4}, {0.2}, style), Marks(kGreen, {6.6}, {1.0}, style),
                       Marks(kOrange, {6.45}, {0.8}, style)}));
@@ -122,6 +122,22 @@ TEST(RenderChart, SkipsWhatIsNotFinite) {
   Chart longer = clean;
   longer.panels[0].series[0].x.push_back(99);  // without its y
   EXPECT_EQ(Svg(longer), Svg(clean));
+}
+
+TEST(RenderChart, TellsSeriesApartAndNamesThemInALegend) {
+  QSet<QByteArray> pictures;
+  for (int style = 0; style <= static_cast<int>(SeriesStyle::kDownTriangle); ++style) {
+    pictures += Svg(OnePanel({Marks(kChartRed, {6.4, 6.6}, {0, 1}, SeriesStyle(style))}));
+  }
+  EXPECT_EQ(pictures.size(), 7);
+  Chart chart = OnePanel({{"dimer", SeriesStyle::kDot, kChartRed, {6.4, 6.6}, {0, 1}}});
+  EXPECT_EQ(ReadSvg(Svg(chart)).FindText("dimer"), nullptr);
+  chart.panels[0].legend = true;
+  chart.panels[0].leftPattern = "0.00E+00";
+  EXPECT_NE(ReadSvg(Svg(chart)).FindText("dimer"), nullptr);
+  EXPECT_NE(ReadSvg(Svg(chart)).FindText("2.00E-01"), nullptr);
+  chart.panels[0].leftPattern = "0";  // would write 0, 0, 0, 1, 1, 1
+  EXPECT_NE(ReadSvg(Svg(chart)).FindText("0.2"), nullptr);
 }
 
 TEST(RenderChart, SaysWhereThereIsNoData) {

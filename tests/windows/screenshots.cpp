@@ -4,6 +4,7 @@
 #include <QAction>
 #include <QApplication>
 #include <QComboBox>
+#include <QLineEdit>
 #include <QLocale>
 #include <QTabWidget>
 #include <QTest>
@@ -47,6 +48,7 @@ class Walk {
     Grab("fit-result");
     Trigger("mnuExpGraph");
     Grab("graphs");
+    Simulator();
     Trigger("mnuHelpContents");
     QTest::qWait(200);
     if (auto* help = window_.findChild<QWidget*>("frmHelp")) {
@@ -58,6 +60,26 @@ class Walk {
   void Grab(const QString& name) {
     QTest::qWait(150);
     window_.grab().save(folder_ + "/" + name + ".png");
+  }
+  void Simulator() {
+    Trigger("mnuSimulate");
+    auto* simulator = window_.findChild<QWidget*>("frmSim");
+    auto* tabs = simulator->findChild<QTabWidget*>("tabSim");
+    const auto grab = [&](const QString& name) {
+      QTest::qWait(150);
+      simulator->parentWidget()->grab().save(folder_ + "/" + name + ".png");
+    };
+    Click("optSimModel(6)");
+    simulator->findChild<QLineEdit*>("txtMWB")->setText("30000");
+    simulator->findChild<QLineEdit*>("txtExtCoeffB")->setText("98700");
+    Click("optSaveAs(1)");
+    grab("simulator");
+    Click("cmdSimulate");
+    tabs->setCurrentIndex(1);
+    grab("simulator-data");
+    tabs->setCurrentIndex(2);
+    Click("optGraphType(2)");
+    grab("simulator-plots");
   }
   void Tab(int place) { window_.findChild<QTabWidget*>("dataTab")->setCurrentIndex(place); }
   void Click(const char* name) { window_.findChild<QAbstractButton*>(name)->click(); }

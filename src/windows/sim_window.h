@@ -1,0 +1,50 @@
+// frmSim: the simulator, from its entries to a scan file and plots.
+#pragma once
+
+#include <QWidget>
+
+#include "core/sim_display.h"
+#include "sim/simulate.h"
+#include "windows/printable.h"
+#include "windows/sim_plot_tab.h"
+
+class Host;
+class QTabWidget;
+class SimDataTab;
+class SimInputTab;
+struct Session;
+
+class SimWindow : public QWidget, public Printable {
+  Q_OBJECT
+ public:
+  SimWindow(Session& session, Host& host, QWidget* parent = nullptr);  // both outlive it
+
+  // The display of K may have changed: shows the entries in the new form.
+  void RefreshDisplay();
+
+  // While a calculation runs nothing here can be changed.
+  void SetCalculating(bool on);
+
+  PrintContent Printed() const override;
+
+ signals:
+  void CalculatingChanged(bool on);
+  void FileSaved();
+
+ private:
+  void BuildWidgets();
+  void ConnectSignals();
+  void Calculate();
+  void ShowRun(bool ok);
+  SimCharts ChartsOfRun(bool ok) const;
+
+  Session& session_;
+  Host& host_;
+  Simulator simulator_;
+  SimConstantDisplay constants_;
+  UniformSource uniform_;
+  SimInputTab* input_;
+  SimDataTab* data_;
+  SimPlotTab* plots_;
+  QTabWidget* tabSim_;
+};
