@@ -6,7 +6,6 @@
 #include "base/arithmetic.h"
 #include "base/clock.h"
 #include "base/files.h"
-#include "base/number_format.h"
 #include "cli/json_text.h"
 #include "cli/terminal_host.h"
 #include "match/match_report.h"
@@ -34,13 +33,6 @@ MatchLoadOutcome Load(const MatchArguments& arguments, MatchSeries& series, Host
   settings.every = arguments.every;
   if (arguments.filter == "electrophoresis") settings.timeField = TimeField::kElectrophoresis;
   return LoadMatchFiles(std::move(paths), settings, series, host);
-}
-
-void SayWhyNot(const char* fault, FittingRange range, std::ostream& err) {
-  err << "The scans were not matched: " << fault << ".\nThe fitting range, "
-      << FormatNumber(range.low, "0.0### to ") << FormatNumber(range.high, "0.0###")
-      << " cm, must hold at least 4 points of the reference\n"
-         "and 2 of every other scan, and the reference must not be a straight line there.\n";
 }
 
 Json MatchJson(const MatchSeries& series, FittingRange range, const MatchResult& result,
@@ -83,10 +75,10 @@ ExitStatus RunMatch(const MatchArguments& arguments, const CommandStreams& strea
     result = DoMatch(series, range);
     report = WriteMatchReport(series, result, DateAndTimeText());
   } catch (const ArithmeticFault& fault) {
-    SayWhyNot(fault.what(), range, streams.err);
+    streams.err << WhyNotMatched(fault.what(), range) << '\n';
     return ExitStatus::kNotDone;
   } catch (const SubscriptFault& fault) {
-    SayWhyNot(fault.what(), range, streams.err);
+    streams.err << WhyNotMatched(fault.what(), range) << '\n';
     return ExitStatus::kNotDone;
   }
   if (!arguments.report.empty()) host.KeepPictures();

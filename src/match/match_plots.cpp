@@ -1,11 +1,29 @@
 #include "match/match_plots.h"
 
+#include <algorithm>
 #include <array>
+#include <cmath>
+#include <iterator>
 
 namespace {
 
 constexpr std::array<const char*, 3> kRmsTitles = {
     "Matched Using No Offsets", "Matched Using Y Offset Only", "Matched Using Both X & Y Offsets"};
+
+// The colour at `place` of the way, 0 to 1, along blue, green, ochre and red.
+ChartColor Mixed(double place) {
+  constexpr double kStops[][3] = {{30, 70, 180}, {0, 135, 90}, {190, 130, 0}, {200, 30, 30}};
+  constexpr std::size_t kParts = std::size(kStops) - 1;
+  const double along = place * double(kParts);
+  const std::size_t part = std::min(std::size_t(along), kParts - 1);
+  ChartColor color = 0;
+  for (std::size_t c = 0; c < 3; ++c) {
+    const double from = kStops[part][c];
+    const double value = from + (kStops[part + 1][c] - from) * (along - double(part));
+    color |= ChartColor(std::lround(value)) << 8U * c;
+  }
+  return color;
+}
 
 Chart OnePanel(const char* title, const char* bottomTitle, const char* leftTitle) {
   Chart chart{title, bottomTitle, {}};
@@ -14,6 +32,14 @@ Chart OnePanel(const char* title, const char* bottomTitle, const char* leftTitle
 }
 
 }  // namespace
+
+std::vector<ChartColor> ScanColors(std::size_t count) {
+  std::vector<ChartColor> colors(count, kChartBlack);
+  for (std::size_t i = 0; i + 1 < count; ++i) {
+    colors[i] = Mixed(i == 0 ? 0.0 : double(i) / double(count - 2));
+  }
+  return colors;
+}
 
 Chart PlotScans(const MatchSeries& series, std::span<const ChartColor> colors) {
   Chart chart = OnePanel("", "radius (cm)", "concentration");

@@ -1,11 +1,16 @@
 // Plots of a series of scans and of its match, as Charts. Radii in cm, times in hours.
 #pragma once
 
+#include <cstddef>
 #include <span>
 #include <vector>
 
 #include "base/chart.h"
 #include "match/match.h"
+
+// Colours for `count` scans on white that show their order: from blue by way of green to red, and
+// black for the last one, the reference.
+std::vector<ChartColor> ScanColors(std::size_t count);
 
 // All scans of the series, one line each. Scan i has the colour at place i of `colors`, which holds
 // one at least and begins again behind its end.

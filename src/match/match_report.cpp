@@ -49,6 +49,13 @@ void PrintMatch(MatchReport& report, std::string text) {
   report.emplace_back(std::move(text));
 }
 
+std::string WhyNotMatched(std::string_view fault, FittingRange range) {
+  return "The scans were not matched: " + std::string(fault) + ".\nThe fitting range, " +
+         FormatNumber(range.low, "0.0### to ") + FormatNumber(range.high, "0.0###") +
+         " cm, must hold at least 4 points of the reference\n"
+         "and 2 of every other scan, and the reference must not be a straight line there.";
+}
+
 MatchReport WriteMatchReport(const MatchSeries& series, const MatchResult& result,
                              std::string_view dateAndTime) {
   MatchReport report;

@@ -16,6 +16,10 @@ using MatchReport = std::vector<MatchReportItem>;
 // Appends a line to the report.
 void PrintMatch(MatchReport& report, std::string text);
 
+// What to tell when DoMatch or WriteMatchReport threw `fault` for `range`: the fault, and what a
+// range must hold. Three lines.
+std::string WhyNotMatched(std::string_view fault, FittingRange range);
+
 // Head, one line a scan but the reference, and the three charts of the rms deviations. `result` is
 // that of `series`; `dateAndTime` as of DateAndTimeText.
 // Throws ArithmeticFault for a number that is not finite.

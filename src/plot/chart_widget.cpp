@@ -36,6 +36,10 @@ void ChartWidget::SetChart(const Chart& chart) {
   chart_ = chart;
   bands_.clear();
   FillPlot(*plot_, chart_);
+  connect(plot_->axisRect(0)->axis(QCPAxis::atBottom),
+          qOverload<const QCPRange&>(&QCPAxis::rangeChanged), this,
+          &ChartWidget::BottomRangeChanged);
+  emit BottomRangeChanged();
   plot_->replot(QCustomPlot::rpQueuedReplot);
 }
 
@@ -72,6 +76,11 @@ void ChartWidget::ShowAll() {
   const std::vector<ChartBand> bands = bands_;
   SetChart(Chart(chart_));
   SetBands(bands);
+}
+
+ChartRange ChartWidget::BottomRange() const {
+  const QCPRange range = plot_->axisRect(0)->axis(QCPAxis::atBottom)->range();
+  return {range.lower, range.upper};
 }
 
 void ChartWidget::Zoom(const QRect& rectangle) {

@@ -31,12 +31,16 @@ class ChartWidget : public QWidget {
 
   void ShowAll();
 
+  // The stretch of the bottom axis that is shown, in its units.
+  ChartRange BottomRange() const;
+
   QSize sizeHint() const override { return {480, 430}; }
   QSize minimumSizeHint() const override { return {240, 200}; }
 
  signals:
   // The pointer moved over the chart; in units of the bottom and the top panel's left axis.
   void PointerMoved(double x, double y);
+  void BottomRangeChanged();  // by a zoom or another chart
 
  private:
   void Zoom(const QRect& rectangle);

@@ -40,6 +40,11 @@ QString SuffixOf(const QString& filter) {
   return suffix.size() > 1 ? suffix : QString();
 }
 
+// "*.*" means all files, but to Qt only those with a point in their names.
+QString WithAllNames(QString filter) {
+  return filter.replace(QStringLiteral("(*.*)"), QStringLiteral("(*)"));
+}
+
 }  // namespace
 
 void QtDialogs::ShowMessage(QWidget* parent, const QString& title, const QString& text,
@@ -71,7 +76,9 @@ QString QtDialogs::OpenFile(QWidget* parent, const FileRequest& request) {
 }
 
 QStringList QtDialogs::OpenFiles(QWidget* parent, const FileRequest& request) {
-  return QFileDialog::getOpenFileNames(parent, request.title, request.folder, request.filter);
+  QString chosen = WithAllNames(request.chosenFilter);
+  return QFileDialog::getOpenFileNames(parent, request.title, request.folder,
+                                       WithAllNames(request.filter), &chosen);
 }
 
 QString QtDialogs::SaveFile(QWidget* parent, const FileRequest& request) {

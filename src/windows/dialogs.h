@@ -13,9 +13,10 @@ class QWidget;
 
 struct FileRequest {
   QString title;
-  QString folder;       // where the dialog starts
-  QString filter;       // as of QFileDialog, ";;" between filters
-  QString defaultName;  // for saving; may be empty
+  QString folder;             // where the dialog starts
+  QString filter;             // as of QFileDialog, ";;" between filters
+  QString defaultName;        // for saving; may be empty
+  QString chosenFilter = {};  // the one to begin with, as in `filter`; empty: the first
 };
 
 class Dialogs {

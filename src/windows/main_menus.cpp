@@ -57,6 +57,7 @@ void MainWindow::BuildMenus() {
   BuildGraphMenu();
   BuildOptionMenu();
   BuildSimulationMenu();
+  BuildMatchMenu();
   BuildWindowMenu();
   BuildHelpMenu();
   BuildToolBar();
@@ -184,11 +185,17 @@ void MainWindow::BuildFittingMenu(QMenu* options) {
   choice("mnuOptionDispK", tr("Display K"), [this] { options_->SetKFormat(2); });
 }
 
-// An entry of the bar itself.
+// An entry of the bar itself, as the next one.
 void MainWindow::BuildSimulationMenu() {
   QAction* action = menuBar()->addAction(tr("&Simulation"));
   action->setObjectName("mnuSimulate");
   connect(action, &QAction::triggered, this, &MainWindow::ShowSimulation);
+}
+
+void MainWindow::BuildMatchMenu() {
+  QAction* action = menuBar()->addAction(tr("&Match"));
+  action->setObjectName("mnuMatch");
+  connect(action, &QAction::triggered, this, &MainWindow::ShowMatch);
 }
 
 void MainWindow::BuildWindowMenu() {

@@ -29,6 +29,7 @@
 #include "windows/graphs_window.h"
 #include "windows/help_window.h"
 #include "windows/log_window.h"
+#include "windows/match_window.h"
 #include "windows/option_commands.h"
 #include "windows/sim_window.h"
 #include "windows/source_files_tab.h"
@@ -149,6 +150,7 @@ void MainWindow::SetCalculating(bool on) {
   data_->SetCalculating(on);
   graphs_->setEnabled(!on);
   if (sim_ != nullptr) sim_->SetCalculating(on);
+  if (match_ != nullptr) match_->setEnabled(!on);
 }
 
 // Place and size as Qt counts them: the corner of the frame with its title, the size without.
@@ -269,6 +271,20 @@ void MainWindow::ShowSimulation() {
   if (child->isMinimized()) child->showNormal();
   sim_->show();  // closing has hidden both
   child->show();
+  area_->setActiveSubWindow(child);
+}
+
+// Closing the match window ends it; the next one begins anew.
+void MainWindow::ShowMatch() {
+  if (match_ == nullptr) {
+    match_ = new MatchWindow(session_, *host_);
+    QMdiSubWindow* child = AddChild(match_, true);
+    child->setAttribute(Qt::WA_DeleteOnClose);
+    child->show();
+    child->resize(child->sizeHint().boundedTo(area_->viewport()->size()));
+  }
+  auto* child = qobject_cast<QMdiSubWindow*>(match_->parentWidget());
+  if (child->isMinimized()) child->showNormal();
   area_->setActiveSubWindow(child);
 }
 

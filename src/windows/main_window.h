@@ -2,6 +2,7 @@
 #pragma once
 
 #include <QMainWindow>
+#include <QPointer>
 #include <memory>
 
 #include "windows/session.h"
@@ -13,6 +14,7 @@ class FitCommands;
 class GraphsWindow;
 class HelpWindow;
 class LogWindow;
+class MatchWindow;
 class OptionCommands;
 class QLabel;
 class QMdiArea;
@@ -48,6 +50,7 @@ class MainWindow : public QMainWindow {
   void BuildFittingMenu(QMenu* options);
   void BuildCellMenu(QMenu* options);
   void BuildSimulationMenu();
+  void BuildMatchMenu();
   void BuildWindowMenu();
   void BuildHelpMenu();
   void BuildToolBar();
@@ -69,6 +72,7 @@ class MainWindow : public QMainWindow {
   void SetCalculating(bool on);
   void NewDocument();
   void ShowSimulation();
+  void ShowMatch();
   void ConnectSimulation();
   void ShowHelp(bool search);
   void ShowAbout();
@@ -89,7 +93,8 @@ class MainWindow : public QMainWindow {
   QLabel* status_;
   QShortcut* escape_;  // works while a calculation runs
   HelpWindow* help_ = nullptr;
-  SimWindow* sim_ = nullptr;  // once it was opened
+  SimWindow* sim_ = nullptr;     // once it was opened
+  QPointer<MatchWindow> match_;  // while it is open
   int documents_ = 0;
   bool arranged_ = false;
   bool closeAfterStop_ = false;

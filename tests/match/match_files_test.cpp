@@ -3,6 +3,7 @@
 // series.
 #include <gtest/gtest.h>
 
+#include "match/match_filters.h"
 #include "match/match_series.h"
 #include "support/recording_host.h"
 #include "support/temp_folder.h"
@@ -85,3 +86,14 @@ TEST_F(LoadMatchFilesTest, FailedLoadChangesNothing) {
 }
 
 }  // namespace
+
+TEST(MatchFilters, NameTheCell) {
+  const std::vector<std::string> any = {"XL-A Files (*.RA*)", "XL-I Files (*.IP*)",
+                                        "XL-F Files (*.FI*)", "All Files (*.*)"};
+  EXPECT_EQ(MatchFilters("*", false), any);
+  EXPECT_EQ(MatchFilters("", false), any);
+  const std::vector<std::string> second = MatchFilters("2", true);
+  ASSERT_EQ(second.size(), 5U);
+  EXPECT_EQ(second[0], "XL-A Files (*.RA2)");
+  EXPECT_EQ(second[3], "Electrophoresis Files (*.EL2)");
+}

@@ -54,3 +54,12 @@ TEST(MatchPlots, ShowTheChosenNumbers) {
 }
 
 }  // namespace
+
+TEST(ScanColors, RunFromBlueToRedAndEndInBlack) {
+  EXPECT_EQ(ScanColors(1), std::vector<ChartColor>{kChartBlack});
+  EXPECT_EQ(ScanColors(2), (std::vector<ChartColor>{0xB4461E, kChartBlack}));
+  const std::vector<ChartColor> four = ScanColors(4);
+  EXPECT_EQ(four.front(), 0xB4461EU);
+  EXPECT_EQ(four[2], 0x1E1EC8U);
+  EXPECT_EQ(four.back(), kChartBlack);
+}

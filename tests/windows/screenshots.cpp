@@ -18,6 +18,20 @@
 
 namespace {
 
+// Answers the choice of scans for the match window.
+class PictureDialogs : public QtDialogs {
+ public:
+  explicit PictureDialogs(const QString& folder) : folder_(folder) {}
+  QStringList OpenFiles(QWidget*, const FileRequest&) override {
+    QStringList names;
+    for (int k = 1; k <= 8; ++k) names << QStringLiteral("%1/0000%2.RA8").arg(folder_).arg(k);
+    return names;
+  }
+
+ private:
+  QString folder_;
+};
+
 class Walk {
  public:
   Walk(Session& session, QString folder)
@@ -49,6 +63,7 @@ class Walk {
     Trigger("mnuExpGraph");
     Grab("graphs");
     Simulator();
+    Match();
     Trigger("mnuHelpContents");
     QTest::qWait(200);
     if (auto* help = window_.findChild<QWidget*>("frmHelp")) {
@@ -61,6 +76,23 @@ class Walk {
     QTest::qWait(150);
     window_.grab().save(folder_ + "/" + name + ".png");
   }
+  void Match() {
+    Trigger("mnuMatch");
+    auto* match = window_.findChild<QWidget*>("frmMatch");
+    auto* tabs = match->findChild<QTabWidget*>("SSTab1");
+    const auto grab = [&](const QString& name) {
+      QTest::qWait(150);
+      match->parentWidget()->grab().save(folder_ + "/" + name + ".png");
+    };
+    Click("cmdLoadFiles");
+    grab("match-range");
+    Click("cmdDoMatch");
+    grab("match-results");
+    tabs->setCurrentIndex(3);
+    Click("cmdMakePlot");
+    grab("match-deviations");
+  }
+
   void Simulator() {
     Trigger("mnuSimulate");
     auto* simulator = window_.findChild<QWidget*>("frmSim");
@@ -113,7 +145,7 @@ int main(int argc, char** argv) {
       std::filesystem::temp_directory_path() / "quorvane-screenshots.ini";
   std::filesystem::remove(settingsFile);
   IniSettings settings(settingsFile);
-  QtDialogs dialogs;
+  PictureDialogs dialogs(ToQString(examples / "equilibrium"));
   Session session(settings, dialogs, examples);
   session.CurrentFolder = examples / "monomer-dimer";
   std::filesystem::create_directories(argv[1]);
