@@ -24,7 +24,8 @@ using FileHandle = std::unique_ptr<std::FILE, CloseFile>;
 
 [[noreturn]] void Fail(const fs::path& path, const char* what, int error) {
   throw FileFault(PathText(path) + ": " + what + ": " +
-                  std::error_code(error, std::generic_category()).message());
+                      std::error_code(error, std::generic_category()).message(),
+                  error);
 }
 
 FileHandle OpenForWriting(const fs::path& path) {

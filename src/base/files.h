@@ -9,7 +9,15 @@
 
 // A file that could not be read or written; what() names it and says why.
 class FileFault : public std::runtime_error {
-  using std::runtime_error::runtime_error;
+ public:
+  explicit FileFault(const std::string& text, int number = 0)
+      : std::runtime_error(text), number_(number) {}
+
+  // Of the system's error; 0 where it is none of the system's.
+  int number() const { return number_; }
+
+ private:
+  int number_;
 };
 
 // False for an empty text and for one that holds any of / \ : * ? " < > |

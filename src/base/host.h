@@ -4,16 +4,11 @@
 #include <string>
 #include <string_view>
 
+#include "base/progress.h"
+
 struct Chart;
 
 enum class MessageIcon { kNone, kInformation, kQuestion, kExclamation, kStop };
-
-// How far a long calculation has come.
-struct Progress {
-  std::string_view what;    // "Fit", or the parameter under search
-  int iteration = 0;        // of the running fit, from 1
-  double sumOfSquares = 0;  // in squared signal units
-};
 
 class Host {
  public:

@@ -3,7 +3,6 @@
 #include <csignal>
 #include <ostream>
 
-#include "base/number_format.h"
 #include "base/text.h"
 
 namespace {
@@ -51,8 +50,7 @@ void TerminalHost::ReportProgress(const Progress& progress) {
   constexpr double kPause = 0.1;  // seconds
   if (!streams_.showProgress || (progressShown_ && sinceProgress_.Seconds() < kPause)) return;
   ClearProgressLine();
-  streams_.err << progress.what << ": iteration " << progress.iteration << ", sum of squares "
-               << FormatNumber(progress.sumOfSquares, "0.000000E+00") << std::flush;
+  streams_.err << ProgressText(progress) << std::flush;
   progressShown_ = true;
   sinceProgress_ = Stopwatch();
 }

@@ -75,7 +75,7 @@ void LogStop(Host& host) {
 
 // The variance ratios, which the confidence search uses as well.
 void LogRatios(QuorvaneModule& module, const FitStatistics& statistics, Host& host) {
-  const double level = ConfidenceLevels[1];
+  const double level = module.ConfidenceLevels[1];
   const double p = level / 100.0;
   const double f = FSTAT(statistics.fitted, statistics.freedom, p, host);
   CheckArithmetic([&] {

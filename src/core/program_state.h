@@ -20,9 +20,6 @@ inline constexpr std::array<std::uint32_t, 16> GraphColors = {
     0x000000, 0x0000FF, 0x00FF00, 0xFF0000, 0x00FFFF,   0xFF00FF, 0xFFFF00, 0x7F7F7F,
     0x9F003F, 0x00005F, 0x005F00, 0xDFDF00, 0xFFFFFFFF, 0xDF00DF, 0x9F3F00, 0x007F00};
 
-// Levels of the confidence search in percent; the third repeats the first until the user sets it.
-inline constexpr std::array<double, 3> ConfidenceLevels = {68.27, 95.46, 68.27};
-
 // Ratios of the last report, kept for the confidence search.
 struct CIRatios {
   double FRatio = 0.0;         // F(NDF, NDF, P)
@@ -36,6 +33,10 @@ struct QuorvaneModule {
   FitState Fit;
   struct CIRatios CIRatios;
   bool ExperimentOpen = false;
+
+  // Levels of the confidence search in percent: 1 and 2 standard deviations, and the user's own,
+  // which repeats the first until it is set.
+  std::array<double, 3> ConfidenceLevels = {68.27, 95.46, 68.27};
 
   std::filesystem::path ChannelFile;
   bool HaveChannelFile = false;

@@ -243,7 +243,7 @@ void FitData(FitState& fit, Host& host, int& iterations) {
     const double before = fit.FitChiSq;
     MRQMIN1(fit, host, fit.FitA, fit.FitCovar, alpha, fit.FitChiSq, lambda);
     passes = CountPass(passes, before, fit.FitChiSq);
-    host.ReportProgress({"Fit", iterations, fit.FitChiSq});
+    host.ReportProgress({.what = "Fit", .iteration = iterations, .sumOfSquares = fit.FitChiSq});
     host.RunPendingEvents();
     if (!fit.FitKeepGoing) {
       iterations = 0;

@@ -4,6 +4,7 @@
 
 #include <QVBoxLayout>
 #include <algorithm>
+#include <stdexcept>
 
 #include "plot/chart_layout.h"
 
@@ -81,6 +82,19 @@ void ChartWidget::ShowAll() {
 ChartRange ChartWidget::BottomRange() const {
   const QCPRange range = plot_->axisRect(0)->axis(QCPAxis::atBottom)->range();
   return {range.lower, range.upper};
+}
+
+void ChartWidget::Paint(QPaintDevice& device, const QRectF& place) const {
+  constexpr double kUnitsPerInch = 96.0;
+  QCPPainter painter;
+  if (!painter.begin(&device)) throw std::runtime_error("the page cannot be painted");
+  painter.setModes(QCPPainter::pmVectorized | QCPPainter::pmNoCaching | QCPPainter::pmNonCosmetic);
+  const QSizeF size = QSizeF(plot_->size()).scaled(place.size(), Qt::KeepAspectRatio);
+  const double scale = device.logicalDpiX() / kUnitsPerInch;
+  painter.translate(place.left() + (place.width() - size.width()) / 2.0, place.top());
+  painter.scale(scale, scale);
+  plot_->toPainter(&painter, qRound(size.width() / scale), qRound(size.height() / scale));
+  if (!painter.end()) throw std::runtime_error("the page cannot be finished");
 }
 
 void ChartWidget::Zoom(const QRect& rectangle) {

@@ -34,6 +34,12 @@ class ChartWidget : public QWidget {
   // The stretch of the bottom axis that is shown, in its units.
   ChartRange BottomRange() const;
 
+  // Paints what is shown, the zoom included, as large as it fits into `place` at the middle of its
+  // top; `device` is not yet painted on, `place` in its units. The layout has 96 units an inch, so
+  // texts have the size of the screen. Throws std::runtime_error if the device cannot be painted
+  // on.
+  void Paint(QPaintDevice& device, const QRectF& place) const;
+
   QSize sizeHint() const override { return {480, 430}; }
   QSize minimumSizeHint() const override { return {240, 200}; }
 

@@ -6,6 +6,7 @@
 #include <exception>
 #include <future>
 #include <memory>
+#include <mutex>
 #include <semaphore>
 #include <thread>
 
@@ -23,7 +24,9 @@ namespace {
 // The Host of one search: keeps its lines for the log, hears of a stop through a flag.
 class SearchHost : public Host {
  public:
-  SearchHost(FitState& fit, const std::atomic<bool>& stop) : fit_(fit), stop_(stop) {}
+  // A search begins at `start`.
+  SearchHost(FitState& fit, const std::atomic<bool>& stop, double start)
+      : fit_(fit), stop_(stop), trial_(start) {}
 
   void PrintIt(std::string_view text) override { lines.emplace_back(text); }
   void ShowMessage(std::string_view, std::string_view, MessageIcon) override {}
@@ -32,26 +35,36 @@ class SearchHost : public Host {
     if (stop_.load(std::memory_order_relaxed)) fit_.FitKeepGoing = false;
   }
   void SetStatus(std::string_view) override {}
+  // Fits between two trial values have nothing to say that a reader could follow.
   void ReportProgress(const Progress& progress) override {
-    iteration.store(progress.iteration, std::memory_order_relaxed);
-    sum.store(progress.sumOfSquares, std::memory_order_relaxed);
+    if (progress.phase == SearchPhase::kNone) return;
+    const std::lock_guard<std::mutex> lock(mutex_);
+    phase_ = progress.phase;
+    trial_ = progress.trial;
   }
   void ReportFailure(std::string_view) override {}
   void SendPictureToLog(const Chart&) override {}
 
-  std::vector<std::string> lines;
-  std::atomic<int> iteration = 0;
-  std::atomic<double> sum = 0.0;
+  // How far the search has come; for the thread that waits for it.
+  Progress Now(std::string_view name) const {
+    const std::lock_guard<std::mutex> lock(mutex_);
+    return {.what = name, .phase = phase_, .trial = trial_};
+  }
+
+  std::vector<std::string> lines;  // to be read when the search has ended
 
  private:
   FitState& fit_;
   const std::atomic<bool>& stop_;
+  mutable std::mutex mutex_;  // guards what follows
+  SearchPhase phase_ = SearchPhase::kBracketing;
+  double trial_;
 };
 
 // The search of one parameter.
 struct Search {
   Search(const FitState& start, int parameter, std::string caption, const std::atomic<bool>& stop)
-      : j(parameter), fit(start), host(fit, stop) {
+      : j(parameter), fit(start), host(fit, stop, start.FitA(parameter)) {
     interval.name = std::move(caption);
     interval.value = start.FitA(parameter);
   }
@@ -119,7 +132,7 @@ void AwaitSearch(std::future<void>& result, const Search& search, FitState& fit,
   do {
     host.RunPendingEvents();
     if (!fit.FitKeepGoing) stop = true;
-    host.ReportProgress({search.interval.name, search.host.iteration, search.host.sum});
+    host.ReportProgress(search.host.Now(search.interval.name));
   } while (result.wait_for(kTurn) != std::future_status::ready);
 }
 
@@ -224,6 +237,16 @@ std::vector<std::string_view> ConfidenceCaptions(int modelIndex) {
     default:
       return {};
   }
+}
+
+std::vector<ConfidenceRow> ConfidenceRows(const FitState& fit) {
+  std::vector<ConfidenceRow> rows;
+  int j = fit.SharedBase();
+  for (const std::string_view caption : ConfidenceCaptions(fit.ModelIndex)) {
+    if (++j > fit.FitMA) break;
+    rows.push_back({caption, FormatParam(fit.FitA(j)), fit.FitIA(j) != 0});
+  }
+  return rows;
 }
 
 ConfidenceOutcome CalcConfidence(FitState& fit, const ConfidenceRequest& request, Host& host) {

@@ -37,6 +37,16 @@ struct ConfidenceOutcome {
 // Captions of the shared parameters of a model, in the order of FitA, as windows show them.
 std::vector<std::string_view> ConfidenceCaptions(int modelIndex);
 
+// What a window shows of a shared parameter.
+struct ConfidenceRow {
+  std::string_view caption;
+  std::string value;    // by FormatParam
+  bool fitted = false;  // a held one has no interval
+};
+
+// The shared parameters of the finished fit `fit`, in the order of FitA.
+std::vector<ConfidenceRow> ConfidenceRows(const FitState& fit);
+
 // Searches the limits of the chosen parameters around the fit that `fit` holds and logs them. Each
 // parameter is searched on its own copy of `fit` on its own thread, and the lines come in the order
 // of the parameters, the same as one after the other would give. A stop (FitKeepGoing cleared by

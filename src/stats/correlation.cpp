@@ -39,6 +39,15 @@ Matrix1<double> CrossCorrelation(const FitState& fit) {
   return coefficients;
 }
 
+std::string CoefficientText(double coefficient) {
+  return FormatNumber(coefficient, "  0.000; -0.000");
+}
+
+bool IsCritical(const Matrix1<double>& coefficients, int i, int j, double critical) {
+  const double magnitude = std::fabs(coefficients(i, j));
+  return i != j && critical < magnitude && magnitude < 1.0;
+}
+
 void LogCrossCorrelation(const FitState& fit, Host& host) {
   const Matrix1<double> coefficients = CrossCorrelation(fit);
   const std::string rule(30, '=');

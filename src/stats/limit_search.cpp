@@ -14,7 +14,8 @@ bool IsNegativeInSingle(double x) {
 }
 
 // A fit with parameter j held at x; false if the user stopped it.
-bool FitHeldAt(FitState& fit, Host& host, int j, double x) {
+bool FitHeldAt(FitState& fit, Host& host, SearchPhase phase, int j, double x) {
+  host.ReportProgress({.what = fit.FitParamNames(j), .phase = phase, .trial = x});
   fit.FitA(j) = x;
   fit.FitIA(j) = 0;
   int iterations = 0;
@@ -29,7 +30,7 @@ bool Walk(FitState& fit, Host& host, double level, int j, double sign, double fa
   constexpr double kGrowth = 1.5;
   for (int step = 0; step < kMostSteps; ++step) {
     host.RunPendingEvents();
-    if (!FitHeldAt(fit, host, j, limit)) return false;
+    if (!FitHeldAt(fit, host, SearchPhase::kBracketing, j, limit)) return false;
     double share = 0.0;
     CheckArithmetic([&] { share = level / fit.FitChiSq; });
     if (share < 1.0) break;
@@ -75,7 +76,7 @@ double BisectParameter(FitState& fit, Host& host, double ChiBest, double Ratio, 
   for (int i = 1; i <= kMostHalvings; ++i) {
     d /= 2.0;
     const double x = r + d;
-    if (!FitHeldAt(fit, host, j, x)) return passed;
+    if (!FitHeldAt(fit, host, SearchPhase::kBisection, j, x)) return passed;
     double gm = 0.0;
     double share = 0.0;
     CheckArithmetic([&] {

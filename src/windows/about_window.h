@@ -2,9 +2,24 @@
 #pragma once
 
 #include <QDialog>
+#include <filesystem>
+
+class QPlainTextEdit;
+class QPushButton;
 
 class AboutWindow : public QDialog {
   Q_OBJECT
  public:
-  explicit AboutWindow(QWidget* parent = nullptr);
+  // `settingsFile` is only shown.
+  explicit AboutWindow(const std::filesystem::path& settingsFile, QWidget* parent = nullptr);
+
+ private:
+  void BuildWidgets(const std::filesystem::path& settingsFile);
+  void ConnectSignals();
+  void ShowSystem(bool shown);
+
+  QPlainTextEdit* txtSysInfo_;
+  QPushButton* cmdSysInfo_;
+  QPushButton* cmdCopySysInfo_;
+  QPushButton* cmdOK_;
 };

@@ -64,6 +64,9 @@ void DataWindow::ConnectTabs() {
   connect(loaded_, &LoadedDataTab::EditRequested, this, &DataWindow::ShowDataset);
   connect(loaded_, &LoadedDataTab::SetupFitRequested, this, &DataWindow::SetUpFit);
   connect(control_, &FitControlTab::FitRequested, this, &DataWindow::FitRequested);
+  connect(control_, &FitControlTab::CalcCIRequested, this, &DataWindow::CalcCIRequested);
+  connect(control_, &FitControlTab::ShowCCCsRequested, this, &DataWindow::ShowCCCsRequested);
+  connect(control_, &FitControlTab::FitOutdated, this, &DataWindow::FitOutdated);
   connect(control_, &FitControlTab::KDisplayChosen, this, &DataWindow::KDisplayChosen);
   connect(control_, &FitControlTab::MwDisplayChosen, this, &DataWindow::MwDisplayChosen);
   connect(edit_, &ChartWidget::PointerMoved, this, [this](double x, double y) {
@@ -102,6 +105,7 @@ void DataWindow::SetCalculating(bool on) {
 // A new store needs "Setup Fit" before it can be fitted.
 void DataWindow::UpdateTabs() {
   ForgetChosenSets(session_.Module.Setup);
+  control_->SetFitDone(false);
   control_->ShowValues();  // a text that was not stored goes with the old page
   datasets_ = session_.Module.Store.NumDatasets();
   const bool any = datasets_ > 0;

@@ -37,6 +37,9 @@ class DataWindow : public QWidget {
 
  signals:
   void FitRequested();
+  void CalcCIRequested();
+  void ShowCCCsRequested();
+  void FitOutdated();
   void DatasetsChanged();
   void KDisplayChosen(int kFormat);
   void MwDisplayChosen(bool buoyant);

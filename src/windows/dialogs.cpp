@@ -8,6 +8,8 @@
 #include <QInputDialog>
 #include <QMessageBox>
 
+#include "windows/print_dialog.h"
+
 namespace {
 
 const QString kProgram = QStringLiteral("Quorvane");
@@ -106,4 +108,8 @@ std::optional<QFont> QtDialogs::ChooseFont(QWidget* parent, const QFont& start) 
   const QFont font = QFontDialog::getFont(&accepted, start, parent);
   if (!accepted) return std::nullopt;
   return font;
+}
+
+bool QtDialogs::AskPrinter(QWidget* parent, QPrinter& printer, const PrintJob& job) {
+  return RunPrintDialog(parent, printer, job);
 }

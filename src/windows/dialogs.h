@@ -9,7 +9,9 @@
 
 #include "base/host.h"
 
+class QPrinter;
 class QWidget;
+struct PrintJob;
 
 struct FileRequest {
   QString title;
@@ -41,6 +43,9 @@ class Dialogs {
 
   virtual std::optional<QColor> ChooseColor(QWidget* parent, const QColor& start) = 0;
   virtual std::optional<QFont> ChooseFont(QWidget* parent, const QFont& start) = 0;
+
+  // The print dialog for `job`, with a preview; false on a cancel. `printer` is set up as chosen.
+  virtual bool AskPrinter(QWidget* parent, QPrinter& printer, const PrintJob& job) = 0;
 };
 
 // The real ones.
@@ -57,4 +62,5 @@ class QtDialogs : public Dialogs {
   QString ChooseFolder(QWidget* parent, const QString& title, const QString& start) override;
   std::optional<QColor> ChooseColor(QWidget* parent, const QColor& start) override;
   std::optional<QFont> ChooseFont(QWidget* parent, const QFont& start) override;
+  bool AskPrinter(QWidget* parent, QPrinter& printer, const PrintJob& job) override;
 };

@@ -1,6 +1,9 @@
 #include "windows/fit_commands.h"
 
+#include <QTextEdit>
+
 #include "core/fit_run.h"
+#include "stats/confidence.h"
 #include "windows/busy_pointer.h"
 #include "windows/data_window.h"
 #include "windows/fit_control_tab.h"
@@ -12,28 +15,53 @@
 
 FitCommands::FitCommands(WindowSet windows, QObject* parent) : QObject(parent), windows_(windows) {}
 
-void FitCommands::RunFit() {
+template <class Work>
+void FitCommands::Calculate(Work&& work) {
   Session& session = windows_.session;
-  if (session.Calculating || !windows_.data.CommitPending()) return;
   session.Calculating = true;
   session.StopRequested = false;
   emit CalculatingChanged(true);
-  FitOutcome outcome;
   {
     const BusyPointer busy;
-    outcome = ::RunFit(session.Module, windows_.host);
+    work();
   }
   session.Calculating = false;
   emit CalculatingChanged(false);
+}
+
+void FitCommands::RunFit() {
+  QuorvaneModule& module = windows_.session.Module;
+  if (windows_.session.Calculating || !windows_.data.CommitPending()) return;
+  FitState last = module.Fit;
+  FitOutcome outcome;
+  Calculate([&] { outcome = ::RunFit(module, windows_.host); });
+  // The values stay those of the last fit, and so does what its error analysis works on.
+  if (outcome.ending == FitEnding::kStopped || outcome.ending == FitEnding::kRefused) {
+    module.Fit = std::move(last);
+  }
+  ShowOutcome(outcome);
+  emit CalculationEnded();
+}
+
+void FitCommands::ShowOutcome(const FitOutcome& outcome) {
   // A fault in the report comes after the values were taken over.
   windows_.data.FitControl().ShowValues();
-  if (outcome.ending == FitEnding::kFinished) {
-    windows_.data.FitControl().SetFitDone(true);
-    windows_.data.Results().ShowFit();
-    windows_.graphs.Refresh();
-    windows_.log.MoveToEnd();
-  }
-  emit FitEnded();
+  if (outcome.ending == FitEnding::kFailed) windows_.data.FitControl().SetFitDone(false);
+  if (outcome.ending != FitEnding::kFinished) return;
+  windows_.data.FitControl().SetFitDone(true);
+  windows_.data.Results().ShowFit();
+  windows_.graphs.Refresh();
+  windows_.log.MoveToEnd();
+}
+
+void FitCommands::RunConfidence(const ConfidenceRequest& request) {
+  if (windows_.session.Calculating) return;
+  Calculate([&] {
+    windows_.frame.activateWindow();
+    windows_.log.Editor()->setFocus();
+    CalcConfidence(windows_.session.Module.Fit, request, windows_.host);
+  });
+  emit CalculationEnded();
 }
 
 void FitCommands::Stop() {

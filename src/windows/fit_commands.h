@@ -1,9 +1,12 @@
-// Running a fit from the window, and stopping it.
+// Running a fit or a confidence search from the window, and stopping it.
 #pragma once
 
 #include <QObject>
 
 #include "windows/window_set.h"
+
+struct ConfidenceRequest;
+struct FitOutcome;
 
 class FitCommands : public QObject {
   Q_OBJECT
@@ -13,15 +16,24 @@ class FitCommands : public QObject {
   // The press of "Fit". Returns when the fit has ended; does nothing while one runs.
   void RunFit();
 
+  // The press of "Calculate" in frmConfInterval, for the last fit. Returns when the search has
+  // ended; does nothing while a calculation runs.
+  void RunConfidence(const ConfidenceRequest& request);
+
   // Ends the running calculation at its next check.
   void Stop();
 
  signals:
   // A calculation begins or ends: what could disturb it is disabled meanwhile.
   void CalculatingChanged(bool on);
-  // The fit has ended, in whatever way.
-  void FitEnded();
+  // A fit or search has ended, in whatever way.
+  void CalculationEnded();
 
  private:
+  // Does `work` with everything disabled that could disturb it, under the busy pointer.
+  template <class Work>
+  void Calculate(Work&& work);
+  void ShowOutcome(const FitOutcome& outcome);
+
   WindowSet windows_;
 };

@@ -47,8 +47,6 @@ void FitControlTab::BuildWidgets() {
   auto* buttons = new QHBoxLayout;
   for (QPushButton* button : {cmdFitMe_, cmdCalcCI_, cmdShowCCCs_}) buttons->addWidget(button);
   buttons->addStretch();
-  cmdCalcCI_->hide();  // until the windows behind them are there
-  cmdShowCCCs_->hide();
   auto* top = new QVBoxLayout(top_);
   top->setContentsMargins(0, 0, 0, 0);
   top->addLayout(buttons);
@@ -132,6 +130,7 @@ void FitControlTab::RefreshDisplay() {
 void FitControlTab::SetFitDone(bool done) {
   cmdCalcCI_->setEnabled(done);
   cmdShowCCCs_->setEnabled(done);
+  if (!done) emit FitOutdated();
 }
 
 bool FitControlTab::CommitPending() {

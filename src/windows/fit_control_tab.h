@@ -41,6 +41,7 @@ class FitControlTab : public QWidget {
   void FitRequested();
   void CalcCIRequested();
   void ShowCCCsRequested();
+  void FitOutdated();  // there is no fit any more whose error analysis can be shown
   void RefConcRequested(int row);
   void KDisplayChosen(int kFormat);
   void MwDisplayChosen(bool buoyant);

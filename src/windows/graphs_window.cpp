@@ -83,6 +83,10 @@ void GraphsWindow::ShowChoice() {
   cmdCopy_->setEnabled(drawn);
 }
 
+PrintContent GraphsWindow::Printed() const {
+  return ExportTChart_;
+}
+
 void GraphsWindow::mouseDoubleClickEvent(QMouseEvent* event) {
   if (cmdExport_->isEnabled() && ExportTChart_->geometry().contains(event->pos())) Export();
 }

@@ -3,13 +3,14 @@
 
 #include <QWidget>
 
+#include "windows/printable.h"
 #include "windows/session.h"
 
 class ChartWidget;
 class QComboBox;
 class QPushButton;
 
-class GraphsWindow : public QWidget {
+class GraphsWindow : public QWidget, public Printable {
   Q_OBJECT
  public:
   explicit GraphsWindow(Session& session, QWidget* parent = nullptr);  // outlived by `session`
@@ -18,6 +19,8 @@ class GraphsWindow : public QWidget {
   void Refresh();
 
   void ShowGraph(int number);  // from 1
+
+  PrintContent Printed() const override;
 
  protected:
   void mouseDoubleClickEvent(QMouseEvent* event) override;  // on the chart: its export

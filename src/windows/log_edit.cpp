@@ -15,7 +15,6 @@
 
 namespace {
 
-constexpr int kTableColumns = 112;   // the widest table of a report, and a little more
 constexpr double kTabPixels = 48.0;  // half an inch, as RTF has it
 
 }  // namespace

@@ -4,6 +4,8 @@
 #include <QTextEdit>
 #include <functional>
 
+inline constexpr int kTableColumns = 112;  // the widest table of a report, and a little more
+
 // Shows black on white, whatever the palette: the page that is saved and printed.
 // Lines wrap at the right border of the window, but never before the columns that the tables of a
 // report need; a narrower window scrolls sideways, which leaves the tables readable and spares a

@@ -216,6 +216,10 @@ QTextEdit* LogWindow::Editor() {
   return logFile_;
 }
 
+PrintContent LogWindow::Printed() const {
+  return logFile_;
+}
+
 void LogWindow::closeEvent(QCloseEvent* event) {
   if (role_ == Role::kLog) event->ignore();
 }

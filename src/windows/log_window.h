@@ -8,6 +8,7 @@
 #include <string_view>
 
 #include "rtf/rich_text.h"
+#include "windows/printable.h"
 #include "windows/session.h"
 
 class LogEdit;
@@ -18,7 +19,7 @@ class QTextEdit;
 
 // Any change of the text sets ExperimentOpen: whoever fills the log with what is saved already
 // clears it afterwards.
-class LogWindow : public QWidget {
+class LogWindow : public QWidget, public Printable {
   Q_OBJECT
  public:
   // kDocument: a text beside the log, which can be closed and is no part of the experiment.
@@ -54,6 +55,8 @@ class LogWindow : public QWidget {
   void SaveFont(Host& host) const;
 
   QTextEdit* Editor();
+
+  PrintContent Printed() const override;
 
  signals:
   void Clicked();  // any click in the log, or Esc

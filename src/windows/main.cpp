@@ -10,6 +10,7 @@
 #include "core/settings.h"
 #include "windows/experiment_commands.h"
 #include "windows/main_window.h"
+#include "windows/splash_window.h"
 
 namespace {
 
@@ -50,8 +51,12 @@ int main(int argc, char** argv) {
   LoadSettings(session.Module, settings);
   session.CurrentFolder = LoadLastDirectory(settings, session.ProgramFolder);
   if (!LoadGeometries(session)) return 1;
+  frmSplash splash;
+  splash.show();
+  QCoreApplication::processEvents();
   MainWindow window(session);
   window.show();
+  splash.close();
   const QString argument = QApplication::arguments().mid(1).join(' ');
   QTimer::singleShot(0, &window, [&] { window.Experiments().OpenArgument(argument); });
   return QApplication::exec();

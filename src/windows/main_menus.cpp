@@ -14,6 +14,7 @@
 #include "windows/log_window.h"
 #include "windows/main_window.h"
 #include "windows/option_commands.h"
+#include "windows/print_commands.h"
 #include "windows/result_panel.h"
 #include "windows/source_files_tab.h"
 
@@ -55,6 +56,7 @@ QAction* MainWindow::Action(const char* name) const {
 void MainWindow::BuildMenus() {
   BuildFileMenu();
   BuildGraphMenu();
+  BuildPrintCommand();
   BuildOptionMenu();
   BuildSimulationMenu();
   BuildMatchMenu();
@@ -127,6 +129,14 @@ void MainWindow::BuildGraphMenu() {
             [this] { options_->ChooseColor(false); });
   AddAction(colors, "mnuSetDeletedPointsColor", tr("Deleted Points"),
             [this] { options_->ChooseColor(true); });
+}
+
+// A command of the bar itself.
+void MainWindow::BuildPrintCommand() {
+  QAction* print = menuBar()->addAction(tr("&Print"));
+  print->setObjectName("mnuPrint");
+  print->setShortcut(QKeySequence::Print);
+  connect(print, &QAction::triggered, this, [this] { prints_->PrintActive(); });
 }
 
 void MainWindow::BuildOptionMenu() {

@@ -22,8 +22,10 @@
 #include "core/settings.h"
 #include "windows/about_window.h"
 #include "windows/app_icon.h"
+#include "windows/correlation_window.h"
 #include "windows/data_files.h"
 #include "windows/data_window.h"
+#include "windows/error_commands.h"
 #include "windows/experiment_commands.h"
 #include "windows/fit_commands.h"
 #include "windows/graphs_window.h"
@@ -31,11 +33,15 @@
 #include "windows/log_window.h"
 #include "windows/match_window.h"
 #include "windows/option_commands.h"
+#include "windows/print_commands.h"
 #include "windows/sim_window.h"
 #include "windows/source_files_tab.h"
 #include "windows/window_host.h"
 
 namespace {
+
+constexpr float kCoefficientsWidth = 8000.0F;  // of frmCCCs at first, twips
+constexpr float kCoefficientsHeight = 6000.0F;
 
 // 15 at 96 logical pixels an inch.
 double TwipsPerPixel() {
@@ -62,6 +68,7 @@ MainWindow::MainWindow(Session& session, QWidget* parent)
       host_(std::make_unique<WindowHost>(session, *log_, *this)),
       data_(new DataWindow(session, *host_)),
       graphs_(new GraphsWindow(session)),
+      coefficients_(new frmCCCs),
       status_(new QLabel(QStringLiteral(" "))),
       escape_(new QShortcut(Qt::Key_Escape, this)) {
   setObjectName("frmMain");
@@ -74,11 +81,15 @@ MainWindow::MainWindow(Session& session, QWidget* parent)
   dataChild_ = AddChild(data_, false);
   logChild_ = AddChild(log_, false);
   graphsChild_ = AddChild(graphs_, true);
+  coefficientsChild_ = AddChild(coefficients_, true);
   experiments_ = new ExperimentCommands(AllWindows(), this);
   options_ = new OptionCommands(AllWindows(), this);
   fits_ = new FitCommands(AllWindows(), this);
+  errors_ = new ErrorCommands(AllWindows(), *fits_, *coefficients_, this);
+  prints_ = new PrintCommands(AllWindows(), *area_, this);
   BuildMenus();
   ConnectWindows();
+  ConnectErrorAnalysis();
   RestorePlace();
   LogHead(*host_);
   session_.Module.ExperimentOpen = false;  // the head lines are no work of the user
@@ -127,7 +138,7 @@ void MainWindow::ConnectWindows() {
     UpdateActions();
   });
   connect(fits_, &FitCommands::CalculatingChanged, this, &MainWindow::SetCalculating);
-  connect(fits_, &FitCommands::FitEnded, this, [this] {
+  connect(fits_, &FitCommands::CalculationEnded, this, [this] {
     UpdateActions();
     if (closeAfterStop_) QTimer::singleShot(0, this, &MainWindow::close);
   });
@@ -138,11 +149,22 @@ void MainWindow::ConnectWindows() {
   qApp->installEventFilter(this);
 }
 
+void MainWindow::ConnectErrorAnalysis() {
+  connect(data_, &DataWindow::CalcCIRequested, errors_, &ErrorCommands::OpenConfidence);
+  connect(data_, &DataWindow::ShowCCCsRequested, errors_, &ErrorCommands::ShowCoefficients);
+  connect(data_, &DataWindow::FitOutdated, errors_, &ErrorCommands::CloseConfidence);
+  connect(fits_, &FitCommands::CalculatingChanged, errors_, &ErrorCommands::CloseConfidence);
+  connect(experiments_, &ExperimentCommands::ExperimentChanged, coefficientsChild_, &QWidget::hide);
+  connect(coefficients_, &frmCCCs::LogRequested, errors_, &ErrorCommands::LogCoefficients);
+  connect(coefficients_, &frmCCCs::PrintRequested, this,
+          [this] { prints_->Print(coefficients_->Printed(), coefficients_->windowTitle()); });
+}
+
 // The log's clicks, scrolling and the moves of windows stay possible.
 void MainWindow::SetCalculating(bool on) {
   status_->setText(QStringLiteral(" "));
   menuBar()->setEnabled(!on);
-  for (const char* name : {"mnuFileNew", "mnuFileOpen", "mnuFileSave"}) {
+  for (const char* name : {"mnuFileNew", "mnuFileOpen", "mnuFileSave", "mnuPrint"}) {
     Action(name)->setEnabled(!on);  // on the tool bar too
   }
   Action("cmdStop")->setEnabled(on);
@@ -151,6 +173,7 @@ void MainWindow::SetCalculating(bool on) {
   graphs_->setEnabled(!on);
   if (sim_ != nullptr) sim_->SetCalculating(on);
   if (match_ != nullptr) match_->setEnabled(!on);
+  coefficients_->setEnabled(!on);
 }
 
 // Place and size as Qt counts them: the corner of the frame with its title, the size without.
@@ -196,6 +219,8 @@ void MainWindow::ArrangeFirst() {
   dataChild_->show();
   logChild_->show();
   graphsChild_->hide();
+  coefficientsChild_->hide();
+  coefficientsChild_->resize(ToPixels(kCoefficientsWidth), ToPixels(kCoefficientsHeight));
   const QRect room = area_->viewport()->rect();
   const int dataWidth =
       std::clamp(data_->sizeHint().width() + 12, room.width() / 2, room.width() * 3 / 5);
@@ -317,7 +342,7 @@ void MainWindow::ShowHelp(bool search) {
 }
 
 void MainWindow::ShowAbout() {
-  auto* about = new AboutWindow(this);
+  auto* about = new AboutWindow(SettingsFile(), this);
   about->setAttribute(Qt::WA_DeleteOnClose);
   about->open();
 }
@@ -342,6 +367,7 @@ void MainWindow::closeEvent(QCloseEvent* event) {
   SaveSettings(session_.Module, session_.CurrentFolder, session_.Settings, *host_);
   SavePlace();
   if (help_ != nullptr) help_->close();
+  errors_->CloseConfidence();
   event->accept();
 }
 

@@ -9,6 +9,7 @@
 #include "windows/window_set.h"
 
 class DataWindow;
+class ErrorCommands;
 class ExperimentCommands;
 class FitCommands;
 class GraphsWindow;
@@ -16,12 +17,14 @@ class HelpWindow;
 class LogWindow;
 class MatchWindow;
 class OptionCommands;
+class PrintCommands;
 class QLabel;
 class QMdiArea;
 class QMdiSubWindow;
 class QShortcut;
 class SimWindow;
 class WindowHost;
+class frmCCCs;
 
 class MainWindow : public QMainWindow {
   Q_OBJECT
@@ -46,6 +49,7 @@ class MainWindow : public QMainWindow {
   void BuildMenus();
   void BuildFileMenu();
   void BuildGraphMenu();
+  void BuildPrintCommand();
   void BuildOptionMenu();
   void BuildFittingMenu(QMenu* options);
   void BuildCellMenu(QMenu* options);
@@ -62,6 +66,7 @@ class MainWindow : public QMainWindow {
   WindowSet AllWindows();
   QMdiSubWindow* AddChild(QWidget* widget, bool closable);
   void ConnectWindows();
+  void ConnectErrorAnalysis();
   void RestorePlace();
   void SavePlace();
   void ArrangeFirst();
@@ -84,12 +89,16 @@ class MainWindow : public QMainWindow {
   std::unique_ptr<WindowHost> host_;
   DataWindow* data_;
   GraphsWindow* graphs_;
+  frmCCCs* coefficients_;
   ExperimentCommands* experiments_ = nullptr;
   OptionCommands* options_ = nullptr;
   FitCommands* fits_ = nullptr;
+  ErrorCommands* errors_ = nullptr;
+  PrintCommands* prints_ = nullptr;
   QMdiSubWindow* dataChild_;
   QMdiSubWindow* logChild_;
   QMdiSubWindow* graphsChild_;
+  QMdiSubWindow* coefficientsChild_;
   QLabel* status_;
   QShortcut* escape_;  // works while a calculation runs
   HelpWindow* help_ = nullptr;

@@ -3,7 +3,6 @@
 #include <QCoreApplication>
 #include <QString>
 
-#include "base/number_format.h"
 #include "plot/chart_export.h"
 #include "windows/busy_pointer.h"
 #include "windows/log_window.h"
@@ -52,10 +51,7 @@ void WindowHost::ReportProgress(const Progress& progress) {
   constexpr double kPause = 0.05;  // seconds
   if (progress.iteration > 1 && sinceProgress_.Seconds() < kPause) return;
   sinceProgress_ = Stopwatch();
-  emit ProgressReported(
-      QStringLiteral("%1: iteration %2, sum of squares %3")
-          .arg(Text(progress.what), QString::number(progress.iteration),
-               QString::fromStdString(FormatNumber(progress.sumOfSquares, "0.000000E+00"))));
+  emit ProgressReported(QString::fromStdString(ProgressText(progress)));
 }
 
 void WindowHost::ReportFailure(std::string_view text) {

@@ -7,6 +7,7 @@
 #include <QLineEdit>
 #include <QLocale>
 #include <QTabWidget>
+#include <QTableView>
 #include <QTest>
 #include <clocale>
 #include <filesystem>
@@ -69,9 +70,35 @@ class Walk {
     if (auto* help = window_.findChild<QWidget*>("frmHelp")) {
       help->grab().save(folder_ + "/help.png");
     }
+    ErrorAnalysis();
   }
 
  private:
+  // After a fit: confidence intervals, coefficients and how they are printed, About.
+  void ErrorAnalysis() {
+    Tab(2);
+    Click("cmdCalcCI");
+    GrabDialog("frmConfInterval", "confidence");
+    Click("cmdShowCCCs");
+    window_.findChild<QTableView*>("gridCCC")->scrollTo(LastCell());
+    GrabDialog("frmCCCs", "coefficients");
+    Click("cmdPrintMe");
+    GrabDialog("P001", "print-preview");
+    Trigger("mnuHelpAbout");
+    Click("cmdSysInfo");
+    GrabDialog("frmAbout", "about");
+  }
+  QModelIndex LastCell() {
+    const QAbstractItemModel* cells = window_.findChild<QTableView*>("gridCCC")->model();
+    return cells->index(cells->rowCount() - 1, cells->columnCount() - 1);
+  }
+  // Grabs a window of its own and closes it.
+  void GrabDialog(const char* window, const QString& name) {
+    QTest::qWait(300);
+    auto* dialog = window_.findChild<QWidget*>(window);
+    dialog->grab().save(folder_ + "/" + name + ".png");
+    dialog->close();
+  }
   void Grab(const QString& name) {
     QTest::qWait(150);
     window_.grab().save(folder_ + "/" + name + ".png");

@@ -4,12 +4,14 @@
 #include <QColor>
 #include <QFont>
 #include <deque>
+#include <functional>
 #include <string>
 #include <vector>
 
 #include <gtest/gtest.h>
 
 #include "windows/dialogs.h"
+#include "windows/print_job.h"
 
 inline void PrintTo(const QString& text, std::ostream* out) {
   *out << text.toStdString();
@@ -17,6 +19,9 @@ inline void PrintTo(const QString& text, std::ostream* out) {
 
 class ScriptedDialogs : public Dialogs {
  public:
+  // Sets the printer up as a user would; false cancels.
+  using PrinterSetUp = std::function<bool(QPrinter& printer)>;
+
   struct Said {
     QString title;
     QString text;
@@ -50,6 +55,10 @@ class ScriptedDialogs : public Dialogs {
   std::optional<QFont> ChooseFont(QWidget*, const QFont&) override {
     return Next(fonts, std::optional<QFont>(), "a font");
   }
+  bool AskPrinter(QWidget*, QPrinter& printer, const PrintJob& job) override {
+    const auto setUp = Next(printers, PrinterSetUp(), job.title);
+    return setUp && setUp(printer);
+  }
 
   std::vector<Said> messages;
   std::vector<Said> questions;
@@ -60,6 +69,7 @@ class ScriptedDialogs : public Dialogs {
   std::deque<QStringList> fileLists;
   std::deque<std::optional<QColor>> colors;
   std::deque<std::optional<QFont>> fonts;
+  std::deque<PrinterSetUp> printers;
 
  private:
   QString File(const FileRequest& request) {

@@ -1,0 +1,17 @@
+#include "base/progress.h"
+
+#include "base/number_format.h"
+
+std::string ProgressText(const Progress& progress) {
+  const std::string what(progress.what);
+  switch (progress.phase) {
+    case SearchPhase::kBracketing:
+      return what + ": bracketing, " + FormatParam(progress.trial);
+    case SearchPhase::kBisection:
+      return what + ": bisection, " + FormatParam(progress.trial);
+    case SearchPhase::kNone:
+      break;
+  }
+  return what + ": iteration " + std::to_string(progress.iteration) + ", sum of squares " +
+         FormatNumber(progress.sumOfSquares, "0.000000E+00");
+}

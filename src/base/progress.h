@@ -1,0 +1,20 @@
+// How far a long calculation has come.
+#pragma once
+
+#include <string>
+#include <string_view>
+
+// What a confidence search does with its parameter.
+enum class SearchPhase { kNone, kBracketing, kBisection };
+
+struct Progress {
+  std::string_view what;                   // "Fit", or the parameter under search
+  int iteration = 0;                       // of the running fit, from 1
+  double sumOfSquares = 0.0;               // in squared signal units
+  SearchPhase phase = SearchPhase::kNone;  // of a search
+  double trial = 0.0;                      // value at which a search holds the parameter
+};
+
+// A line for status bar or terminal: "Fit: iteration 7, sum of squares 1.234567E-03" or
+// "LnK1: bracketing, 12.3450".
+std::string ProgressText(const Progress& progress);

@@ -1,0 +1,62 @@
+#include "windows/error_commands.h"
+
+#include <QMdiArea>
+#include <QMdiSubWindow>
+#include <QTextEdit>
+
+#include "base/arithmetic.h"
+#include "stats/correlation.h"
+#include "windows/confidence_window.h"
+#include "windows/correlation_window.h"
+#include "windows/data_window.h"
+#include "windows/fit_commands.h"
+#include "windows/log_window.h"
+#include "windows/session.h"
+#include "windows/window_host.h"
+
+ErrorCommands::ErrorCommands(WindowSet windows, FitCommands& fits, frmCCCs& coefficients,
+                             QObject* parent)
+    : QObject(parent), windows_(windows), fits_(fits), coefficients_(coefficients) {}
+
+void ErrorCommands::OpenConfidence() {
+  if (windows_.session.Calculating || !windows_.data.CommitPending()) return;
+  CloseConfidence();
+  confidence_ = new frmConfInterval(windows_.session, &windows_.frame);
+  connect(confidence_, &frmConfInterval::CalculateRequested, this, &ErrorCommands::Search);
+  confidence_->setAttribute(Qt::WA_DeleteOnClose);
+  confidence_->show();
+  windows_.log.Editor()->setFocus();
+}
+
+// The window is hidden while its search runs and goes for good afterwards.
+void ErrorCommands::Search(const ConfidenceRequest& request) {
+  const QPointer<frmConfInterval> window = confidence_;
+  window->hide();
+  fits_.RunConfidence(request);
+  if (window) window->deleteLater();
+}
+
+void ErrorCommands::CloseConfidence() {
+  if (confidence_ && confidence_->isVisible()) confidence_->close();
+}
+
+void ErrorCommands::ShowCoefficients() {
+  const QuorvaneModule& module = windows_.session.Module;
+  try {
+    coefficients_.ShowFit(module.Fit, module.CriticalCCCValue);
+  } catch (const ArithmeticFault& fault) {
+    windows_.host.ShowMessage("Cross-Correlation Coefficients", fault.what(),
+                              MessageIcon::kExclamation);
+    return;
+  }
+  coefficients_.show();
+  auto* child = qobject_cast<QMdiSubWindow*>(coefficients_.parentWidget());
+  if (child == nullptr) return;
+  if (child->isMinimized()) child->showNormal();
+  child->show();
+  child->mdiArea()->setActiveSubWindow(child);
+}
+
+void ErrorCommands::LogCoefficients() {
+  LogCrossCorrelation(coefficients_.Fit(), windows_.host);
+}

@@ -1,0 +1,11 @@
+// The print dialog with a way to the preview.
+#pragma once
+
+#include "windows/print_job.h"
+
+class QPrinter;
+class QWidget;
+
+// Lets the user choose printer, page and selection for `job`, look at the pages, and print or
+// cancel; false on a cancel. `printer` is then set up as chosen.
+bool RunPrintDialog(QWidget* parent, QPrinter& printer, const PrintJob& job);

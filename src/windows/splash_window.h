@@ -1,0 +1,10 @@
+// frmSplash: the name and version of the program while it starts.
+#pragma once
+
+#include <QSplashScreen>
+
+class frmSplash : public QSplashScreen {
+  Q_OBJECT
+ public:
+  frmSplash();
+};

@@ -1,0 +1,298 @@
+// Faults caught here: a row that names another parameter than it searches, a level that slips
+// through, a search or a stop that changes the fit, a window that outlives its fit, colours off by
+// one cell or by the bounds, a copied table that differs from the shown one.
+#include <QCheckBox>
+#include <QClipboard>
+#include <QComboBox>
+#include <QLabel>
+#include <QLineEdit>
+#include <QPointer>
+#include <QPushButton>
+#include <QRadioButton>
+#include <QTableView>
+#include <QTimer>
+
+#include "session_fixture.h"
+#include "support/fit_problem.h"
+#include "windows/confidence_window.h"
+#include "windows/correlation_window.h"
+#include "windows/main_window_fixture.h"
+
+namespace {
+
+class Confidence : public SessionFixture {
+ protected:
+  // Opens the window for a fit of the model with its second shared parameter held.
+  void Open(int model) {
+    session.Module.Fit = MakeProblem({.modelIndex = model}, TypicalShared(model));
+    FitState& fit = session.Module.Fit;
+    if (fit.SharedBase() + 2 <= fit.FitMA) fit.FitIA(fit.SharedBase() + 2) = 0;
+    window = std::make_unique<frmConfInterval>(session);
+    window->show();
+    window->activateWindow();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(window.get()));
+  }
+
+  template <class T>
+  T* Find(const QString& name) {
+    return window->findChild<T*>(name);
+  }
+
+  // "MW=7.500E+3" of each visible row, with a * where it can be searched.
+  std::string Rows() {
+    constexpr const char* kNames[] = {"lblMWB", "lblVirial", "lblN1",   "lblLnK1",
+                                      "lblN2",  "lblLnK2",   "lblLnK3", "lblAlpha"};
+    std::string rows;
+    for (int k = 0; k < 8; ++k) {
+      const auto* box = Find<QCheckBox>(QStringLiteral("chkParam(%1)").arg(k));
+      if (!box->isVisible()) {
+        EXPECT_FALSE(box->isChecked());
+        continue;
+      }
+      EXPECT_EQ(box->isChecked(), box->isEnabled());
+      rows += Find<QLabel>(QString(kNames[k]) + "name")->text().toStdString() + "=" +
+              Find<QLabel>(QString(kNames[k]) + "val")->text().toStdString() +
+              (box->isEnabled() ? "*|" : "|");
+    }
+    return rows;
+  }
+
+  std::unique_ptr<frmConfInterval> window;
+};
+
+}  // namespace
+
+TEST_F(Confidence, HasARowForEachSharedParameterInTheOrderOfTheFit) {
+  const struct {
+    int model;
+    const char* rows;
+  } cases[] = {
+      {0, " Buoyant MW =7.500E+3*|"},
+      {1, " Buoyant MW =7.500E+3*| B*M, Virial Coef. =8.000E-6|"},
+      {2, " Buoyant MW =7.500E+3*| N1=2.0000| LnK1=1.0000*|"},
+      {3, " Buoyant MW =7.500E+3*| N1=2.0000| LnK1=1.0000*| N2=4.0000*| LnK2=3.0000*|"},
+      {4, " Buoyant MW =7.500E+3*| N1=2.0000| LnK1=1.0000*| Alpha=0.1500*|"},
+      {6, "BuoyantMW A=7.500E+3*|BuoyantMW B=5.200E+3|LnK=1.0000*|"},
+      {8, "BuoyantMW A=7.500E+3*|BuoyantMW B=5.200E+3|LnK1=1.0000*|LnK2=0.6000*|LnK3=0.4000*|"},
+      {9, " Buoyant MW =7.500E+3*|LnKi=0.3000|"},
+      {10, "BuoyantMW A=7.500E+3*|BuoyantMW B=5.200E+3|N1=2.0000*|LnKs=1.0000*|LnKh=0.6000*|"}};
+  for (const auto& test : cases) {
+    Open(test.model);
+    EXPECT_EQ(Rows(), test.rows) << "model " << test.model;
+  }
+}
+
+TEST_F(Confidence, TakesALevelBetween50And100Only) {
+  Open(2);
+  auto* choice = Find<QComboBox>("cmbFStat");
+  auto* percent = Find<QLineEdit>("txtConfPercent");
+  EXPECT_EQ(percent->text(), "95.46");
+  EXPECT_FALSE(percent->isEnabled());
+  const auto choose = [&](int place) {
+    choice->setCurrentIndex(place);
+    emit choice->activated(place);
+  };
+  choose(2);
+  EXPECT_TRUE(percent->isEnabled());
+  const struct {
+    const char* typed;
+    const char* title;  // of the refusal; "" if the level is taken
+    const char* text;
+    const char* shown;  // afterwards
+  } cases[] = {{"", "Parameter Entry Error!", "Illegal Value Entered", ""},
+               {"95,4", "Parameter Entry Error!", "Illegal Value Entered", "95,4"},
+               {"50", "Parameter Out of Range!", "Value must be 50 < P < 100 ", "68.27"},
+               {"50.01", "", "", "50.01"},
+               {"100", "Parameter Out of Range!", "Value must be 50 < P < 100 ", "50.01"},
+               {"99.99", "", "", "99.99"}};
+  for (const auto& test : cases) {
+    dialogs.messages.clear();
+    percent->setFocus();
+    QTest::qWait(1);
+    percent->setText(test.typed);
+    Find<QRadioButton>("optVRmethod(0)")->setFocus();
+    QTest::qWait(1);
+    const bool taken = *test.title == '\0';
+    ASSERT_EQ(dialogs.messages.size(), taken ? 0U : 1U) << test.typed;
+    EXPECT_EQ(percent->text(), test.shown) << test.typed;
+    EXPECT_EQ(percent->hasFocus(), !taken) << test.typed;
+    if (taken) continue;
+    EXPECT_EQ(dialogs.messages[0].title, test.title);
+    EXPECT_EQ(dialogs.messages[0].text, test.text);
+  }
+  choose(0);
+  EXPECT_EQ(percent->text(), "68.27");
+  Open(2);  // the level is the program's, not the window's
+  choice = Find<QComboBox>("cmbFStat");
+  choose(2);
+  EXPECT_EQ(Find<QLineEdit>("txtConfPercent")->text(), "99.99");
+}
+
+class ErrorAnalysis : public MainWindowTest {
+ protected:
+  void FitExample() {
+    SetUpExample();
+    Click("cmdFitMe");
+    QTest::qWait(1);
+  }
+  // So many scans that events come through while they are fitted.
+  void FitMany() {
+    Click("optCntrpiece(1)");
+    const QString scan = ToQString(kExamples / "monomer-dimer" / "00001.RA1");
+    window->Experiments().OpenDropped(QStringList(20, scan));
+    session.Module.LogGraphs = session.Module.SaveGraphs = false;
+    Click("cmdSetFit");
+    Click("cmdFitMe");
+    EXPECT_TRUE(LogText().contains("Fitting Time: "));
+    QTest::qWait(1);
+  }
+  frmConfInterval* OpenConfidence() {
+    auto* tab = Find<QWidget>("frmData");
+    tab->findChild<QPushButton*>("cmdCalcCI")->click();
+    return Find<frmConfInterval>("frmConfInterval");
+  }
+};
+
+TEST_F(ErrorAnalysis, ASearchReportsAndLeavesTheFitAsItWas) {
+  FitMany();
+  const FitState before = session.Module.Fit;
+  const QPointer<frmConfInterval> confidence = OpenConfidence();
+  EXPECT_TRUE(confidence->isVisible());
+  QStringList told;
+  QTimer timer;
+  QObject::connect(&timer, &QTimer::timeout, window.get(), [&] {
+    told << Find<QLabel>("sbStatusBar")->text();
+    if (!told.back().contains(": ")) return;
+    EXPECT_FALSE(confidence->isVisible());
+    EXPECT_TRUE(Find<QTextEdit>("logFile")->hasFocus());
+    EXPECT_FALSE(Find<QAction>("mnuPrint")->isEnabled());
+    EXPECT_EQ(Find<QLabel>("sbDocument")->text(),
+              "Click anywhere in log window to halt calculation.");
+  });
+  timer.start(0);
+  confidence->findChild<QPushButton*>("cmdCalcCI")->click();
+  EXPECT_FALSE(told.filter("Buoyant MW: bracketing, ").isEmpty()) << told.join('|').toStdString();
+  EXPECT_FALSE(told.filter(": bisection, ").isEmpty());
+  EXPECT_TRUE(LogText().contains("95.46% confidence level:\n1 + (Nparm/NDF)*F(Nparm,NDF,1-P) = "));
+  EXPECT_TRUE(LogText().contains("\nBuoyant MW = "));
+  EXPECT_TRUE(LogText().contains("CalcCI Time: "));
+  QTest::qWait(1);
+  EXPECT_EQ(confidence, nullptr);
+  EXPECT_EQ(session.Module.Fit.FitA, before.FitA);
+  EXPECT_EQ(session.Module.Fit.FitChiSq, before.FitChiSq);
+  EXPECT_EQ(Find<QLabel>("sbStatusBar")->text(), " ");
+  EXPECT_TRUE(Find<QAction>("mnuPrint")->isEnabled());
+}
+
+TEST_F(ErrorAnalysis, AStopEndsTheSearchAndChangesNothing) {
+  FitMany();
+  const FitState before = session.Module.Fit;
+  const std::vector<std::function<void()>> stops = {
+      [this] { QTest::mouseClick(Find<QTextEdit>("logFile")->viewport(), Qt::LeftButton); },
+      [this] { QTest::keyClick(Find<QTextEdit>("logFile"), Qt::Key_Escape); },
+      [this] { Find<QAction>("cmdStop")->trigger(); }};
+  int stopped = 0;
+  for (const auto& stop : stops) {
+    const QPointer<frmConfInterval> confidence = OpenConfidence();
+    QTimer timer;
+    QObject::connect(&timer, &QTimer::timeout, window.get(), [&] {
+      if (session.Calculating && session.Module.Fit.FitKeepGoing) stop();
+    });
+    timer.start(0);
+    confidence->findChild<QPushButton*>("cmdCalcCI")->click();
+    EXPECT_EQ(LogText().count("** User Terminated Calculation of CIs **"), ++stopped);
+    EXPECT_EQ(session.Module.Fit.FitA, before.FitA);
+    QTest::qWait(1);
+    EXPECT_EQ(confidence, nullptr);
+  }
+}
+
+TEST_F(ErrorAnalysis, AStoppedFitLeavesTheFitBeforeItToBeAnalysed) {
+  FitMany();
+  const FitState before = session.Module.Fit;
+  Find<QLineEdit>("txtMWB")->setText("5000");
+  QTimer timer;
+  QObject::connect(&timer, &QTimer::timeout, window.get(), [&] {
+    if (session.Calculating) Find<QAction>("cmdStop")->trigger();
+  });
+  timer.start(0);
+  Click("cmdFitMe");
+  EXPECT_TRUE(LogText().contains("** User  Terminated Fitting Process  **"));
+  EXPECT_EQ(session.Module.Fit.FitA, before.FitA);
+  EXPECT_EQ(session.Module.Fit.FitCovar, before.FitCovar);
+  EXPECT_TRUE(Find<QPushButton>("cmdShowCCCs")->isEnabled());
+}
+
+TEST_F(ErrorAnalysis, TheWindowGoesWithTheFitThatItWasOpenedFor) {
+  for (const char* button : {"cmdFitMe", "cmdSetFit"}) {
+    FitExample();
+    const QPointer<frmConfInterval> confidence = OpenConfidence();
+    Click(button);
+    QTest::qWait(1);
+    EXPECT_EQ(confidence, nullptr) << button;
+  }
+  EXPECT_FALSE(Find<QWidget>("frmData")->findChild<QPushButton*>("cmdCalcCI")->isEnabled());
+  EXPECT_FALSE(Find<QPushButton>("cmdShowCCCs")->isEnabled());
+}
+
+TEST(frmCCCs, ColoursHeldAndCriticalCoefficientsOnly) {
+  FitState fit = MakeProblem({.modelIndex = 2, .sets = 1}, TypicalShared(2));
+  ASSERT_EQ(fit.FitMA, 5);
+  fit.FitCovar = Matrix1<double>(5, 5);
+  for (int i = 1; i <= 5; ++i) fit.FitCovar(i, i) = 1.0;
+  const auto set = [&](int i, int j, double c) { fit.FitCovar(i, j) = fit.FitCovar(j, i) = c; };
+  set(1, 2, 0.95);
+  set(1, 3, 0.9501);
+  set(2, 3, -0.96);
+  set(1, 5, 1.01);
+  fit.FitIA(4) = 0;
+  fit.FitCovar(4, 4) = 0.0;
+  frmCCCs window;
+  window.ShowFit(fit, 0.95);
+  auto* grid = window.findChild<QTableView*>("gridCCC");
+  const QColor grey = QGuiApplication::palette().color(QPalette::Disabled, QPalette::WindowText);
+  // By row: . plain, g grey, c critical.
+  const char* const colours[] = {"..cg.", "..cg.", "cc.g.", "ggggg", "...g."};
+  for (int row = 0; row < 5; ++row) {
+    for (int column = 0; column < 5; ++column) {
+      const QModelIndex cell = grid->model()->index(row, column);
+      const QVariant brush = cell.data(Qt::BackgroundRole);
+      const QColor colour = brush.isValid() ? brush.value<QBrush>().color() : QColor();
+      const char kind = colours[row][column];
+      const QColor expected = kind == 'g' ? grey : kind == 'c' ? QColor(255, 128, 32) : QColor();
+      EXPECT_EQ(colour, expected) << row << ", " << column;
+      EXPECT_EQ(cell.data(Qt::ForegroundRole).isValid(), kind != '.');
+    }
+  }
+  EXPECT_EQ(grid->model()->index(1, 2).data().toString(), " -0.960");
+  EXPECT_EQ(grid->model()->index(3, 0).data().toString(), "  0.000");
+
+  window.show();
+  window.activateWindow();
+  ASSERT_TRUE(QTest::qWaitForWindowActive(&window));
+  grid->setFocus();
+  QTest::keyClick(grid, Qt::Key_C, Qt::ControlModifier);
+  const QStringList whole = QGuiApplication::clipboard()->text().split('\n');
+  ASSERT_EQ(whole.size(), 7);  // headers, five rows, the end of the last
+  EXPECT_EQ(whole[0], "\tp1\tp2\tp3\tp4\tp5");
+  EXPECT_EQ(whole[2], "p2\t0.950\t1.000\t-0.960\t0.000\t0.000");
+  grid->selectionModel()->select({grid->model()->index(1, 1), grid->model()->index(2, 2)},
+                                 QItemSelectionModel::ClearAndSelect);
+  QTest::keyClick(grid, Qt::Key_C, Qt::ControlModifier);
+  EXPECT_EQ(QGuiApplication::clipboard()->text(), "1.000\t-0.960\n-0.960\t1.000\n");
+}
+
+TEST_F(ErrorAnalysis, CoefficientsAreShownLoggedAndHidden) {
+  FitExample();
+  Click("cmdShowCCCs");
+  auto* coefficients = Find<frmCCCs>("frmCCCs");
+  EXPECT_TRUE(coefficients->isVisible());
+  Click("cmdCopyMe");
+  EXPECT_TRUE(LogText().endsWith(" \n"));
+  EXPECT_TRUE(LogText().contains("\nCross-Correlation Coefficients\n" + QString(30, '=') + "\n" +
+                                 QString(11, ' ') + " Offset(1) "));
+  coefficients->parentWidget()->close();
+  EXPECT_FALSE(coefficients->isVisible());
+  Click("cmdShowCCCs");
+  EXPECT_TRUE(coefficients->isVisible());
+}
