@@ -7,6 +7,8 @@
 #include <vector>
 
 #include "base/array1.h"
+#include "fit/arrow_solve.h"
+#include "fit/point_facts.h"
 
 struct Model;
 
@@ -24,6 +26,7 @@ struct StepMemory {
   // The step; also the right-hand side of its solve and the gradient at the trial point.
   Matrix1<double> trialStep = Matrix1<double>(kMaxParameters, 1);
   Matrix1<double> beta = Matrix1<double>(kMaxParameters, 1);  // gradient at the accepted point
+  ArrowSolver solver;
 };
 
 // Work space of a pass over the points, sized once for each fit.
@@ -38,9 +41,16 @@ struct PassWorkspace {
   std::vector<double> step;        // [point]
   std::vector<double> derivative;  // [point][touching parameter]
   std::vector<double> residual;    // [point]
+  std::vector<PointFacts> facts;   // [dataset from 0], of the vector kernel
+  std::vector<double> weights;     // [flat point from 0], of a mean concentration
   std::vector<int> ordinal;        // [parameter from 1] place among the fitted ones, 0 if held
   std::vector<int> touching;       // the fitted parameters that touch the dataset at hand
   Array1<double> work;             // a copy of the parameters with one of them moved
+
+  // Place among the fitted parameters, from 1, of a column of the dataset at hand.
+  int Place(std::size_t column) const {
+    return ordinal[static_cast<std::size_t>(touching[column])];
+  }
 };
 
 struct FitState {

@@ -1,5 +1,6 @@
 #include "fit/levmarq.h"
 
+#include <algorithm>
 #include <cmath>
 #include <optional>
 #include <string>
@@ -115,6 +116,7 @@ void Initialise(FitState& fit, Array1<double>& a, Matrix1<double>& alpha, double
   StepMemory& memory = fit.Memory;
   if (fit.FitMA > kMaxParameters) throw SubscriptFault();
   memory.mfit = CountFitted(fit);
+  memory.solver = ArrowSolver(ShapeOf(fit));
   lambda = kFirstLambda;
   MRQCOF(fit, a, alpha, memory.beta, chisq);
   memory.bestChiSq = chisq;
@@ -125,10 +127,37 @@ void Initialise(FitState& fit, Array1<double>& a, Matrix1<double>& alpha, double
 void SetUpStep(FitState& fit, const Matrix1<double>& alpha, double lambda, Matrix1<double>& covar) {
   StepMemory& memory = fit.Memory;
   for (int j = 1; j <= memory.mfit; ++j) {
-    for (int k = 1; k <= memory.mfit; ++k) covar(j, k) = alpha(j, k);
+    std::copy_n(alpha.Row(j), memory.mfit, covar.Row(j));
     covar(j, j) = alpha(j, j) * (1.0 + lambda);
     memory.trialStep(j, 1) = memory.beta(j, 1);
   }
+}
+
+// The step by groups; with lambda 0 also the inverse. False if that cannot be trusted; then
+// trialStep is spoilt.
+bool SolveByGroups(FitState& fit, const Matrix1<double>& alpha, double lambda,
+                   Matrix1<double>& covar) {
+  StepMemory& memory = fit.Memory;
+  bool solved = false;
+  const FaultFlags faults = FaultsRaisedBy([&] {
+    solved = memory.solver.Factor(alpha, lambda);
+    if (!solved) return;
+    std::copy_n(memory.beta.Row(1), memory.mfit, memory.trialStep.Row(1));
+    memory.solver.Solve(memory.trialStep);
+    if (IsZeroInSingle(lambda)) memory.solver.Invert(covar);
+  });
+  return solved && !faults.Any();
+}
+
+// Solves for the step, in trialStep; where a closing call comes, covar becomes the inverse. Where
+// the groups leave a doubt, all is eliminated as it stands, with the messages of that.
+void SolveStep(FitState& fit, Host& host, const Matrix1<double>& alpha, double lambda,
+               Matrix1<double>& covar) {
+  StepMemory& memory = fit.Memory;
+  fit.CurrentProc = "GAUSSJ";
+  if (SolveByGroups(fit, alpha, lambda, covar)) return;
+  CheckArithmetic([&] { SetUpStep(fit, alpha, lambda, covar); });
+  GAUSSJ(covar, memory.mfit, memory.trialStep, 1, fit.CurrentProc, host);
 }
 
 void TakeTrial(FitState& fit, const Array1<double>& a) {
@@ -139,14 +168,12 @@ void TakeTrial(FitState& fit, const Array1<double>& a) {
 }
 
 // The trial was better: it becomes the point to go on from.
-void Accept(FitState& fit, const Matrix1<double>& covar, double chisq, Array1<double>& a,
+void Accept(FitState& fit, Matrix1<double>& covar, double chisq, Array1<double>& a,
             Matrix1<double>& alpha) {
   StepMemory& memory = fit.Memory;
   memory.bestChiSq = chisq;
-  for (int j = 1; j <= memory.mfit; ++j) {
-    for (int k = 1; k <= memory.mfit; ++k) alpha(j, k) = covar(j, k);
-    memory.beta(j, 1) = memory.trialStep(j, 1);
-  }
+  std::swap(alpha, covar);  // the next step fills covar anew
+  std::copy_n(memory.trialStep.Row(1), memory.mfit, memory.beta.Row(1));
   for (int l = 1; l <= fit.FitMA; ++l) a(l) = memory.trialA(l);
 }
 
@@ -195,14 +222,11 @@ void MRQCOF(FitState& fit, const Array1<double>& a, Matrix1<double>& alpha, Matr
   fit.CurrentProc = "MRQCOF";
   const int nfit = CountFitted(fit);
   for (int j = 1; j <= nfit; ++j) {
-    for (int k = 1; k <= j; ++k) alpha(j, k) = 0.0;
+    std::fill_n(alpha.Row(j), nfit, 0.0);
     beta(j, 1) = 0.0;
   }
   chisq = 0.0;
   if (fit.FitModel != nullptr) AddPass(fit, a, alpha, beta, chisq);
-  for (int j = 2; j <= nfit; ++j) {
-    for (int k = 1; k < j; ++k) alpha(k, j) = alpha(j, k);
-  }
 }
 
 void MRQMIN1(FitState& fit, Host& host, Array1<double>& a, Matrix1<double>& covar,
@@ -211,8 +235,7 @@ void MRQMIN1(FitState& fit, Host& host, Array1<double>& a, Matrix1<double>& cova
   StepMemory& memory = fit.Memory;
   if (lambda < 0.0 && !IsZeroInSingle(lambda)) Initialise(fit, a, alpha, chisq, lambda);
   host.RunPendingEvents();
-  CheckArithmetic([&] { SetUpStep(fit, alpha, lambda, covar); });
-  GAUSSJ(covar, memory.mfit, memory.trialStep, 1, fit.CurrentProc, host);
+  SolveStep(fit, host, alpha, lambda, covar);
   if (IsZeroInSingle(lambda)) {
     COVSRT(fit, covar, fit.FitMA, memory.mfit);
     COVSRT(fit, alpha, fit.FitMA, memory.mfit);

@@ -7,6 +7,7 @@
 #include "base/arithmetic.h"
 #include "fit/fit_state.h"
 #include "fit/partials.h"
+#include "fit/species_pass.h"
 
 namespace {
 
@@ -53,7 +54,7 @@ void MovedValues(FitState& fit, const SetPoints& points, int d, const BaseValues
   const double kept = work.work(l);
   work.work(l) = value;
   SetTerms terms;
-  fit.FitModel->terms(fit, work.work, d, terms);
+  fit.FitModel->terms(fit, *fit.FitModel, work.work, d, terms);
   work.work(l) = kept;
   const Exponentials exponentials = ComputeExponentials(
       terms, points, &base.terms, &base.exponentials, work.stepExp, work.stride);
@@ -103,7 +104,7 @@ void SetDerivatives(FitState& fit, const SetPoints& points, int d, const BaseVal
 void SetPass(FitState& fit, const SetPoints& points, int d) {
   PassWorkspace& work = fit.Workspace;
   BaseValues base;
-  fit.FitModel->terms(fit, work.work, d, base.terms);
+  fit.FitModel->terms(fit, *fit.FitModel, work.work, d, base.terms);
   base.exponentials =
       ComputeExponentials(base.terms, points, nullptr, nullptr, work.baseExp, work.stride);
   EvaluateSet(base.terms, points, base.exponentials, work.value);
@@ -149,7 +150,13 @@ void AddProducts(const double* left, std::size_t leftStride, const double* right
   sums = local;
 }
 
-// The sums of one dataset, each element in the order of the points.
+// Adds to an element of alpha and to its mirror image.
+void AddSymmetric(Matrix1<double>& alpha, int row, int column, double sum) {
+  alpha(row, column) += sum;
+  if (row != column) alpha(column, row) += sum;
+}
+
+// The sums of one dataset from the work space, each element in the order of the points.
 void Accumulate(FitState& fit, std::size_t points, Matrix1<double>& alpha, Matrix1<double>& beta,
                 double& chisq) {
   const PassWorkspace& work = fit.Workspace;
@@ -157,22 +164,31 @@ void Accumulate(FitState& fit, std::size_t points, Matrix1<double>& alpha, Matri
   const std::size_t stride = PaddedColumns(columns);
   const double* derivative = work.derivative.data();
   const double* residual = work.residual.data();
-  const auto place = [&](std::size_t column) {
-    return work.ordinal[static_cast<std::size_t>(work.touching[column])];
-  };
   for (std::size_t j = 0; j < points; ++j) chisq += residual[j] * residual[j];
   for (std::size_t m = 0; m < columns; m += kTogether) {
     const std::size_t last = std::min(m + kTogether, columns);
     FourSums sums{};
-    for (std::size_t k = m; k < last; ++k) sums[k - m] = beta(place(k), 1);
     AddProducts(residual, 1, derivative + m, stride, points, sums);
-    for (std::size_t k = m; k < last; ++k) beta(place(k), 1) = sums[k - m];
+    for (std::size_t k = m; k < last; ++k) beta(work.Place(k), 1) += sums[k - m];
     for (std::size_t l = m; l < columns; ++l) {
-      const std::size_t lastOfRow = std::min(last, l + 1);
       sums = {};
-      for (std::size_t k = m; k < lastOfRow; ++k) sums[k - m] = alpha(place(l), place(k));
       AddProducts(derivative + l, stride, derivative + m, stride, points, sums);
-      for (std::size_t k = m; k < lastOfRow; ++k) alpha(place(l), place(k)) = sums[k - m];
+      for (std::size_t k = m; k < std::min(last, l + 1); ++k) {
+        AddSymmetric(alpha, work.Place(l), work.Place(k), sums[k - m]);
+      }
+    }
+  }
+}
+
+// The same from sums that the kernel has made.
+void Accumulate(FitState& fit, const SetSums& sums, Matrix1<double>& alpha, Matrix1<double>& beta,
+                double& chisq) {
+  const PassWorkspace& work = fit.Workspace;
+  chisq += sums.squares;
+  for (std::size_t l = 0; l < work.touching.size(); ++l) {
+    beta(work.Place(l), 1) += sums.gradient[l];
+    for (std::size_t k = 0; k <= l; ++k) {
+      AddSymmetric(alpha, work.Place(l), work.Place(k), sums.product[l][k]);
     }
   }
 }
@@ -191,6 +207,34 @@ void NumberFitted(FitState& fit) {
   for (int l = 1; l <= fit.FitMA; ++l) {
     fit.Workspace.ordinal[static_cast<std::size_t>(l)] = fit.FitIA(l) != 0 ? ++count : 0;
   }
+}
+
+// The dataset at once by the vector kernel. False, with nothing added, if that cannot be.
+bool AddByKernel(FitState& fit, const SetPoints& points, int d, Matrix1<double>& alpha,
+                 Matrix1<double>& beta, double& chisq) {
+  if (fit.FitModel->species.empty()) return false;
+  SetSums sums;
+  bool made = false;
+  if (FaultsRaisedBy([&] { made = SumSpeciesSet(fit, points, d, sums); }).Any() || !made) {
+    return false;
+  }
+  CheckArithmetic([&] { Accumulate(fit, sums, alpha, beta, chisq); });
+  return true;
+}
+
+// The dataset by columns of values, or point by point where a fault has to be named.
+void AddByColumns(FitState& fit, const SetPoints& points, int d, Matrix1<double>& alpha,
+                  Matrix1<double>& beta, double& chisq) {
+  PassWorkspace& work = fit.Workspace;
+  const std::size_t total = points.n + points.extra;
+  ClearPadding(work, total);
+  if (fit.FitModel->terms == nullptr || FaultsRaisedBy([&] { SetPass(fit, points, d); }).Any()) {
+    PointwisePass(fit, points);
+  }
+  CheckArithmetic([&] {
+    for (std::size_t j = 0; j < total; ++j) work.residual[j] = points.y[j] - work.value[j];
+    Accumulate(fit, total, alpha, beta, chisq);
+  });
 }
 
 }  // namespace
@@ -216,6 +260,7 @@ void PreparePass(FitState& fit) {
   work.ordinal.resize(parameters + 1);
   work.touching.reserve(columns);
   work.work = fit.FitA;
+  PreparePoints(fit, work.facts, work.weights);
 }
 
 void AddPass(FitState& fit, const Array1<double>& a, Matrix1<double>& alpha, Matrix1<double>& beta,
@@ -227,17 +272,9 @@ void AddPass(FitState& fit, const Array1<double>& a, Matrix1<double>& alpha, Mat
   for (int d = 1; d <= fit.NumFitSets; ++d) {
     const SetPoints points = PointsOf(fit, d);
     FindTouching(fit, d);
-    ClearPadding(work, points.n + points.extra);
-    if (fit.FitModel->terms == nullptr || FaultsRaisedBy([&] { SetPass(fit, points, d); }).Any()) {
-      PointwisePass(fit, points);
+    if (!AddByKernel(fit, points, d, alpha, beta, chisq)) {
+      AddByColumns(fit, points, d, alpha, beta, chisq);
     }
-    CheckArithmetic([&] {
-      const std::size_t total = points.n + points.extra;
-      for (std::size_t j = 0; j < total; ++j) {
-        work.residual[j] = points.y[j] - work.value[j];
-      }
-      Accumulate(fit, total, alpha, beta, chisq);
-    });
   }
 }
 

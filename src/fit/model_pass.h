@@ -1,6 +1,6 @@
 // One pass over the points: model values, derivatives and the sums of the normal equations, dataset
-// by dataset, for the parameters that touch the dataset only. How it is made fast, and why the
-// results do not change by a bit, stands in docs/performance.md.
+// by dataset, for the parameters that touch the dataset only. How it is made fast stands in
+// docs/performance.md.
 #pragma once
 
 #include "base/array1.h"
@@ -10,9 +10,9 @@ struct FitState;
 // Sizes the work space for the points and parameters of `fit`; a pass then allocates nothing.
 void PreparePass(FitState& fit);
 
-// Adds the sums over all points at parameters a to the lower triangle of alpha [1..nfit][1..nfit],
-// to beta [1..nfit][1] and to chisq, in the order of the points. The caller has zeroed them and
-// `fit.FitModel` is set. Throws ArithmeticFault with CurrentProc set.
+// Adds the sums over all points at parameters a to alpha [1..nfit][1..nfit], to beta [1..nfit][1]
+// and to chisq. The caller has zeroed them and `fit.FitModel` is set. Throws ArithmeticFault with
+// CurrentProc set.
 void AddPass(FitState& fit, const Array1<double>& a, Matrix1<double>& alpha, Matrix1<double>& beta,
              double& chisq);
 

@@ -2,7 +2,6 @@
 
 #include <cmath>
 
-#include "base/arithmetic.h"
 #include "fit/fit_state.h"
 
 namespace {
@@ -104,47 +103,6 @@ struct OneComponent {
   double extinction;
   double rate;
 };
-
-// What the models with a second component start from. Linked datasets share the reference
-// concentrations of their target.
-struct TwoComponents {
-  TwoComponents(const FitState& fit, const Array1<double>& a, int d)
-      : base(fit.SharedBase()),
-        link(fit.RefLink[static_cast<std::size_t>(d - 1)] + 1),
-        cA(std::exp(a(fit.NumFitSets + link))),
-        cB(std::exp(a(2 * fit.NumFitSets + link))),
-        extinctionA(fit.SetEpsA(d)),
-        extinctionB(fit.SetEpsB(d)),
-        rateA(a(base + 1) * fit.SetOmegaTerm(d)),
-        rateB(a(base + 2) * fit.SetOmegaTerm(d)) {}
-
-  SpeciesTerm FreeA() const { return {.amplitude = cA * extinctionA, .rate = rateA, .totalA = cA}; }
-  SpeciesTerm FreeB() const { return {.amplitude = cB * extinctionB, .rate = rateB, .totalB = cB}; }
-  // A with n of B; lnK is the overall constant.
-  SpeciesTerm Complex(int n, double lnK) const {
-    double c = cA;
-    for (int k = 0; k < n; ++k) c *= cB;
-    return {.amplitude = (n * extinctionB + extinctionA) * c,
-            .rate = rateA + n * rateB,
-            .shift = lnK,
-            .totalA = c,
-            .totalB = n * c};
-  }
-  int base;
-  int link;
-  double cA;
-  double cB;
-  double extinctionA;
-  double extinctionB;
-  double rateA;
-  double rateB;
-};
-
-// ln K of site k (2 or 3), from its ratio to K1 where the ratios are constrained.
-double SiteLnK(const FitState& fit, const Array1<double>& a, int base, int site) {
-  const double value = a(base + 2 + site);
-  return fit.ConstrainKRatios ? CheckedLog(value) + a(base + 3) : value;
-}
 
 // The integrals over the column behind the models with incompetent material.
 struct ColumnMeans {
@@ -260,12 +218,8 @@ double EvaluatePoint(const FitState& fit, const SetTerms& terms, int i) {
   });
 }
 
-void IdealTerms(const FitState& fit, const Array1<double>& a, int d, SetTerms& out) {
-  out = {.baseline = a(d)};
-  out.Add(OneComponent(fit, a, d).Monomer());
-}
-
-void NonidealTerms(const FitState& fit, const Array1<double>& a, int d, SetTerms& out) {
+void NonidealTerms(const FitState& fit, const Model&, const Array1<double>& a, int d,
+                   SetTerms& out) {
   const OneComponent own(fit, a, d);
   out = {.form = SignalForm::kNonideal,
          .baseline = a(d),
@@ -276,22 +230,8 @@ void NonidealTerms(const FitState& fit, const Array1<double>& a, int d, SetTerms
   out.Add(own.Monomer());
 }
 
-void MonomerNmerTerms(const FitState& fit, const Array1<double>& a, int d, SetTerms& out) {
-  const OneComponent own(fit, a, d);
-  out = {.baseline = a(d)};
-  out.Add(own.Monomer());
-  out.Add(own.Nmer(a(own.base + 2), a(own.base + 3)));
-}
-
-void MonomerNmerMmerTerms(const FitState& fit, const Array1<double>& a, int d, SetTerms& out) {
-  const OneComponent own(fit, a, d);
-  out = {.baseline = a(d)};
-  out.Add(own.Monomer());
-  out.Add(own.Nmer(a(own.base + 2), a(own.base + 3)));
-  out.Add(own.Nmer(a(own.base + 4), a(own.base + 5)));
-}
-
-void IncompetentMonomerTerms(const FitState& fit, const Array1<double>& a, int d, SetTerms& out) {
+void IncompetentMonomerTerms(const FitState& fit, const Model&, const Array1<double>& a, int d,
+                             SetTerms& out) {
   const WithIncompetent all(fit, a, d);
   const double mean = all.CompetentMass() * all.fraction / (1.0 - all.fraction);
   const double incompetent = all.means.height * (mean * all.own.rate) / all.means.monomerIntegral;
@@ -299,7 +239,8 @@ void IncompetentMonomerTerms(const FitState& fit, const Array1<double>& a, int d
   out.Add({.amplitude = incompetent * all.own.extinction, .rate = all.own.rate});
 }
 
-void IncompetentNmerTerms(const FitState& fit, const Array1<double>& a, int d, SetTerms& out) {
+void IncompetentNmerTerms(const FitState& fit, const Model&, const Array1<double>& a, int d,
+                          SetTerms& out) {
   const WithIncompetent all(fit, a, d);
   const double mean = all.CompetentMass() * all.fraction / ((1.0 - all.fraction) * all.n);
   const double incompetent =
@@ -308,52 +249,12 @@ void IncompetentNmerTerms(const FitState& fit, const Array1<double>& a, int d, S
   out.Add({.amplitude = all.n * all.own.extinction * incompetent, .rate = all.n * all.own.rate});
 }
 
-void ABTerms(const FitState& fit, const Array1<double>& a, int d, SetTerms& out) {
-  const TwoComponents both(fit, a, d);
-  out = {.baseline = a(d)};
-  out.Add(both.FreeA());
-  out.Add(both.FreeB());
-  out.Add(both.Complex(1, a(both.base + 3)));
-}
-
-void AB2Terms(const FitState& fit, const Array1<double>& a, int d, SetTerms& out) {
-  ABTerms(fit, a, d, out);
-  const TwoComponents both(fit, a, d);
-  out.Add(both.Complex(2, a(both.base + 3) + SiteLnK(fit, a, both.base, 2)));
-}
-
-void AB3Terms(const FitState& fit, const Array1<double>& a, int d, SetTerms& out) {
-  AB2Terms(fit, a, d, out);
-  const TwoComponents both(fit, a, d);
-  const double lnK = a(both.base + 3) + SiteLnK(fit, a, both.base, 2);
-  out.Add(both.Complex(3, lnK + SiteLnK(fit, a, both.base, 3)));
-}
-
-void IsodesmicTerms(const FitState& fit, const Array1<double>& a, int d, SetTerms& out) {
+void IsodesmicTerms(const FitState& fit, const Model&, const Array1<double>& a, int d,
+                    SetTerms& out) {
   const OneComponent own(fit, a, d);
   out = {.form = SignalForm::kIsodesmic,
          .baseline = a(d),
          .extinction = own.extinction,
          .association = std::exp(a(own.base + 2))};
   out.Add({.amplitude = own.c, .rate = own.rate});
-}
-
-void NmerHeteroTerms(const FitState& fit, const Array1<double>& a, int d, SetTerms& out) {
-  const TwoComponents both(fit, a, d);
-  const double n = a(both.base + 3);
-  const double lnK1 = a(both.base + 4);
-  const double lnK2 = a(both.base + 5);
-  const double cAn = std::pow(both.cA, n);
-  out = {.baseline = a(d)};
-  out.Add(both.FreeA());
-  out.Add(both.FreeB());
-  out.Add({.amplitude = cAn * (n * both.extinctionA),
-           .rate = n * both.rateA,
-           .shift = lnK1,
-           .totalA = n * cAn});
-  out.Add({.amplitude = cAn * both.cB * (n * both.extinctionA + both.extinctionB),
-           .rate = n * both.rateA + both.rateB,
-           .shift = lnK2 + lnK1,
-           .totalA = n * cAn * both.cB,
-           .totalB = cAn * both.cB});
 }

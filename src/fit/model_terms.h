@@ -8,6 +8,7 @@
 #include "base/array1.h"
 
 struct FitState;
+struct Model;
 
 inline constexpr int kMaxSpecies = 5;
 
@@ -74,17 +75,16 @@ void EvaluateSet(const SetTerms& terms, const SetPoints& points, const Exponenti
 // Model value at flat point i alone, the same to the last bit.
 double EvaluatePoint(const FitState& fit, const SetTerms& terms, int i);
 
-// The builders: parameter vector a (layout of FitState), position d of the dataset, from 1.
-using TermsBuilder = void (*)(const FitState& fit, const Array1<double>& a, int d, SetTerms& out);
+// The builders: parameter vector a (layout of FitState), position d of the dataset, from 1. Those
+// of the models that are tables of species stand in species.h.
+using TermsBuilder = void (*)(const FitState& fit, const Model& model, const Array1<double>& a,
+                              int d, SetTerms& out);
 
-void IdealTerms(const FitState& fit, const Array1<double>& a, int d, SetTerms& out);
-void NonidealTerms(const FitState& fit, const Array1<double>& a, int d, SetTerms& out);
-void MonomerNmerTerms(const FitState& fit, const Array1<double>& a, int d, SetTerms& out);
-void MonomerNmerMmerTerms(const FitState& fit, const Array1<double>& a, int d, SetTerms& out);
-void IncompetentMonomerTerms(const FitState& fit, const Array1<double>& a, int d, SetTerms& out);
-void IncompetentNmerTerms(const FitState& fit, const Array1<double>& a, int d, SetTerms& out);
-void ABTerms(const FitState& fit, const Array1<double>& a, int d, SetTerms& out);
-void AB2Terms(const FitState& fit, const Array1<double>& a, int d, SetTerms& out);
-void AB3Terms(const FitState& fit, const Array1<double>& a, int d, SetTerms& out);
-void IsodesmicTerms(const FitState& fit, const Array1<double>& a, int d, SetTerms& out);
-void NmerHeteroTerms(const FitState& fit, const Array1<double>& a, int d, SetTerms& out);
+void NonidealTerms(const FitState& fit, const Model& model, const Array1<double>& a, int d,
+                   SetTerms& out);
+void IncompetentMonomerTerms(const FitState& fit, const Model& model, const Array1<double>& a,
+                             int d, SetTerms& out);
+void IncompetentNmerTerms(const FitState& fit, const Model& model, const Array1<double>& a, int d,
+                          SetTerms& out);
+void IsodesmicTerms(const FitState& fit, const Model& model, const Array1<double>& a, int d,
+                    SetTerms& out);

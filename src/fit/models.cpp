@@ -50,46 +50,70 @@ constexpr std::array kIsodesmic = {Mw("MWA"), LnK1("LnKi")};
 constexpr std::array kNmerHetero = {Mw("MWA"), MwB(), N1("N"), LnK1("LnK1"), LnK2()};
 constexpr std::array kMonomerNmerVirial = {Mw("MW"), N1("N"), LnK1("LnK1"), Virial()};
 
+// Places among the shared parameters: a second component comes with the weight of B.
+constexpr Species kA = {.a = {1.0}};
+constexpr Species kB = {.b = {1.0}};
+constexpr std::array kIdealSpecies = {kA};
+constexpr std::array kMonomerNmerSpecies = {kA, Species{.a = {.parameter = 2}, .lnK = {3}}};
+constexpr std::array kMonomerNmerMmerSpecies = {kA, Species{.a = {.parameter = 2}, .lnK = {3}},
+                                                Species{.a = {.parameter = 4}, .lnK = {5}}};
+constexpr Species kABComplex = {.a = {1.0}, .b = {1.0}, .lnK = {3}};
+constexpr Species kAB2Complex = {.a = {1.0}, .b = {2.0}, .lnK = {3, 4}};
+constexpr Species kAB3Complex = {.a = {1.0}, .b = {3.0}, .lnK = {3, 4, 5}};
+constexpr std::array kABSpecies = {kA, kB, kABComplex};
+constexpr std::array kAB2Species = {kA, kB, kABComplex, kAB2Complex};
+constexpr std::array kAB3Species = {kA, kB, kABComplex, kAB2Complex, kAB3Complex};
+constexpr std::array kNmerHeteroSpecies = {
+    kA, kB, Species{.a = {.parameter = 3}, .lnK = {4}},
+    Species{.a = {.parameter = 3}, .b = {1.0}, .lnK = {4, 5}}};
+
 Model OneComponentModel(std::string_view funcs, std::string_view partials, FuncsRoutine routine,
-                        TermsBuilder terms, std::span<const SharedParameter> parameters) {
-  return {funcs, partials, routine, terms, kFirstStep, kStepAtZero, false, parameters};
+                        TermsBuilder terms, std::span<const SharedParameter> parameters,
+                        std::span<const Species> species = {}) {
+  return {funcs, partials, routine, terms, kFirstStep, kStepAtZero, false, parameters, species};
 }
 
 Model TwoComponentModel(std::string_view funcs, std::string_view partials, FuncsRoutine routine,
-                        TermsBuilder terms, std::span<const SharedParameter> parameters) {
-  return {funcs, partials, routine, terms, kFirstStepB, kStepAtZeroB, true, parameters};
+                        std::span<const SharedParameter> parameters,
+                        std::span<const Species> species, bool kRatios) {
+  return {funcs,        partials, routine,    SpeciesTerms, kFirstStepB,
+          kStepAtZeroB, true,     parameters, species,      kRatios};
 }
 
 const std::array<Model, 11>& Catalogue() {
   static const std::array<Model, 11> models = {
-      OneComponentModel("FUNCS0", "PARTIALS0", FUNCS0, IdealTerms, kIdeal),
+      OneComponentModel("FUNCS0", "PARTIALS0", FUNCS0, SpeciesTerms, kIdeal, kIdealSpecies),
       OneComponentModel("FUNCS1", "PARTIALS1", FUNCS1, NonidealTerms, kNonideal),
-      OneComponentModel("FUNCS2", "PARTIALS2", FUNCS2, MonomerNmerTerms, kMonomerNmer),
-      OneComponentModel("FUNCS3", "PARTIALS3", FUNCS3, MonomerNmerMmerTerms, kMonomerNmerMmer),
+      OneComponentModel("FUNCS2", "PARTIALS2", FUNCS2, SpeciesTerms, kMonomerNmer,
+                        kMonomerNmerSpecies),
+      OneComponentModel("FUNCS3", "PARTIALS3", FUNCS3, SpeciesTerms, kMonomerNmerMmer,
+                        kMonomerNmerMmerSpecies),
       OneComponentModel("FUNCS5", "PARTIALS5", FUNCS5, IncompetentMonomerTerms, kIncompetent),
       OneComponentModel("FUNCS6", "PARTIALS6", FUNCS6, IncompetentNmerTerms, kIncompetent),
-      TwoComponentModel("FUNCS7", "PARTIALS7", FUNCS7, ABTerms, kAB),
-      TwoComponentModel("FUNCS8", "PARTIALS8", FUNCS8, AB2Terms, kAB2),
-      TwoComponentModel("FUNCS9", "PARTIALS9", FUNCS9, AB3Terms, kAB3),
+      TwoComponentModel("FUNCS7", "PARTIALS7", FUNCS7, kAB, kABSpecies, false),
+      TwoComponentModel("FUNCS8", "PARTIALS8", FUNCS8, kAB2, kAB2Species, true),
+      TwoComponentModel("FUNCS9", "PARTIALS9", FUNCS9, kAB3, kAB3Species, true),
       OneComponentModel("FUNCS10", "PARTIALS10", FUNCS10, IsodesmicTerms, kIsodesmic),
-      TwoComponentModel("FUNCS11", "PARTIALS11", FUNCS11, NmerHeteroTerms, kNmerHetero)};
+      TwoComponentModel("FUNCS11", "PARTIALS11", FUNCS11, kNmerHetero, kNmerHeteroSpecies, false)};
   return models;
 }
 
-void Evaluate(FitState& fit, std::string_view name, TermsBuilder terms, int i,
-              const Array1<double>& a, double& result) {
-  fit.CurrentProc = name;
+constexpr int kReserved = 14;  // index of the model that no list offers
+
+// Value of the model with this index at flat point i.
+void Evaluate(int modelIndex, FitState& fit, int i, const Array1<double>& a, double& result) {
+  const Model& model = *FindModel(modelIndex);
+  fit.CurrentProc = model.funcsName;
   SetTerms set;
-  terms(fit, a, fit.FitSet(i), set);
+  model.terms(fit, model, a, fit.FitSet(i), set);
   result = EvaluatePoint(fit, set, i);
 }
 
 }  // namespace
 
 const Model* FindModel(int modelIndex) {
-  constexpr int kReserved = 14;
-  static const Model reserved =
-      OneComponentModel("FUNCS4", "PARTIALS4", FUNCS4, MonomerNmerTerms, kMonomerNmerVirial);
+  static const Model reserved = OneComponentModel("FUNCS4", "PARTIALS4", FUNCS4, SpeciesTerms,
+                                                  kMonomerNmerVirial, kMonomerNmerSpecies);
   const auto& models = Catalogue();
   if (modelIndex == kReserved) return &reserved;
   if (modelIndex < 0 || modelIndex >= static_cast<int>(models.size())) return nullptr;
@@ -113,38 +137,38 @@ bool NeedsCellEnds(int modelIndex) {
 }
 
 void FUNCS0(FitState& fit, int i, const Array1<double>& a, double& result) {
-  Evaluate(fit, "FUNCS0", IdealTerms, i, a, result);
+  Evaluate(0, fit, i, a, result);
 }
 void FUNCS1(FitState& fit, int i, const Array1<double>& a, double& result) {
-  Evaluate(fit, "FUNCS1", NonidealTerms, i, a, result);
+  Evaluate(1, fit, i, a, result);
 }
 void FUNCS2(FitState& fit, int i, const Array1<double>& a, double& result) {
-  Evaluate(fit, "FUNCS2", MonomerNmerTerms, i, a, result);
+  Evaluate(2, fit, i, a, result);
 }
 void FUNCS3(FitState& fit, int i, const Array1<double>& a, double& result) {
-  Evaluate(fit, "FUNCS3", MonomerNmerMmerTerms, i, a, result);
+  Evaluate(3, fit, i, a, result);
 }
 void FUNCS4(FitState& fit, int i, const Array1<double>& a, double& result) {
-  Evaluate(fit, "FUNCS4", MonomerNmerTerms, i, a, result);
+  Evaluate(kReserved, fit, i, a, result);
 }
 void FUNCS5(FitState& fit, int i, const Array1<double>& a, double& result) {
-  Evaluate(fit, "FUNCS5", IncompetentMonomerTerms, i, a, result);
+  Evaluate(4, fit, i, a, result);
 }
 void FUNCS6(FitState& fit, int i, const Array1<double>& a, double& result) {
-  Evaluate(fit, "FUNCS6", IncompetentNmerTerms, i, a, result);
+  Evaluate(5, fit, i, a, result);
 }
 void FUNCS7(FitState& fit, int i, const Array1<double>& a, double& result) {
-  Evaluate(fit, "FUNCS7", ABTerms, i, a, result);
+  Evaluate(6, fit, i, a, result);
 }
 void FUNCS8(FitState& fit, int i, const Array1<double>& a, double& result) {
-  Evaluate(fit, "FUNCS8", AB2Terms, i, a, result);
+  Evaluate(7, fit, i, a, result);
 }
 void FUNCS9(FitState& fit, int i, const Array1<double>& a, double& result) {
-  Evaluate(fit, "FUNCS9", AB3Terms, i, a, result);
+  Evaluate(8, fit, i, a, result);
 }
 void FUNCS10(FitState& fit, int i, const Array1<double>& a, double& result) {
-  Evaluate(fit, "FUNCS10", IsodesmicTerms, i, a, result);
+  Evaluate(9, fit, i, a, result);
 }
 void FUNCS11(FitState& fit, int i, const Array1<double>& a, double& result) {
-  Evaluate(fit, "FUNCS11", NmerHeteroTerms, i, a, result);
+  Evaluate(10, fit, i, a, result);
 }

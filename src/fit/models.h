@@ -8,6 +8,7 @@
 #include "base/array1.h"
 #include "fit/fit_setup.h"
 #include "fit/model_terms.h"
+#include "fit/species.h"
 
 struct FitState;
 
@@ -43,6 +44,8 @@ struct Model {
   double stepAtZero;   // z: first step of a parameter that is 0
   bool secondComponent;
   std::span<const SharedParameter> parameters;  // behind the per-dataset block, in order
+  std::span<const Species> species = {};        // of a model that is a sum over fixed species
+  bool kRatios = false;  // the ln K behind the first may be given as ratios to it
 };
 
 // The routines of a model index: 0 to 10, or 14, which no list offers; null for any other.

@@ -1,7 +1,10 @@
-// Faults caught here: any shortcut of the fit that changes a result by a bit. A slow minimiser that
-// takes every point, parameter and step one by one runs beside the real one on random problems;
-// both call the same model routines, solver and spreading of the covariance.
+// Faults caught here: any shortcut of the fit that changes a result. A slow minimiser that takes
+// every point, parameter and step one by one, and eliminates all of the normal equations, runs
+// beside the real one on random problems; both call the same routines for single model values.
+#include <algorithm>
 #include <cmath>
+#include <cstdlib>
+#include <map>
 #include <string>
 #include <vector>
 
@@ -206,7 +209,8 @@ FitState RandomProblem(int modelIndex, std::uint64_t seed) {
   NormalNoise random(seed * 100 + static_cast<std::uint64_t>(modelIndex), 1.0);
   const auto chance = [&](double p) { return random.Uniform() < p; };
   const int sets = 1 + static_cast<int>(3.0 * random.Uniform());
-  const int points = 7 + static_cast<int>(6.0 * random.Uniform());
+  const int most = chance(0.1) ? 150 : 6;  // some fill more than one chunk of the kernel
+  const int points = 7 + static_cast<int>(most * random.Uniform());
   FitState fit = MakeProblem(
       {.modelIndex = modelIndex, .sets = sets, .points = points, .massConservation = chance(0.6)},
       TypicalShared(modelIndex));
@@ -239,7 +243,21 @@ FitState RandomProblem(int modelIndex, std::uint64_t seed) {
   return fit;
 }
 
-// What the fault of a run was; empty for none.
+// What a fit comes to.
+struct Ending {
+  std::string fault;  // empty for none
+  std::string currentProc;
+  std::vector<std::string> lines;
+  int iterations = -1;
+  FitState fit;
+
+  // Whether texts and iterations are those of another.
+  bool SameCourse(const Ending& other) const {
+    return fault == other.fault && currentProc == other.currentProc && lines == other.lines &&
+           iterations == other.iterations;
+  }
+};
+
 template <class Run>
 std::string FaultOf(Run&& run) {
   try {
@@ -250,41 +268,109 @@ std::string FaultOf(Run&& run) {
   return "";
 }
 
-}  // namespace
+Ending RunLiteral(const FitState& problem) {
+  LiteralFit literal(problem);
+  const std::string fault = FaultOf([&] { literal.Run(); });
+  return {fault, literal.fit.CurrentProc, literal.host.lines, literal.iterations, literal.fit};
+}
 
-TEST(FitData, EqualsTheLiteralFitBitForBit) {
-  int ended = 0;
-  int stopped = 0;
-  int failed = 0;
-  int singular = 0;
-  for (const int index : AllModels()) {
-    for (std::uint64_t seed = 1; seed <= 60; ++seed) {
-      SCOPED_TRACE("model " + std::to_string(index) + ", seed " + std::to_string(seed));
-      FitState fit = RandomProblem(index, seed);
-      LiteralFit literal(fit);
-      RecordingHost host;
-      host.onEvents = [&] { fit.FitKeepGoing = host.lastIteration < kLastIteration; };
-      int iterations = -1;
-      const auto fault = FaultOf([&] { FitData(fit, host, iterations); });
-      const auto expectedFault = FaultOf([&] { literal.Run(); });
-      ASSERT_EQ(fault, expectedFault);
-      ASSERT_EQ(fit.CurrentProc, literal.fit.CurrentProc);
-      ASSERT_EQ(fit.FitA, literal.fit.FitA);
-      ASSERT_EQ(host.lines, literal.host.lines);
-      singular += !host.lines.empty();
-      if (!fault.empty()) {
-        ++failed;
-        continue;
-      }
-      (iterations == 0 ? stopped : ended) += 1;
-      ASSERT_EQ(iterations, literal.iterations);
-      ASSERT_EQ(fit.FitChiSq, literal.fit.FitChiSq);
-      ASSERT_TRUE(fit.FitCovar == literal.fit.FitCovar);
+Ending RunReal(const FitState& problem) {
+  Ending ending{.fault = {}, .currentProc = {}, .lines = {}, .fit = problem};
+  RecordingHost host;
+  host.onEvents = [&] { ending.fit.FitKeepGoing = host.lastIteration < kLastIteration; };
+  ending.fault = FaultOf([&] { FitData(ending.fit, host, ending.iterations); });
+  ending.currentProc = ending.fit.CurrentProc;
+  ending.lines = host.lines;
+  return ending;
+}
+
+// How far two fits of the same course lie apart, in units of the value or the standard error,
+// whichever is larger.
+double Distance(const Ending& one, const Ending& other) {
+  const FitState& a = one.fit;
+  const FitState& b = other.fit;
+  // A matrix given up half eliminated is no covariance.
+  const bool covariance = one.fault.empty() && one.iterations > 0 && one.lines.empty();
+  const auto deviation = [&](int l) {
+    return covariance ? std::sqrt(std::fabs(b.FitCovar(l, l))) : 0.0;
+  };
+  double greatest = 0.0;
+  const auto take = [&greatest](double difference, double unit) {
+    if (difference != 0.0) greatest = std::max(greatest, std::fabs(difference) / unit);
+  };
+  for (int l = 1; l <= a.FitMA; ++l) {
+    take(a.FitA(l) - b.FitA(l), std::max(std::fabs(b.FitA(l)), deviation(l)));
+    for (int m = 1; covariance && m <= a.FitMA; ++m) {
+      take(a.FitCovar(l, m) - b.FitCovar(l, m), deviation(l) * deviation(m));
     }
   }
-  // Every way to end is among the problems.
-  EXPECT_GT(ended, 200);
-  EXPECT_GT(stopped, 50);
-  EXPECT_GT(failed, 40);
-  EXPECT_GT(singular, 50);
+  if (one.fault.empty()) take(a.FitChiSq - b.FitChiSq, b.FitChiSq);
+  return greatest;
+}
+
+// The same problem with start values and points that differ in the last digits.
+FitState Nudged(FitState fit, NormalNoise& random) {
+  for (Array1<double>* values : {&fit.FitA, &fit.FitX, &fit.FitY}) {
+    for (int k = 1; k <= values->size(); ++k) (*values)(k) *= 1.0 + 2e-15 * random();
+  }
+  return fit;
+}
+
+// Whether the fit has run away: a species has sunk below the last digit of the signal, or a
+// baseline has left it far behind. The literal difference of two signals is then rounding alone.
+bool HasRunAway(const FitState& end, const FitState& start) {
+  constexpr double kLeastLnC = -20.0;
+  constexpr double kMostBaseline = 1e6;
+  for (int l = 1; l <= start.SharedBase(); ++l) {
+    if (l <= start.NumFitSets && std::fabs(end.FitA(l)) > kMostBaseline) return true;
+    if (l > start.NumFitSets && end.FitA(l) < kLeastLnC && start.FitA(l) > kLeastLnC) return true;
+  }
+  return false;
+}
+
+}  // namespace
+
+// A fit near a singular matrix turns rounding into results. So the literal fit is run again on
+// problems that differ in the last digit: where it takes another course, none is asked of the real
+// one, and elsewhere the real one may lie 1e-10 farther off than the literal ones among themselves.
+TEST(FitData, EqualsTheLiteralFit) {
+  constexpr double kTolerance = 1e-10;
+  constexpr double kFragile = 1e-4;
+  constexpr int kNudges = 4;
+  const char* wanted = std::getenv("QUORVANE_LITERAL_PROBLEMS");
+  const auto problems = static_cast<std::uint64_t>(wanted == nullptr ? 20 : std::atoi(wanted));
+  int clear = 0;
+  std::map<std::string, int> courses;
+  for (const int index : AllModels()) {
+    for (std::uint64_t seed = 1; seed <= problems; ++seed) {
+      SCOPED_TRACE("model " + std::to_string(index) + ", seed " + std::to_string(seed));
+      const FitState problem = RandomProblem(index, seed);
+      const Ending literal = RunLiteral(problem);
+      NormalNoise random(seed, 1.0);
+      bool fragile = HasRunAway(literal.fit, problem);
+      double spread = 0.0;
+      for (int k = 0; k < kNudges && !fragile; ++k) {
+        const Ending nudged = RunLiteral(Nudged(problem, random));
+        fragile = !nudged.SameCourse(literal);
+        if (!fragile) spread = std::max(spread, Distance(nudged, literal));
+      }
+      if (fragile || spread > kFragile) continue;
+      const Ending real = RunReal(problem);
+      EXPECT_EQ(real.fault, literal.fault);
+      EXPECT_EQ(real.currentProc, literal.currentProc);
+      EXPECT_EQ(real.lines, literal.lines);
+      EXPECT_EQ(real.iterations, literal.iterations);
+      EXPECT_LE(Distance(real, literal), kTolerance + 10.0 * spread) << spread;
+      clear += spread < kTolerance;
+      courses[!literal.fault.empty()    ? "failed"
+              : literal.iterations == 0 ? "stopped"
+              : literal.lines.empty()   ? "ended"
+                                        : "singular"] += 1;
+    }
+  }
+  const int all = static_cast<int>(problems * AllModels().size());
+  EXPECT_GT(clear, all / 3);
+  for (const char* course : {"failed", "stopped", "ended", "singular"}) {
+    EXPECT_GT(courses[course], all / 50) << course;
+  }
 }

@@ -1,0 +1,42 @@
+// exp() for many values side by side: straight-line code that compilers turn into vectors.
+#pragma once
+
+#include <bit>
+#include <cstdint>
+
+// Arguments of VectorExp stay within this.
+inline constexpr double kVectorExpRange = 690.0;
+
+// exp(v) for |v| <= kVectorExpRange, to within 2 units in the last place, the same on every
+// processor. Raises no fault.
+// Source: reduction to |r| <= ln(2)/2 with ln 2 in two parts (Cody & Waite, Software Manual for the
+// Elementary Functions, chapter 6), then the Taylor series of exp to the 13th power.
+inline double VectorExp(double v) {
+  constexpr double kLog2E = 1.4426950408889634;
+  constexpr double kLn2High = 6.93147180369123816490e-01;  // 33 bits: products with k are exact
+  constexpr double kLn2Low = 1.90821492927058770002e-10;
+  constexpr double kRounder = 0x1.8p52;  // adding it leaves the nearest integer in the low bits
+  const double shifted = v * kLog2E + kRounder;
+  const double k = shifted - kRounder;
+  const double r = (v - k * kLn2High) - k * kLn2Low;
+  // Even and odd powers apart: two short chains instead of a long one.
+  const double q = r * r;
+  double even = 1.0 / 479001600.0;
+  double odd = 1.0 / 6227020800.0;
+  even = even * q + 1.0 / 3628800.0;
+  odd = odd * q + 1.0 / 39916800.0;
+  even = even * q + 1.0 / 40320.0;
+  odd = odd * q + 1.0 / 362880.0;
+  even = even * q + 1.0 / 720.0;
+  odd = odd * q + 1.0 / 5040.0;
+  even = even * q + 1.0 / 24.0;
+  odd = odd * q + 1.0 / 120.0;
+  even = even * q + 0.5;
+  odd = odd * q + 1.0 / 6.0;
+  even = even * q + 1.0;
+  odd = odd * q + 1.0;
+  const double p = even + r * odd;
+  // Times 2^k: k goes to the exponent's bits.
+  const auto exponent = std::bit_cast<std::uint64_t>(shifted) << 52U;
+  return std::bit_cast<double>(std::bit_cast<std::uint64_t>(p) + exponent);
+}

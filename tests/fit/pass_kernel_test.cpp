@@ -1,0 +1,110 @@
+// Faults caught here: an exponential that is off in the last digits or beyond its range, kernels
+// that give other bits on other processors, a solver by groups that mistakes who meets whom.
+#include "fit/pass_kernel.h"
+
+#include <cmath>
+
+#include <gtest/gtest.h>
+
+#include "fit/arrow_solve.h"
+#include "fit/levmarq.h"
+#include "fit/vector_exp.h"
+#include "support/fit_problem.h"
+#include "support/recording_host.h"
+
+TEST(VectorExp, IsExpToTwoUnitsInTheLastPlace) {
+  NormalNoise random(3, 1.0);
+  for (int k = 0; k < 200000; ++k) {
+    const double range = k % 2 == 0 ? 2.0 : kVectorExpRange;
+    const double v = range * (2.0 * random.Uniform() - 1.0);
+    const double exact = std::exp(v);
+    const double unit = std::nextafter(exact, INFINITY) - exact;
+    ASSERT_LE(std::fabs(VectorExp(v) - exact), 2.0 * unit) << v;
+  }
+  EXPECT_EQ(VectorExp(0.0), 1.0);
+}
+
+TEST(PassKernel, GivesTheSameBitsOnEveryProcessor) {
+  SetPlan plan{.species = 3, .moves = 2, .columns = 2, .weighted = true, .baseline = 0.02};
+  plan.parts[0] = {.constant = -1.5, .slope = 1.2, .signal = 1.0};
+  plan.parts[1] = {.constant = -2.5, .slope = 0.7, .signal = 0.6};
+  plan.parts[2] = {.factor = 3.0, .powerA = 1, .powerB = 2, .signal = -2.2};
+  plan.move[0] = {.rate = 0.01, .cosh = true, .species = {true, true, true}};
+  plan.move[1] = {.rate = -0.03, .species = {false, true, true}};
+  plan.terms[0][0] = {.move = 0, .sinh = 3.0, .cosh = 0.1};
+  plan.terms[0][2] = {.move = 1, .sinh = 2.0};
+  plan.terms[1][1] = {.move = 1, .sinh = 1.0};
+  plan.boundConstant = 0.01;
+  plan.boundFactor = 0.1;
+  Chunk chunk;
+  NormalNoise random(4, 1.0);
+  for (std::size_t j = 0; j < kChunk; ++j) {
+    chunk.x[j] = 2.0 * random.Uniform() - 1.0;
+    chunk.y[j] = random();
+    chunk.weight[j] = random.Uniform();
+  }
+  const auto run = [&](const PassKernel& kernel, BasisSums& sums) {
+    const double doubt = kernel.evaluate(plan, chunk);
+    kernel.addProducts(plan, chunk, sums);
+    kernel.addWeighted(plan, chunk, sums);
+    return doubt;
+  };
+  BasisSums portable;
+  BasisSums best;
+  EXPECT_EQ(run(PortableKernel(), portable), run(BestKernel(), best));
+  EXPECT_EQ(portable.product, best.product);
+  EXPECT_EQ(portable.gradient, best.gradient);
+  EXPECT_EQ(portable.squares, best.squares);
+  EXPECT_EQ(portable.level, best.level);
+  EXPECT_EQ(portable.sinh, best.sinh);
+  EXPECT_EQ(portable.cosh, best.cosh);
+}
+
+// Five datasets, of which 1, 3 and 4 share the reference concentrations of 3, and one held.
+TEST(ArrowSolver, SolvesAndInvertsAsTheEliminationOfAll) {
+  constexpr double kClose = 1e-9;  // condition of the matrix times rounding
+  FitState fit = MakeProblem({.modelIndex = 7, .sets = 5, .points = 60, .massConservation = true},
+                             TypicalShared(7));
+  fit.RefLink = {2, 1, 2, 2, 4};
+  for (const int held : {6, 9, 11, 14, 17}) fit.FitIA(held) = 0;
+  FillSignal(fit, [](int) { return 0.0; });
+  int n = 0;
+  for (int l = 1; l <= fit.FitMA; ++l) n += fit.FitIA(l);
+  Matrix1<double> alpha(fit.FitMA, fit.FitMA);
+  Matrix1<double> beta(kMaxParameters, 1);
+  double chisq = 0.0;
+  PreparePass(fit);
+  MRQCOF(fit, fit.FitA, alpha, beta, chisq);
+  for (int j = 1; j <= n; ++j) beta(j, 1) = std::sin(j);
+
+  const ArrowShape shape = ShapeOf(fit);
+  EXPECT_EQ(shape.border.size(), 3U);  // without MWB
+  EXPECT_EQ(shape.groups.size(), 3U);
+  for (const double lambda : {0.0, 0.5}) {
+    ArrowSolver solver(shape);
+    ASSERT_TRUE(solver.Factor(alpha, lambda));
+    Matrix1<double> solution = beta;
+    Matrix1<double> inverse(n, n);
+    solver.Solve(solution);
+    solver.Invert(inverse);
+    Matrix1<double> all = alpha;
+    for (int j = 1; j <= n; ++j) all(j, j) *= 1.0 + lambda;
+    Matrix1<double> expected = beta;
+    RecordingHost host;
+    GAUSSJ(all, n, expected, 1, fit.CurrentProc, host);
+    for (int j = 1; j <= n; ++j) {
+      EXPECT_NEAR(solution(j, 1), expected(j, 1), kClose * std::fabs(expected(j, 1))) << j;
+      for (int k = 1; k <= n; ++k) {
+        EXPECT_NEAR(inverse(j, k), all(j, k), kClose * std::sqrt(all(j, j) * all(k, k)));
+      }
+    }
+  }
+}
+
+TEST(ArrowSolver, LeavesADoubtfulMatrixToTheElimination) {
+  Matrix1<double> alpha(2, 2, 1.0);
+  alpha(2, 2) = 1.0 + 1e-12;
+  ArrowSolver solver({.groups = {{1}}, .border = {2}});
+  EXPECT_FALSE(solver.Factor(alpha, 0.0));
+  EXPECT_TRUE(solver.Factor(alpha, 0.01));
+}
