@@ -4,7 +4,7 @@
 #include <cmath>
 #include <random>
 
-#include "bench/quiet_host.h"
+#include "base/quiet_host.h"
 #include "fit/levmarq.h"
 #include "stats/confidence.h"
 #include "support/fit_problem.h"

@@ -7,7 +7,7 @@
 #include <fstream>
 #include <vector>
 
-#include "bench/quiet_host.h"
+#include "base/quiet_host.h"
 #include "match/match.h"
 
 namespace {

@@ -7,7 +7,7 @@
 #include <string>
 #include <vector>
 
-#include "bench/quiet_host.h"
+#include "base/quiet_host.h"
 #include "scan/loading.h"
 
 namespace {

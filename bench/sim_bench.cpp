@@ -3,7 +3,7 @@
 
 #include <string>
 
-#include "bench/quiet_host.h"
+#include "base/quiet_host.h"
 #include "sim/simulate.h"
 
 namespace {

@@ -74,6 +74,7 @@ void TakePage(const Experiment& experiment, QuorvaneModule& module) {
 void TakeDatasets(std::vector<Dataset> datasets, DatasetStore& store) {
   store.Datasets = std::move(datasets);
   store.UseData.clear();
+  store.Edits.Clear();
   for (Dataset& dataset : store.Datasets) {
     dataset.FileName.SetBytes(std::string(Trim(dataset.FileName.View())));
     dataset.Comment2.SetBytes(std::string(Trim(dataset.Comment2.View())));

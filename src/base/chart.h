@@ -4,6 +4,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <limits>
+#include <optional>
 #include <span>
 #include <string>
 #include <vector>
@@ -55,10 +56,20 @@ struct ChartPanel {
   bool operator==(const ChartPanel&) const = default;
 };
 
+// A rectangle in axis values, x1 < x2 and y1 < y2.
+struct ChartArea {
+  double x1 = 0.0;  // in units of the bottom axis
+  double y1 = 0.0;  // in units of the top panel's left axis
+  double x2 = 0.0;
+  double y2 = 0.0;
+  bool operator==(const ChartArea&) const = default;
+};
+
 struct Chart {
   std::string title;
   std::string bottomTitle;
   std::vector<ChartPanel> panels;
+  std::optional<ChartArea> view = {};  // of the top panel; absent: all points. Never serialised
   bool operator==(const Chart&) const = default;
 };
 

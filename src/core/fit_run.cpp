@@ -1,13 +1,13 @@
 #include "core/fit_run.h"
 
 #include <algorithm>
-#include <optional>
 
 #include "base/arithmetic.h"
 #include "base/clock.h"
 #include "base/host.h"
 #include "base/number_format.h"
 #include "base/text.h"
+#include "core/fit_checks.h"
 #include "core/graph_store.h"
 #include "fit/assembly.h"
 #include "fit/levmarq.h"
@@ -19,44 +19,10 @@
 
 namespace {
 
-const std::string kRule(40, '=');
 const std::string kShortRule(39, '=');
 
-FitOutcome Refusal(const char* title, std::string text) {
-  return {.ending = FitEnding::kRefused, .error = std::move(text), .where = title};
-}
-
-const Dataset& DatasetAt(const QuorvaneModule& module, std::size_t position) {
-  return module.Store.Datasets[static_cast<std::size_t>(module.Setup.FitSetList[position])];
-}
-
-// Whether meniscus or base still is where the load put it.
-bool HasDefaultEnds(const Dataset& dataset) {
-  return dataset.Rmen == dataset.R.front() || dataset.Rbase == LastRadius(dataset);
-}
-
-// The checks of the models that need a cell's ends; a refusal if they fail.
-std::optional<FitOutcome> CheckCellEnds(const QuorvaneModule& module, Host& host) {
-  const auto n = static_cast<std::size_t>(module.Setup.NumFitSets);
-  bool defaults = false;
-  bool ordered = true;
-  for (std::size_t k = 0; k < n; ++k) {
-    const Dataset& dataset = DatasetAt(module, k);
-    defaults = defaults || HasDefaultEnds(dataset);
-    ordered = ordered && dataset.Rmen < dataset.Rbase;
-  }
-  const char* const kDefaults =
-      "One or more of the R(Meniscus) and R(Base)\r\nvalues have not been changed from the "
-      "default values!\r\nDo you want to change any of these values?";
-  if (defaults && host.AskYesNo("Possible Parameter Value Error", kDefaults)) {
-    return Refusal("Possible Parameter Value Error", kDefaults);
-  }
-  if (!ordered) {
-    const char* const kOrder = "The values of R(Meniscus) must be < R(Base)\r\nfor each data set!";
-    host.ShowMessage("Parameter Value Error", kOrder, MessageIcon::kExclamation);
-    return Refusal("Parameter Value Error", kOrder);
-  }
-  return std::nullopt;
+FitOutcome Refusal(std::string title, std::string text) {
+  return {.ending = FitEnding::kRefused, .error = std::move(text), .where = std::move(title)};
 }
 
 void LogFitHead(const QuorvaneModule& module, Host& host) {
@@ -123,9 +89,7 @@ void Report(QuorvaneModule& module, int iterations, const Stopwatch& watch, Host
 }
 
 void ReportFailure(const FitState& fit, const std::string& description, Host& host) {
-  host.ShowMessage("",
-                   "Error while Fitting Data!  Error in " + fit.CurrentProc + ".  " + description,
-                   MessageIcon::kNone);
+  host.ShowMessage("", FittingErrorText(fit, description), MessageIcon::kNone);
   host.SetStatus(" ");
   host.PrintIt("\r\nFitting Error in " + fit.CurrentProc + ".  \r\n" + description);
   host.PrintIt(" ");
@@ -178,8 +142,8 @@ FitOutcome FitAndReport(QuorvaneModule& module, Host& host) {
 }  // namespace
 
 FitOutcome RunFit(QuorvaneModule& module, Host& host) {
-  if (NeedsCellEnds(module.Setup.ModelIndex)) {
-    if (const std::optional<FitOutcome> refusal = CheckCellEnds(module, host)) return *refusal;
+  if (const auto refusal = CheckCellEnds(module, 0, module.Setup.NumFitSets, host)) {
+    return Refusal(refusal->title, refusal->text);
   }
   std::string description;
   try {

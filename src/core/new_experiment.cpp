@@ -9,6 +9,7 @@ void StartNewExperiment(QuorvaneModule& module) {
   if (module.ExperimentOpen) module.GraphStreams.clear();
   module.Store.Datasets.clear();  // HeaderLine belongs to the file that is still selected
   module.Store.UseData.clear();
+  module.Store.Edits.Clear();
   if (module.Setup.ConstrainKRatios) {
     try {
       ReleaseRatios(module.Setup, module.FitPage, module.FitPage.ModelLnK1);

@@ -4,10 +4,14 @@
 
 namespace {
 
+std::string TitleOf(int number, const Dataset& dataset, const char* kind) {
+  return FormatNumber(number, "(###) ") + NameOf(dataset) + kind;
+}
+
 std::string TitleOf(const FitState& fit, const std::vector<Dataset>& datasets, int set,
                     const char* kind) {
   const auto place = static_cast<std::size_t>(fit.FitSetList[static_cast<std::size_t>(set)]);
-  return FormatNumber(set + 1, "(###) ") + NameOf(datasets[place]) + kind;
+  return TitleOf(set + 1, datasets[place], kind);
 }
 
 void AddPoint(ChartSeries& series, double x, double y) {
@@ -52,5 +56,22 @@ Chart PlotDeviations(const FitState& fit, const std::vector<Dataset>& datasets, 
   chart.title = TitleOf(fit, datasets, set, " : Deviation Plot");
   chart.bottomTitle = "Radius (cm)";
   chart.panels.push_back({"Deviation", 1.0, {std::move(deviations), std::move(zero)}, {}});
+  return chart;
+}
+
+Chart PlotDataCurve(const FitState& fit, const std::vector<Dataset>& datasets, int set) {
+  ChartSeries data{"Data", SeriesStyle::kCross, kChartRed, {}, {}};
+  ChartSeries curve{"Fit", SeriesStyle::kLine, kChartBlue, {}, {}};
+  const int first = fit.SetFirstPoint(set + 1);
+  for (int i = first; i < first + fit.SetPointCount(set + 1); ++i) {
+    if (fit.PointKind(i) != 0) continue;
+    AddPoint(data, fit.FitR(i), fit.FitY(i));
+    AddPoint(curve, fit.FitR(i), fit.FitYCalc(i));
+  }
+  const std::int16_t dataset = fit.FitSetList[static_cast<std::size_t>(set)];
+  Chart chart;
+  chart.title = TitleOf(dataset + 1, datasets[static_cast<std::size_t>(dataset)], " : Data Plot");
+  chart.bottomTitle = "Radius (cm)";
+  chart.panels.push_back({"Concentration", 1.0, {std::move(data), std::move(curve)}, {}});
   return chart;
 }

@@ -18,3 +18,8 @@ Chart PlotDataFit(const FitState& fit, const std::vector<Dataset>& datasets, int
 
 // Deviations alone, against the radius, mass conservation points included.
 Chart PlotDeviations(const FitState& fit, const std::vector<Dataset>& datasets, int set);
+
+// Data and curve alone, against the radius and with the baseline whatever the plot options are, for
+// position `set` of the fit; mass conservation points are left out. The title bears the dataset's
+// number in the store. Needs FitYCalc.
+Chart PlotDataCurve(const FitState& fit, const std::vector<Dataset>& datasets, int set);

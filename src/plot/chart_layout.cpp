@@ -37,6 +37,10 @@ QFont ChartFont(int pixels) {
   return font;
 }
 
+QString MarkName(std::size_t index) {
+  return QStringLiteral("mark(%1)").arg(index);
+}
+
 QColor ToColor(ChartColor color) {
   return QColor(int(color & 0xFF), int(color >> 8 & 0xFF), int(color >> 16 & 0xFF));
 }
@@ -299,7 +303,8 @@ class PanelFiller {
     const double width = IsZeroLine(series) ? kMarkWidth : kLineWidth;
     auto* curve = new QCPCurve(bottom_, left_);
     curve->setName(QString::fromStdString(series.name));
-    curve->setPen(QPen(ToColor(series.color), width, Qt::SolidLine, Qt::FlatCap, Qt::RoundJoin));
+    // Round joins look the same at this width and cost as much as the rest of the curve.
+    curve->setPen(QPen(ToColor(series.color), width, Qt::SolidLine, Qt::FlatCap, Qt::BevelJoin));
     curve->setAntialiased(true);
     const std::size_t count = std::min(series.x.size(), series.y.size());
     QVector<QCPCurveData> points;
@@ -351,9 +356,11 @@ class PanelFiller {
   void DrawMarks(const std::vector<ChartMark>& marks) {
     constexpr int kTextLines = 3;
     int line = 0;
-    for (const ChartMark& mark : marks) {
+    for (std::size_t i = 0; i < marks.size(); ++i) {
+      const ChartMark& mark = marks[i];
       if (!Drawable(mark.x, 0.0)) continue;
       auto* stroke = new QCPItemStraightLine(&plot_);
+      if (&rect_ == plot_.axisRect(0)) stroke->setObjectName(MarkName(i));
       stroke->setClipAxisRect(&rect_);
       stroke->setPen(QPen(ToColor(mark.color), kMarkWidth));
       for (QCPItemPosition* point : {stroke->point1, stroke->point2}) {
@@ -368,7 +375,8 @@ class PanelFiller {
       text->setPositionAlignment(Qt::AlignTop | (atRight ? Qt::AlignLeft : Qt::AlignRight));
       text->setPadding(QMargins(4, 6 + line * (kLabelPixels + 3), 4, 0));
       text->position->setTypeY(QCPItemPosition::ptAxisRectRatio);
-      text->position->setCoords(mark.x, 0.0);
+      text->position->setParentAnchorX(stroke->point1);
+      text->position->setCoords(0.0, 0.0);
       line = (line + 1) % kTextLines;
     }
   }
@@ -475,4 +483,12 @@ void FillPlot(QCustomPlot& plot, const Chart& chart) {
     filler.Draw(panels[i]);
     if (y.Empty()) filler.SayNoData(lowest && common.Empty());
   }
+  if (chart.view) {
+    rects.front()->axis(QCPAxis::atBottom)->setRange(chart.view->x1, chart.view->x2);
+    rects.front()->axis(QCPAxis::atLeft)->setRange(chart.view->y1, chart.view->y2);
+  }
+}
+
+QCPItemStraightLine* MarkLine(const QCustomPlot& plot, std::size_t index) {
+  return plot.findChild<QCPItemStraightLine*>(MarkName(index));
 }

@@ -4,6 +4,7 @@
 
 #include <QVBoxLayout>
 #include <algorithm>
+#include <cmath>
 #include <stdexcept>
 
 #include "plot/chart_layout.h"
@@ -27,8 +28,10 @@ ChartWidget::ChartWidget(QWidget* parent) : QWidget(parent), plot_(new QCustomPl
           [this](const QRect& rectangle) { Zoom(rectangle); });
   connect(plot_, &QCustomPlot::mouseMove, this, [this](const QMouseEvent* event) {
     const QCPAxisRect* panel = plot_->axisRect(0);
-    emit PointerMoved(panel->axis(QCPAxis::atBottom)->pixelToCoord(event->pos().x()),
-                      panel->axis(QCPAxis::atLeft)->pixelToCoord(event->pos().y()));
+    const double x = panel->axis(QCPAxis::atBottom)->pixelToCoord(event->pos().x());
+    const double y = panel->axis(QCPAxis::atLeft)->pixelToCoord(event->pos().y());
+    // New axes have no place, and the pointer none on them, until they are drawn.
+    if (std::isfinite(x) && std::isfinite(y)) emit PointerMoved(x, y);
   });
   SetChart({});
 }
@@ -37,11 +40,37 @@ void ChartWidget::SetChart(const Chart& chart) {
   chart_ = chart;
   bands_.clear();
   FillPlot(*plot_, chart_);
+  whole_ = Area();
+  PlotFilled();
   connect(plot_->axisRect(0)->axis(QCPAxis::atBottom),
           qOverload<const QCPRange&>(&QCPAxis::rangeChanged), this,
           &ChartWidget::BottomRangeChanged);
   emit BottomRangeChanged();
   plot_->replot(QCustomPlot::rpQueuedReplot);
+}
+
+void ChartWidget::UpdateChart(Chart chart) {
+  const std::optional<ChartArea> zoomed = ShownChart().view;
+  SetChart(chart);
+  if (zoomed) ZoomTo(*zoomed);
+}
+
+Chart ChartWidget::ShownChart() const {
+  Chart shown = chart_;
+  if (Area() != whole_) shown.view = Area();
+  return shown;
+}
+
+void ChartWidget::ZoomTo(const ChartArea& area) {
+  plot_->axisRect(0)->axis(QCPAxis::atBottom)->setRange(area.x1, area.x2);
+  plot_->axisRect(0)->axis(QCPAxis::atLeft)->setRange(area.y1, area.y2);
+  plot_->replot(QCustomPlot::rpQueuedReplot);
+}
+
+ChartArea ChartWidget::Area() const {
+  const QCPRange x = plot_->axisRect(0)->axis(QCPAxis::atBottom)->range();
+  const QCPRange y = plot_->axisRect(0)->axis(QCPAxis::atLeft)->range();
+  return {x.lower, y.lower, x.upper, y.upper};
 }
 
 void ChartWidget::SetBands(const std::vector<ChartBand>& bands) {

@@ -22,9 +22,17 @@ class ChartWidget : public QWidget {
  public:
   explicit ChartWidget(QWidget* parent = nullptr);
 
-  // Replaces what is shown; the axes hold all points.
+  // Replaces what is shown; the axes hold all points, or the chart's view.
   void SetChart(const Chart& chart);
   const Chart& GetChart() const { return chart_; }
+
+  // Replaces what is shown by `chart`, which has no view; one that the user has zoomed to stays.
+  void UpdateChart(Chart chart);
+
+  // The chart with the view that the user has zoomed to.
+  Chart ShownChart() const;
+
+  void ZoomTo(const ChartArea& area);
 
   // Stretches shaded behind the data of the top panel, until the next SetChart.
   void SetBands(const std::vector<ChartBand>& bands);
@@ -48,10 +56,21 @@ class ChartWidget : public QWidget {
   void PointerMoved(double x, double y);
   void BottomRangeChanged();  // by a zoom or another chart
 
+ protected:
+  QCustomPlot& Plot() const { return *plot_; }
+
+  // The plot holds new items and axes; those of before are gone.
+  virtual void PlotFilled() {}
+
+  // A mark of the top panel was moved; it is already drawn there.
+  void TakeMark(std::size_t index, double x) { chart_.panels.front().marks[index].x = x; }
+
  private:
   void Zoom(const QRect& rectangle);
+  ChartArea Area() const;  // that the axes show
 
   Chart chart_;
+  ChartArea whole_;  // that the axes show without a zoom
   std::vector<ChartBand> bands_;
   QCustomPlot* plot_;
   QPoint pressed_;

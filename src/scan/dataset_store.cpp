@@ -14,6 +14,7 @@ void RemoveDataset(DatasetStore& store, int position, Host& host) {
   const std::string removed = "Removed " + DatasetTitle(store, position);
   store.Datasets.erase(store.Datasets.begin() + position);
   store.UseData.erase(store.UseData.begin() + position);
+  store.Edits.Forget(position);
   if (store.Datasets.empty()) {
     host.PrintIt(removed);
     host.PrintIt("\r\nNo datasets are currently loaded.");
@@ -29,6 +30,7 @@ void RemoveAllDatasets(DatasetStore& store, Host& host) {
   host.PrintIt("\r\n*** Removed All Datasets. ***\r\n");
   store.Datasets.clear();
   store.UseData.clear();
+  store.Edits.Clear();
 }
 
 bool RenameDataset(Dataset& dataset, const std::string& text, Host& host) {

@@ -5,12 +5,14 @@
 #include <vector>
 
 #include "scan/dataset.h"
+#include "scan/edit_history.h"
 
 class Host;
 
 struct DatasetStore {
   std::vector<Dataset> Datasets;  // positions from 0; the user counts from 1
   std::vector<bool> UseData;      // "Fit this dataset?", one a dataset; a blank never is
+  EditHistory Edits;              // of this session; not saved
   std::string HeaderLine;         // second line of the file last selected, one byte a character
 
   int NumDatasets() const { return static_cast<int>(Datasets.size()); }

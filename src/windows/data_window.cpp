@@ -7,9 +7,9 @@
 #include <QVBoxLayout>
 
 #include "base/number_format.h"
-#include "plot/chart_widget.h"
-#include "scan/point_plot.h"
+#include "windows/edit_tab.h"
 #include "windows/fit_control_tab.h"
+#include "windows/hint_window.h"
 #include "windows/loaded_data_tab.h"
 #include "windows/result_panel.h"
 #include "windows/session.h"
@@ -28,17 +28,17 @@ constexpr int kEdit = 3;
 DataWindow::DataWindow(Session& session, SessionHost& host, QWidget* parent)
     : QWidget(parent),
       session_(session),
+      host_(host),
       dataTab_(new QTabWidget),
       source_(new SourceFilesTab(session, host)),
       loaded_(new LoadedDataTab(session, host)),
       control_(new FitControlTab(session, host)),
       results_(new ResultPanel(session)),
-      edit_(new ChartWidget),
+      edit_(new EditTab(session, host)),
       status_(new QLabel) {
   setObjectName("frmData");
   setWindowTitle(tr("Data"));
   dataTab_->setObjectName("dataTab");
-  edit_->setObjectName("editTChart");
   status_->setObjectName("dataStatusBar");
   auto* control = new QSplitter(Qt::Vertical);
   control->addWidget(control_);
@@ -50,6 +50,7 @@ DataWindow::DataWindow(Session& session, SessionHost& host, QWidget* parent)
   dataTab_->addTab(loaded_, tr("Loaded Data"));
   dataTab_->addTab(control, tr("Fit Control"));
   dataTab_->addTab(edit_, tr("Edit"));
+  addActions(edit_->actions());  // their keys work on the bar of the tabs too
   auto* layout = new QVBoxLayout(this);
   layout->setContentsMargins(4, 4, 4, 4);
   layout->addWidget(dataTab_, 1);
@@ -61,7 +62,8 @@ DataWindow::DataWindow(Session& session, SessionHost& host, QWidget* parent)
 void DataWindow::ConnectTabs() {
   connect(source_, &SourceFilesTab::DatasetsChanged, this, &DataWindow::AfterLoad);
   connect(loaded_, &LoadedDataTab::DatasetsChanged, this, &DataWindow::AfterStoreChange);
-  connect(loaded_, &LoadedDataTab::EditRequested, this, &DataWindow::ShowDataset);
+  connect(loaded_, &LoadedDataTab::EditRequested, this, &DataWindow::EditDataset);
+  connect(loaded_, &LoadedDataTab::Unloading, this, &DataWindow::PageClosing);
   connect(loaded_, &LoadedDataTab::SetupFitRequested, this, &DataWindow::SetUpFit);
   connect(control_, &FitControlTab::FitRequested, this, &DataWindow::FitRequested);
   connect(control_, &FitControlTab::CalcCIRequested, this, &DataWindow::CalcCIRequested);
@@ -69,17 +71,21 @@ void DataWindow::ConnectTabs() {
   connect(control_, &FitControlTab::FitOutdated, this, &DataWindow::FitOutdated);
   connect(control_, &FitControlTab::KDisplayChosen, this, &DataWindow::KDisplayChosen);
   connect(control_, &FitControlTab::MwDisplayChosen, this, &DataWindow::MwDisplayChosen);
-  connect(edit_, &ChartWidget::PointerMoved, this, [this](double x, double y) {
+  connect(edit_, &EditTab::Edited, control_, &FitControlTab::ShowValues);
+  connect(edit_, &EditTab::PointerMoved, this, [this](double x, double y) {
     status_->setText(
         QString::fromStdString(FormatNumber(x, "##.####") + "," + FormatNumber(y, "##0.####")));
   });
   connect(dataTab_, &QTabWidget::currentChanged, status_, &QLabel::clear);
+  connect(dataTab_, &QTabWidget::currentChanged, this, [this](int tab) {
+    if (tab == kFitControl) ShowHint();
+  });
 }
 
 void DataWindow::ShowNewStore() {
   loaded_->Rebuild();
   results_->Clear();
-  edit_->SetChart({});
+  edit_->Clear();
   UpdateTabs();
   dataTab_->setCurrentIndex(kSourceFiles);
 }
@@ -100,6 +106,12 @@ void DataWindow::SetCalculating(bool on) {
   loaded_->SetCalculating(on);
   control_->SetCalculating(on);
   results_->setEnabled(!on);
+  edit_->SetCalculating(on);
+}
+
+PrintContent DataWindow::Printed() const {
+  if (dataTab_->currentIndex() != kEdit) return {};
+  return &edit_->ShownChart();
 }
 
 // A new store needs "Setup Fit" before it can be fitted.
@@ -122,9 +134,12 @@ void DataWindow::AfterLoad() {
 
 // Unloading, renaming and subtracting a blank come here as well as loading.
 void DataWindow::AfterStoreChange() {
-  if (session_.Module.Store.NumDatasets() != datasets_) {
+  const int datasets = session_.Module.Store.NumDatasets();
+  if (datasets < datasets_) edit_->Clear();  // positions have moved
+  edit_->Redraw();
+  if (datasets != datasets_) {
+    emit PageClosing();
     results_->Clear();
-    edit_->SetChart({});
     UpdateTabs();
   } else {
     control_->ShowValues();
@@ -133,16 +148,25 @@ void DataWindow::AfterStoreChange() {
   emit DatasetsChanged();
 }
 
-void DataWindow::ShowDataset(int dataset) {
-  QuorvaneModule& module = session_.Module;
-  Dataset& shown = module.Store.Datasets[static_cast<std::size_t>(dataset)];
-  if (!IsBlank(shown)) shown.Edited = 1.0;
-  loaded_->Rebuild();
-  edit_->SetChart(PlotPoints(shown, {module.GoodColor, module.DeletedColor}));
+void DataWindow::EditDataset(int dataset) {
+  edit_->ShowDataset(dataset);
+  loaded_->Rebuild();  // its button tells that it was opened
   dataTab_->setCurrentIndex(kEdit);
 }
 
+void DataWindow::ShowHint() {
+  if (hintShown_ || !session_.Module.ShowHints) return;
+  hintShown_ = true;
+  auto* hint = new HintWindow(session_, host_, this);
+  hint->setAttribute(Qt::WA_DeleteOnClose);
+  hint->adjustSize();
+  const int left = (width() - hint->width()) / 2;
+  hint->move(mapToGlobal(QPoint(left, height() - 2 * hint->height())));  // below the table
+  hint->show();
+}
+
 void DataWindow::SetUpFit(int model) {
+  emit PageClosing();
   if (!control_->SetupFit(model)) return;
   results_->Clear();
   dataTab_->setTabEnabled(kFitControl, true);

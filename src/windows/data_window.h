@@ -3,7 +3,9 @@
 
 #include <QWidget>
 
-class ChartWidget;
+#include "windows/printable.h"
+
+class EditTab;
 class FitControlTab;
 class LoadedDataTab;
 class QLabel;
@@ -13,7 +15,7 @@ class SourceFilesTab;
 class SessionHost;
 struct Session;
 
-class DataWindow : public QWidget {
+class DataWindow : public QWidget, public Printable {
   Q_OBJECT
  public:
   DataWindow(Session& session, SessionHost& host, QWidget* parent = nullptr);
@@ -21,6 +23,7 @@ class DataWindow : public QWidget {
   SourceFilesTab& SourceFiles() { return *source_; }
   LoadedDataTab& LoadedData() { return *loaded_; }
   FitControlTab& FitControl() { return *control_; }
+  EditTab& Editing() { return *edit_; }
   ResultPanel& Results() { return *results_; }
 
   // Rows and tabs after the store was filled or emptied as a whole; shows the first tab.
@@ -35,12 +38,20 @@ class DataWindow : public QWidget {
   // While a calculation runs nothing here can be changed.
   void SetCalculating(bool on);
 
+  // Lets go what adjusts values of the page. Comes before the store is replaced, when the values
+  // can still go back to their datasets.
+  void ClosePage() { emit PageClosing(); }
+
+  PrintContent Printed() const override;  // the chart of the tab "Edit"
+
  signals:
   void FitRequested();
   void CalcCIRequested();
   void ShowCCCsRequested();
   void FitOutdated();
   void DatasetsChanged();
+  // The datasets of the parameter page are about to change, or the page is set up anew.
+  void PageClosing();
   void KDisplayChosen(int kFormat);
   void MwDisplayChosen(bool buoyant);
 
@@ -49,17 +60,20 @@ class DataWindow : public QWidget {
   void UpdateTabs();
   void AfterLoad();
   void AfterStoreChange();
-  void ShowDataset(int dataset);
+  void EditDataset(int dataset);
+  void ShowHint();
   void SetUpFit(int model);
   void GrowToPage();
 
   Session& session_;
+  SessionHost& host_;
   QTabWidget* dataTab_;
   SourceFilesTab* source_;
   LoadedDataTab* loaded_;
   FitControlTab* control_;
   ResultPanel* results_;
-  ChartWidget* edit_;
+  EditTab* edit_;
   QLabel* status_;
-  int datasets_ = 0;  // that the tabs were set for
+  int datasets_ = 0;        // that the tabs were set for
+  bool hintShown_ = false;  // in this run
 };

@@ -33,6 +33,7 @@ bool ExperimentCommands::MayDiscard(const QString& question, const QString& titl
 void ExperimentCommands::New() {
   if (!MayDiscard(QStringLiteral("Discard current Log contents?"), QString())) return;
   Session& session = windows_.session;
+  windows_.data.ClosePage();
   StartNewExperiment(session.Module);
   windows_.log.Clear();
   LogNewHead(session.CurrentFolder, windows_.host);
@@ -64,6 +65,7 @@ void ExperimentCommands::Load(const QString& name) {
   const BusyPointer busy;
   const QString path = QDir::cleanPath(QFileInfo(name).absoluteFilePath());
   Session& session = windows_.session;
+  windows_.data.ClosePage();
   if (!LoadExperiment(session.Module, ToPath(path), windows_.host)) return;
   ChangeFolder(path);
   AddRecentFile(ToPath(path), session.Settings, windows_.host);

@@ -40,12 +40,16 @@ FitControlTab::FitControlTab(Session& session, SessionHost& host, QWidget* paren
 
 void FitControlTab::BuildWidgets() {
   cmdFitMe_ = MakeButton("cmdFitMe", tr("F&it"), tr("Fit the checked parameters"));
+  cmdPreviewFit_ = MakeButton("cmdPreviewFit", tr("Pre&view Fit"),
+                              tr("Show all datasets with the curves of the present values"));
   cmdCalcCI_ = MakeButton("cmdCalcCI", tr("&Confidence Intervals..."),
                           tr("Confidence intervals of the shared parameters"));
   cmdShowCCCs_ = MakeButton("cmdShowCCCs", tr("C&ross-Correlation..."),
                             tr("Cross-correlation coefficients of the fitted parameters"));
   auto* buttons = new QHBoxLayout;
-  for (QPushButton* button : {cmdFitMe_, cmdCalcCI_, cmdShowCCCs_}) buttons->addWidget(button);
+  for (QPushButton* button : {cmdFitMe_, cmdPreviewFit_, cmdCalcCI_, cmdShowCCCs_}) {
+    buttons->addWidget(button);
+  }
   buttons->addStretch();
   auto* top = new QVBoxLayout(top_);
   top->setContentsMargins(0, 0, 0, 0);
@@ -59,6 +63,9 @@ void FitControlTab::BuildWidgets() {
 void FitControlTab::ConnectSignals() {
   connect(cmdFitMe_, &QPushButton::clicked, this, [this] {
     if (CommitPending()) emit FitRequested();
+  });
+  connect(cmdPreviewFit_, &QPushButton::clicked, this, [this] {
+    if (CommitPending()) emit PreviewRequested();
   });
   connect(cmdCalcCI_, &QPushButton::clicked, this, &FitControlTab::CalcCIRequested);
   connect(cmdShowCCCs_, &QPushButton::clicked, this, &FitControlTab::ShowCCCsRequested);
@@ -105,7 +112,9 @@ bool FitControlTab::SetupEngine(int model) {
 void FitControlTab::ChainTabOrder() {
   QWidget* previous = rows_->LastInTabOrder();
   std::vector<QWidget*> after = block_->InTabOrder();
-  for (QPushButton* button : {cmdFitMe_, cmdCalcCI_, cmdShowCCCs_}) after.push_back(button);
+  for (QPushButton* button : {cmdFitMe_, cmdPreviewFit_, cmdCalcCI_, cmdShowCCCs_}) {
+    after.push_back(button);
+  }
   for (QWidget* control : after) {
     setTabOrder(previous, control);
     previous = control;
@@ -121,6 +130,10 @@ void FitControlTab::WarnNonideal() {
 void FitControlTab::ShowValues() {
   block_->ShowAll();
   rows_->ShowValues();
+}
+
+void FitControlTab::ShowRow(int row) {
+  rows_->ShowRow(row);
 }
 
 void FitControlTab::RefreshDisplay() {

@@ -23,6 +23,9 @@ class FitControlTab : public QWidget {
   // whose datasets are no longer loaded stay as they are.
   void ShowValues();
 
+  // The values of row `row` (from 0) into its boxes.
+  void ShowRow(int row);
+
   // The display of K or of molecular weights has changed. An entry that is not yet stored is lost;
   // so CommitPending comes before the change.
   void RefreshDisplay();
@@ -39,6 +42,7 @@ class FitControlTab : public QWidget {
 
  signals:
   void FitRequested();
+  void PreviewRequested();
   void CalcCIRequested();
   void ShowCCCsRequested();
   void FitOutdated();  // there is no fit any more whose error analysis can be shown
@@ -59,6 +63,7 @@ class FitControlTab : public QWidget {
   ModelBlock* block_;
   FitRows* rows_;
   QPushButton* cmdFitMe_;
+  QPushButton* cmdPreviewFit_;
   QPushButton* cmdCalcCI_;
   QPushButton* cmdShowCCCs_;
   QPointer<QWidget> focused_;  // before the calculation that runs

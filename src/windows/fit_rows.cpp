@@ -57,6 +57,10 @@ void FitRows::ShowValues() {
   }
 }
 
+void FitRows::ShowRow(int row) {
+  if (AreCurrent()) ShowRowValues(rows_[static_cast<std::size_t>(row)], session_.Module, row);
+}
+
 bool FitRows::CommitRows() {
   for (const FitRow& row : rows_) {
     for (QWidget* control : row.All()) {

@@ -26,6 +26,9 @@ class FitRows : public QScrollArea {
   // Records and switches into the rows, if they are current.
   void ShowValues();
 
+  // The same for row `row` (from 0).
+  void ShowRow(int row);
+
   // Stores the texts of all rows. False if one was refused; its box has the focus then.
   bool CommitRows();
 

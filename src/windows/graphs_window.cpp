@@ -13,13 +13,12 @@
 #include "plot/chart_widget.h"
 #include "windows/busy_pointer.h"
 #include "windows/chart_clipboard.h"
+#include "windows/child_window.h"
 #include "windows/export_dialog.h"
 
 namespace {
 
-constexpr int kLeastWidth = 6000;  // twips
-constexpr int kLeastHeight = 3000;
-constexpr int kTwipsPerInch = 1440;
+constexpr QSize kLeastSize(6000, 3000);  // twips
 
 }  // namespace
 
@@ -34,8 +33,7 @@ GraphsWindow::GraphsWindow(Session& session, QWidget* parent) : QWidget(parent),
 void GraphsWindow::BuildWidgets() {
   setObjectName("frmGraphs");
   setWindowTitle(tr("Export Graphs"));
-  setMinimumSize(kLeastWidth * logicalDpiX() / kTwipsPerInch,
-                 kLeastHeight * logicalDpiY() / kTwipsPerInch);
+  setMinimumSize(FromTwips(*this, kLeastSize));
   TeeChartList_ = new QComboBox;
   TeeChartList_->setObjectName("TeeChartList");
   TeeChartList_->setAccessibleName(tr("Graphs"));

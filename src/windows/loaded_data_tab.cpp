@@ -354,12 +354,14 @@ void LoadedDataTab::Blank(int i, int blank) {
 
 void LoadedDataTab::Unload(int i) {
   if (!CommitPending()) return;
+  emit Unloading();
   RemoveDataset(session_.Module.Store, i, host_);
   Rebuild();
   emit DatasetsChanged();
 }
 
 void LoadedDataTab::UnloadAll() {
+  emit Unloading();
   RemoveAllDatasets(session_.Module.Store, host_);
   Rebuild();
   emit DatasetsChanged();

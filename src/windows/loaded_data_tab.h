@@ -35,6 +35,7 @@ class LoadedDataTab : public QWidget {
   void SetCalculating(bool on);
 
  signals:
+  void Unloading();                   // one or all datasets are about to go
   void DatasetsChanged();             // one was unloaded, renamed or blanked; rows are up to date
   void EditRequested(int dataset);    // position, from 0
   void SetupFitRequested(int model);  // index in ModelNames

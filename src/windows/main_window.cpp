@@ -28,12 +28,15 @@
 #include "windows/error_commands.h"
 #include "windows/experiment_commands.h"
 #include "windows/fit_commands.h"
+#include "windows/fit_control_tab.h"
 #include "windows/graphs_window.h"
 #include "windows/help_window.h"
 #include "windows/log_window.h"
 #include "windows/match_window.h"
 #include "windows/option_commands.h"
+#include "windows/preview_window.h"
 #include "windows/print_commands.h"
+#include "windows/set_ref_conc_window.h"
 #include "windows/sim_window.h"
 #include "windows/source_files_tab.h"
 #include "windows/window_host.h"
@@ -69,6 +72,8 @@ MainWindow::MainWindow(Session& session, QWidget* parent)
       data_(new DataWindow(session, *host_)),
       graphs_(new GraphsWindow(session)),
       coefficients_(new frmCCCs),
+      preview_(new PreviewWindow(session, *host_)),
+      setRefConc_(new SetRefConcWindow(session, *host_)),
       status_(new QLabel(QStringLiteral(" "))),
       escape_(new QShortcut(Qt::Key_Escape, this)) {
   setObjectName("frmMain");
@@ -82,6 +87,8 @@ MainWindow::MainWindow(Session& session, QWidget* parent)
   logChild_ = AddChild(log_, false);
   graphsChild_ = AddChild(graphs_, true);
   coefficientsChild_ = AddChild(coefficients_, true);
+  AddChild(preview_, true)->hide();
+  AddChild(setRefConc_, true)->hide();
   experiments_ = new ExperimentCommands(AllWindows(), this);
   options_ = new OptionCommands(AllWindows(), this);
   fits_ = new FitCommands(AllWindows(), this);
@@ -90,6 +97,7 @@ MainWindow::MainWindow(Session& session, QWidget* parent)
   BuildMenus();
   ConnectWindows();
   ConnectErrorAnalysis();
+  ConnectEvaluations();
   RestorePlace();
   LogHead(*host_);
   session_.Module.ExperimentOpen = false;  // the head lines are no work of the user
@@ -160,9 +168,23 @@ void MainWindow::ConnectErrorAnalysis() {
           [this] { prints_->Print(coefficients_->Printed(), coefficients_->windowTitle()); });
 }
 
+// What looks at the models without a fit, and is closed before the page loses its datasets.
+void MainWindow::ConnectEvaluations() {
+  connect(&data_->FitControl(), &FitControlTab::PreviewRequested, preview_,
+          &PreviewWindow::Preview);
+  connect(&data_->FitControl(), &FitControlTab::RefConcRequested, setRefConc_,
+          &SetRefConcWindow::Adjust);
+  connect(setRefConc_, &SetRefConcWindow::Began, this,
+          [this] { data_->FitControl().SetFitDone(false); });
+  connect(setRefConc_, &SetRefConcWindow::Changed, &data_->FitControl(), &FitControlTab::ShowRow);
+  connect(data_, &DataWindow::PageClosing, setRefConc_, &SetRefConcWindow::Cancel);
+  connect(data_, &DataWindow::PageClosing, preview_, &PreviewWindow::close);
+}
+
 // The log's clicks, scrolling and the moves of windows stay possible.
 void MainWindow::SetCalculating(bool on) {
   status_->setText(QStringLiteral(" "));
+  if (on) setRefConc_->Keep();  // the page shows the values that the calculation starts from
   menuBar()->setEnabled(!on);
   for (const char* name : {"mnuFileNew", "mnuFileOpen", "mnuFileSave", "mnuPrint"}) {
     Action(name)->setEnabled(!on);  // on the tool bar too

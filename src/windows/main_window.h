@@ -18,11 +18,13 @@ class LogWindow;
 class MatchWindow;
 class OptionCommands;
 class PrintCommands;
+class PreviewWindow;
 class QLabel;
 class QMdiArea;
 class QMdiSubWindow;
 class QShortcut;
 class SimWindow;
+class SetRefConcWindow;
 class WindowHost;
 class frmCCCs;
 
@@ -67,6 +69,7 @@ class MainWindow : public QMainWindow {
   QMdiSubWindow* AddChild(QWidget* widget, bool closable);
   void ConnectWindows();
   void ConnectErrorAnalysis();
+  void ConnectEvaluations();
   void RestorePlace();
   void SavePlace();
   void ArrangeFirst();
@@ -90,6 +93,8 @@ class MainWindow : public QMainWindow {
   DataWindow* data_;
   GraphsWindow* graphs_;
   frmCCCs* coefficients_;
+  PreviewWindow* preview_;
+  SetRefConcWindow* setRefConc_;
   ExperimentCommands* experiments_ = nullptr;
   OptionCommands* options_ = nullptr;
   FitCommands* fits_ = nullptr;

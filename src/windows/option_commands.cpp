@@ -1,14 +1,14 @@
 #include "windows/option_commands.h"
 
 #include <QColor>
-#include <QMdiArea>
-#include <QMdiSubWindow>
 #include <QWidget>
 
 #include "base/number_format.h"
 #include "base/text.h"
 #include "core/graph_store.h"
+#include "windows/child_window.h"
 #include "windows/data_window.h"
+#include "windows/edit_tab.h"
 #include "windows/graphs_window.h"
 #include "windows/session.h"
 #include "windows/window_host.h"
@@ -75,18 +75,15 @@ void OptionCommands::ChooseColor(bool deleted) {
   std::uint32_t& color = deleted ? module.DeletedColor : module.GoodColor;
   const std::optional<QColor> chosen =
       windows_.session.Ask.ChooseColor(&windows_.frame, ToQColor(color));
-  if (chosen) color = FromQColor(*chosen);
+  if (!chosen) return;
+  color = FromQColor(*chosen);
+  windows_.data.Editing().Redraw();
 }
 
 void OptionCommands::ExportGraphs() {
   windows_.graphs.Refresh();
   if (windows_.session.Module.NumGraphs() > 0) windows_.graphs.ShowGraph(1);
-  windows_.graphs.show();
-  auto* child = qobject_cast<QMdiSubWindow*>(windows_.graphs.parentWidget());
-  if (child == nullptr) return;
-  if (child->isMinimized()) child->showNormal();
-  child->show();
-  child->mdiArea()->setActiveSubWindow(child);
+  ShowChild(windows_.graphs);
 }
 
 void OptionCommands::DeleteGraphs() {

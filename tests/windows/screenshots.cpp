@@ -6,14 +6,20 @@
 #include <QComboBox>
 #include <QLineEdit>
 #include <QLocale>
+#include <QMenu>
+#include <QPainter>
+#include <QScrollBar>
 #include <QTabWidget>
 #include <QTableView>
 #include <QTest>
 #include <clocale>
 #include <filesystem>
 
+#include "chart_mouse.h"
 #include "core/settings_store.h"
+#include "windows/data_window.h"
 #include "windows/experiment_commands.h"
+#include "windows/fit_control_tab.h"
 #include "windows/main_window.h"
 #include "windows/source_files_tab.h"
 
@@ -52,13 +58,13 @@ class Walk {
         {dimer + "/00001.RA1", dimer + "/00002.RA1", dimer + "/00003.RA1"});
     Tab(1);
     Grab("loaded-data");
-    Click("cmdEditData(1)");
-    Grab("edit");
+    ShowEditing();
     Tab(1);
     window_.findChild<QComboBox*>("cmbModel")->setCurrentIndex(2);
     for (Dataset& dataset : session_.Module.Store.Datasets) dataset.ExtCoeff = 40000.0;
     Click("cmdSetFit");
     Grab("fit-control");
+    ShowEvaluations();
     Click("cmdFitMe");
     Grab("fit-result");
     Trigger("mnuExpGraph");
@@ -99,6 +105,56 @@ class Walk {
     dialog->grab().save(folder_ + "/" + name + ".png");
     dialog->close();
   }
+
+  // Points outside the column and a spike deleted, and the menu of the next marquee.
+  void ShowEditing() {
+    Click("cmdEditData(1)");
+    Tab(3);
+    QTest::qWait(150);
+    const Dataset& data = session_.Module.Store.Datasets[1];
+    auto* chart = window_.findChild<ChartWidget*>("editTChart");
+    auto* menu = window_.findChild<QMenu*>("mnuEditData");
+    const auto last = static_cast<std::size_t>(data.NumPoints) - 1;
+    const auto drag = [&](std::size_t from, std::size_t to, double low, double high) {
+      const ChartMouse mouse(*chart);
+      mouse.Drag(mouse.At(data.R[from], low), mouse.At(data.R[to], high));
+      QTest::qWait(50);
+    };
+    drag(last / 12, last - last / 10, data.C[0] - 0.2, data.C[last] + 0.2);
+    menu->close();
+    Trigger("DelOutMarq");
+    drag(last / 3, last * 2 / 3, data.C[last / 3] - 0.05, data.C[last * 2 / 3] + 0.1);
+    QPixmap picture = window_.grab();
+    QPainter(&picture).drawPixmap(window_.mapFromGlobal(menu->pos()), menu->grab());
+    picture.save(folder_ + "/edit.png");
+    menu->close();
+    Click("cmdUndoEdit");
+  }
+
+  // Start values near the result, and one of them moved by its bar. The fit starts as before.
+  void ShowEvaluations() {
+    if (auto* hint = window_.findChild<QWidget*>("frmGraphicalRefC")) hint->close();
+    QuorvaneModule& module = session_.Module;
+    auto* data = window_.findChild<DataWindow*>("frmData");
+    const std::vector<Dataset> datasets = module.Store.Datasets;
+    const FitPage page = module.FitPage;
+    module.FitPage.ModelMW = 8100.0;
+    module.FitPage.ModelLnK1 = 11.5;
+    for (Dataset& dataset : module.Store.Datasets) dataset.RefConc = 5e-6;
+    data->FitControl().ShowValues();
+    Click("cmdPreviewFit");
+    window_.findChild<QScrollBar*>("hsPreview")->setValue(4);
+    Grab("preview-fit");
+    window_.findChild<QWidget*>("frmPreview")->close();
+    QTest::mouseDClick(window_.findChild<QWidget*>("txtRefConc(1)"), Qt::LeftButton);
+    window_.findChild<QScrollBar*>("hsSetRefC")->setValue(80);
+    Grab("set-ref-conc");
+    Click("cmdCancel");
+    module.Store.Datasets = datasets;
+    module.FitPage = page;
+    data->FitControl().ShowValues();
+  }
+
   void Grab(const QString& name) {
     QTest::qWait(150);
     window_.grab().save(folder_ + "/" + name + ".png");

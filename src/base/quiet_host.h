@@ -1,4 +1,4 @@
-// A Host for timing: hears nothing, stops nothing.
+// A Host that hears nothing and stops nothing.
 #pragma once
 
 #include "base/host.h"

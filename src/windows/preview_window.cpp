@@ -1,0 +1,52 @@
+#include "windows/preview_window.h"
+
+#include <QScrollBar>
+#include <QSignalBlocker>
+#include <QVBoxLayout>
+
+#include "core/ref_conc.h"
+#include "plot/chart_widget.h"
+#include "windows/child_window.h"
+#include "windows/control_names.h"
+#include "windows/session.h"
+
+PreviewWindow::PreviewWindow(Session& session, Host& host, QWidget* parent)
+    : QWidget(parent),
+      session_(session),
+      host_(host),
+      teePreview_(Named(new ChartWidget, "teePreview")),
+      hsPreview_(Named(new QScrollBar(Qt::Horizontal), "hsPreview")) {
+  setObjectName("frmPreview");
+  setWindowTitle(tr("Preview Fit"));
+  hsPreview_->setToolTip(tr("Step through the datasets of the fit"));
+  hsPreview_->setFocusPolicy(Qt::StrongFocus);
+  auto* layout = new QVBoxLayout(this);
+  layout->setContentsMargins(6, 6, 6, 6);
+  layout->addWidget(teePreview_, 1);
+  layout->addWidget(hsPreview_);
+  connect(hsPreview_, &QScrollBar::valueChanged, this, &PreviewWindow::ShowPage);
+}
+
+QSize PreviewWindow::sizeHint() const {
+  return FromTwips(*this, {8000, 7000});
+}
+
+void PreviewWindow::Preview() {
+  ModelCurves curves = PreviewFit(session_.Module, host_);
+  if (curves.fault) TellFault(*curves.fault, host_);
+  if (curves.charts.empty()) return;
+  charts_ = std::move(curves.charts);
+  {
+    const QSignalBlocker quiet(hsPreview_);
+    hsPreview_->setRange(0, static_cast<int>(charts_.size()) - 1);
+    hsPreview_->setPageStep(1);
+    hsPreview_->setValue(0);
+  }
+  ShowPage(0);
+  ShowChild(*this);
+  hsPreview_->setFocus();
+}
+
+void PreviewWindow::ShowPage(int page) {
+  teePreview_->SetChart(charts_[static_cast<std::size_t>(page)]);
+}

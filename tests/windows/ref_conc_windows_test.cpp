@@ -1,0 +1,134 @@
+// Faults caught here: a bar that the text box does not follow, a window that stays over a page that
+// is gone, values that a closed window keeps or a kept one loses, a hint that comes again.
+#include <QCheckBox>
+#include <QComboBox>
+#include <QLineEdit>
+#include <QScrollBar>
+
+#include "plot/chart_widget.h"
+#include "windows/data_window.h"
+#include "windows/fit_control_tab.h"
+#include "windows/main_window_fixture.h"
+
+namespace {
+
+class RefConcWindowsTest : public MainWindowTest {
+ protected:
+  RefConcWindowsTest() {
+    SetUpExample();
+    SetRefConc(1, 0.5);
+  }
+  double RefConc(std::size_t dataset) { return session.Module.Store.Datasets[dataset].RefConc; }
+  void SetRefConc(std::size_t dataset, double value) {
+    session.Module.Store.Datasets[dataset].RefConc = value;
+    Find<DataWindow>("frmData")->FitControl().ShowValues();
+  }
+  void Adjust(const char* box) {
+    QTest::mouseDClick(Find(box), Qt::LeftButton);
+    QCoreApplication::processEvents();
+    EXPECT_TRUE(Find("frmSetRefConc")->isVisible());
+  }
+  void MoveBar(int value) {
+    Find<QScrollBar>("hsSetRefC")->setValue(value);
+    QCoreApplication::processEvents();
+  }
+};
+
+}  // namespace
+
+TEST_F(RefConcWindowsTest, BarsMoveTheBoxAndClosingDecides) {
+  Click("cmdFitMe");
+  SetRefConc(1, 0.5);
+  EXPECT_TRUE(Find("cmdCalcCI")->isEnabled());
+  const auto* box = Find<QLineEdit>("txtRefConc(1)");
+  const auto* chart = Find<ChartWidget>("teeSetRefC");
+  const std::vector<std::pair<std::function<void()>, double>> closings = {
+      {[this] { Click("cmdCancel"); }, 0.5},
+      {[this] { QTest::keyClick(Find("hsSetRefC"), Qt::Key_Escape); }, 0.5},
+      {[this] { Find("frmSetRefConc")->parentWidget()->close(); }, 0.5},  // by its frame
+      {[this] { Find<QAbstractButton>("cmdSetFit")->click(); }, 0.5},
+      {[this] { Click("cmdDone"); }, 5.0}};
+  for (const auto& [closing, value] : closings) {
+    Adjust("txtRefConc(1)");
+    EXPECT_FALSE(Find("cmdCalcCI")->isEnabled() || Find("cmdShowCCCs")->isEnabled());
+    EXPECT_FALSE(Find("hsSetRefCB")->isVisible() || Find("lblCB")->isVisible());
+    EXPECT_EQ(Find<QScrollBar>("hsSetRefC")->value(), 0);
+    const Chart before = chart->GetChart();
+    MoveBar(1000);
+    EXPECT_EQ(box->text(), "5.0000");
+    EXPECT_NE(chart->GetChart(), before);
+    closing();
+    EXPECT_FALSE(Find("frmSetRefConc")->isVisible());
+    EXPECT_NEAR(RefConc(1), value, 1e-8);
+    EXPECT_EQ(box->text(), value == 5.0 ? "5.0000" : "0.5000");
+  }
+}
+
+TEST_F(RefConcWindowsTest, AFitTakesTheValuesInEffectAndAnUnloadGivesThemBack) {
+  Adjust("txtRefConc(1)");
+  MoveBar(200);
+  Click("cmdFitMe");
+  EXPECT_FALSE(Find("frmSetRefConc")->isVisible());
+  EXPECT_TRUE(LogText().contains("Fitting Time: "));
+  EXPECT_GT(RefConc(1), 0.0);
+  SetRefConc(1, 0.5);
+  Adjust("txtRefConc(1)");
+  MoveBar(200);
+  Click("cmdRemoveData(0)");
+  EXPECT_FALSE(Find("frmSetRefConc")->isVisible());
+  EXPECT_EQ(RefConc(0), 0.5);
+  EXPECT_NE(RefConc(1), 0.5);
+}
+
+TEST_F(RefConcWindowsTest, TwoBarsForTwoComponentsAndOneForIsodesmic) {
+  for (const auto& [model, second] : {std::pair{6, true}, {9, false}, {10, true}, {5, false}}) {
+    Find<QComboBox>("cmbModel")->setCurrentIndex(model);
+    Click("cmdSetFit");
+    dialogs.yesNo = {false};  // the cell's ends of model 5
+    Adjust("txtRefConc(0)");
+    EXPECT_EQ(Find("hsSetRefCB")->isVisible(), second) << model;
+    EXPECT_EQ(Find("lblCB")->isVisible(), second) << model;
+  }
+}
+
+TEST_F(RefConcWindowsTest, PreviewPagesThroughTheDatasets) {
+  const double before = RefConc(0);
+  Click("cmdPreviewFit");
+  EXPECT_TRUE(Find("frmPreview")->isVisible());
+  auto* bar = Find<QScrollBar>("hsPreview");
+  const int pages = session.Module.Setup.NumFitSets;
+  EXPECT_EQ(bar->maximum(), pages - 1);
+  for (int page = pages; page-- > 0;) {
+    bar->setValue(page);
+    const std::string title = Find<ChartWidget>("teePreview")->GetChart().title;
+    const Dataset& dataset = session.Module.Store.Datasets[static_cast<std::size_t>(page)];
+    EXPECT_EQ(title, "(" + std::to_string(page + 1) + ") " + NameOf(dataset) + " : Data Plot");
+  }
+  EXPECT_EQ(RefConc(0), before);
+  Click("cmdSetFit");
+  EXPECT_FALSE(Find("frmPreview")->isVisible());
+}
+
+TEST_F(RefConcWindowsTest, TheHintComesOnceAndNeverWhenTold) {
+  auto* tabs = Find<QTabWidget>("dataTab");
+  const auto enter = [tabs] {
+    tabs->setCurrentIndex(1);
+    tabs->setCurrentIndex(2);
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+  };
+  EXPECT_EQ(Find("frmGraphicalRefC")->windowTitle(), "Hint");
+  EXPECT_FALSE(Find("frmGraphicalRefC")->isModal());
+  Click("Command1");
+  enter();
+  EXPECT_EQ(window->findChild<QWidget*>("frmGraphicalRefC"), nullptr);
+  EXPECT_EQ(settings.Get("Settings", "ShowHints"), "1");
+  Start();  // another run
+  SetUpExample();
+  Find<QCheckBox>("Check1")->setChecked(true);
+  EXPECT_EQ(settings.Get("Settings", "ShowHints"), "1");
+  Click("Command1");
+  EXPECT_EQ(settings.Get("Settings", "ShowHints"), "0");
+  Start();
+  SetUpExample();
+  EXPECT_EQ(window->findChild<QWidget*>("frmGraphicalRefC"), nullptr);
+}
