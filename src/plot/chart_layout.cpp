@@ -235,6 +235,67 @@ QCPScatterStyle ScatterStyle(const ChartSeries& series) {
   return {QCPScatterStyle::ssPlus, pen, Qt::NoBrush, kCrossSize};
 }
 
+// A line that keeps the order of its points, as a graph would not. The screen gets it quickly: the
+// time to smooth a line grows with the square of how often it passes the same height, so it is
+// drawn in pieces, which a smooth curve is too short for. Noise that fills the panel, or one line
+// among very many points, is not smoothed at all. Pictures and prints are drawn whole and smooth.
+class Line : public QCPCurve {
+ public:
+  Line(QCPAxis* bottom, QCPAxis* left, bool crowded) : QCPCurve(bottom, left), crowded_(crowded) {}
+
+ protected:
+  void drawCurveLine(QCPPainter* painter, const QVector<QPointF>& points) const override {
+    if (painter->modes().testFlag(QCPPainter::pmVectorized)) {
+      QCPCurve::drawCurveLine(painter, points);
+    } else if (crowded_ || IsWild(points)) {
+      painter->setAntialiasing(false);
+      painter->setPen(QPen(pen().color(), 0));  // one pixel
+      QCPCurve::drawCurveLine(painter, points);
+    } else {
+      DrawInPieces(painter, points);
+    }
+  }
+
+ private:
+  // Pixels up or down to the point at `i`, from 1; 0 across a gap.
+  static double Climb(const QVector<QPointF>& points, qsizetype i) {
+    const double climb = std::abs(points[i].y() - points[i - 1].y());
+    return std::isfinite(climb) ? climb : 0.0;
+  }
+
+  static bool IsWild(const QVector<QPointF>& points) {
+    constexpr double kMostClimb = 150000.0;
+    double climb = 0.0;
+    for (qsizetype i = 1; i < points.size(); ++i) climb += Climb(points, i);
+    return climb > kMostClimb;
+  }
+
+  void DrawInPieces(QCPPainter* painter, const QVector<QPointF>& points) const {
+    constexpr double kLongestPiece = 2000.0;  // pixels up and down
+    double climb = 0.0;
+    qsizetype first = 0;
+    for (qsizetype i = 1; i < points.size(); ++i) {
+      climb += Climb(points, i);
+      if (climb < kLongestPiece && i + 1 < points.size()) continue;
+      QCPCurve::drawCurveLine(painter, points.mid(first, i - first + 1));
+      first = i;
+      climb = 0.0;
+    }
+  }
+
+  bool crowded_;
+};
+
+// Whether the lines of a panel have more points than can be smoothed while a user zooms.
+bool IsCrowded(const ChartPanel& panel) {
+  constexpr std::size_t kMostSmoothed = 20000;
+  std::size_t points = 0;
+  for (const ChartSeries& series : panel.series) {
+    if (series.style == SeriesStyle::kLine) points += series.x.size();
+  }
+  return points > kMostSmoothed;
+}
+
 // One panel in a plot: its axes and what stands between them, from back to front.
 class PanelFiller {
  public:
@@ -268,6 +329,7 @@ class PanelFiller {
 
   void Draw(const ChartPanel& panel) {
     if (panel.legend) legend_ = NewLegend(panel);
+    crowded_ = IsCrowded(panel);
     const auto draw = [&](auto&& chosen) {
       for (const ChartSeries& series : panel.series) {
         if (chosen(series)) DrawSeries(series);
@@ -298,16 +360,16 @@ class PanelFiller {
     }
   }
 
-  // A curve keeps the order of its points, as a graph would not.
   void DrawLine(const ChartSeries& series) {
     const double width = IsZeroLine(series) ? kMarkWidth : kLineWidth;
-    auto* curve = new QCPCurve(bottom_, left_);
+    auto* curve = new Line(bottom_, left_, crowded_);
     curve->setName(QString::fromStdString(series.name));
     // Round joins look the same at this width and cost as much as the rest of the curve.
     curve->setPen(QPen(ToColor(series.color), width, Qt::SolidLine, Qt::FlatCap, Qt::BevelJoin));
     curve->setAntialiased(true);
     const std::size_t count = std::min(series.x.size(), series.y.size());
     QVector<QCPCurveData> points;
+    points.reserve(qsizetype(count));
     for (std::size_t i = 0; i < count; ++i) {
       const bool drawable = Drawable(series.x[i], series.y[i]);
       points += QCPCurveData(double(i), drawable ? series.x[i] : qQNaN(),
@@ -402,6 +464,7 @@ class PanelFiller {
   QCPAxis* bottom_;
   QCPAxis* left_;
   QCPLegend* legend_ = nullptr;
+  bool crowded_ = false;
 };
 
 double HeightShare(const ChartPanel& panel) {

@@ -37,7 +37,7 @@ void SimDataTab::BuildWidgets() {
   rtbSimulData_->setFont(font);
   rtbSimulData_->setLineWrapMode(QPlainTextEdit::NoWrap);
   rtbSimulData_->setTabChangesFocus(true);  // a scan file with a TAB would be refused
-  cmdSaveSimData_ = Named(new QPushButton(tr("&Save...")), "cmdSaveSimData");
+  cmdSaveSimData_ = Named(new QPushButton(tr("Sa&ve...")), "cmdSaveSimData");
   auto* top = new QHBoxLayout;
   top->addWidget(new QLabel(tr("The scan file. What you change here is saved with it.")), 1);
   top->addWidget(cmdSaveSimData_);

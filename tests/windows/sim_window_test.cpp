@@ -289,11 +289,12 @@ TEST_F(SimWindowTest, NothingStartsWhileItCalculatesAndClosingKeepsTheEntries) {
   Model(8);
   Enter("txtRmen", "5.8");
   Enter("txtRbase", "7.2");
+  Trigger("mnuMatch");
   int checks = 0;
   QTimer timer;
   QObject::connect(&timer, &QTimer::timeout, sim, [&] {
     if (!session.Calculating || checks++ > 0) return;
-    for (const char* name : {"cmdSimulate", "cmdSetFit", "mnuFile", "cmdStop"}) {
+    for (const char* name : {"cmdSimulate", "cmdSetFit", "mnuFile", "cmdStop", "cmdLoadFiles"}) {
       const auto* action = window->findChild<QAction*>(name);
       const auto* widget = window->findChild<QWidget*>(name);
       EXPECT_FALSE(widget ? widget->isEnabled() : action->isEnabled()) << name;
@@ -302,7 +303,7 @@ TEST_F(SimWindowTest, NothingStartsWhileItCalculatesAndClosingKeepsTheEntries) {
   timer.start(0);
   Click("cmdSimulate");
   EXPECT_TRUE(dialogs.messages.empty());
-  EXPECT_TRUE(tabs->isEnabled());
+  EXPECT_TRUE(tabs->isEnabled() && Find("cmdLoadFiles")->isEnabled());
   sim->parentWidget()->close();
   EXPECT_FALSE(sim->isVisible());
   Trigger("mnuSimulate");
