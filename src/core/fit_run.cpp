@@ -57,6 +57,7 @@ void SendGraphs(QuorvaneModule& module, Host& host) {
   if (!module.SaveGraphs && !module.LogGraphs) return;
   for (int set = 0; set < module.Fit.NumFitSets; ++set) {
     SendGraphToLog(module, PlotDataFit(module.Fit, module.Store.Datasets, set, module.Plots), host);
+    host.RunPendingEvents();  // a hundred pictures take a second
   }
 }
 

@@ -280,7 +280,19 @@ void AddPass(FitState& fit, const Array1<double>& a, Matrix1<double>& alpha, Mat
 
 void CalcModelValues(FitState& fit) {
   if (fit.FitModel == nullptr) return;
-  for (int i = 1; i <= fit.FitNumPoints; ++i) {
-    CheckArithmetic([&] { fit.FitModel->funcs(fit, i, fit.FitA, fit.FitYCalc(i)); });
+  fit.CurrentProc = fit.FitModel->funcsName;
+  for (int d = 1; d <= fit.NumFitSets; ++d) {
+    const int first = fit.SetFirstPoint(d);
+    const int end = first + fit.SetPointCount(d);
+    const auto atOnce = [&] {
+      SetTerms terms;
+      fit.FitModel->terms(fit, *fit.FitModel, fit.FitA, d, terms);
+      for (int i = first; i < end; ++i) fit.FitYCalc(i) = EvaluatePoint(fit, terms, i);
+    };
+    if (fit.FitModel->terms != nullptr && !FaultsRaisedBy(atOnce).Any()) continue;
+    // One by one, to name the fault that came first.
+    for (int i = first; i < end; ++i) {
+      CheckArithmetic([&] { fit.FitModel->funcs(fit, i, fit.FitA, fit.FitYCalc(i)); });
+    }
   }
 }

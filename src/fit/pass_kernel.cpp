@@ -136,6 +136,27 @@ QUORVANE_INLINE double EvaluateRows(const SetPlan& plan, Chunk& chunk) {
   return GreatestOf(chunk.doubt);
 }
 
+QUORVANE_INLINE double TestStepRows(const SetPlan& plan, const FirstStepPlan& step, Chunk& chunk) {
+  ChunkRow stepped;
+  const double constant = step.constant;
+  for (std::size_t j = 0; j < kChunk; ++j) stepped[j] = chunk.value[j] + constant;
+  for (std::size_t k = 0; k < plan.species; ++k) {
+    const FirstStepPlan::Part part = step.parts[k];
+    const ChunkRow& c = chunk.C(k);
+    if (part.rate != 0.0) {
+      for (std::size_t j = 0; j < kChunk; ++j) {
+        stepped[j] += c[j] * (part.factor * VectorExp(part.rate * chunk.x[j]) - part.signal);
+      }
+    } else if (part.factor != part.signal) {
+      for (std::size_t j = 0; j < kChunk; ++j) stepped[j] += c[j] * (part.factor - part.signal);
+    }
+  }
+  for (std::size_t j = 0; j < kChunk; ++j) {
+    chunk.doubt[j] = kSafeRatio * std::fabs(chunk.value[j]) - std::fabs(stepped[j]);
+  }
+  return GreatestOf(chunk.doubt);
+}
+
 QUORVANE_INLINE void AddProductRows(const SetPlan& plan, const Chunk& chunk, BasisSums& sums) {
   const std::size_t rows = 1 + plan.species + plan.columns;
   sums.squares += Dot(chunk.residual, chunk.residual);
@@ -163,6 +184,9 @@ QUORVANE_INLINE void AddWeightedRows(const SetPlan& plan, const Chunk& chunk, Ba
 double Evaluate(const SetPlan& plan, Chunk& chunk) {
   return EvaluateRows(plan, chunk);
 }
+double TestStep(const SetPlan& plan, const FirstStepPlan& step, Chunk& chunk) {
+  return TestStepRows(plan, step, chunk);
+}
 void AddProducts(const SetPlan& plan, const Chunk& chunk, BasisSums& sums) {
   AddProductRows(plan, chunk, sums);
 }
@@ -175,6 +199,10 @@ void AddWeighted(const SetPlan& plan, const Chunk& chunk, BasisSums& sums) {
 [[gnu::target("avx2")]] double EvaluateAvx2(const SetPlan& plan, Chunk& chunk) {
   return EvaluateRows(plan, chunk);
 }
+[[gnu::target("avx2")]] double TestStepAvx2(const SetPlan& plan, const FirstStepPlan& step,
+                                            Chunk& chunk) {
+  return TestStepRows(plan, step, chunk);
+}
 [[gnu::target("avx2")]] void AddProductsAvx2(const SetPlan& plan, const Chunk& chunk,
                                              BasisSums& sums) {
   AddProductRows(plan, chunk, sums);
@@ -186,6 +214,10 @@ void AddWeighted(const SetPlan& plan, const Chunk& chunk, BasisSums& sums) {
 [[gnu::target("avx512f,avx512dq,prefer-vector-width=512")]] double EvaluateAvx512(
     const SetPlan& plan, Chunk& chunk) {
   return EvaluateRows(plan, chunk);
+}
+[[gnu::target("avx512f,avx512dq,prefer-vector-width=512")]] double TestStepAvx512(
+    const SetPlan& plan, const FirstStepPlan& step, Chunk& chunk) {
+  return TestStepRows(plan, step, chunk);
 }
 [[gnu::target("avx512f,avx512dq,prefer-vector-width=512")]] void AddProductsAvx512(
     const SetPlan& plan, const Chunk& chunk, BasisSums& sums) {
@@ -200,14 +232,15 @@ void AddWeighted(const SetPlan& plan, const Chunk& chunk, BasisSums& sums) {
 }  // namespace
 
 const PassKernel& PortableKernel() {
-  static constexpr PassKernel kernel = {Evaluate, AddProducts, AddWeighted};
+  static constexpr PassKernel kernel = {Evaluate, TestStep, AddProducts, AddWeighted};
   return kernel;
 }
 
 const PassKernel& BestKernel() {
 #if defined(QUORVANE_WIDER_KERNELS)
-  static constexpr PassKernel avx2 = {EvaluateAvx2, AddProductsAvx2, AddWeightedAvx2};
-  static constexpr PassKernel avx512 = {EvaluateAvx512, AddProductsAvx512, AddWeightedAvx512};
+  static constexpr PassKernel avx2 = {EvaluateAvx2, TestStepAvx2, AddProductsAvx2, AddWeightedAvx2};
+  static constexpr PassKernel avx512 = {EvaluateAvx512, TestStepAvx512, AddProductsAvx512,
+                                        AddWeightedAvx512};
   if (__builtin_cpu_supports("avx512f") && __builtin_cpu_supports("avx512dq")) return avx512;
   if (__builtin_cpu_supports("avx2")) return avx2;
 #endif

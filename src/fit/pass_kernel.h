@@ -57,8 +57,23 @@ struct SetPlan {
   double boundFactor = 0.0;
 };
 
+// The values after the first step of the rule in each parameter:
+//   value + constant + sum of c (factor exp(rate x) - signal).
+struct FirstStepPlan {
+  struct Part {
+    double factor = 0.0;
+    double rate = 0.0;
+    double signal = 0.0;
+  };
+  double constant = 0.0;
+  std::array<Part, kMaxSpecies> parts = {};
+};
+
 inline constexpr double kMostMove = 0.1;
 inline constexpr double kSafeShare = 0.85;
+// A value after the first step that is at least this share of the one before leads to the common
+// step.
+inline constexpr double kSafeRatio = 1.0 - kSafeShare;
 
 struct alignas(64) ChunkRow : std::array<double, kChunk> {};
 
@@ -93,6 +108,8 @@ struct BasisSums {
 struct PassKernel {
   // Fills all of `chunk` behind x, y and weight. Returns the greatest doubt.
   double (*evaluate)(const SetPlan& plan, Chunk& chunk);
+  // Puts in chunk.doubt what the first step in one parameter says; returns the greatest.
+  double (*testStep)(const SetPlan& plan, const FirstStepPlan& step, Chunk& chunk);
   // Adds the products of the basis and of the residuals.
   void (*addProducts)(const SetPlan& plan, const Chunk& chunk, BasisSums& sums);
   // Adds the weighted sums.

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstdint>
 #include <optional>
 
 #include "fit/fit_state.h"
@@ -54,9 +55,11 @@ int Occurrences(const Species& species, int parameter, bool kRatios) {
   return count;
 }
 
-// The derivative with respect to one parameter.
+// The derivative with respect to one parameter, by the common step.
 struct Derivative {
+  double step = 0.0;  // 0 for the baseline, whose step does not matter
   double constant = 0.0;
+  std::array<Change, kMaxSpecies> changes = {};  // by the common step
   ColumnTerms terms = {};
   std::optional<std::size_t> column = {};  // of the kernel, for the terms with a move
 };
@@ -84,6 +87,34 @@ class Planner {
     return true;
   }
 
+  // The first step of the rule in one parameter.
+  FirstStepPlan FirstStepOf(std::size_t parameter) const {
+    const Derivative& derivative = signal[parameter];
+    FirstStepPlan step;
+    if (derivative.step == 0.0) step.constant = plan.boundConstant;
+    const double steps = model_.firstStep / kCommonStep;
+    for (std::size_t k = 0; k < plan.species; ++k) {
+      const Change& change = derivative.changes[k];
+      step.parts[k] = {Stepped(k, change, steps) * std::exp(steps * change.exponent),
+                       steps * change.rate, plan.parts[k].signal};
+    }
+    return step;
+  }
+
+  // The derivative at a point of the chunk by the rule as it is written.
+  double ByTheRule(const Chunk& chunk, std::size_t j, std::size_t parameter) const {
+    const Derivative& derivative = signal[parameter];
+    const double a0 = derivative.step / kCommonStep;
+    double h = a0 * model_.firstStep;
+    double up = Moved(chunk, j, derivative, h);
+    const double r = StepRatio(chunk.value[j], up);
+    if (!KeepsFirstStep(r)) {
+      h = SecondStep(a0, h, r);
+      up = Moved(chunk, j, derivative, h);
+    }
+    return CentredDifference(up, Moved(chunk, j, derivative, -h), h);
+  }
+
   SetPlan plan;
   std::size_t parameters = 0;
   // Each derivative, of the signal and of the means of A and B, species by species.
@@ -92,6 +123,24 @@ class Planner {
   std::array<std::array<double, kMaxSpecies>, 2> count = {};  // of A and B
 
  private:
+  // Signal factor of a species after some common steps.
+  double Stepped(std::size_t k, const Change& change, double steps) const {
+    return plan.parts[k].signal +
+           steps * (change.countA * state_.extinctionA + change.countB * state_.extinctionB);
+  }
+
+  // Signal of a point with a parameter moved by h.
+  double Moved(const Chunk& chunk, std::size_t j, const Derivative& derivative, double h) const {
+    const double steps = h / derivative.step;
+    double value = plan.baseline;
+    for (std::size_t k = 0; k < plan.species; ++k) {
+      const Change& change = derivative.changes[k];
+      value += Stepped(k, change, steps) * chunk.C(k)[j] *
+               std::exp(steps * (change.exponent + change.rate * chunk.x[j]));
+    }
+    return value;
+  }
+
   bool AddSpecies() {
     for (const Species& species : model_.species) {
       const double countA = state_.CountA(species);
@@ -131,6 +180,7 @@ class Planner {
     }
     if (a0 == 0.0) return false;
     const double h = a0 * kCommonStep;
+    signal[parameters].step = h;
     for (std::size_t k = 0; k < plan.species; ++k) {
       if (!AddTerms(l, k, h)) return false;
     }
@@ -141,7 +191,8 @@ class Planner {
   }
 
   bool AddTerms(int l, std::size_t k, double h) {
-    Change change = ChangeOf(l, model_.species[k], h);
+    Change& change = signal[parameters].changes[k];
+    change = ChangeOf(l, model_.species[k], h);
     FillHyperbolic(change);
     int move = -1;
     if (change.rate != 0.0) {
@@ -261,16 +312,46 @@ void AddPoint(const std::array<double, kMostColumns>& derivative, double residua
   }
 }
 
-// Adds a point that may need another than the common step, by the rule as it is written.
-void AddByTheRule(FitState& fit, int i, SetSums& sums) {
-  PassWorkspace& work = fit.Workspace;
-  double f0 = 0.0;
-  fit.FitModel->funcs(fit, i, work.work, f0);
-  std::array<double, kMostColumns> derivative = {};
-  for (std::size_t l = 0; l < work.touching.size(); ++l) {
-    derivative[l] = DerivativeAt(fit, *fit.FitModel, work.touching[l], i, f0, work.work);
+// The derivatives at a point of the chunk, which are combinations of the basis.
+std::array<double, kMostColumns> DerivativesAt(const Planner& planner, const Chunk& chunk,
+                                               std::size_t j) {
+  const SetPlan& plan = planner.plan;
+  std::array<double, kMostColumns> result = {};
+  for (std::size_t l = 0; l < planner.parameters; ++l) {
+    const Derivative& derivative = planner.signal[l];
+    result[l] = derivative.constant;
+    for (std::size_t k = 0; k < plan.species; ++k) {
+      result[l] += derivative.terms[k].level * chunk.C(k)[j];
+    }
+    if (derivative.column) result[l] += chunk.basis[1 + plan.species + *derivative.column][j];
   }
-  AddPoint(derivative, fit.FitY(i) - f0, work.touching.size(), sums);
+  return result;
+}
+
+// Takes the points that need another than the common step out of the chunk and adds them to the
+// sums by the rule as it is written.
+void AddDoubtful(const Planner& planner, const PassKernel& kernel, std::size_t count, Chunk& chunk,
+                 SetSums& sums) {
+  std::array<std::uint8_t, kChunk> doubtful = {};  // bits of the parameters
+  bool any = false;
+  for (std::size_t l = 0; l < planner.parameters; ++l) {
+    if (planner.signal[l].step == 0.0) continue;
+    if (kernel.testStep(planner.plan, planner.FirstStepOf(l), chunk) < 0.0) continue;
+    for (std::size_t j = 0; j < count; ++j) {
+      if (chunk.doubt[j] < 0.0) continue;
+      doubtful[j] |= static_cast<std::uint8_t>(1U << l);
+      any = true;
+    }
+  }
+  for (std::size_t j = 0; any && j < count; ++j) {
+    if (doubtful[j] == 0) continue;
+    std::array<double, kMostColumns> derivatives = DerivativesAt(planner, chunk, j);
+    for (std::size_t l = 0; l < planner.parameters; ++l) {
+      if ((doubtful[j] >> l & 1U) != 0) derivatives[l] = planner.ByTheRule(chunk, j, l);
+    }
+    AddPoint(derivatives, chunk.residual[j], planner.parameters, sums);
+    LeaveOut(planner.plan, j, chunk);
+  }
 }
 
 // Adds a mass conservation point, whose value is the mean concentration of its component times the
@@ -378,11 +459,7 @@ bool SumSpeciesSet(FitState& fit, const SetPoints& points, int d, SetSums& sums)
     FillPoints(fit, points, first, count, plan.weighted, chunk);
     const bool doubtful = kernel.evaluate(plan, chunk) > 0.0;
     if (plan.weighted) kernel.addWeighted(plan, chunk, basis);
-    for (std::size_t j = 0; doubtful && j < count; ++j) {
-      if (chunk.doubt[j] <= 0.0) continue;
-      AddByTheRule(fit, points.first + static_cast<int>(first + j), sums);
-      LeaveOut(plan, j, chunk);
-    }
+    if (doubtful) AddDoubtful(planner, kernel, count, chunk, sums);
     for (std::size_t j = count; j < kChunk; ++j) LeaveOut(plan, j, chunk);
     kernel.addProducts(plan, chunk, basis);
   }

@@ -1,0 +1,152 @@
+// What users of the window program wait for, off screen.
+#include <benchmark/benchmark.h>
+
+#include <QAbstractButton>
+#include <QApplication>
+#include <QComboBox>
+#include <QTextEdit>
+#include <filesystem>
+#include <memory>
+
+#include "core/settings_store.h"
+#include "windows/data_window.h"
+#include "windows/experiment_commands.h"
+#include "windows/fit_control_tab.h"
+#include "windows/loaded_data_tab.h"
+#include "windows/log_window.h"
+#include "windows/main_window.h"
+
+namespace {
+
+const std::filesystem::path kExample =
+    std::filesystem::path(QUORVANE_SOURCE_DIR) / "examples" / "monomer-dimer";
+
+// A box would wait for ever.
+class NoDialogs : public QtDialogs {
+ public:
+  void ShowMessage(QWidget*, const QString& title, const QString& text, MessageIcon) override {
+    qFatal("%s: %s", qPrintable(title), qPrintable(text));
+  }
+};
+
+// The whole program with an empty settings file.
+struct Program {
+  Program() : settings(Fresh()), session(settings, dialogs, kExample), window(session) {
+    session.CurrentFolder = kExample;
+    session.Module.ShowHints = false;
+    window.resize(1366, 728);
+    window.show();
+    QCoreApplication::processEvents();
+  }
+
+  static std::filesystem::path Fresh() {
+    const auto file = std::filesystem::temp_directory_path() / "quorvane-bench.ini";
+    std::filesystem::remove(file);
+    return file;
+  }
+
+  // Loads one scan `count` times.
+  void Load(int count) {
+    window.Experiments().OpenDropped(QStringList(count, ToQString(kExample / "00001.RA1")));
+    QCoreApplication::processEvents();
+  }
+  // 101 datasets, three a scan, checked for a fit.
+  void LoadMany() {
+    Click("optCntrpiece(1)");
+    Load(34);
+    session.Module.Store.UseData.back() = false;
+  }
+  // "Setup Fit" from start values near those of the example.
+  void SetUpFit() {
+    for (Dataset& dataset : session.Module.Store.Datasets) {
+      dataset.ExtCoeff = 40000.0;
+      dataset.RefConc = 5e-6;
+    }
+    session.Module.FitPage.ModelMW = 12000.0;
+    Click("cmdSetFit");
+  }
+  void Click(const char* name) {
+    window.findChild<QAbstractButton*>(name)->click();
+    QCoreApplication::processEvents();
+  }
+
+  IniSettings settings;
+  NoDialogs dialogs;
+  Session session;
+  MainWindow window;
+};
+
+void Start(benchmark::State& state) {
+  for (auto _ : state) Program program;
+}
+
+void LoadScans(benchmark::State& state) {
+  for (auto _ : state) {
+    state.PauseTiming();
+    auto program = std::make_unique<Program>();
+    state.ResumeTiming();
+    program->Load(static_cast<int>(state.range(0)));
+    state.PauseTiming();
+    program.reset();
+    state.ResumeTiming();
+  }
+}
+
+void SetupFit(benchmark::State& state) {
+  Program program;
+  program.LoadMany();
+  for (auto _ : state) program.Click("cmdSetFit");
+}
+
+// A fit with its report; with pictures or without.
+void FitAndReport(benchmark::State& state) {
+  Program program;
+  program.LoadMany();
+  QuorvaneModule& module = program.session.Module;
+  module.LogGraphs = module.SaveGraphs = state.range(0) != 0;
+  program.SetUpFit();
+  for (auto _ : state) program.Click("cmdFitMe");
+  state.counters["pictures"] = static_cast<double>(module.NumGraphs());
+}
+
+void PreviewFit(benchmark::State& state) {
+  Program program;
+  program.LoadMany();
+  program.SetUpFit();
+  for (auto _ : state) program.Click("cmdPreviewFit");
+}
+
+// A log with the pictures of many fits, as an archive brings it.
+void OpenLog(benchmark::State& state) {
+  Program program;
+  program.LoadMany();
+  program.session.Module.LogGraphs = true;
+  program.SetUpFit();
+  auto* log = program.window.findChild<LogWindow*>("frmDocument");
+  for (int fits = 0; fits < 4; ++fits) program.Click("cmdFitMe");
+  const std::string rtf = log->ToRtf();
+  for (auto _ : state) {
+    log->LoadRtf(rtf);
+    QCoreApplication::processEvents();
+  }
+  state.counters["MB"] = static_cast<double>(rtf.size()) / 1e6;
+}
+
+}  // namespace
+
+BENCHMARK(Start)->Unit(benchmark::kMillisecond);
+BENCHMARK(LoadScans)->Arg(500)->Unit(benchmark::kMillisecond);
+BENCHMARK(SetupFit)->Unit(benchmark::kMillisecond);
+BENCHMARK(FitAndReport)->DenseRange(0, 1)->Unit(benchmark::kMillisecond);
+BENCHMARK(PreviewFit)->Unit(benchmark::kMillisecond);
+BENCHMARK(OpenLog)->Unit(benchmark::kMillisecond);
+
+int main(int argc, char** argv) {
+  if (!qEnvironmentVariableIsSet("QT_QPA_PLATFORM")) qputenv("QT_QPA_PLATFORM", "offscreen");
+  QApplication app(argc, argv);
+  std::setlocale(LC_NUMERIC, "C");
+  QApplication::setStyle(QStringLiteral("Fusion"));
+  benchmark::Initialize(&argc, argv);
+  benchmark::RunSpecifiedBenchmarks();
+  return 0;
+}
