@@ -15,7 +15,7 @@ namespace {
 
 // Assembles with `assemble` and evaluates; `caller` is what a failure is titled with.
 template <class Assemble>
-ModelCurves Evaluate(const QuorvaneModule& module, const char* caller, Assemble&& assemble) {
+ModelCurves EvaluateModels(const QuorvaneModule& module, const char* caller, Assemble&& assemble) {
   FitState fit;
   fit.CurrentProc = caller;
   std::string description;
@@ -46,7 +46,7 @@ void TellFault(const Notice& fault, Host& host) {
 
 ModelCurves PreviewFit(const QuorvaneModule& module, Host& host) {
   if (CheckCellEnds(module, 0, module.Setup.NumFitSets, host)) return {};
-  return Evaluate(module, "cmdPreviewFit", [&](FitState& fit) {
+  return EvaluateModels(module, "cmdPreviewFit", [&](FitState& fit) {
     SetupDataArrays(fit, module.Setup, module.Store.Datasets, module.CellGeometries,
                     module.MCTolerance, host);
     bool anyFitted = false;
@@ -72,12 +72,17 @@ RefConcAdjustment::RefConcAdjustment(QuorvaneModule& module, int row)
 
 ModelCurves RefConcAdjustment::Begin(Host& host) const {
   if (CheckCellEnds(module_, row_, 1, host)) return {};
-  return Evaluate(module_, "SetRefC", [&](FitState& fit) { Assemble(fit, host); });
+  return EvaluateModels(module_, "SetRefC", [&](FitState& fit) { Assemble(fit, host); });
+}
+
+ModelCurves RefConcAdjustment::Evaluate() const {
+  QuietHost quiet;
+  return EvaluateModels(module_, "SetRefC", [&](FitState& fit) { Assemble(fit, quiet); });
 }
 
 ModelCurves RefConcAdjustment::Move(Component component, int bar) {
   Dataset& dataset = DatasetOfRow(module_, row_);
-  const ModelCurves curves = Evaluate(module_, "SetRefC", [&](FitState& fit) {
+  const ModelCurves curves = EvaluateModels(module_, "SetRefC", [&](FitState& fit) {
     if (component == Component::kA) {
       dataset.RefConc = RefConcAtBar(RefConc_, bar);
     } else {

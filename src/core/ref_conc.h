@@ -42,6 +42,9 @@ class RefConcAdjustment {
   // points outside the cell geometry.
   ModelCurves Begin(Host& host) const;
 
+  // The same without a check or a log line, for a dataset that was changed meanwhile.
+  ModelCurves Evaluate() const;
+
   // A bar was moved: sets the value, which stays whatever comes of the evaluation, and evaluates.
   ModelCurves Move(Component component, int bar);
 

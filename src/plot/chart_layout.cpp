@@ -168,6 +168,30 @@ class TitleElement : public QCPLayoutElement {
   const QCPAxisRect* centre_;  // of the same layout
 };
 
+// The points of a line without those that it passes anyway within a pixel: what drawing a smooth
+// curve of many points costs. Those that are not finite stay.
+QVector<QPointF> Thinned(const QVector<QPointF>& points) {
+  constexpr double kNear = 1.0;     // pixels, from the last point that is kept
+  constexpr double kBeside = 0.05;  // from the way to the next point
+  QVector<QPointF> kept;
+  kept.reserve(points.size());
+  for (qsizetype i = 0; i < points.size(); ++i) {
+    if (!kept.isEmpty() && i + 1 < points.size()) {
+      const QPointF step = points[i] - kept.back();
+      const QPointF way = points[i + 1] - kept.back();
+      const double along = QPointF::dotProduct(step, way);
+      const double length = std::hypot(way.x(), way.y());
+      const double beside = std::abs(step.x() * way.y() - step.y() * way.x());
+      if (std::hypot(step.x(), step.y()) < kNear && along >= 0.0 && along <= length * length &&
+          beside <= kBeside * length) {
+        continue;
+      }
+    }
+    kept += points[i];
+  }
+  return kept;
+}
+
 bool Drawable(double x, double y) {
   return std::abs(x) < kGreatestValue && std::abs(y) < kGreatestValue;  // false for NaN
 }
@@ -252,7 +276,7 @@ class Line : public QCPCurve {
       painter->setPen(QPen(pen().color(), 0));  // one pixel
       QCPCurve::drawCurveLine(painter, points);
     } else {
-      DrawInPieces(painter, points);
+      DrawInPieces(painter, Thinned(points));
     }
   }
 

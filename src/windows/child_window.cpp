@@ -12,6 +12,11 @@ void ShowChild(QWidget& window) {
   child->mdiArea()->setActiveSubWindow(child);
 }
 
+void CloseChild(QWidget& window) {
+  auto* child = qobject_cast<QMdiSubWindow*>(window.parentWidget());
+  (child == nullptr ? &window : child)->close();
+}
+
 QSize FromTwips(const QWidget& window, QSize twips) {
   constexpr int kTwipsPerInch = 1440;
   return {twips.width() * window.logicalDpiX() / kTwipsPerInch,

@@ -4,9 +4,11 @@
 #include <QSplitter>
 #include <QTabBar>
 #include <QTabWidget>
+#include <QTimer>
 #include <QVBoxLayout>
 
 #include "base/number_format.h"
+#include "plot/chart_widget.h"
 #include "windows/edit_tab.h"
 #include "windows/fit_control_tab.h"
 #include "windows/hint_window.h"
@@ -110,8 +112,9 @@ void DataWindow::SetCalculating(bool on) {
 }
 
 PrintContent DataWindow::Printed() const {
-  if (dataTab_->currentIndex() != kEdit) return {};
-  return &edit_->ShownChart();
+  const ChartWidget& chart = edit_->ShownChart();
+  if (dataTab_->currentIndex() != kEdit || chart.GetChart().panels.empty()) return {};
+  return &chart;
 }
 
 // A new store needs "Setup Fit" before it can be fitted.
@@ -171,7 +174,7 @@ void DataWindow::SetUpFit(int model) {
   results_->Clear();
   dataTab_->setTabEnabled(kFitControl, true);
   dataTab_->setCurrentIndex(kFitControl);
-  GrowToPage();
+  QTimer::singleShot(0, this, &DataWindow::GrowToPage);  // its size is known once it is laid out
 }
 
 // A sub-window does not follow when the parts of a model need more room.

@@ -22,9 +22,11 @@
 #include "core/settings.h"
 #include "windows/about_window.h"
 #include "windows/app_icon.h"
+#include "windows/child_window.h"
 #include "windows/correlation_window.h"
 #include "windows/data_files.h"
 #include "windows/data_window.h"
+#include "windows/edit_tab.h"
 #include "windows/error_commands.h"
 #include "windows/experiment_commands.h"
 #include "windows/fit_commands.h"
@@ -123,7 +125,18 @@ QMdiSubWindow* MainWindow::AddChild(QWidget* widget, bool closable) {
     child->setWindowFlags(Qt::SubWindow | Qt::CustomizeWindowHint | Qt::WindowTitleHint |
                           Qt::WindowMinMaxButtonsHint);
   }
+  connect(child, &QMdiSubWindow::windowStateChanged, this, &MainWindow::ActivateShownChild,
+          Qt::QueuedConnection);
   return child;
+}
+
+// A child that was hidden leaves none active, and the keys without a window.
+void MainWindow::ActivateShownChild() {
+  if (!isActiveWindow() || area_->activeSubWindow() != nullptr) return;
+  const QList<QMdiSubWindow*> children = area_->subWindowList(QMdiArea::ActivationHistoryOrder);
+  const auto shown = [](const QMdiSubWindow* c) { return c->isVisible() && !c->isMinimized(); };
+  const auto last = std::find_if(children.rbegin(), children.rend(), shown);
+  if (last != children.rend()) area_->setActiveSubWindow(*last);
 }
 
 void MainWindow::ConnectWindows() {
@@ -177,14 +190,18 @@ void MainWindow::ConnectEvaluations() {
   connect(setRefConc_, &SetRefConcWindow::Began, this,
           [this] { data_->FitControl().SetFitDone(false); });
   connect(setRefConc_, &SetRefConcWindow::Changed, &data_->FitControl(), &FitControlTab::ShowRow);
+  connect(fits_, &FitCommands::CalculatingChanged, setRefConc_, [this](bool on) {
+    if (on) setRefConc_->Keep();  // the page shows the values that the fit starts from
+  });
   connect(data_, &DataWindow::PageClosing, setRefConc_, &SetRefConcWindow::Cancel);
-  connect(data_, &DataWindow::PageClosing, preview_, &PreviewWindow::close);
+  connect(&data_->Editing(), &EditTab::Edited, setRefConc_, &SetRefConcWindow::Redraw);
+  connect(data_, &DataWindow::DatasetsChanged, setRefConc_, &SetRefConcWindow::Redraw);
+  connect(data_, &DataWindow::PageClosing, preview_, [this] { CloseChild(*preview_); });
 }
 
 // The log's clicks, scrolling and the moves of windows stay possible.
 void MainWindow::SetCalculating(bool on) {
   status_->setText(QStringLiteral(" "));
-  if (on) setRefConc_->Keep();  // the page shows the values that the calculation starts from
   menuBar()->setEnabled(!on);
   for (const char* name : {"mnuFileNew", "mnuFileOpen", "mnuFileSave", "mnuPrint"}) {
     Action(name)->setEnabled(!on);  // on the tool bar too
@@ -192,6 +209,7 @@ void MainWindow::SetCalculating(bool on) {
   Action("cmdStop")->setEnabled(on);
   escape_->setEnabled(on);
   data_->SetCalculating(on);
+  setRefConc_->setEnabled(!on);
   graphs_->setEnabled(!on);
   if (sim_ != nullptr) sim_->SetCalculating(on);
   if (match_ != nullptr) match_->setEnabled(!on);

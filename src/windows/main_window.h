@@ -67,6 +67,7 @@ class MainWindow : public QMainWindow {
   // The frame.
   WindowSet AllWindows();
   QMdiSubWindow* AddChild(QWidget* widget, bool closable);
+  void ActivateShownChild();
   void ConnectWindows();
   void ConnectErrorAnalysis();
   void ConnectEvaluations();

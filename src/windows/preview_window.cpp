@@ -1,5 +1,6 @@
 #include "windows/preview_window.h"
 
+#include <QKeyEvent>
 #include <QScrollBar>
 #include <QSignalBlocker>
 #include <QVBoxLayout>
@@ -10,12 +11,31 @@
 #include "windows/control_names.h"
 #include "windows/session.h"
 
+namespace {
+
+// A scroll bar left to itself takes left for onward, as it takes down.
+class PageBar : public QScrollBar {
+ public:
+  using QScrollBar::QScrollBar;
+
+ protected:
+  void keyPressEvent(QKeyEvent* event) override {
+    if (event->key() == Qt::Key_Left || event->key() == Qt::Key_Right) {
+      triggerAction(event->key() == Qt::Key_Left ? SliderSingleStepSub : SliderSingleStepAdd);
+      return;
+    }
+    QScrollBar::keyPressEvent(event);
+  }
+};
+
+}  // namespace
+
 PreviewWindow::PreviewWindow(Session& session, Host& host, QWidget* parent)
     : QWidget(parent),
       session_(session),
       host_(host),
       teePreview_(Named(new ChartWidget, "teePreview")),
-      hsPreview_(Named(new QScrollBar(Qt::Horizontal), "hsPreview")) {
+      hsPreview_(Named(new PageBar(Qt::Horizontal), "hsPreview")) {
   setObjectName("frmPreview");
   setWindowTitle(tr("Preview Fit"));
   hsPreview_->setToolTip(tr("Step through the datasets of the fit"));

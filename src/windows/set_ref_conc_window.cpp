@@ -19,6 +19,7 @@ QScrollBar* MakeBar(const char* name, const QString& toolTip) {
   bar->setRange(-kBarEnd, kBarEnd);
   bar->setSingleStep(2);
   bar->setPageStep(100);
+  bar->setInvertedControls(false);  // right, up and a turn of the wheel upwards give more
   bar->setFocusPolicy(Qt::StrongFocus);
   bar->setToolTip(toolTip);
   return bar;
@@ -46,6 +47,8 @@ void SetRefConcWindow::BuildWidgets() {
   cmdDone_->setToolTip(tr("Keep the values"));
   cmdCancel_ = Named(new QPushButton(tr("Cancel")), "cmdCancel");
   cmdCancel_->setToolTip(tr("Go back to the values of before"));
+  for (QPushButton* button : {cmdDone_, cmdCancel_})
+    button->setAutoDefault(true);  // Enter is its own
   auto* layout = new QGridLayout(this);
   layout->setContentsMargins(6, 6, 6, 6);
   layout->addWidget(teeSetRefC_, 0, 0, 1, 4);
@@ -100,6 +103,12 @@ void SetRefConcWindow::Move(Component component, int bar) {
   if (curves.fault) Tell(*curves.fault);
 }
 
+void SetRefConcWindow::Redraw() {
+  if (!adjustment_) return;
+  const ModelCurves curves = adjustment_->Evaluate();
+  if (!curves.charts.empty()) teeSetRefC_->UpdateChart(curves.charts.front());
+}
+
 // A bar whose button is held would run on behind the box; disabled it stops.
 void SetRefConcWindow::Tell(const Notice& fault) {
   QWidget* focused = focusWidget();
@@ -111,7 +120,11 @@ void SetRefConcWindow::Tell(const Notice& fault) {
 
 void SetRefConcWindow::Keep() {
   adjustment_.reset();
-  close();
+  CloseChild(*this);
+}
+
+void SetRefConcWindow::Cancel() {
+  CloseChild(*this);
 }
 
 void SetRefConcWindow::closeEvent(QCloseEvent* event) {

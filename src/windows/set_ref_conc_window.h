@@ -21,9 +21,12 @@ class SetRefConcWindow : public QWidget {
   // Begins with row `row` (from 0) of the parameter page. What another row was moved to is kept.
   void Adjust(int row);
 
+  // The name or the points of its dataset may have changed.
+  void Redraw();
+
   // Closes, with the values in effect kept or the saved ones given back.
   void Keep();
-  void Cancel() { close(); }
+  void Cancel();
 
   QSize sizeHint() const override;
 

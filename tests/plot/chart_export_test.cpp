@@ -1,5 +1,6 @@
 // Faults caught here: points in the wrong place or colour, a series or a title that gets lost, data
-// on the frame or outside the axes, points without a number that change a picture, broken files.
+// on the frame or outside the axes, points without a number that change a picture, broken files,
+// curves that lose what is narrow.
 #include "plot/chart_export.h"
 
 #include <gtest/gtest.h>
@@ -8,11 +9,13 @@
 #include <QLocale>
 #include <QRegularExpression>
 #include <QSet>
+#include <algorithm>
 #include <initializer_list>
 #include <limits>
 #include <stdexcept>
 #include <utility>
 
+#include "plot/chart_widget.h"
 #include "svg_reading.h"
 
 namespace {
@@ -186,4 +189,31 @@ TEST(RenderChart, PdfIsOnePageOfTheAskedSize) {
   EXPECT_NEAR(box.captured(1).toDouble(), 700, 0.5);
   EXPECT_NEAR(box.captured(2).toDouble(), 500, 0.5);
   EXPECT_FALSE(text.contains("/Subtype /Image"));  // lines, not pixels
+}
+
+TEST(ChartWidget, ACurveOfManyPointsKeepsItsSpikesAndGaps) {
+  Chart chart = OnePanel({Line(kChartBlue, {}, {})});
+  ChartSeries& line = chart.panels[0].series[0];
+  for (int k = 0; k <= 4000; ++k) {
+    line.x.push_back(k);
+    line.y.push_back(k == 1000 ? 1.0 : k > 2000 && k < 2400 ? kNaN : 0.0);
+  }
+  ChartWidget widget;
+  widget.resize(600, 500);
+  widget.SetChart(chart);
+  const QImage image = widget.grab().toImage();
+  std::vector<int> columns;  // where there is some blue
+  int top = image.height();
+  for (int x = 0; x < image.width(); ++x) {
+    for (int y = 0; y < image.height(); ++y) {
+      const QColor color = image.pixelColor(x, y);
+      if (color.blue() - color.red() < 80) continue;
+      if (columns.empty() || columns.back() != x) columns.push_back(x);
+      top = std::min(top, y);
+    }
+  }
+  ASSERT_GT(columns.size(), 300u);
+  EXPECT_LT(top, 100);
+  const int width = columns.back() - columns.front();
+  EXPECT_NEAR(width + 1 - static_cast<int>(columns.size()), width / 10, 2);
 }

@@ -1,10 +1,14 @@
-// Faults caught here: a bar that the text box does not follow, a window that stays over a page that
-// is gone, values that a closed window keeps or a kept one loses, a hint that comes again.
+// Faults caught here: a bar that the text box does not follow or that goes left by the right arrow,
+// a window, or its bare frame, that stays over a page that is gone, values that a closed window
+// keeps or a kept one loses, a hint that comes again.
 #include <QCheckBox>
 #include <QComboBox>
 #include <QLineEdit>
+#include <QMdiArea>
+#include <QMdiSubWindow>
 #include <QScrollBar>
 
+#include "chart_mouse.h"
 #include "plot/chart_widget.h"
 #include "windows/data_window.h"
 #include "windows/fit_control_tab.h"
@@ -28,6 +32,13 @@ class RefConcWindowsTest : public MainWindowTest {
     QCoreApplication::processEvents();
     EXPECT_TRUE(Find("frmSetRefConc")->isVisible());
   }
+  void CloseHint() {
+    Click("Command1");
+    window->activateWindow();
+    EXPECT_TRUE(QTest::qWaitForWindowActive(window.get()));
+  }
+  // The inner window may be hidden and leave its frame.
+  bool FrameIsShown(const char* name) { return Find(name)->parentWidget()->isVisible(); }
   void MoveBar(int value) {
     Find<QScrollBar>("hsSetRefC")->setValue(value);
     QCoreApplication::processEvents();
@@ -37,6 +48,7 @@ class RefConcWindowsTest : public MainWindowTest {
 }  // namespace
 
 TEST_F(RefConcWindowsTest, BarsMoveTheBoxAndClosingDecides) {
+  CloseHint();
   Click("cmdFitMe");
   SetRefConc(1, 0.5);
   EXPECT_TRUE(Find("cmdCalcCI")->isEnabled());
@@ -44,21 +56,26 @@ TEST_F(RefConcWindowsTest, BarsMoveTheBoxAndClosingDecides) {
   const auto* chart = Find<ChartWidget>("teeSetRefC");
   const std::vector<std::pair<std::function<void()>, double>> closings = {
       {[this] { Click("cmdCancel"); }, 0.5},
+      {[this] { QTest::keyClick(Find("cmdCancel"), Qt::Key_Return); }, 0.5},
       {[this] { QTest::keyClick(Find("hsSetRefC"), Qt::Key_Escape); }, 0.5},
       {[this] { Find("frmSetRefConc")->parentWidget()->close(); }, 0.5},  // by its frame
       {[this] { Find<QAbstractButton>("cmdSetFit")->click(); }, 0.5},
-      {[this] { Click("cmdDone"); }, 5.0}};
+      {[this] { QTest::keyClick(Find("hsSetRefC"), Qt::Key_Return); }, 5.0}};
   for (const auto& [closing, value] : closings) {
     Adjust("txtRefConc(1)");
     EXPECT_FALSE(Find("cmdCalcCI")->isEnabled() || Find("cmdShowCCCs")->isEnabled());
     EXPECT_FALSE(Find("hsSetRefCB")->isVisible() || Find("lblCB")->isVisible());
     EXPECT_EQ(Find<QScrollBar>("hsSetRefC")->value(), 0);
     const Chart before = chart->GetChart();
+    QTest::keyClick(Find("hsSetRefC"), Qt::Key_Right);
+    EXPECT_EQ(Find<QScrollBar>("hsSetRefC")->value(), 2);
     MoveBar(1000);
     EXPECT_EQ(box->text(), "5.0000");
     EXPECT_NE(chart->GetChart(), before);
     closing();
-    EXPECT_FALSE(Find("frmSetRefConc")->isVisible());
+    QTest::qWait(1);
+    EXPECT_FALSE(FrameIsShown("frmSetRefConc"));
+    EXPECT_EQ(window->findChild<QMdiArea*>()->activeSubWindow(), Find("frmData")->parentWidget());
     EXPECT_NEAR(RefConc(1), value, 1e-8);
     EXPECT_EQ(box->text(), value == 5.0 ? "5.0000" : "0.5000");
   }
@@ -67,8 +84,19 @@ TEST_F(RefConcWindowsTest, BarsMoveTheBoxAndClosingDecides) {
 TEST_F(RefConcWindowsTest, AFitTakesTheValuesInEffectAndAnUnloadGivesThemBack) {
   Adjust("txtRefConc(1)");
   MoveBar(200);
+  const auto* chart = Find<ChartWidget>("teeSetRefC");
+  const std::size_t points = chart->GetChart().panels[0].series[0].x.size();
+  Find<QAbstractButton>("cmdEditData(1)")->click();
+  const Dataset& shown = session.Module.Store.Datasets[1];
+  const ChartMouse mouse(*Find<ChartWidget>("editTChart"));
+  mouse.Drag(mouse.At(FirstRadius(shown), 0.0), mouse.At(shown.RefRadius, 10.0));
+  QTest::keyClick(Find("mnuEditData"), Qt::Key_Delete);
+  EXPECT_LT(chart->GetChart().panels[0].series[0].x.size(), points);  // it follows the edit
+  Click("cmdUndoEdit");
+  EXPECT_EQ(chart->GetChart().panels[0].series[0].x.size(), points);
+  Find<QTabWidget>("dataTab")->setCurrentIndex(2);
   Click("cmdFitMe");
-  EXPECT_FALSE(Find("frmSetRefConc")->isVisible());
+  EXPECT_FALSE(FrameIsShown("frmSetRefConc"));
   EXPECT_TRUE(LogText().contains("Fitting Time: "));
   EXPECT_GT(RefConc(1), 0.0);
   SetRefConc(1, 0.5);
@@ -105,8 +133,10 @@ TEST_F(RefConcWindowsTest, PreviewPagesThroughTheDatasets) {
     EXPECT_EQ(title, "(" + std::to_string(page + 1) + ") " + NameOf(dataset) + " : Data Plot");
   }
   EXPECT_EQ(RefConc(0), before);
+  QTest::keyClick(bar, Qt::Key_Right);
+  EXPECT_EQ(bar->value(), 1);
   Click("cmdSetFit");
-  EXPECT_FALSE(Find("frmPreview")->isVisible());
+  EXPECT_FALSE(FrameIsShown("frmPreview"));
 }
 
 TEST_F(RefConcWindowsTest, TheHintComesOnceAndNeverWhenTold) {
