@@ -123,7 +123,7 @@ bool IsBinaryFile(const fs::path& path) {
 }
 
 std::string ReadWholeFile(const fs::path& path, std::size_t limit) {
-  if (DirExists(path)) throw FileFault(PathText(path) + ": is a folder");
+  if (DirExists(path)) throw FileFault(PathText(path) + ": is a folder", EISDIR);
   errno = 0;
   std::ifstream in(path, std::ios::binary);
   if (!in) Fail(path, "cannot be read", errno != 0 ? errno : EIO);
@@ -142,7 +142,7 @@ std::string ReadWholeFile(const fs::path& path, std::size_t limit) {
 
 void WriteWholeFile(const fs::path& path, std::string_view bytes,
                     const std::function<void(const fs::path&)>& check) {
-  if (DirExists(path)) throw FileFault(PathText(path) + ": is a folder");
+  if (DirExists(path)) throw FileFault(PathText(path) + ": is a folder", EISDIR);
   const fs::path target = FinalTarget(path);
   std::error_code ignored;
   const fs::file_status old = fs::status(target, ignored);

@@ -14,6 +14,6 @@ std::string ConfidenceLevelText(const QuorvaneModule& module, std::size_t place)
 
 enum class LevelEntry { kTaken, kNotANumber, kOutOfRange };
 
-// Takes a typed level, in percent, 50 < level < 100, as the user's own; anything else changes
-// nothing.
+// Takes a typed level, in percent, 50 < level < 100 as shown too, as the user's own; anything else
+// changes nothing.
 LevelEntry EnterConfidenceLevel(QuorvaneModule& module, std::string_view text);

@@ -66,11 +66,17 @@ bool QtDialogs::AskYesNo(QWidget* parent, const QString& title, const QString& t
 
 std::optional<QString> QtDialogs::AskText(QWidget* parent, const QString& title,
                                           const QString& prompt, const QString& value) {
-  bool accepted = false;
-  const QString text =
-      QInputDialog::getText(parent, title, prompt, QLineEdit::Normal, value, &accepted);
-  if (!accepted) return std::nullopt;
-  return text;
+  QInputDialog dialog(parent);
+  dialog.setWindowTitle(title);
+  dialog.setLabelText(prompt);
+  dialog.setTextValue(value);
+  // Room for the title beside the buttons of the frame.
+  constexpr int kFrameButtons = 25;  // average characters
+  const QFontMetrics metrics = dialog.fontMetrics();
+  const int titled = metrics.horizontalAdvance(title) + kFrameButtons * metrics.averageCharWidth();
+  dialog.resize(dialog.sizeHint().expandedTo({titled, 0}));
+  if (dialog.exec() != QDialog::Accepted) return std::nullopt;
+  return dialog.textValue();
 }
 
 QString QtDialogs::OpenFile(QWidget* parent, const FileRequest& request) {
@@ -111,5 +117,5 @@ std::optional<QFont> QtDialogs::ChooseFont(QWidget* parent, const QFont& start) 
 }
 
 bool QtDialogs::AskPrinter(QWidget* parent, QPrinter& printer, const PrintJob& job) {
-  return RunPrintDialog(parent, printer, job);
+  return RunPrintDialog(*this, parent, printer, job);
 }

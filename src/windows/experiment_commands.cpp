@@ -72,6 +72,7 @@ void ExperimentCommands::Load(const QString& name) {
   windows_.data.ShowNewStore();
   windows_.data.LoadedData().SelectModel(session.Module.Setup.ModelIndex);
   windows_.log.MoveToEnd();
+  if (QWidget* graphs = windows_.graphs.parentWidget()) graphs->hide();
   emit ExperimentChanged();
 }
 

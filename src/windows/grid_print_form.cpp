@@ -145,7 +145,7 @@ void P001::TakePage() {
   printer_.setPageOrientation(landscape ? QPageLayout::Landscape : QPageLayout::Portrait);
   const QMarginsF margins(txtMarginLeft_->value(), txtMarginTop_->value(), txtMarginRight_->value(),
                           txtMarginBottom_->value());
-  printer_.setPageMargins(margins, QPageLayout::Millimeter);
+  if (!printer_.setPageMargins(margins, QPageLayout::Millimeter)) ShowMargins();  // no room left
   TakeGrid();
 }
 
@@ -158,6 +158,8 @@ void P001::TakeGrid() {
     page->setMaximum(pages);
     if (last) page->setValue(pages);
   }
+  const QSignalBlocker quiet(txtToPage_);
+  txtToPage_->setMinimum(txtFromPage_->value());
   lblPages_->setText(pages == 1 ? tr("The grid takes 1 page.")
                                 : tr("The grid takes %1 pages.").arg(pages));
   preview_->Refresh();

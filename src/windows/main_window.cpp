@@ -155,7 +155,7 @@ void MainWindow::ConnectWindows() {
   });
   connect(experiments_, &ExperimentCommands::ExperimentChanged, this, [this] {
     graphs_->Refresh();
-    graphsChild_->hide();
+    if (session_.Module.NumGraphs() == 0) graphsChild_->hide();
     UpdateActions();
   });
   connect(fits_, &FitCommands::CalculatingChanged, this, &MainWindow::SetCalculating);
@@ -262,6 +262,7 @@ void MainWindow::ArrangeFirst() {
   coefficientsChild_->hide();
   coefficientsChild_->resize(ToPixels(kCoefficientsWidth), ToPixels(kCoefficientsHeight));
   const QRect room = area_->viewport()->rect();
+  coefficientsChild_->move(std::max(0, room.width() - coefficientsChild_->width()), room.top());
   const int dataWidth =
       std::clamp(data_->sizeHint().width() + 12, room.width() / 2, room.width() * 3 / 5);
   dataChild_->setGeometry(room.left(), room.top(), dataWidth, room.height());

@@ -1,23 +1,47 @@
 #include "windows/print_dialog.h"
 
 #include <QDialogButtonBox>
+#include <QFileInfo>
 #include <QPrintDialog>
 #include <QPrinter>
 #include <QPushButton>
 
 #include "windows/control_names.h"
+#include "windows/dialogs.h"
 #include "windows/print_preview.h"
 
 namespace {
 
 enum class Choice { kCancel, kPrint, kPreview };
 
-// The dialog once. Page numbers are not offered: jobs that have pages ask for them themselves.
+// All or the selection: jobs that have pages ask for their numbers themselves. The dialog shows its
+// boxes for numbers whatever its options say.
+void OfferNoPageNumbers(QPrintDialog& dialog, bool selection) {
+  dialog.setOption(QAbstractPrintDialog::PrintPageRange, false);
+  dialog.setOption(QAbstractPrintDialog::PrintSelection, selection);
+  const auto* range = dialog.findChild<QWidget*>(QStringLiteral("gbPrintRange"));
+  if (range == nullptr) return;
+  for (auto* part : range->findChildren<QWidget*>()) {
+    const QString name = part->objectName();
+    if (name != QStringLiteral("printAll") && name != QStringLiteral("printSelection")) {
+      part->hide();
+    }
+  }
+}
+
+// Whether the file that `printer` writes, if any, may be. The print dialog asks that itself, but
+// not on the way to the preview.
+bool MayWrite(Dialogs& ask, QWidget* parent, const QPrinter& printer) {
+  const QString name = printer.outputFileName();
+  return name.isEmpty() || !QFileInfo(name).isFile() ||
+         ask.AskYesNo(parent, {}, QObject::tr("%1 already exists!  Overwrite?").arg(name));
+}
+
+// The dialog once.
 Choice Ask(QWidget* parent, QPrinter& printer, const PrintJob& job) {
   QPrintDialog dialog(&printer, parent);
   dialog.setWindowTitle(QObject::tr("Print %1").arg(job.title));
-  dialog.setOption(QAbstractPrintDialog::PrintPageRange, false);
-  dialog.setOption(QAbstractPrintDialog::PrintSelection, job.selection);
+  OfferNoPageNumbers(dialog, job.selection);
   bool preview = false;
   if (auto* buttons = dialog.findChild<QDialogButtonBox*>()) {
     auto* button = Named(
@@ -34,11 +58,12 @@ Choice Ask(QWidget* parent, QPrinter& printer, const PrintJob& job) {
 
 }  // namespace
 
-bool RunPrintDialog(QWidget* parent, QPrinter& printer, const PrintJob& job) {
+bool RunPrintDialog(Dialogs& ask, QWidget* parent, QPrinter& printer, const PrintJob& job) {
   for (;;) {
     const Choice choice = Ask(parent, printer, job);
     if (choice != Choice::kPreview) return choice == Choice::kPrint;
     const int result = PrintPreview(printer, job, parent).exec();
-    if (result != PrintPreview::kBack) return result == PrintPreview::kPrint;
+    if (result == PrintPreview::kCancel) return false;
+    if (result == PrintPreview::kPrint && MayWrite(ask, parent, printer)) return true;
   }
 }

@@ -3,9 +3,11 @@
 
 #include "windows/print_job.h"
 
+class Dialogs;
 class QPrinter;
 class QWidget;
 
 // Lets the user choose printer, page and selection for `job`, look at the pages, and print or
-// cancel; false on a cancel. `printer` is then set up as chosen.
-bool RunPrintDialog(QWidget* parent, QPrinter& printer, const PrintJob& job);
+// cancel; false on a cancel. `printer` is then set up as chosen. An existing file is only replaced
+// when the user says so.
+bool RunPrintDialog(Dialogs& ask, QWidget* parent, QPrinter& printer, const PrintJob& job);

@@ -1,5 +1,7 @@
-// A folder of a test's own, removed with all that is in it.
+// A folder of a test's own, removed with all that is in it. Two runs at once do not meet in it.
 #pragma once
+
+#include <unistd.h>
 
 #include <filesystem>
 #include <fstream>
@@ -14,7 +16,8 @@ class TempFolder {
   TempFolder() {
     const auto* info = testing::UnitTest::GetInstance()->current_test_info();
     path_ = std::filesystem::temp_directory_path() /
-            (std::string("quorvane-") + info->test_suite_name() + "-" + info->name());
+            (std::string("quorvane-") + info->test_suite_name() + "-" + info->name() + "-" +
+             std::to_string(getpid()));
     std::filesystem::remove_all(path_);
     std::filesystem::create_directories(path_);
   }

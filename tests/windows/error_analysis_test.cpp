@@ -104,6 +104,7 @@ TEST_F(Confidence, TakesALevelBetween50And100Only) {
                {"50", "Parameter Out of Range!", "Value must be 50 < P < 100 ", "68.27"},
                {"50.01", "", "", "50.01"},
                {"100", "Parameter Out of Range!", "Value must be 50 < P < 100 ", "50.01"},
+               {"99.996", "Parameter Out of Range!", "Value must be 50 < P < 100 ", "50.01"},
                {"99.99", "", "", "99.99"}};
   for (const auto& test : cases) {
     dialogs.messages.clear();

@@ -129,6 +129,20 @@ TEST_F(MainWindowTest, NewAsksOnlyForAnOpenExperiment) {
   EXPECT_EQ(dialogs.messages[0].text, "There is nothing to save!");
 }
 
+TEST_F(MainWindowTest, KeptGraphsStayInSightWhenNothingIsDiscarded) {
+  SetUpExample();
+  Click("cmdFitMe");
+  Trigger("mnuExpGraph");
+  session.Module.ExperimentOpen = false;  // as after the log was saved
+  Trigger("mnuFileNew");
+  EXPECT_GT(session.Module.NumGraphs(), 0);
+  EXPECT_TRUE(Find<QWidget>("frmGraphs")->isVisible());
+  dialogs.yesNo = {true};
+  session.Module.ExperimentOpen = true;
+  Trigger("mnuFileNew");
+  EXPECT_FALSE(Find<QWidget>("frmGraphs")->isVisible());
+}
+
 TEST_F(MainWindowTest, WhatWasBeingTypedGoesWithTheOldExperiment) {
   const auto type = [this](const char* name) {
     auto* box = Find<QLineEdit>(name);

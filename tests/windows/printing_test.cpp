@@ -6,6 +6,7 @@
 #include <QLineEdit>
 #include <QMdiArea>
 #include <QMdiSubWindow>
+#include <QPainter>
 #include <QPdfWriter>
 #include <QPrinter>
 #include <QPushButton>
@@ -13,12 +14,15 @@
 #include <QRegularExpression>
 #include <QSpinBox>
 #include <QStandardItemModel>
+#include <QTimer>
 
 #include "base/files.h"
 #include "core/graph_store.h"
 #include "windows/about_window.h"
 #include "windows/grid_printing.h"
 #include "windows/main_window_fixture.h"
+#include "windows/print_dialog.h"
+#include "windows/print_preview.h"
 #include "windows/printing.h"
 
 namespace {
@@ -123,6 +127,43 @@ TEST_F(Printing, AnErrorIsToldAndLeavesNoFile) {
   EXPECT_FALSE(HasPrinter("no such printer"));
 }
 
+TEST_F(Printing, APreviewedFileIsReplacedOnlyWhenTheUserSaysSo) {
+  folder.Write("old.pdf", "old");
+  QPrinter printer;
+  printer.setOutputFileName(ToQString(folder / "old.pdf"));
+  const PrintJob job = {.title = "Log", .paint = [](QPagedPaintDevice& device, bool) {
+                          QPainter(&device).drawText(99, 99, "new");
+                        }};
+  QString windows;
+  QTimer user;  // previews and prints; back in the dialog, cancels
+  QObject::connect(&user, &QTimer::timeout, window.get(), [&] {
+    QWidget* active = QApplication::activeModalWidget();
+    if (active == nullptr || !active->isVisible()) return;
+    if (auto* preview = qobject_cast<PrintPreview*>(active)) {
+      windows += "preview ";
+      preview->findChild<QPushButton*>("cmdPrint")->click();
+    } else if (windows.isEmpty()) {
+      windows += "dialog ";
+      for (const char* name : {"printRange", "from", "to"}) {  // no page numbers
+        EXPECT_TRUE(active->findChild<QWidget*>(name)->isHidden()) << name;
+      }
+      active->findChild<QPushButton*>("cmdPreview")->click();
+    } else {
+      windows += "dialog";
+      qobject_cast<QDialog*>(active)->reject();
+    }
+  });
+  user.start(0);
+  dialogs.yesNo = {false};
+  EXPECT_FALSE(RunPrintDialog(dialogs, window.get(), printer, job));
+  EXPECT_EQ(windows, "dialog preview dialog");
+  EXPECT_EQ(dialogs.questions.size(), 1U);
+  windows.clear();
+  dialogs.yesNo = {true};
+  EXPECT_TRUE(RunPrintDialog(dialogs, window.get(), printer, job));
+  EXPECT_EQ(windows, "dialog preview ");
+}
+
 TEST_F(Printing, AGridFillsAsManyPagesAsItNeeds) {
   QBuffer bytes;
   bytes.open(QIODevice::WriteOnly);
@@ -168,8 +209,8 @@ TEST_F(Printing, TheGridFormHonoursRangeMarginsAndScaling) {
                   [&](QDialog& form) {
                     form.findChild<QRadioButton*>("optPages")->setChecked(true);
                     EXPECT_EQ(spin(form, "txtToPage")->value(), all);
-                    spin(form, "txtToPage")->setValue(2);
                     spin(form, "txtFromPage")->setValue(2);
+                    spin(form, "txtToPage")->setValue(1);  // not before the first page
                   }),
             1);
   EXPECT_EQ(print("small.pdf", [&](QDialog& form) { spin(form, "txtScale")->setValue(40); }), 1);
