@@ -145,7 +145,7 @@ class Walk {
     Click("cmdPreviewFit");
     window_.findChild<QScrollBar*>("hsPreview")->setValue(4);
     Grab("preview-fit");
-    window_.findChild<QWidget*>("frmPreview")->close();
+    window_.findChild<QWidget*>("frmPreview")->parentWidget()->close();
     QTest::mouseDClick(window_.findChild<QWidget*>("txtRefConc(1)"), Qt::LeftButton);
     window_.findChild<QScrollBar*>("hsSetRefC")->setValue(80);
     Grab("set-ref-conc");
