@@ -17,9 +17,13 @@ namespace {
 
 constexpr std::size_t kLongestGuide = std::size_t{4} << 20U;  // bytes
 
-// Shows pictures no wider than the text.
+// Shows pictures no wider than the text, and follows links to other pages of the guide only.
 class GuideBrowser : public QTextBrowser {
  public:
+  void doSetSource(const QUrl& name, QTextDocument::ResourceType) override {
+    if (!name.path().endsWith(QLatin1String(".md"))) return;
+    QTextBrowser::doSetSource(name, QTextDocument::MarkdownResource);
+  }
   QVariant loadResource(int type, const QUrl& name) override {
     const QVariant resource = QTextBrowser::loadResource(type, name);
     if (type != QTextDocument::ImageResource) return resource;
@@ -64,7 +68,12 @@ HelpWindow::HelpWindow(QWidget* parent)
   search_->setClearButtonEnabled(true);
   auto* back = new QPushButton(tr("Previous"));
   auto* next = new QPushButton(tr("Next"));
+  auto* pageBack = new QPushButton(tr("&Back"));
+  pageBack->setObjectName("cmdBack");
+  pageBack->setToolTip(tr("The page before"));
+  pageBack->setEnabled(false);
   auto* bar = new QHBoxLayout;
+  bar->addWidget(pageBack);
   bar->addWidget(search_, 1);
   bar->addWidget(back);
   bar->addWidget(next);
@@ -72,6 +81,9 @@ HelpWindow::HelpWindow(QWidget* parent)
   auto* layout = new QVBoxLayout(this);
   layout->addLayout(bar);
   layout->addWidget(text_, 1);
+  connect(pageBack, &QPushButton::clicked, text_, &QTextBrowser::backward);
+  connect(text_, &QTextBrowser::backwardAvailable, pageBack, &QPushButton::setEnabled);
+  connect(text_, &QTextBrowser::sourceChanged, this, [this] { DressTables(*text_->document()); });
   connect(search_, &QLineEdit::returnPressed, this, [this] { Find(false); });
   connect(next, &QPushButton::clicked, this, [this] { Find(false); });
   connect(back, &QPushButton::clicked, this, [this] { Find(true); });
@@ -82,13 +94,12 @@ HelpWindow::HelpWindow(QWidget* parent)
 
 bool HelpWindow::ShowGuide(const std::filesystem::path& file) {
   try {
-    text_->setSearchPaths({QString::fromStdString(PathText(file.parent_path()))});
-    text_->setMarkdown(QString::fromStdString(ReadWholeFile(file, kLongestGuide)));
+    ReadWholeFile(file, kLongestGuide);
   } catch (const FileFault&) {
     return false;
   }
-  DressTables(*text_->document());
-  text_->moveCursor(QTextCursor::Start);
+  text_->setSource(QUrl::fromLocalFile(QString::fromStdString(PathText(file))),
+                   QTextDocument::MarkdownResource);
   return true;
 }
 

@@ -4,14 +4,17 @@
 #include <QAbstractButton>
 #include <QAction>
 #include <QApplication>
+#include <QComboBox>
 #include <QTabWidget>
 #include <QTest>
 #include <QTextEdit>
+#include <cmath>
 #include <memory>
 
 #include <gtest/gtest.h>
 
 #include "core/settings_store.h"
+#include "scan/point_edits.h"
 #include "support/temp_folder.h"
 #include "windows/experiment_commands.h"
 #include "windows/main_window.h"
@@ -72,6 +75,30 @@ class MainWindowTest : public testing::Test {
     session.Module.ExperimentOpen = true;
     window->Experiments().LoadAsked(ToQString(kExamples / "monomer-dimer" / "experiment.exz"));
     Click("cmdSetFit");
+  }
+
+  // A fit that takes so long that events come through: many points, and a model without vectors.
+  void SetUpLongFit(int scans = 40) {
+    const QString scan = ToQString(kExamples / "monomer-dimer" / "00001.RA1");
+    window->Experiments().OpenDropped(QStringList(scans, scan));
+    for (Dataset& dataset : session.Module.Store.Datasets) FillLong(dataset);
+    Find<QComboBox>("cmbModel")->setCurrentIndex(9);
+    Click("cmdSetFit");
+    session.Module.FitPage.ModelMW = 8000.0;
+    session.Module.FitPage.ModelLnK1 = -1.0;
+    session.Module.LogGraphs = session.Module.SaveGraphs = false;
+  }
+  // 2000 points of an exponential, with a wave for noise.
+  static void FillLong(Dataset& dataset) {
+    dataset.NumPoints = 2000;
+    for (std::size_t k = 0; k < 2000; ++k) {
+      const double r = 6.4 + 1e-4 * static_cast<double>(k);
+      dataset.R[k] = r;
+      dataset.C[k] = 0.2 * std::exp(1.1 * (r * r - 42.6) / 2.0) + 0.005 * std::sin(r * 9000.0);
+      dataset.Err[k] = 1.0;
+      dataset.Good[k] = kTrue;
+    }
+    RestoreAll(dataset);
   }
 
   TempFolder folder;

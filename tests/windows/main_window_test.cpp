@@ -53,10 +53,7 @@ TEST_F(MainWindowTest, TheWholeRoadAndBackTomorrow) {
 }
 
 TEST_F(MainWindowTest, AFitIsStoppedByClickEscapeOrButtonAndDisturbedByNothing) {
-  const QString scan = ToQString(kExamples / "monomer-dimer" / "00001.RA1");
-  window->Experiments().OpenDropped(QStringList(60, scan));
-  Find<QComboBox>("cmbModel")->setCurrentIndex(2);
-  Click("cmdSetFit");
+  SetUpLongFit();
   const double before = session.Module.FitPage.ModelMW;
   const std::vector<std::function<void()>> stops = {
       [this] { QTest::mouseClick(Find<QTextEdit>("logFile")->viewport(), Qt::LeftButton); },
@@ -240,10 +237,7 @@ TEST(ScreenRefusal, KnowsTheSmallestScreens) {
 }
 
 TEST_F(MainWindowTest, ClosingDuringAFitStopsItFirst) {
-  const QString scan = ToQString(kExamples / "monomer-dimer" / "00001.RA1");
-  window->Experiments().OpenDropped(QStringList(60, scan));
-  Find<QComboBox>("cmbModel")->setCurrentIndex(2);
-  Click("cmdSetFit");
+  SetUpLongFit();
   dialogs.yesNo = {false, true};
   int closes = 0;
   QTimer timer;
