@@ -136,8 +136,8 @@ class ErrorAnalysis : public MainWindowTest {
     Click("cmdFitMe");
     QTest::qWait(1);
   }
-  void FitMany() {
-    SetUpLongFit(6);
+  void FitMany(int scans = 6) {
+    SetUpLongFit(scans);
     Click("cmdFitMe");
     EXPECT_TRUE(LogText().contains("Fitting Time: ")) << LogText().toStdString();
     QTest::qWait(1);
@@ -150,7 +150,7 @@ class ErrorAnalysis : public MainWindowTest {
 };
 
 TEST_F(ErrorAnalysis, ASearchReportsAndLeavesTheFitAsItWas) {
-  FitMany();
+  FitMany(30);
   const FitState before = session.Module.Fit;
   const QPointer<frmConfInterval> confidence = OpenConfidence();
   confidence->findChild<QCheckBox*>("chkParam(1)")->setChecked(false);  // K has no limits here
