@@ -2,6 +2,7 @@
 
 #include "base/arithmetic.h"
 #include "base/files.h"
+#include "core/data_folder.h"
 #include "core/user_folder.h"
 
 namespace fs = std::filesystem;
@@ -9,8 +10,8 @@ namespace fs = std::filesystem;
 fs::path FindChannelFile(const fs::path& programFolder) {
   const char* const kName = "channels.txt";
   fs::path beside = programFolder / kName;
-  const fs::path installed = programFolder / ".." / "share" / "quorvane" / kName;
-  for (const fs::path& path : {beside, ConfigurationFolder() / kName, installed}) {
+  for (const fs::path& path :
+       {beside, ConfigurationFolder() / kName, InstalledDataFolder(programFolder) / kName}) {
     if (FileExists(path)) return path;
   }
   return beside;

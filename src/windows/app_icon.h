@@ -1,4 +1,4 @@
-// The program's icon, drawn in code at every size that a desktop asks for.
+// The program's icon, which the desktop shows too, at every size that one asks for.
 #pragma once
 
 #include <QIcon>

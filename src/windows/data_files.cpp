@@ -2,14 +2,12 @@
 
 #include <system_error>
 
+#include "core/data_folder.h"
+
 namespace fs = std::filesystem;
 
 fs::path FindDataFile(const fs::path& programFolder, const fs::path& name) {
-  const fs::path installed = programFolder / ".." / "share" / "quorvane" / name;
-  const fs::path sourceTree = QUORVANE_SOURCE_TREE;
   std::error_code error;
-  for (const fs::path& path : {programFolder / name, installed, sourceTree / name}) {
-    if (fs::exists(path, error)) return path;
-  }
-  return installed;
+  fs::path beside = programFolder / name;
+  return fs::exists(beside, error) ? beside : InstalledDataFolder(programFolder) / name;
 }

@@ -9,6 +9,7 @@
 #include <QMessageBox>
 
 #include "windows/print_dialog.h"
+#include "windows/save_folder.h"
 
 namespace {
 
@@ -90,7 +91,7 @@ QStringList QtDialogs::OpenFiles(QWidget* parent, const FileRequest& request) {
 }
 
 QString QtDialogs::SaveFile(QWidget* parent, const FileRequest& request) {
-  QFileDialog dialog(parent, request.title, request.folder, request.filter);
+  QFileDialog dialog(parent, request.title, SaveFolder(request.folder), request.filter);
   dialog.setAcceptMode(QFileDialog::AcceptSave);
   // With a default suffix the dialog asks about the file that will really be written.
   dialog.setDefaultSuffix(SuffixOf(request.filter));

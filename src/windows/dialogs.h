@@ -15,7 +15,7 @@ struct PrintJob;
 
 struct FileRequest {
   QString title;
-  QString folder;             // where the dialog starts
+  QString folder;             // where the dialog starts; for saving if it can be written to
   QString filter;             // as of QFileDialog, ";;" between filters
   QString defaultName;        // for saving; may be empty
   QString chosenFilter = {};  // the one to begin with, as in `filter`; empty: the first

@@ -12,6 +12,7 @@
 #include "windows/graphs_window.h"
 #include "windows/loaded_data_tab.h"
 #include "windows/log_window.h"
+#include "windows/save_folder.h"
 #include "windows/session.h"
 #include "windows/source_files_tab.h"
 #include "windows/window_host.h"
@@ -99,8 +100,9 @@ void ExperimentCommands::SaveLoadedData(SavedSignal signal) {
   Session& session = windows_.session;
   if (!windows_.data.CommitPending() || !NamesCanBeUsed(session.Module.Store, windows_.host))
     return;
-  const QString folder = session.Ask.ChooseFolder(
-      &windows_.frame, QStringLiteral("Save All Data Sets"), ToQString(session.CurrentFolder));
+  const QString folder =
+      session.Ask.ChooseFolder(&windows_.frame, QStringLiteral("Save All Data Sets"),
+                               SaveFolder(ToQString(session.CurrentFolder)));
   if (folder.isEmpty()) return;
   try {
     ::SaveLoadedData(session.Module.Store, ToPath(folder), signal, ExistingFiles::kAsk,

@@ -40,6 +40,7 @@ int main(int argc, char** argv) {
   QLocale::setDefault(QLocale::c());
   QApplication::setStyle(QStringLiteral("Fusion"));
   QApplication::setApplicationName(QStringLiteral("Quorvane"));
+  QGuiApplication::setDesktopFileName(QStringLiteral("org.quorvane.Quorvane"));
   QtDialogs dialogs;
   if (const std::optional<std::string> refusal = RefusalOfScreen()) {
     dialogs.ShowMessage(nullptr, QStringLiteral("Screen Resolution Problem"),

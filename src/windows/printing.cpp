@@ -10,6 +10,7 @@
 #include "base/files.h"
 #include "windows/busy_pointer.h"
 #include "windows/dialogs.h"
+#include "windows/save_folder.h"
 
 namespace {
 
@@ -52,8 +53,8 @@ void SetUpPrinter(QPrinter& printer, const PrinterStart& start, const QString& t
   if (QPrinterInfo::availablePrinterNames().isEmpty()) {
     QString name = title;
     for (const char c : {'/', '\\', ':', '*', '?', '"', '<', '>', '|'}) name.replace(c, '_');
-    printer.setOutputFileName(
-        QString::fromStdString(PathText(start.folder / PathFromText(name.toStdString() + ".pdf"))));
+    const QString folder = SaveFolder(QString::fromStdString(PathText(start.folder)));
+    printer.setOutputFileName(folder + '/' + name + ".pdf");
   }
   printer.setPageLayout(start.layout);
 }

@@ -287,6 +287,7 @@ TEST_F(MainWindowTest, AFailedSaveLeavesEverything) {
 }
 
 TEST_F(MainWindowTest, HelpAndAboutOpen) {
+  session.ProgramFolder = QUORVANE_SOURCE_DIR;
   Trigger("mnuHelpContents");
   auto* guide = Find<QTextEdit>("txtHelp");
   EXPECT_TRUE(guide->toPlainText().contains("channels.txt"));

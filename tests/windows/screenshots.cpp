@@ -229,7 +229,7 @@ int main(int argc, char** argv) {
   std::filesystem::remove(settingsFile);
   IniSettings settings(settingsFile);
   PictureDialogs dialogs(ToQString(examples / "equilibrium"));
-  Session session(settings, dialogs, examples);
+  Session session(settings, dialogs, QUORVANE_SOURCE_DIR);
   session.CurrentFolder = examples / "monomer-dimer";
   std::filesystem::create_directories(argv[1]);
   Walk(session, QString::fromLocal8Bit(argv[1])).Run();

@@ -1,0 +1,10 @@
+#include "windows/save_folder.h"
+
+#include <QFileInfo>
+#include <QStandardPaths>
+
+QString SaveFolder(const QString& folder) {
+  const QFileInfo place(folder);
+  if (place.isDir() && place.isWritable()) return folder;
+  return QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation);
+}

@@ -1,0 +1,26 @@
+#include "core/cell_files.h"
+
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+
+#include "support/temp_folder.h"
+
+namespace fs = std::filesystem;
+
+TEST(FindChannelFile, BesideTheProgramThenTheUsersThenTheInstalled) {
+  const TempFolder folder;
+  const fs::path program = folder / "usr" / "bin";
+  const fs::path files[] = {folder / "usr" / "share" / "quorvane" / "channels.txt",
+                            folder / "config" / "quorvane" / "channels.txt",
+                            program / "channels.txt"};
+  ASSERT_EQ(setenv("XDG_CONFIG_HOME", (folder / "config").c_str(), 1), 0);
+  fs::create_directories(program);
+  EXPECT_EQ(FindChannelFile(program), program / "channels.txt");
+  for (const fs::path& file : files) {  // each comes before those that exist already
+    fs::create_directories(file.parent_path());
+    folder.Write(fs::relative(file, folder.path()).string(), "0\n");
+    EXPECT_EQ(FindChannelFile(program), file);
+  }
+  unsetenv("XDG_CONFIG_HOME");
+}
