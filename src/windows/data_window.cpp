@@ -1,6 +1,8 @@
 #include "windows/data_window.h"
 
+#include <QAbstractButton>
 #include <QLabel>
+#include <QShortcut>
 #include <QSplitter>
 #include <QTabBar>
 #include <QTabWidget>
@@ -58,6 +60,7 @@ DataWindow::DataWindow(Session& session, SessionHost& host, QWidget* parent)
   layout->addWidget(dataTab_, 1);
   layout->addWidget(status_);
   ConnectTabs();
+  ConnectKeys();
   UpdateTabs();
 }
 
@@ -82,6 +85,30 @@ void DataWindow::ConnectTabs() {
   connect(dataTab_, &QTabWidget::currentChanged, this, [this](int tab) {
     if (tab == kFitControl) ShowHint();
   });
+}
+
+// Ctrl and a digit open a tab, F6 and F5 press "Setup Fit" and "Fit", whichever window is active.
+void DataWindow::ConnectKeys() {
+  const auto bind = [this](const QKeySequence& key, auto action) {
+    auto* shortcut = new QShortcut(key, this);
+    shortcut->setContext(Qt::ApplicationShortcut);
+    connect(shortcut, &QShortcut::activated, this, action);
+  };
+  for (int tab = 0; tab < dataTab_->count(); ++tab) {
+    bind(QKeySequence(QStringLiteral("Ctrl+%1").arg(tab + 1)), [this, tab] {
+      if (dataTab_->isTabEnabled(tab) && dataTab_->tabBar()->isEnabled()) {
+        dataTab_->setCurrentIndex(tab);
+      }
+    });
+  }
+  const auto press = [this, &bind](const char* button, int tab, Qt::Key key) {
+    bind(key, [this, button, tab] {
+      if (!dataTab_->isTabEnabled(tab)) return;
+      findChild<QAbstractButton*>(QLatin1String(button))->click();  // none while it is disabled
+    });
+  };
+  press("cmdSetFit", kLoadedData, Qt::Key_F6);
+  press("cmdFitMe", kFitControl, Qt::Key_F5);
 }
 
 void DataWindow::ShowNewStore() {

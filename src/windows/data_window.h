@@ -57,6 +57,7 @@ class DataWindow : public QWidget, public Printable {
 
  private:
   void ConnectTabs();
+  void ConnectKeys();
   void UpdateTabs();
   void AfterLoad();
   void AfterStoreChange();

@@ -44,12 +44,20 @@ enum BoxIndex {
   kRbase
 };
 
+// The name by which a screen reader tells the control from those of other rows.
+void NameInRow(QWidget& control, const QString& name, int row) {
+  control.setAccessibleName(QStringLiteral("%1, row %2").arg(name, QString::number(row + 1)));
+}
+
 template <class Control>
 Control* Place(QGridLayout& grid, int row, RowColumn column, const char* name,
                const char* toolTip) {
   auto* control = new Control(grid.parentWidget());
   control->setObjectName(ElementName(name, row));
-  if (toolTip != nullptr) control->setToolTip(QString::fromUtf8(toolTip));
+  if (toolTip != nullptr) {
+    control->setToolTip(QString::fromUtf8(toolTip));
+    NameInRow(*control, control->toolTip(), row);
+  }
   grid.addWidget(control, row, column);
   return control;
 }
@@ -85,6 +93,9 @@ FitRow MakeFitRow(QGridLayout& grid, int row) {
   made.chkOffset = Place<PageCheckBox>(grid, row, kOffsetCheckColumn, "chkOffset", kCheckTip);
   made.chkRefC = Place<PageCheckBox>(grid, row, kRefConcCheckColumn, "chkRefC", kCheckTip);
   made.chkRefC2 = Place<PageCheckBox>(grid, row, kRefConc2CheckColumn, "chkRefC2", kCheckTip);
+  NameInRow(*made.chkOffset, QStringLiteral("Fit the baseline"), row);
+  NameInRow(*made.chkRefC, QStringLiteral("Fit the reference concentration"), row);
+  NameInRow(*made.chkRefC2, QStringLiteral("Fit the reference concentration of B"), row);
   made.txtLinkTo = Place<ValueBox>(grid, row, kLinkColumn, "txtLinkTo",
                                    "Click on RMB to link ref. conc's of this set to another set");
   for (ValueBox* narrow : {made.lblRunSpeed, made.txtLinkTo}) {

@@ -125,6 +125,7 @@ void LoadedDataTab::BuildWidgets() {
 
 QWidget* LoadedDataTab::BuildHead() {
   chkUseAll_ = Named(new QCheckBox, "chkUseAll");
+  chkUseAll_->setAccessibleName("Fit all datasets");
   chkUseAll_->setToolTip("Fit all datasets, or none");
   auto* number = new QLabel("#");
   number->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
@@ -179,12 +180,14 @@ LoadedDataTab::Row LoadedDataTab::BuildRow(int i) {
   row.lblDatasetNum->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
   auto* use = Named(new FitCheckBox, ElementName("chkUseData", i));
   use->setToolTip("Fit this dataset?");
+  use->setAccessibleName(QStringLiteral("Fit dataset %1").arg(i + 1));
   use->ctrlReleased = [this, i, use] {
     ChooseFrom(session_.Module.Store, i, use->isChecked());
     ShowChoices();
   };
   row.chkUseData = use;
   row.txtLoadData = Named(new ValueBox, ElementName("txtLoadData", i));
+  row.txtLoadData->setAccessibleName(QStringLiteral("Name of dataset %1").arg(i + 1));
   row.cmdEditData = Named(new QPushButton, ElementName("cmdEditData", i));
   row.cmdShowInfo = IconButton("cmdShowInfo", i, RowGlyph::kLines, "Display comment lines");
   row.cmdBlankData = IconButton("cmdBlankData", i, RowGlyph::kSubtract, "Subtract a Blank");

@@ -81,6 +81,7 @@ ModelBlock::Group ModelBlock::BuildGroup(const SharedValue& value) {
   group.box->setObjectName(ControlName("txt", value));
   group.check->setObjectName(ControlName("chk", value));
   group.check->setToolTip(tr("Check to Fit Parameter"));
+  group.label->setBuddy(group.box);  // names it for screen readers
   ShapeNumberBox(*group.box);
   marker_.Watch(group.check);
   return group;
@@ -89,6 +90,7 @@ ModelBlock::Group ModelBlock::BuildGroup(const SharedValue& value) {
 void ModelBlock::BuildTemperature(QGridLayout& grid) {
   auto* caption = new QLabel(tr("Temperature"));
   caption->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
+  caption->setBuddy(lblDegC_);
   lblDegC_->setObjectName("lblDegC");
   lblDegC_->setToolTip(tr("Temperature in deg C"));
   ShapeNumberBox(*lblDegC_);
@@ -169,6 +171,7 @@ void ModelBlock::ShowGroup(const Group& group) {
   const QuorvaneModule& module = session_.Module;
   const CheckState state = module.Setup.*group.value->check;
   group.label->setText(QString::fromStdString(LabelOf(*group.value, module)));
+  group.check->setAccessibleName(tr("Fit %1").arg(group.label->text()));
   group.box->ShowStored(QString::fromStdString(TextOf(*group.value, module)));
   group.check->ShowState(state);
   group.check->setEnabled(state != CheckState::kGrey);

@@ -16,6 +16,7 @@ QToolButton* StepButton(const char* name, Qt::ArrowType arrow, const QString& to
   button->setObjectName(QString::fromLatin1(name));
   button->setArrowType(arrow);
   button->setToolTip(toolTip);
+  button->setAccessibleName(toolTip);
   return button;
 }
 

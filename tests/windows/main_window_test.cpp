@@ -1,3 +1,5 @@
+#include <QAbstractSpinBox>
+#include <QAccessible>
 #include <QComboBox>
 #include <QDropEvent>
 #include <QLabel>
@@ -298,4 +300,34 @@ TEST_F(MainWindowTest, HelpAndAboutOpen) {
   EXPECT_TRUE(Find<QLabel>("lblVersion")->text().contains("1.0.0"));
   Trigger("mnuFileClose");
   EXPECT_EQ(dialogs.messages.back().text, "Add 'mnuFileClose_Click' code.");
+}
+
+TEST_F(MainWindowTest, EveryControlHasANameForScreenReaders) {
+  session.CurrentFolder = kExamples / "hetero";
+  window->Experiments().OpenDropped({ToQString(kExamples / "hetero" / "00001.RA8")});
+  Find<QComboBox>("cmbModel")->setCurrentIndex(10);
+  Click("cmdSetFit");
+  Trigger("mnuSimulate");
+  Trigger("mnuMatch");
+  for (QWidget* control : window->findChildren<QWidget*>()) {
+    const bool asked = qobject_cast<QAbstractButton*>(control) != nullptr ||
+                       qobject_cast<QLineEdit*>(control) != nullptr;
+    const QString name = control->objectName();
+    if (!asked || control->focusPolicy() == Qt::NoFocus || name.startsWith("qt_")) continue;
+    if (qobject_cast<QAbstractSpinBox*>(control->parentWidget()) != nullptr) continue;
+    if (qobject_cast<QComboBox*>(control->parentWidget()) != nullptr) continue;
+    QAccessibleInterface* interface = QAccessible::queryAccessibleInterface(control);
+    EXPECT_FALSE(interface->text(QAccessible::Name).trimmed().isEmpty()) << name.toStdString();
+  }
+}
+
+TEST_F(MainWindowTest, KeysOpenTabsAndRunTheFit) {
+  SetUpExample();
+  QTest::keyClick(window.get(), Qt::Key_2, Qt::ControlModifier);
+  EXPECT_EQ(Tabs(), "1211");
+  QTest::keyClick(window.get(), Qt::Key_F6);
+  EXPECT_EQ(Tabs(), "1121");
+  const QString before = LogText();
+  QTest::keyClick(window.get(), Qt::Key_F5);
+  EXPECT_TRUE(LogText().mid(before.size()).contains("Fitting Time: "));
 }
