@@ -126,12 +126,14 @@ ExitStatus WriteFit(const Job& job, const QuorvaneModule& module, bool fitted, H
                 Guarded(host, [&] { return WritePictures(job, module); })});
 }
 
-// Confidence intervals and correlation coefficients of a finished fit, into the log and `json`.
+// Quality, confidence intervals and correlation coefficients of a finished fit, into `json`; the
+// last two into the log as well.
 ExitStatus AnalyseErrors(const Job& job, const FitOutcome& fit, QuorvaneModule& module, Json& json,
                          TerminalHost& host) {
   json = Json::object();
   if (!job.fit || fit.ending != FitEnding::kFinished) return ExitStatus::kDone;
   ExitStatus status = ExitStatus::kDone;
+  json["quality"] = QualityJson(module);
   if (job.confidence) {
     const ConfidenceRequest request = ConfidenceOf(job, module.Setup);
     const ConfidenceOutcome found = CalcConfidence(module.Fit, request, host);

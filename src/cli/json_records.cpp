@@ -8,6 +8,7 @@
 #include "fit/models.h"
 #include "fit/report.h"
 #include "stats/correlation.h"
+#include "stats/fit_quality.h"
 
 namespace {
 
@@ -108,6 +109,21 @@ void AddConcentrations(const FitState& fit, Json& json) {
   }
 }
 
+Json SetQualityJson(const SetQuality& set, const QuorvaneModule& module) {
+  Json json = {{"dataset", set.dataset},
+               {"name", NameOf(module.Store.Datasets[static_cast<std::size_t>(set.dataset - 1)])},
+               {"points", set.points},
+               {"rms", set.rms},
+               {"share", set.share},
+               {"positive", set.runs.positive},
+               {"negative", set.runs.negative},
+               {"runs", set.runs.runs},
+               {"expected_runs", set.runs.expected}};
+  if (set.runs.z) json["runs_z"] = *set.runs.z;
+  if (set.durbinWatson) json["durbin_watson"] = *set.durbinWatson;
+  return json;
+}
+
 }  // namespace
 
 Json DocumentHead() {
@@ -157,6 +173,27 @@ Json FitJson(const QuorvaneModule& module, const FitOutcome& outcome) {
   json["curves"] = CurvesJson(fit);
   AddConcentrations(fit, json);
   return json;
+}
+
+Json QualityJson(const QuorvaneModule& module) {
+  const FitQuality quality = CalcFitQuality(module.Fit, module.FitPage, module.CriticalCCCValue);
+  Json sets = Json::array();
+  for (const SetQuality& set : quality.sets) sets.push_back(SetQualityJson(set, module));
+  Json pairs = Json::array();
+  for (const StrongCorrelation& pair : quality.correlations) {
+    pairs.push_back(
+        {{"first", pair.first}, {"second", pair.second}, {"coefficient", pair.coefficient}});
+  }
+  Json implausible = Json::array();
+  for (const ImplausibleValue& value : quality.implausible) {
+    implausible.push_back({{"name", value.name}, {"value", value.value}, {"reason", value.reason}});
+  }
+  return {{"datasets", sets},
+          {"critical", module.CriticalCCCValue},
+          {"strong_correlations", pairs},
+          {"implausible", implausible},
+          {"at_default", quality.atDefault},
+          {"remarks", QualityRemarks(quality)}};
 }
 
 Json ConfidenceJson(const ConfidenceRequest& request, const ConfidenceOutcome& outcome) {

@@ -17,6 +17,10 @@ Json DatasetsJson(const std::vector<Dataset>& datasets);
 // Throws ArithmeticFault.
 Json FitJson(const QuorvaneModule& module, const FitOutcome& outcome);
 
+// The quality of the fit that module.Fit holds; what cannot be computed is absent.
+// Throws ArithmeticFault.
+Json QualityJson(const QuorvaneModule& module);
+
 Json ConfidenceJson(const ConfidenceRequest& request, const ConfidenceOutcome& outcome);
 
 // The coefficients of the fit that module.Fit holds. Throws ArithmeticFault.

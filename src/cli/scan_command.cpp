@@ -6,6 +6,7 @@
 #include "cli/json_records.h"
 #include "cli/terminal_host.h"
 #include "core/cell_files.h"
+#include "scan/file_check.h"
 
 namespace {
 
@@ -29,6 +30,13 @@ LoadWords WordsOf(const ScanArguments& arguments) {
   return words;
 }
 
+// What the window warns of before a load. A file that cannot be read is told by the load itself.
+void PrintWarnings(const std::string& file, const ScanLoadSettings& settings, std::ostream& err) {
+  for (const std::string& warning : CheckFile(PathFromText(file), settings).warnings) {
+    err << file << ": " << warning << '\n';
+  }
+}
+
 }  // namespace
 
 ExitStatus RunScan(const ScanArguments& arguments, const CommandStreams& streams) {
@@ -43,6 +51,7 @@ ExitStatus RunScan(const ScanArguments& arguments, const CommandStreams& streams
   for (const std::string& file : arguments.files) {
     const std::filesystem::path path = PathFromText(file);
     const JobLoad load{path, LoadSettingsOf(words, path, options), false};
+    PrintWarnings(file, load.settings, streams.err);
     const LoadResult result = LoadOne(load, module.Store, host);
     if (result.outcome == LoadOutcome::kUnreadable) {
       status = ExitStatus::kFileFault;
@@ -50,6 +59,8 @@ ExitStatus RunScan(const ScanArguments& arguments, const CommandStreams& streams
       status = ExitStatus::kNotDone;
     }
   }
+  const std::string drift = TemperatureDrift(module.Store.Datasets);
+  if (!drift.empty()) streams.err << drift << '\n';
   PrintDatasetTable(module.Store.Datasets, streams.out);
   if (!arguments.json.empty()) {
     Json json = DocumentHead();

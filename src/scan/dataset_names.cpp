@@ -24,8 +24,8 @@ std::string IntegerAt(const LineBuffer& header, int first, int last) {
 }
 
 std::string IpRaName(std::string_view stem, const LineBuffer& header, char letter) {
-  return BaseOf(stem) + "_" + IntegerAt(header, 3, 3) + letter + IntegerAt(header, 10, 11) +
-         IntegerAt(header, 34, 36) + ".dat";
+  return BaseOf(stem) + "_" + std::to_string(CellNumber(header.View())) + letter +
+         IntegerAt(header, 10, 11) + IntegerAt(header, 34, 36) + ".dat";
 }
 
 std::string FiName(std::string_view stem, const LineBuffer& header) {
@@ -37,7 +37,7 @@ std::string FiName(std::string_view stem, const LineBuffer& header) {
   // Any other length leaves the letter empty and is taken whole, a five-digit number too.
   const std::string base = letter.empty() ? std::string(Trim(stem)) : BaseOf(stem);
   const double kiloRpm = FieldVal(header.Columns(10, 14)) / 1000.0;
-  return base + "_" + IntegerAt(header, 3, 3) + letter +
+  return base + "_" + std::to_string(CellNumber(header.View())) + letter +
          std::to_string(RoundHalfEven(kiloRpm, -2147483648LL, 2147483647LL)) +
          IntegerAt(header, 34, 36) + ".dat";
 }
@@ -48,6 +48,10 @@ std::string ElName(std::string_view stem, const LineBuffer& header, ElWavelength
 }
 
 }  // namespace
+
+int CellNumber(std::string_view header) {
+  return FieldInt32(LineBuffer(header).Columns(3, 3));
+}
 
 std::string DatasetName(FileKind kind, std::string_view fileName, std::string_view header,
                         char letter, ElWavelength elWavelength) {

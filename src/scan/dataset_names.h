@@ -11,6 +11,9 @@ enum class FileKind { kIpRa = 0, kDat = 1, kFi = 2, kEl = 3 };
 // of loading, kept on purpose.
 enum class ElWavelength { kSingleLoad, kMultipleLoad };
 
+// The cell of a header line, as names of the kinds "IP,RA" and "FI" show it.
+int CellNumber(std::string_view header);
+
 // Name of a dataset from file `fileName` (no folder), its header line and the channel letter;
 // file name, header and result one byte a character.
 //   "IP,RA"  base _ cell letter kilo-rpm wavelength ".dat"   00012.RA3, channel B: 12_3B20280.dat

@@ -60,24 +60,32 @@ LoadResult Trapped(const fs::path& path, Host& host, Load&& load) {
 void LoadChannels(DatasetStore& store, const ScanLoadSettings& settings, const fs::path& path,
                   const std::string& header, ElWavelength elWavelength, Host& host,
                   LoadResult& result) {
-  const bool channelled = settings.kind == FileKind::kIpRa;
-  const Centerpiece centerpiece = channelled ? settings.centerpiece : Centerpiece::kTwoChannels;
-  const auto column = settings.kind == FileKind::kEl ? std::size_t{kElectrophoresisColumn}
-                                                     : static_cast<std::size_t>(centerpiece);
-  const int channels = ChannelCount(centerpiece);
-  for (std::size_t c = 0; c < static_cast<std::size_t>(channels); ++c) {
-    if (channels > 1 && !settings.chkChannel[c]) continue;
+  for (const LoadWindow& window : WindowsOf(settings)) {
     const std::string name =
-        DatasetName(settings.kind, FileNameOf(path), header, ChannelLetters[c], elWavelength);
+        DatasetName(settings.kind, FileNameOf(path), header, window.letter, elWavelength);
     const LoadOutcome outcome =
-        LoadDataFile(store, settings.kind, path, name, ChannelLowRadius[c][column],
-                     ChannelHighRadius[c][column], host);
+        LoadDataFile(store, settings.kind, path, name, window.low, window.high, host);
     Note(result, outcome);
     if (!FileExists(path)) return;  // the other windows would only say it again
   }
 }
 
 }  // namespace
+
+std::vector<LoadWindow> WindowsOf(const ScanLoadSettings& settings) {
+  const bool channelled = settings.kind == FileKind::kIpRa;
+  const Centerpiece centerpiece = channelled ? settings.centerpiece : Centerpiece::kTwoChannels;
+  const auto column = settings.kind == FileKind::kEl ? std::size_t{kElectrophoresisColumn}
+                                                     : static_cast<std::size_t>(centerpiece);
+  const int channels = ChannelCount(centerpiece);
+  std::vector<LoadWindow> windows;
+  for (std::size_t c = 0; c < static_cast<std::size_t>(channels); ++c) {
+    if (channels > 1 && !settings.chkChannel[c]) continue;
+    windows.push_back(
+        {ChannelLetters[c], ChannelLowRadius[c][column], ChannelHighRadius[c][column]});
+  }
+  return windows;
+}
 
 LoadResult LoadSelectedFile(DatasetStore& store, const ScanLoadSettings& settings,
                             const fs::path& path, Host& host) {

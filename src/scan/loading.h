@@ -15,6 +15,16 @@ struct ScanLoadSettings {
   std::array<bool, kMaxChannels> chkChannel = {true};   // A to D; counts for 6 and 8 channels
 };
 
+// One window of a file, which makes one dataset.
+struct LoadWindow {
+  char letter;  // of the channel
+  float low;    // cm, both inclusive; for "EL" r^2/2 in cm^2
+  float high;
+};
+
+// The windows that the settings cut out of a file, in the order of the letters.
+std::vector<LoadWindow> WindowsOf(const ScanLoadSettings& settings);
+
 // What came of loading a file: the worst outcome of its channels, and how many datasets came.
 struct LoadResult {
   LoadOutcome outcome = LoadOutcome::kLoaded;

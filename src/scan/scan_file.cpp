@@ -83,9 +83,10 @@ void TakeRow(Dataset& dataset, FileKind kind, const LineBuffer& row, float low, 
   ++dataset.NumPoints;
 }
 
-// The record of one window of a file. Throws FileFault with the reason if it must be given up.
-Dataset ReadDataset(FileKind kind, const std::filesystem::path& path, float low, float high) {
-  std::ifstream in = OpenScan(path);
+}  // namespace
+
+Dataset ReadDataset(FileKind kind, std::istream& in, const std::filesystem::path& path, float low,
+                    float high) {
   Dataset dataset = EmptyDataset();
   int line = 1;
   try {
@@ -106,8 +107,6 @@ Dataset ReadDataset(FileKind kind, const std::filesystem::path& path, float low,
   if (in.bad()) throw FileFault(PathText(path) + ": a read failed");
   return dataset;
 }
-
-}  // namespace
 
 std::ifstream OpenScan(const std::filesystem::path& path) {
   if (DirExists(path)) throw FileFault(PathText(path) + ": is a folder");
@@ -145,7 +144,8 @@ LoadOutcome LoadDataFile(DatasetStore& store, FileKind kind, const std::filesyst
                          Host& host) {
   Dataset dataset;
   try {
-    dataset = ReadDataset(kind, path, lowRadius, highRadius);
+    std::ifstream in = OpenScan(path);
+    dataset = ReadDataset(kind, in, path, lowRadius, highRadius);
   } catch (const FileFault& fault) {
     host.ReportFailure(fault.what());
     return LoadOutcome::kUnreadable;

@@ -38,6 +38,12 @@ CommentLines ReadCommentLines(const std::filesystem::path& path);
 // stays, host.ReportFailure says why.
 std::string GetCommentLines(DatasetStore& store, const std::filesystem::path& path, Host& host);
 
+// The record of one radial window of the scan in `in`, bounds as for LoadDataFile; it may hold
+// fewer points than a load takes. `path` names the source in messages and in Comment1. Throws
+// FileFault with the reason if the scan must be given up.
+Dataset ReadDataset(FileKind kind, std::istream& in, const std::filesystem::path& path, float low,
+                    float high);
+
 // Reads the rows whose first column, in single precision, lies in [lowRadius, highRadius] (cm; for
 // "EL" r^2/2 in cm^2) and appends one Dataset named `datasetName` (one byte a character), or none.
 // Logs the source and the dataset's number. The store is changed only by a load that succeeds.

@@ -81,6 +81,7 @@ void DataWindow::ConnectTabs() {
     status_->setText(
         QString::fromStdString(FormatNumber(x, "##.####") + "," + FormatNumber(y, "##0.####")));
   });
+  connect(this, &DataWindow::DatasetsChanged, source_, &SourceFilesTab::CheckSoon);
   connect(dataTab_, &QTabWidget::currentChanged, status_, &QLabel::clear);
   connect(dataTab_, &QTabWidget::currentChanged, this, [this](int tab) {
     if (tab == kFitControl) ShowHint();
@@ -113,6 +114,7 @@ void DataWindow::ConnectKeys() {
 
 void DataWindow::ShowNewStore() {
   loaded_->Rebuild();
+  source_->CheckSoon();
   results_->Clear();
   edit_->Clear();
   UpdateTabs();

@@ -6,17 +6,23 @@
 
 #include "base/arithmetic.h"
 #include "stats/correlation.h"
+#include "windows/child_window.h"
 #include "windows/confidence_window.h"
 #include "windows/correlation_window.h"
 #include "windows/data_window.h"
 #include "windows/fit_commands.h"
 #include "windows/log_window.h"
+#include "windows/quality_window.h"
 #include "windows/session.h"
 #include "windows/window_host.h"
 
 ErrorCommands::ErrorCommands(WindowSet windows, FitCommands& fits, frmCCCs& coefficients,
-                             QObject* parent)
-    : QObject(parent), windows_(windows), fits_(fits), coefficients_(coefficients) {}
+                             frmFitQuality& quality, QObject* parent)
+    : QObject(parent),
+      windows_(windows),
+      fits_(fits),
+      coefficients_(coefficients),
+      quality_(quality) {}
 
 void ErrorCommands::OpenConfidence() {
   if (windows_.session.Calculating || !windows_.data.CommitPending()) return;
@@ -59,4 +65,16 @@ void ErrorCommands::ShowCoefficients() {
 
 void ErrorCommands::LogCoefficients() {
   LogCrossCorrelation(coefficients_.Fit(), windows_.host);
+}
+
+void ErrorCommands::ShowQuality() {
+  ShowChild(quality_);
+}
+
+void ErrorCommands::FollowFit() {
+  quality_.ShowFit(windows_.session.Module);
+}
+
+void ErrorCommands::RefreshQuality() {
+  if (quality_.HasFit()) FollowFit();
 }

@@ -9,13 +9,14 @@
 class FitCommands;
 class frmCCCs;
 class frmConfInterval;
+class frmFitQuality;
 struct ConfidenceRequest;
 
 class ErrorCommands : public QObject {
   Q_OBJECT
  public:
   // All outlive this.
-  ErrorCommands(WindowSet windows, FitCommands& fits, frmCCCs& coefficients,
+  ErrorCommands(WindowSet windows, FitCommands& fits, frmCCCs& coefficients, frmFitQuality& quality,
                 QObject* parent = nullptr);
 
   // The button cmdCalcCI of frmData: opens frmConfInterval anew.
@@ -27,6 +28,15 @@ class ErrorCommands : public QObject {
   // Writes the table that frmCCCs shows to the log.
   void LogCoefficients();
 
+  // The menu "Fit Quality...": brings frmFitQuality to the front.
+  void ShowQuality();
+
+  // Fills frmFitQuality with the fit that has finished.
+  void FollowFit();
+
+  // The same if it shows a fit: names or constants have changed.
+  void RefreshQuality();
+
   // The fit that frmConfInterval was opened for is no longer the last one.
   void CloseConfidence();
 
@@ -36,5 +46,6 @@ class ErrorCommands : public QObject {
   WindowSet windows_;
   FitCommands& fits_;
   frmCCCs& coefficients_;
+  frmFitQuality& quality_;
   QPointer<frmConfInterval> confidence_;
 };

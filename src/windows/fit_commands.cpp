@@ -50,6 +50,7 @@ void FitCommands::ShowOutcome(const FitOutcome& outcome) {
   if (outcome.ending != FitEnding::kFinished) return;
   windows_.data.FitControl().SetFitDone(true);
   windows_.data.Results().ShowFit();
+  emit FitFinished();
   windows_.graphs.Refresh();
   windows_.log.MoveToEnd();
 }

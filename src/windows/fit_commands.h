@@ -26,6 +26,7 @@ class FitCommands : public QObject {
  signals:
   // A calculation begins or ends: what could disturb it is disabled meanwhile.
   void CalculatingChanged(bool on);
+  void FitFinished();  // and its values were taken over
   // A fit or search has ended, in whatever way.
   void CalculationEnded();
 

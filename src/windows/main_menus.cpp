@@ -9,6 +9,7 @@
 #include "core/recent_files.h"
 #include "windows/data_files.h"
 #include "windows/data_window.h"
+#include "windows/error_commands.h"
 #include "windows/experiment_commands.h"
 #include "windows/fit_commands.h"
 #include "windows/log_window.h"
@@ -193,6 +194,8 @@ void MainWindow::BuildFittingMenu(QMenu* options) {
   choice("mnuOptionDispLnK", tr("Display ln(K)s"), [this] { options_->SetKFormat(0); });
   choice("mnuOptionDispLog10K", tr("Display Log10(K)s"), [this] { options_->SetKFormat(1); });
   choice("mnuOptionDispK", tr("Display K"), [this] { options_->SetKFormat(2); });
+  fitting->addSeparator();
+  AddAction(fitting, "mnuFitQuality", tr("Fit Quality..."), [this] { errors_->ShowQuality(); });
 }
 
 // An entry of the bar itself, as the next one.

@@ -38,6 +38,7 @@
 #include "windows/option_commands.h"
 #include "windows/preview_window.h"
 #include "windows/print_commands.h"
+#include "windows/quality_window.h"
 #include "windows/set_ref_conc_window.h"
 #include "windows/sim_window.h"
 #include "windows/source_files_tab.h"
@@ -74,6 +75,7 @@ MainWindow::MainWindow(Session& session, QWidget* parent)
       data_(new DataWindow(session, *host_)),
       graphs_(new GraphsWindow(session)),
       coefficients_(new frmCCCs),
+      quality_(new frmFitQuality),
       preview_(new PreviewWindow(session, *host_)),
       setRefConc_(new SetRefConcWindow(session, *host_)),
       status_(new QLabel(QStringLiteral(" "))),
@@ -89,12 +91,13 @@ MainWindow::MainWindow(Session& session, QWidget* parent)
   logChild_ = AddChild(log_, false);
   graphsChild_ = AddChild(graphs_, true);
   coefficientsChild_ = AddChild(coefficients_, true);
+  AddChild(quality_, true)->hide();
   AddChild(preview_, true)->hide();
   AddChild(setRefConc_, true)->hide();
   experiments_ = new ExperimentCommands(AllWindows(), this);
   options_ = new OptionCommands(AllWindows(), this);
   fits_ = new FitCommands(AllWindows(), this);
-  errors_ = new ErrorCommands(AllWindows(), *fits_, *coefficients_, this);
+  errors_ = new ErrorCommands(AllWindows(), *fits_, *coefficients_, *quality_, this);
   prints_ = new PrintCommands(AllWindows(), *area_, this);
   BuildMenus();
   ConnectWindows();
@@ -174,6 +177,10 @@ void MainWindow::ConnectErrorAnalysis() {
   connect(data_, &DataWindow::CalcCIRequested, errors_, &ErrorCommands::OpenConfidence);
   connect(data_, &DataWindow::ShowCCCsRequested, errors_, &ErrorCommands::ShowCoefficients);
   connect(data_, &DataWindow::FitOutdated, errors_, &ErrorCommands::CloseConfidence);
+  connect(fits_, &FitCommands::FitFinished, errors_, &ErrorCommands::FollowFit);
+  connect(data_, &DataWindow::FitOutdated, quality_, &frmFitQuality::Clear);
+  connect(data_, &DataWindow::DatasetsChanged, errors_, &ErrorCommands::RefreshQuality);
+  connect(options_, &OptionCommands::ConstantsChanged, errors_, &ErrorCommands::RefreshQuality);
   connect(fits_, &FitCommands::CalculatingChanged, errors_, &ErrorCommands::CloseConfidence);
   connect(experiments_, &ExperimentCommands::ExperimentChanged, coefficientsChild_, &QWidget::hide);
   connect(coefficients_, &frmCCCs::LogRequested, errors_, &ErrorCommands::LogCoefficients);

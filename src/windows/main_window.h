@@ -27,6 +27,7 @@ class SimWindow;
 class SetRefConcWindow;
 class WindowHost;
 class frmCCCs;
+class frmFitQuality;
 
 class MainWindow : public QMainWindow {
   Q_OBJECT
@@ -94,6 +95,7 @@ class MainWindow : public QMainWindow {
   DataWindow* data_;
   GraphsWindow* graphs_;
   frmCCCs* coefficients_;
+  frmFitQuality* quality_;
   PreviewWindow* preview_;
   SetRefConcWindow* setRefConc_;
   ExperimentCommands* experiments_ = nullptr;

@@ -47,6 +47,7 @@ void OptionCommands::AskConstant(Constant constant) {
   } else {
     SetConstant(module, constant, *value);
     windows_.data.RefreshDisplay();
+    emit ConstantsChanged();
   }
 }
 

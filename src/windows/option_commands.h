@@ -23,6 +23,7 @@ class OptionCommands : public QObject {
  signals:
   // Menus must follow.
   void Changed();
+  void ConstantsChanged();  // vbar, density, critical coefficient, tolerance
 
  private:
   WindowSet windows_;

@@ -9,11 +9,14 @@
 #include <QPlainTextEdit>
 #include <QPushButton>
 #include <QRadioButton>
+#include <QTimer>
 
 #include "plot/chart_widget.h"
+#include "scan/file_check.h"
 #include "scan/file_list.h"
 #include "scan/preview.h"
 #include "windows/control_names.h"
+#include "windows/file_check_pane.h"
 
 namespace {
 
@@ -61,8 +64,7 @@ void SourceFilesTab::BuildWidgets() {
   auto* settings = new QVBoxLayout;
   settings->addWidget(BuildKindBox());
   settings->addWidget(BuildCenterpieceBox());
-  settings->addWidget(BuildFileBox());
-  settings->addStretch();
+  settings->addWidget(BuildFileBox(), 1);
   auto* folder = new QHBoxLayout;
   folder->addWidget(btnChangeDir_);
   folder->addWidget(lblCurrentDir_, 1);
@@ -124,7 +126,10 @@ QGroupBox* SourceFilesTab::BuildFileBox() {
   txtFileComment_->setReadOnly(true);
   txtFileComment_->setTabChangesFocus(true);
   const int line = QFontMetrics(txtFileComment_->font()).lineSpacing();
-  txtFileComment_->setFixedHeight(5 * line);  // two comment lines, and room to wrap them
+  txtFileComment_->setFixedHeight(3 * line + 10);  // two comment lines, one of them wrapped
+  paneFileCheck_ = new FileCheckPane;
+  checkTimer_ = new QTimer(this);
+  checkTimer_->setSingleShot(true);
   cmdPreviewIt_ = Button("cmdPreviewIt", "Preview", "Preview selected file");
   cmdLoadFile_ = Button("cmdLoadFile", "Load", "Load selected file");
   cmdLoadBlank_ = Button("cmdLoadBlank", "Load Blank", "Load selected file as a blank");
@@ -142,7 +147,9 @@ QGroupBox* SourceFilesTab::BuildFileBox() {
   buttons->addWidget(cmdLoadBlank_, 0, 1);
   buttons->addWidget(cmdLoadFile_, 1, 0);
   buttons->addWidget(cmdMultiLoad_, 1, 1);
-  layout->addLayout(buttons, 2, 0, 1, 2);
+  layout->addWidget(paneFileCheck_, 2, 0, 1, 2);
+  layout->addLayout(buttons, 3, 0, 1, 2);
+  layout->setRowStretch(2, 1);
   return box;
 }
 
@@ -157,6 +164,10 @@ void SourceFilesTab::ConnectSignals() {
       if (on) ChangeCenterpiece();
     });
   }
+  for (QCheckBox* channel : chkChannel_) {
+    connect(channel, &QCheckBox::toggled, this, &SourceFilesTab::CheckSoon);
+  }
+  connect(checkTimer_, &QTimer::timeout, this, &SourceFilesTab::ShowCheck);
   connect(btnChangeDir_, &QPushButton::clicked, this, &SourceFilesTab::ChangeFolder);
   connect(cmdRefreshLB_, &QPushButton::clicked, this, &SourceFilesTab::FillFileList);
   connect(comboDataFile_, &QComboBox::currentIndexChanged, this, &SourceFilesTab::ShowComments);
@@ -260,9 +271,25 @@ void SourceFilesTab::ShowFileNames(const std::vector<std::string>& names) {
 }
 
 void SourceFilesTab::ShowComments() {
+  CheckSoon();
   if (SelectedPath().empty()) return;
   const std::string lines = GetCommentLines(session_.Module.Store, SelectedPath(), host_);
   if (!lines.empty()) txtFileComment_->setPlainText(QString::fromStdString(lines));
+}
+
+void SourceFilesTab::CheckSoon() {
+  checkTimer_->start(0);
+}
+
+void SourceFilesTab::ShowCheck() {
+  const std::filesystem::path path = SelectedPath();
+  if (path.empty()) {
+    paneFileCheck_->Clear();
+    return;
+  }
+  FileCheck check = CheckFile(path, Settings());
+  std::string drift = TemperatureDrift(session_.Module.Store.Datasets, check.columns.temperature);
+  paneFileCheck_->ShowCheck(std::move(check), std::move(drift));
 }
 
 void SourceFilesTab::Preview() {

@@ -10,6 +10,7 @@
 #include "windows/session.h"
 
 class ChartWidget;
+class FileCheckPane;
 class QCheckBox;
 class QComboBox;
 class QGroupBox;
@@ -17,6 +18,7 @@ class QLabel;
 class QPlainTextEdit;
 class QPushButton;
 class QRadioButton;
+class QTimer;
 
 class SourceFilesTab : public QWidget {
   Q_OBJECT
@@ -29,6 +31,10 @@ class SourceFilesTab : public QWidget {
 
   // Loads dropped files with the current settings; what is no scan is named in a message.
   void LoadFiles(const QStringList& paths);
+
+  // The selected file, the settings or the loaded scans have changed: checks the file again, once
+  // for all changes until then.
+  void CheckSoon();
 
  signals:
   void DatasetsChanged();  // datasets were loaded
@@ -53,6 +59,7 @@ class SourceFilesTab : public QWidget {
   void FillFileList();
   void ShowFileNames(const std::vector<std::string>& names);
   void ShowComments();
+  void ShowCheck();
   void Preview();
   void ShowPreview(const Chart& chart, const QString& fileName);
   void MarkChannels();
@@ -74,6 +81,8 @@ class SourceFilesTab : public QWidget {
   QComboBox* comboDataFile_;
   QPushButton* cmdRefreshLB_;
   QPlainTextEdit* txtFileComment_;
+  FileCheckPane* paneFileCheck_;
+  QTimer* checkTimer_;
   QPushButton* cmdPreviewIt_;
   QPushButton* cmdLoadFile_;
   QPushButton* cmdLoadBlank_;

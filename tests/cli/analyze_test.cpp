@@ -51,6 +51,16 @@ TEST_F(AnalyzeTest, FitsTwoScansAndSaysSoEverywhere) {
     }
   }
   EXPECT_NEAR(sum, fit["chi_squared"], 1e-3 * sum);  // of the last, maybe rejected, step
+  const json& quality = result["quality"];
+  EXPECT_NEAR(
+      quality["datasets"][0]["share"].get<double>() + quality["datasets"][1]["share"].get<double>(),
+      1.0, 1e-12);
+  EXPECT_EQ(quality["datasets"][1]["points"], 60);
+  EXPECT_EQ(quality["datasets"][1]["name"], "2_3A20280.dat");
+  EXPECT_NEAR(60 * std::pow(quality["datasets"][0]["rms"].get<double>(), 2) / sum,
+              quality["datasets"][0]["share"], 1e-9);
+  EXPECT_TRUE(quality["datasets"][0].contains("runs_z"));
+  EXPECT_EQ(quality["at_default"], (json{"vbar", "density"}));
   EXPECT_EQ(result["datasets"][1]["name"], "2_3A20280.dat");
   EXPECT_DOUBLE_EQ(result["datasets"][1]["baseline"], fit["parameters"][1]["value"]);
   EXPECT_FALSE(fit.contains("mass_conservation"));

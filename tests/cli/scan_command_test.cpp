@@ -1,5 +1,7 @@
 // Faults caught here: load options that are not obeyed, a file that fails and stops the others,
 // usage errors without their status, help that does not answer.
+#include <algorithm>
+
 #include "cli/command_fixture.h"
 
 namespace {
@@ -45,6 +47,22 @@ TEST_F(ScanTest, LoadOptionsAreThoseOfAJob) {
     EXPECT_EQ(Run(arguments), row.status) << row.part;
     EXPECT_NE((out.str() + err.str()).find(row.part), std::string::npos) << out.str() << err.str();
   }
+}
+
+TEST_F(ScanTest, WarningsGoToStandardErrorAndChangeNothingElse) {
+  WriteScan("00001.RA3");
+  EXPECT_EQ(Run({"scan", Path("00001.RA3")}), 0);
+  const std::string table = out.str();
+  EXPECT_EQ(err.str(), "");
+  std::string text = ReadText(folder / "00001.RA3");
+  folder.Write("00001.RA3", text.replace(text.find("R 3 20.0"), 8, "I 3 25.0"));
+  WriteScan("00002.RA3");
+  EXPECT_EQ(Run({"scan", Path("00001.RA3"), Path("00002.RA3")}), 0);
+  EXPECT_EQ(err.str(), Path("00001.RA3") +
+                           ": An intensity scan (header I): its signals are light intensities. The "
+                           "models need absorbance.\nThe loaded scans were taken at 20.0 to 25.0 "
+                           "deg C. A fit knows one temperature only.\n");
+  EXPECT_EQ(std::count(table.begin(), table.end(), '\n') + 1, std::ranges::count(out.str(), '\n'));
 }
 
 TEST_F(ScanTest, UsageHasItsStatusAndHelpAnswers) {

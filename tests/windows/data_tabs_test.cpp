@@ -4,12 +4,14 @@
 #include <QComboBox>
 #include <QLabel>
 #include <QLineEdit>
+#include <QListWidget>
 #include <QLocale>
 #include <QMenu>
 #include <QPlainTextEdit>
 #include <QPointer>
 #include <QPushButton>
 #include <QSignalSpy>
+#include <QTableWidget>
 #include <QTest>
 #include <QVBoxLayout>
 #include <clocale>
@@ -109,6 +111,48 @@ TEST_F(DataTabs, KindChoosesFilesAndCenterpieces) {
     EXPECT_EQ(Find<QPlainTextEdit>("txtFileComment")->toPlainText(), "buffer A\n" + kHeader);
   }
   EXPECT_FALSE(Find("optFileType(3)")->isVisible());
+}
+
+TEST_F(DataTabs, ChecksTheSelectedFileAndFollowsTheSettings) {
+  folder.Write("a.RA1", Scan());
+  folder.Write("b.RA1", "note\r\n" + Scan());
+  folder.Write("c.RA1", std::string(9, 1));
+  const auto vanished = folder.Write("d.RA1", Scan());
+  source->RefreshDirectory();
+  std::filesystem::remove(vanished);
+  std::filesystem::create_directory(vanished);
+  const auto* grid = Find<QTableWidget>("gridFileCheck");
+  const auto* warnings = Find<QListWidget>("lstFileWarnings");
+  const auto row = [&](int k) {
+    QTest::qWait(1);
+    return grid->verticalHeaderItem(k)->text() + ": " + grid->item(k, 0)->text() + "|" +
+           grid->item(k, 1)->text();
+  };
+  const auto warned = [&] {
+    QStringList texts;
+    for (int k = 0; k < warnings->count(); ++k) texts << warnings->item(k)->text();
+    return texts.join('/');
+  };
+  EXPECT_EQ(row(5), "Points A: 60|60");
+  EXPECT_EQ(row(3), "Speed: 20000 rpm|20000 rpm");
+  EXPECT_EQ(warned(), "Nothing to warn of.");
+  Click("optCntrpiece(1)");
+  EXPECT_EQ(row(5), "Points A/B/C: 20/20/20|20/20/20");
+  Click("chkChannel(1)");
+  EXPECT_EQ(row(5), "Points A/C: 20/20|20/20");
+  EXPECT_TRUE(warned().startsWith("Channel A: only 20 points lie in its window."));
+  const char* cases[] = {"The header stands in line 3", "c.RA1 is a binary file!",
+                         "d.RA1: is a folder"};
+  for (int k = 0; k < 3; ++k) {
+    Find<QComboBox>("comboDataFile")->setCurrentIndex(k + 1);
+    QTest::qWait(1);
+    EXPECT_TRUE(warned().contains(cases[k])) << warned().toStdString();
+  }
+  EXPECT_EQ(row(3), "Speed: |");
+  Click("optFileType(1)");  // a list without files
+  EXPECT_EQ(row(0), "Kind: |");
+  EXPECT_EQ(warned(), "");
+  EXPECT_EQ(host.messages.size(), 0U);
 }
 
 TEST_F(DataTabs, CenterpieceSetsTheChannelsAndKeepsThePreview) {

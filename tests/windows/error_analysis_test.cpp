@@ -6,6 +6,7 @@
 #include <QComboBox>
 #include <QLabel>
 #include <QLineEdit>
+#include <QPlainTextEdit>
 #include <QPointer>
 #include <QPushButton>
 #include <QRadioButton>
@@ -16,7 +17,9 @@
 #include "support/fit_problem.h"
 #include "windows/confidence_window.h"
 #include "windows/correlation_window.h"
+#include "windows/data_window.h"
 #include "windows/main_window_fixture.h"
+#include "windows/quality_window.h"
 
 namespace {
 
@@ -292,4 +295,63 @@ TEST_F(ErrorAnalysis, CoefficientsAreShownLoggedAndHidden) {
   EXPECT_FALSE(coefficients->isVisible());
   Click("cmdShowCCCs");
   EXPECT_TRUE(coefficients->isVisible());
+}
+
+TEST_F(ErrorAnalysis, QualityFollowsTheFitAndGoesWithIt) {
+  const auto* grid = Find<QTableView>("gridQuality");
+  const auto remarks = [this] { return Find<QPlainTextEdit>("txtQualityRemarks")->toPlainText(); };
+  Trigger("mnuFitQuality");
+  EXPECT_TRUE(Find<frmFitQuality>("frmFitQuality")->isVisible());
+  EXPECT_TRUE(remarks().startsWith("There is no finished fit"));
+  EXPECT_TRUE(
+      std::holds_alternative<std::monostate>(Find<frmFitQuality>("frmFitQuality")->Printed()));
+  FitExample();
+  EXPECT_EQ(grid->model()->rowCount(), session.Module.Fit.NumFitSets);
+  EXPECT_EQ(grid->model()->index(0, 1).data().toInt(), session.Module.Fit.SetPointCount(1));
+  EXPECT_TRUE(std::holds_alternative<PrintedGrid>(Find<frmFitQuality>("frmFitQuality")->Printed()));
+  EXPECT_TRUE(remarks().contains("vbar and density"));
+  dialogs.texts = {"1.01"};
+  Trigger("mnuSetRho");
+  EXPECT_TRUE(remarks().contains("Still at the default: vbar."));
+  Find<QLineEdit>("txtLoadData(0)")->setText("renamed.dat");
+  Find<frmFitQuality>("frmFitQuality")->setFocus();
+  EXPECT_TRUE(Find<DataWindow>("frmData")->CommitPending());
+  EXPECT_EQ(grid->model()->index(0, 0).data(), "renamed.dat");
+  Click("cmdSetFit");
+  EXPECT_EQ(grid->model()->rowCount(), 0);
+  EXPECT_TRUE(remarks().startsWith("There is no finished fit"));
+}
+
+TEST(frmFitQuality, PointsOutWhatIsNoNoise) {
+  QuorvaneModule module;
+  FitState& fit = module.Fit = MakeProblem({.modelIndex = 0, .points = 12}, TypicalShared(0));
+  fit.FitYCalc = Array1<double>(fit.FitNumPoints, 0.0);
+  fit.FitCovar = Matrix1<double>(fit.FitMA, fit.FitMA);
+  module.Store.Datasets.assign(2, EmptyDataset());
+  module.Store.Datasets[1].FileName.SetBytes("second.dat");
+  // Few runs and alike neighbours in the first dataset, neither in the second.
+  const char* const signs[] = {"------++++++", "--++--+-++-+"};
+  for (int d = 1; d <= 2; ++d) {
+    for (int k = 0; k < 12; ++k)
+      fit.FitY(fit.SetFirstPoint(d) + k) = signs[d - 1][k] == '+' ? 1 : -1;
+  }
+  frmFitQuality window;
+  window.ShowFit(module);
+  auto* grid = window.findChild<QTableView*>("gridQuality");
+  for (int row = 0; row < 2; ++row) {
+    for (const int column : {6, 7, 8}) {
+      const bool flagged = row == 0 && column != 6;
+      const QModelIndex cell = grid->model()->index(row, column);
+      EXPECT_EQ(cell.data(Qt::BackgroundRole).isValid(), flagged) << row << ", " << column;
+      EXPECT_EQ(cell.data(Qt::ForegroundRole).isValid(), flagged);
+    }
+  }
+  window.show();
+  window.activateWindow();
+  ASSERT_TRUE(QTest::qWaitForWindowActive(&window));
+  grid->setFocus();
+  QTest::keyClick(grid, Qt::Key_C, Qt::ControlModifier);
+  const QStringList lines = QGuiApplication::clipboard()->text().split('\n');
+  EXPECT_EQ(lines.value(1), "1\t\t12\t1.0000\t50.0 %\t6 / 6\t2\t7.0\t-3.03\t0.33\tZ, DW");
+  EXPECT_EQ(lines.value(2), "2\tsecond.dat\t12\t1.0000\t50.0 %\t6 / 6\t8\t7.0\t0.61\t2.33\t");
 }

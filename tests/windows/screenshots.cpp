@@ -77,9 +77,18 @@ class Walk {
       help->grab().save(folder_ + "/help.png");
     }
     ErrorAnalysis();
+    Quality();
   }
 
  private:
+  // The quality of the last fit.
+  void Quality() {
+    Trigger("mnuFitQuality");
+    QTest::qWait(150);
+    auto* quality = window_.findChild<QWidget*>("frmFitQuality");
+    quality->parentWidget()->grab().save(folder_ + "/fit-quality.png");
+    quality->parentWidget()->close();
+  }
   // After a fit: confidence intervals, coefficients and how they are printed, About.
   void ErrorAnalysis() {
     Tab(2);
