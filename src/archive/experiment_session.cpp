@@ -88,6 +88,7 @@ void TakeUp(ReadExperiment&& read, const fs::path& path, QuorvaneModule& module,
   TakePage(experiment, module);
   TakeDatasets(std::move(experiment.Datasets), module.Store);
   module.Fit = {};
+  module.LastFit = {};
   module.CIRatios = {};
   if (experiment.layout == kOldLayout) {
     host.ShowMessage("Old Version EXP File",

@@ -13,7 +13,9 @@
 #include "cli/json_records.h"
 #include "cli/terminal_host.h"
 #include "core/fit_run.h"
+#include "core/report_file.h"
 #include "plot/offscreen.h"
+#include "plot/report_pages.h"
 #include "scan/dataset_files.h"
 #include "stats/correlation.h"
 
@@ -109,6 +111,16 @@ ExitStatus WriteTable(const Job& job, const QuorvaneModule& module) {
   return ExitStatus::kDone;
 }
 
+ExitStatus WritePaperReport(const Job& job, const QuorvaneModule& module) {
+  if (!job.output.report) return ExitStatus::kDone;
+  const OffscreenDrawing drawing;
+  const auto picture = [](const Chart& chart) {
+    return RenderChart(chart, PictureFormat::kSvg, kReportChart);
+  };
+  WriteReport(module, *job.output.report, {picture, RenderReportPages});
+  return ExitStatus::kDone;
+}
+
 // The worst of several endings: a file fault, then what was not done.
 ExitStatus Worst(std::initializer_list<ExitStatus> endings) {
   return std::max(endings);
@@ -117,13 +129,14 @@ ExitStatus Worst(std::initializer_list<ExitStatus> endings) {
 // The outputs that show the fit; `fitted` if there is a finished one.
 ExitStatus WriteFit(const Job& job, const QuorvaneModule& module, bool fitted, Host& host) {
   if (!fitted) {
-    if (job.output.table || job.output.graphsFolder) {
-      host.ReportFailure("There is no finished fit: table and graphs are not written.");
+    if (job.output.table || job.output.graphsFolder || job.output.report) {
+      host.ReportFailure("There is no finished fit: table, graphs and report are not written.");
     }
     return ExitStatus::kDone;
   }
   return Worst({Guarded(host, [&] { return WriteTable(job, module); }),
-                Guarded(host, [&] { return WritePictures(job, module); })});
+                Guarded(host, [&] { return WritePictures(job, module); }),
+                Guarded(host, [&] { return WritePaperReport(job, module); })});
 }
 
 // Quality, confidence intervals and correlation coefficients of a finished fit, into `json`; the
@@ -136,7 +149,7 @@ ExitStatus AnalyseErrors(const Job& job, const FitOutcome& fit, QuorvaneModule& 
   json["quality"] = QualityJson(module);
   if (job.confidence) {
     const ConfidenceRequest request = ConfidenceOf(job, module.Setup);
-    const ConfidenceOutcome found = CalcConfidence(module.Fit, request, host);
+    const ConfidenceOutcome found = SearchIntervals(module, request, host);
     json["confidence"] = ConfidenceJson(request, found);
     if (found.stopped || !found.error.empty()) status = ExitStatus::kNotDone;
     if (!found.error.empty()) host.ReportFailure("The confidence search failed: " + found.error);

@@ -42,6 +42,7 @@ Command AddAnalyze(CLI::App& app) {
       "    model = \"Ideal\"\n"
       "    [output]\n"
       "    archive = \"result.exz\"\n"
+      "    report = \"fit.html\"     methods, results, plots, files; .html or .pdf\n"
       "All keys stand in docs/user-guide.md.\n"
       "The log of the analysis goes to standard output, errors to standard error.\n"
       "Ctrl-C stops a running fit as a click in the log does.\n"

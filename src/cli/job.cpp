@@ -5,6 +5,7 @@
 #include "base/files.h"
 #include "base/text.h"
 #include "core/constants.h"
+#include "core/report_file.h"
 #include "fit/models.h"
 
 namespace fs = std::filesystem;
@@ -246,6 +247,10 @@ JobOutput ReadOutput(TableReader& root, const fs::path& folder) {
   output.dataFolder = ReadPath(*table, "data_folder", folder);
   output.graphsFolder = ReadPath(*table, "graphs_folder", folder);
   output.table = ReadPath(*table, "table", folder);
+  output.report = ReadPath(*table, "report", folder);
+  if (output.report && !ReportFormatOf(*output.report)) {
+    table->Fail("report", "a file name ending in .html or .pdf is wanted");
+  }
   if (const std::optional<std::string> format = table->Text("graphs_format")) {
     const std::optional<PictureFormat> known = PictureFormatFromText(*format);
     if (!known) table->Fail("graphs_format", "\"png\", \"svg\" or \"pdf\" is wanted");

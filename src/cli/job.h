@@ -91,6 +91,7 @@ struct JobOutput {
   std::optional<std::filesystem::path> graphsFolder;
   PictureFormat graphsFormat = PictureFormat::kPng;
   std::optional<std::filesystem::path> table;
+  std::optional<std::filesystem::path> report;  // .html or .pdf
 };
 
 struct Job {

@@ -97,6 +97,21 @@ void ReportFailure(const FitState& fit, const std::string& description, Host& ho
   host.PrintIt(kRule);
 }
 
+void RememberFit(QuorvaneModule& module, int iterations) {
+  FitRecord& record = module.LastFit;
+  record = {.finished = true,
+            .iterations = iterations,
+            .datasets = module.Store.Datasets,
+            .page = module.FitPage,
+            .cells = {},
+            .intervals = {}};
+  for (const std::int16_t channel : module.Setup.SetCellChannel) {
+    const auto place = static_cast<std::size_t>(channel);
+    const bool known = place < module.CellGeometries.size();
+    record.cells.emplace_back(known ? Trim(module.CellGeometries[place].name) : "");
+  }
+}
+
 // Assembly, minimisation and report; errors go up to the handler.
 FitOutcome FitAndReport(QuorvaneModule& module, Host& host) {
   FitState& fit = module.Fit;
@@ -136,6 +151,7 @@ FitOutcome FitAndReport(QuorvaneModule& module, Host& host) {
   fit.FitKeepGoing = false;
   host.SetStatus(" ");
   Report(module, outcome.iterations, watch, host);
+  RememberFit(module, outcome.iterations);
   outcome.ending = FitEnding::kFinished;
   return outcome;
 }
@@ -143,6 +159,7 @@ FitOutcome FitAndReport(QuorvaneModule& module, Host& host) {
 }  // namespace
 
 FitOutcome RunFit(QuorvaneModule& module, Host& host) {
+  module.LastFit = {};
   if (const auto refusal = CheckCellEnds(module, 0, module.Setup.NumFitSets, host)) {
     return Refusal(refusal->title, refusal->text);
   }
@@ -156,4 +173,13 @@ FitOutcome RunFit(QuorvaneModule& module, Host& host) {
   }
   ReportFailure(module.Fit, description, host);
   return {.ending = FitEnding::kFailed, .error = description, .where = module.Fit.CurrentProc};
+}
+
+ConfidenceOutcome SearchIntervals(QuorvaneModule& module, const ConfidenceRequest& request,
+                                  Host& host) {
+  ConfidenceOutcome outcome = CalcConfidence(module.Fit, request, host);
+  if (module.LastFit.finished && !outcome.intervals.empty()) {
+    module.LastFit.intervals = {request, outcome};
+  }
+  return outcome;
 }

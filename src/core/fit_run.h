@@ -23,5 +23,9 @@ struct FitOutcome {
 };
 
 // "Fit": fits module.Setup from the values of datasets and page. A failure is shown in a message
-// box and logged, never thrown.
+// box and logged, never thrown. LastFit is the record of this fit, or none unless it finished.
 FitOutcome RunFit(QuorvaneModule& module, Host& host);
+
+// CalcConfidence around module.Fit. LastFit keeps the request and the intervals found.
+ConfidenceOutcome SearchIntervals(QuorvaneModule& module, const ConfidenceRequest& request,
+                                  Host& host);

@@ -20,6 +20,7 @@ void StartNewExperiment(QuorvaneModule& module) {
   module.Setup = {};
   module.Setup.ModelIndex = model;
   module.Fit = {};
+  module.LastFit = {};
   module.CIRatios = {};
   module.ExperimentOpen = false;
 }

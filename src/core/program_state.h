@@ -5,6 +5,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <filesystem>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -14,6 +15,7 @@
 #include "fit/fit_state.h"
 #include "scan/cell_geometry.h"
 #include "scan/dataset_store.h"
+#include "stats/confidence.h"
 
 // Colours of series by position, as 0x00BBGGRR; entry 12 has all bits set on purpose.
 inline constexpr std::array<std::uint32_t, 16> GraphColors = {
@@ -26,11 +28,29 @@ struct CIRatios {
   double VarianceRatio = 0.0;  // 1 + nFit/NDF F(nFit, NDF, P)
 };
 
+// A search of confidence intervals that has ended, and what it was asked.
+struct IntervalSearch {
+  ConfidenceRequest request;
+  ConfidenceOutcome outcome;
+};
+
+// The last finished fit as it was made, beside the arrays of QuorvaneModule::Fit: edits, unloading
+// and changes of the page that come later do not touch it.
+struct FitRecord {
+  bool finished = false;                    // false: there is none
+  int iterations = 0;                       // of the fit
+  std::vector<Dataset> datasets;            // the whole store, with the fitted values
+  struct FitPage page;                      // with the fitted values
+  std::vector<std::string> cells;           // name of the cell geometry, by position in the fit
+  std::optional<IntervalSearch> intervals;  // the last search around this fit that found one
+};
+
 struct QuorvaneModule {
   DatasetStore Store;
   struct FitPage FitPage;
   FitSetup Setup;
   FitState Fit;
+  FitRecord LastFit;
   struct CIRatios CIRatios;
   bool ExperimentOpen = false;
 

@@ -63,8 +63,7 @@ class ModelReport {
 
   void Sigma(const std::string& suffix, int k) {
     const double speed = source_.statistics.maxSpeed;
-    const double sigma = Checked(
-        [&] { return speed * speed * source_.fit.FitA(k) * kOmegaFactor / source_.fit.TempK; });
+    const double sigma = SigmaAtMaxSpeed(source_.fit, source_.statistics, k);
     host_.PrintIt("Sigma" + suffix + " at Max. Speed of " + FormatNumber(speed, "##### RPM = ") +
                   FormatNumber(sigma, "#0.000 cm-2"));
   }
@@ -202,16 +201,8 @@ void LogMassConservation(const ReportSource& source, Host& host) {
   }
 }
 
-// A fitted logarithm as its exponential, with the error on the low side.
 std::string ReferenceText(const ReportSource& source, int k) {
-  const double v = source.fit.FitA(k);
-  const double sd = StandardError(source.fit, source.statistics, k);
-  double value = 0.0;
-  double error = 0.0;
-  CheckArithmetic([&] {
-    value = std::exp(v);
-    error = std::fabs(value - std::exp(v - sd));
-  });
+  const auto [value, error] = ReferenceConcentration(source.fit, source.statistics, k);
   return FormatNumber(value, kSigned) + std::string(kPlusMinus) + FormatNumber(error, "0.00E+00");
 }
 
@@ -230,6 +221,22 @@ FitStatistics CalcFitStatistics(const FitState& fit) {
 
 double StandardError(const FitState& fit, const FitStatistics& statistics, int k) {
   return Checked([&] { return std::sqrt(statistics.variance * fit.FitCovar(k, k)); });
+}
+
+ValueAndError ReferenceConcentration(const FitState& fit, const FitStatistics& statistics, int k) {
+  const double v = fit.FitA(k);
+  const double sd = StandardError(fit, statistics, k);
+  ValueAndError result;
+  CheckArithmetic([&] {
+    result.value = std::exp(v);
+    result.error = std::fabs(result.value - std::exp(v - sd));
+  });
+  return result;
+}
+
+double SigmaAtMaxSpeed(const FitState& fit, const FitStatistics& statistics, int k) {
+  const double speed = statistics.maxSpeed;
+  return Checked([&] { return speed * speed * fit.FitA(k) * kOmegaFactor / fit.TempK; });
 }
 
 void LogDatasetTable(const ReportSource& source, Host& host) {

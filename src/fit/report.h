@@ -25,6 +25,19 @@ FitStatistics CalcFitStatistics(const FitState& fit);
 // Throws ArithmeticFault for a negative one.
 double StandardError(const FitState& fit, const FitStatistics& statistics, int k);
 
+struct ValueAndError {
+  double value = 0.0;
+  double error = 0.0;
+};
+
+// A reference concentration, whose logarithm is FitA(k), with its error towards the low side.
+// Throws ArithmeticFault.
+ValueAndError ReferenceConcentration(const FitState& fit, const FitStatistics& statistics, int k);
+
+// Sigma at the highest speed of the fit of the buoyant weight FitA(k), 1/cm^2.
+// Throws ArithmeticFault.
+double SigmaAtMaxSpeed(const FitState& fit, const FitStatistics& statistics, int k);
+
 // All that the lines of a report are made from; the references outlive it.
 struct ReportSource {
   const FitState& fit;

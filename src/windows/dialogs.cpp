@@ -95,6 +95,8 @@ QString QtDialogs::SaveFile(QWidget* parent, const FileRequest& request) {
   dialog.setAcceptMode(QFileDialog::AcceptSave);
   // With a default suffix the dialog asks about the file that will really be written.
   dialog.setDefaultSuffix(SuffixOf(request.filter));
+  QObject::connect(&dialog, &QFileDialog::filterSelected, &dialog,
+                   [&dialog](const QString& filter) { dialog.setDefaultSuffix(SuffixOf(filter)); });
   dialog.selectFile(request.defaultName);
   if (dialog.exec() != QDialog::Accepted || dialog.selectedFiles().isEmpty()) return {};
   return dialog.selectedFiles().constFirst();

@@ -33,11 +33,13 @@ void FitCommands::RunFit() {
   QuorvaneModule& module = windows_.session.Module;
   if (windows_.session.Calculating || !windows_.data.CommitPending()) return;
   FitState last = module.Fit;
+  FitRecord record = std::move(module.LastFit);
   FitOutcome outcome;
   Calculate([&] { outcome = ::RunFit(module, windows_.host); });
   // The values stay those of the last fit, and so does what its error analysis works on.
   if (outcome.ending == FitEnding::kStopped || outcome.ending == FitEnding::kRefused) {
     module.Fit = std::move(last);
+    module.LastFit = std::move(record);
   }
   ShowOutcome(outcome);
   emit CalculationEnded();
@@ -60,7 +62,7 @@ void FitCommands::RunConfidence(const ConfidenceRequest& request) {
   Calculate([&] {
     windows_.frame.activateWindow();
     windows_.log.Editor()->setFocus();
-    CalcConfidence(windows_.session.Module.Fit, request, windows_.host);
+    SearchIntervals(windows_.session.Module, request, windows_.host);
   });
   emit CalculationEnded();
 }

@@ -7,6 +7,7 @@
 #include <QToolBar>
 
 #include "core/recent_files.h"
+#include "windows/child_window.h"
 #include "windows/data_files.h"
 #include "windows/data_window.h"
 #include "windows/error_commands.h"
@@ -15,7 +16,9 @@
 #include "windows/log_window.h"
 #include "windows/main_window.h"
 #include "windows/option_commands.h"
+#include "windows/overlay_window.h"
 #include "windows/print_commands.h"
+#include "windows/report_commands.h"
 #include "windows/result_panel.h"
 #include "windows/source_files_tab.h"
 
@@ -95,6 +98,7 @@ void MainWindow::BuildFileMenu() {
   AddAction(file, "mnuSaveLog", tr("Save Log &File"), [this] {
     if (log_->SaveLog()) data_->SourceFiles().RefreshDirectory();
   });
+  AddAction(file, "mnuSaveReport", tr("Save &Report"), [this] { reports_->Save(); });
   file->addSeparator();
   AddAction(file, "mnuFileExit", tr("&Exit"), [this] { close(); })->setShortcut(QKeySequence::Quit);
   connect(file, &QMenu::aboutToShow, this, &MainWindow::BuildRecentFiles);
@@ -124,6 +128,7 @@ void MainWindow::BuildGraphMenu() {
   AddToggle(graph, "mnuLogGraphs", tr("Show in &Log"), module.LogGraphs);
   AddToggle(graph, "mnuGraphSave", tr("&Save for Export"), module.SaveGraphs);
   AddAction(graph, "mnuExpGraph", tr("&Export"), [this] { options_->ExportGraphs(); });
+  AddAction(graph, "mnuOverlay", tr("&Overlay Datasets"), [this] { ShowChild(*overlay_); });
   AddAction(graph, "mnuCanGraphs", tr("&Delete All"), [this] { options_->DeleteGraphs(); });
   QMenu* colors = AddMenu(graph, "mnuGraphEdit", tr("Set Edit Colors"));
   AddAction(colors, "mnuSetGoodPointsColor", tr("Good Points"),
@@ -259,6 +264,8 @@ void MainWindow::UpdateActions() {
   Action("mnuFileSaveCorrected")->setEnabled(module.Store.NumDatasets() > 0);
   Action("mnuExpGraph")->setEnabled(module.NumGraphs() > 0);
   Action("mnuCanGraphs")->setEnabled(module.NumGraphs() > 0);
+  Action("mnuSaveReport")->setEnabled(module.LastFit.finished);
+  Action("mnuOverlay")->setEnabled(module.Store.NumDatasets() > 0);
   Action("mnuUseBuoyant")->setChecked(module.UseBuoyantMW);
   Action("mnuUseMW")->setChecked(!module.UseBuoyantMW);
   Action("mnuOptionDispLnK")->setChecked(module.KFormat == 0);

@@ -36,9 +36,11 @@
 #include "windows/log_window.h"
 #include "windows/match_window.h"
 #include "windows/option_commands.h"
+#include "windows/overlay_window.h"
 #include "windows/preview_window.h"
 #include "windows/print_commands.h"
 #include "windows/quality_window.h"
+#include "windows/report_commands.h"
 #include "windows/set_ref_conc_window.h"
 #include "windows/sim_window.h"
 #include "windows/source_files_tab.h"
@@ -77,6 +79,7 @@ MainWindow::MainWindow(Session& session, QWidget* parent)
       coefficients_(new frmCCCs),
       quality_(new frmFitQuality),
       preview_(new PreviewWindow(session, *host_)),
+      overlay_(new OverlayWindow(session)),
       setRefConc_(new SetRefConcWindow(session, *host_)),
       status_(new QLabel(QStringLiteral(" "))),
       escape_(new QShortcut(Qt::Key_Escape, this)) {
@@ -93,16 +96,19 @@ MainWindow::MainWindow(Session& session, QWidget* parent)
   coefficientsChild_ = AddChild(coefficients_, true);
   AddChild(quality_, true)->hide();
   AddChild(preview_, true)->hide();
+  AddChild(overlay_, true)->hide();
   AddChild(setRefConc_, true)->hide();
   experiments_ = new ExperimentCommands(AllWindows(), this);
   options_ = new OptionCommands(AllWindows(), this);
   fits_ = new FitCommands(AllWindows(), this);
   errors_ = new ErrorCommands(AllWindows(), *fits_, *coefficients_, *quality_, this);
   prints_ = new PrintCommands(AllWindows(), *area_, this);
+  reports_ = new ReportCommands(AllWindows(), this);
   BuildMenus();
   ConnectWindows();
   ConnectErrorAnalysis();
   ConnectEvaluations();
+  ConnectReports();
   RestorePlace();
   LogHead(*host_);
   session_.Module.ExperimentOpen = false;  // the head lines are no work of the user
@@ -206,6 +212,19 @@ void MainWindow::ConnectEvaluations() {
   connect(data_, &DataWindow::PageClosing, preview_, [this] { CloseChild(*preview_); });
 }
 
+// The report of a fit, and the plot of datasets that follows all that happens to them.
+void MainWindow::ConnectReports() {
+  connect(reports_, &ReportCommands::Saved, this,
+          [this] { data_->SourceFiles().RefreshDirectory(); });
+  connect(data_, &DataWindow::DatasetsChanged, overlay_, &OverlayWindow::Refresh);
+  connect(&data_->Editing(), &EditTab::Edited, overlay_, &OverlayWindow::Refresh);
+  connect(fits_, &FitCommands::CalculationEnded, overlay_, &OverlayWindow::Refresh);
+  connect(experiments_, &ExperimentCommands::ExperimentChanged, this, [this] {
+    overlay_->Refresh();
+    if (session_.Module.Store.Datasets.empty()) CloseChild(*overlay_);
+  });
+}
+
 // The log's clicks, scrolling and the moves of windows stay possible.
 void MainWindow::SetCalculating(bool on) {
   status_->setText(QStringLiteral(" "));
@@ -221,6 +240,7 @@ void MainWindow::SetCalculating(bool on) {
   if (sim_ != nullptr) sim_->SetCalculating(on);
   if (match_ != nullptr) match_->setEnabled(!on);
   coefficients_->setEnabled(!on);
+  overlay_->setEnabled(!on);
 }
 
 // Place and size as Qt counts them: the corner of the frame with its title, the size without.

@@ -81,6 +81,27 @@ TEST_F(AnalyzeTest, FitsTwoScansAndSaysSoEverywhere) {
   EXPECT_TRUE(ReadText(folder / "data/1_3A14280.dat").starts_with("one species :: "));
 }
 
+TEST_F(AnalyzeTest, WritesTheReportOfAFinishedFitOnly) {
+  const std::string job = std::string(kTwoScans) + "[fit]\nmodel = \"Ideal\"\n";
+  const std::string held = "[fit.parameters]\nMW = { fit = false }\n";
+  const std::string search = "[confidence]\npercent = 90\n";
+  ASSERT_EQ(Analyze(job + search + "[output]\nreport = \"fit.html\"\n"), 0) << err.str();
+  const std::string html = ReadText(folder / "fit.html");
+  EXPECT_NE(html.find("90.0 % interval"), std::string::npos);
+  EXPECT_NE(html.find(Path("00002.RA3")), std::string::npos);
+  ASSERT_EQ(Analyze(job + "[output]\nreport = \"fit.pdf\"\n"), 0) << err.str();
+  EXPECT_TRUE(ReadText(folder / "fit.pdf").starts_with("%PDF-"));
+  EXPECT_EQ(Analyze(job + "[output]\nreport = \"none/fit.pdf\"\n"), 3);
+  std::string nothing;
+  for (const char* number : {"1", "2"}) {
+    nothing += std::string("[[dataset]]\nnumber = ") + number +
+               "\nfit_baseline = false\nfit_ref_conc = false\n";
+  }
+  EXPECT_EQ(Analyze(nothing + job + held + "[output]\nreport = \"no.html\"\n"), 1);
+  EXPECT_NE(err.str().find("report are not written"), std::string::npos);
+  EXPECT_FALSE(std::filesystem::exists(folder / "no.html"));
+}
+
 TEST_F(AnalyzeTest, EditsFollowTheJobInTheirOrder) {
   ASSERT_EQ(Analyze(std::string(kTwoScans) +
                     "[[dataset]]\nnumber = 2\nname = \"renamed.dat\"\n"

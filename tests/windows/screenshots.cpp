@@ -78,6 +78,7 @@ class Walk {
     }
     ErrorAnalysis();
     Quality();
+    Overlay();
   }
 
  private:
@@ -88,6 +89,17 @@ class Walk {
     auto* quality = window_.findChild<QWidget*>("frmFitQuality");
     quality->parentWidget()->grab().save(folder_ + "/fit-quality.png");
     quality->parentWidget()->close();
+  }
+
+  // After a fit of three cells at three speeds.
+  void Overlay() {
+    Trigger("mnuOverlay");
+    auto* overlay = window_.findChild<QWidget*>("frmOverlay");
+    Click("optOverlay(1)");
+    Click("chkOverlayCurves");
+    QTest::qWait(150);
+    overlay->parentWidget()->grab().save(folder_ + "/overlay.png");
+    overlay->parentWidget()->close();
   }
   // After a fit: confidence intervals, coefficients and how they are printed, About.
   void ErrorAnalysis() {
