@@ -3,9 +3,9 @@
 
 #include <QWidget>
 
-#include "core/sim_display.h"
 #include "sim/simulate.h"
 #include "windows/printable.h"
+#include "windows/sim_display.h"
 #include "windows/sim_plot_tab.h"
 
 class Host;

@@ -1,4 +1,4 @@
-#include "core/sim_display.h"
+#include "windows/sim_display.h"
 
 #include <cstddef>
 

@@ -1,6 +1,6 @@
 // Faults caught here: an entry that is read in a form other than the one shown, digits lost on the
 // way there and back.
-#include "core/sim_display.h"
+#include "windows/sim_display.h"
 
 #include <gtest/gtest.h>
 
