@@ -137,9 +137,7 @@ QUORVANE_INLINE double EvaluateRows(const SetPlan& plan, Chunk& chunk) {
 }
 
 QUORVANE_INLINE double TestStepRows(const SetPlan& plan, const FirstStepPlan& step, Chunk& chunk) {
-  ChunkRow stepped;
-  const double constant = step.constant;
-  for (std::size_t j = 0; j < kChunk; ++j) stepped[j] = chunk.value[j] + constant;
+  ChunkRow stepped = chunk.value;
   for (std::size_t k = 0; k < plan.species; ++k) {
     const FirstStepPlan::Part part = step.parts[k];
     const ChunkRow& c = chunk.C(k);

@@ -58,14 +58,13 @@ struct SetPlan {
 };
 
 // The values after the first step of the rule in each parameter:
-//   value + constant + sum of c (factor exp(rate x) - signal).
+//   value + sum of c (factor exp(rate x) - signal).
 struct FirstStepPlan {
   struct Part {
     double factor = 0.0;
     double rate = 0.0;
     double signal = 0.0;
   };
-  double constant = 0.0;
   std::array<Part, kMaxSpecies> parts = {};
 };
 

@@ -91,7 +91,6 @@ class Planner {
   FirstStepPlan FirstStepOf(std::size_t parameter) const {
     const Derivative& derivative = signal[parameter];
     FirstStepPlan step;
-    if (derivative.step == 0.0) step.constant = plan.boundConstant;
     const double steps = model_.firstStep / kCommonStep;
     for (std::size_t k = 0; k < plan.species; ++k) {
       const Change& change = derivative.changes[k];
