@@ -9,6 +9,10 @@ std::string ProgressText(const Progress& progress) {
       return what + ": bracketing, " + FormatParam(progress.trial);
     case SearchPhase::kBisection:
       return what + ": bisection, " + FormatParam(progress.trial);
+    case SearchPhase::kStarts:
+      return what + ": " + std::to_string(progress.iteration) + " of " +
+             FormatNumber(progress.trial, "0") + " starts, least sum of squares " +
+             FormatNumber(progress.sumOfSquares, "0.000000E+00");
     case SearchPhase::kNone:
       break;
   }

@@ -4,17 +4,18 @@
 #include <string>
 #include <string_view>
 
-// What a confidence search does with its parameter.
-enum class SearchPhase { kNone, kBracketing, kBisection };
+// What a confidence search does with its parameter; or fits from many starts.
+enum class SearchPhase { kNone, kBracketing, kBisection, kStarts };
 
 struct Progress {
   std::string_view what;                   // "Fit", or the parameter under search
-  int iteration = 0;                       // of the running fit, from 1
+  int iteration = 0;                       // of the running fit, from 1; of starts, those ended
   double sumOfSquares = 0.0;               // in squared signal units
   SearchPhase phase = SearchPhase::kNone;  // of a search
-  double trial = 0.0;                      // value at which a search holds the parameter
+  double trial = 0.0;  // value at which a search holds the parameter; of starts, their number
 };
 
-// A line for status bar or terminal: "Fit: iteration 7, sum of squares 1.234567E-03" or
-// "LnK1: bracketing, 12.3450".
+// A line for status bar or terminal: "Fit: iteration 7, sum of squares 1.234567E-03",
+// "LnK1: bracketing, 12.3450" or "Check Minimum: 7 of 21 starts, least sum of squares
+// 1.234567E-03".
 std::string ProgressText(const Progress& progress);

@@ -139,19 +139,32 @@ ExitStatus WriteFit(const Job& job, const QuorvaneModule& module, bool fitted, H
                 Guarded(host, [&] { return WritePaperReport(job, module); })});
 }
 
-// Quality, confidence intervals and correlation coefficients of a finished fit, into `json`; the
-// last two into the log as well.
+// The fit again from many starts; a better minimum is told, and left to the user.
+ExitStatus CheckMinima(const MinimumRequest& request, QuorvaneModule& module, Json& json,
+                       TerminalHost& host) {
+  const MinimumOutcome outcome = CheckMinimum(module.Fit, request, host);
+  json["minima"] = MinimaJson(module.Fit, request, outcome);
+  if (outcome.better || outcome.stopped || outcome.minima.empty()) {
+    host.ReportFailure(MinimumSummary(outcome, request));
+  }
+  return outcome.stopped ? ExitStatus::kNotDone : ExitStatus::kDone;
+}
+
+// Minima, quality, confidence intervals and correlation coefficients of a finished fit, into `json`;
+// the last two into the log as well.
 ExitStatus AnalyseErrors(const Job& job, const FitOutcome& fit, QuorvaneModule& module, Json& json,
                          TerminalHost& host) {
   json = Json::object();
   if (!job.fit || fit.ending != FitEnding::kFinished) return ExitStatus::kDone;
   ExitStatus status = ExitStatus::kDone;
+  if (job.fit->minima) status = CheckMinima(*job.fit->minima, module, json, host);
   json["quality"] = QualityJson(module);
   if (job.confidence) {
     const ConfidenceRequest request = ConfidenceOf(job, module.Setup);
     const ConfidenceOutcome found = SearchIntervals(module, request, host);
-    json["confidence"] = ConfidenceJson(request, found);
+    json["confidence"] = ConfidenceJson(module.Fit, request, found);
     if (found.stopped || !found.error.empty()) status = ExitStatus::kNotDone;
+    if (found.better) host.ReportFailure(BetterFitText(module.Fit, *found.better));
     if (!found.error.empty()) host.ReportFailure("The confidence search failed: " + found.error);
   }
   if (job.crossCorrelation) {

@@ -44,6 +44,8 @@ Command AddAnalyze(CLI::App& app) {
       "    archive = \"result.exz\"\n"
       "    report = \"fit.html\"     methods, results, plots, files; .html or .pdf\n"
       "All keys stand in docs/user-guide.md.\n"
+      "\"starts = 20\" in [fit] repeats the fit from so many scattered starts (\"seed = 1\")\n"
+      "and lists the minima found in the JSON.\n"
       "The log of the analysis goes to standard output, errors to standard error.\n"
       "Ctrl-C stops a running fit as a click in the log does.\n"
       "Exit status: 0 done, 1 refused, failed or stopped, 2 bad usage or bad job,\n"

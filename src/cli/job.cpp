@@ -170,6 +170,20 @@ void CheckFit(const JobFit& fit) {
   }
 }
 
+// "starts" and "seed" of [fit].
+std::optional<MinimumRequest> ReadMinima(TableReader& table) {
+  constexpr int kMostStarts = 10000;
+  const std::optional<int> starts = table.Integer("starts");
+  const std::optional<int> seed = table.Integer("seed");
+  if (!starts && seed) table.Fail("seed", "it is that of the starts, which are missing");
+  if (!starts) return std::nullopt;
+  if (*starts < 1 || *starts > kMostStarts) table.Fail("starts", "1 to 10000 is wanted");
+  MinimumRequest request{.starts = *starts};
+  if (seed && *seed < 0) table.Fail("seed", "it must not be negative");
+  if (seed) request.seed = static_cast<std::uint64_t>(*seed);
+  return request;
+}
+
 std::optional<JobFit> ReadFit(TableReader& root) {
   std::optional<TableReader> table = root.Table("fit");
   if (!table) return std::nullopt;
@@ -180,6 +194,7 @@ std::optional<JobFit> ReadFit(TableReader& root) {
   fit.calcLoadingConcs = table->Flag("calc_loading_concs").value_or(false);
   fit.timeLimit = table->Number("time_limit");
   fit.repeat = table->Integer("repeat").value_or(1);
+  fit.minima = ReadMinima(*table);
   fit.parameters = ReadParameters(*table);
   table->RefuseUnknownKeys();
   if (fit.timeLimit && !(*fit.timeLimit > 0.0)) {

@@ -14,6 +14,7 @@
 #include "plot/chart_export.h"
 #include "scan/loading.h"
 #include "stats/confidence.h"
+#include "stats/minimum_check.h"
 
 // How a file is to be loaded: the words of a job and of the options of `scan`.
 struct LoadWords {
@@ -73,6 +74,7 @@ struct JobFit {
   bool calcLoadingConcs = false;
   std::optional<double> timeLimit;  // seconds
   int repeat = 1;
+  std::optional<MinimumRequest> minima;            // the check that follows
   std::map<std::string, JobParameter> parameters;  // by their names on the page
 };
 

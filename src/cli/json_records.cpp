@@ -64,6 +64,15 @@ Json ParametersJson(const FitState& fit, const FitStatistics* statistics) {
   return parameters;
 }
 
+// Other values of the parameters of `fit`.
+Json ValuesJson(const FitState& fit, const Array1<double>& values) {
+  Json list = Json::array();
+  for (int k = 1; k <= fit.FitMA; ++k) {
+    list.push_back({{"name", std::string(Trim(fit.FitParamNames(k)))}, {"value", values(k)}});
+  }
+  return list;
+}
+
 Json MatrixJson(const Matrix1<double>& matrix) {
   Json rows = Json::array();
   for (int j = 1; j <= matrix.rows(); ++j) {
@@ -196,7 +205,8 @@ Json QualityJson(const QuorvaneModule& module) {
           {"remarks", QualityRemarks(quality)}};
 }
 
-Json ConfidenceJson(const ConfidenceRequest& request, const ConfidenceOutcome& outcome) {
+Json ConfidenceJson(const FitState& fit, const ConfidenceRequest& request,
+                    const ConfidenceOutcome& outcome) {
   Json intervals = Json::array();
   for (const ConfidenceInterval& interval : outcome.intervals) {
     intervals.push_back({{"name", interval.name},
@@ -204,9 +214,30 @@ Json ConfidenceJson(const ConfidenceRequest& request, const ConfidenceOutcome& o
                          {"lower", interval.lower},
                          {"upper", interval.upper}});
   }
-  return {{"percent", request.percent}, {"method", static_cast<int>(request.method)},
-          {"ratio", outcome.ratio},     {"stopped", outcome.stopped},
-          {"seconds", outcome.seconds}, {"intervals", intervals}};
+  Json json = {{"percent", request.percent}, {"method", static_cast<int>(request.method)},
+               {"ratio", outcome.ratio},     {"stopped", outcome.stopped},
+               {"seconds", outcome.seconds}, {"intervals", intervals}};
+  if (outcome.better) {
+    json["better_minimum"] = {{"chi_squared", outcome.better->sum},
+                              {"parameters", ValuesJson(fit, outcome.better->parameters)}};
+  }
+  return json;
+}
+
+Json MinimaJson(const FitState& fit, const MinimumRequest& request, const MinimumOutcome& outcome) {
+  Json list = Json::array();
+  for (const FoundMinimum& minimum : outcome.minima) {
+    list.push_back({{"chi_squared", minimum.sum},
+                    {"rms", minimum.rms},
+                    {"starts", minimum.starts},
+                    {"current", minimum.current},
+                    {"parameters", ValuesJson(fit, minimum.parameters)}});
+  }
+  return {{"starts", request.starts},   {"seed", request.seed},
+          {"stopped", outcome.stopped}, {"ended", outcome.ended},
+          {"failed", outcome.failed},   {"chi_squared", outcome.currentSum},
+          {"seconds", outcome.seconds}, {"better", outcome.better.has_value()},
+          {"found", std::move(list)}};
 }
 
 Json CrossCorrelationJson(const QuorvaneModule& module) {

@@ -4,6 +4,7 @@
 #include "cli/json_text.h"
 #include "core/fit_run.h"
 #include "stats/confidence.h"
+#include "stats/minimum_check.h"
 
 // {"program", "version"}: the start of every document.
 Json DocumentHead();
@@ -21,7 +22,11 @@ Json FitJson(const QuorvaneModule& module, const FitOutcome& outcome);
 // Throws ArithmeticFault.
 Json QualityJson(const QuorvaneModule& module);
 
-Json ConfidenceJson(const ConfidenceRequest& request, const ConfidenceOutcome& outcome);
+Json ConfidenceJson(const FitState& fit, const ConfidenceRequest& request,
+                    const ConfidenceOutcome& outcome);
+
+// The check of the minimum of `fit`.
+Json MinimaJson(const FitState& fit, const MinimumRequest& request, const MinimumOutcome& outcome);
 
 // The coefficients of the fit that module.Fit holds. Throws ArithmeticFault.
 Json CrossCorrelationJson(const QuorvaneModule& module);

@@ -183,3 +183,9 @@ ConfidenceOutcome SearchIntervals(QuorvaneModule& module, const ConfidenceReques
   }
   return outcome;
 }
+
+void TakeAsStart(QuorvaneModule& module, const Array1<double>& values) {
+  FitState other = module.Fit;
+  other.FitA = values;
+  UpdateParameters(other, module.FitPage, module.Store.Datasets);
+}

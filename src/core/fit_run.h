@@ -29,3 +29,8 @@ FitOutcome RunFit(QuorvaneModule& module, Host& host);
 // CalcConfidence around module.Fit. LastFit keeps the request and the intervals found.
 ConfidenceOutcome SearchIntervals(QuorvaneModule& module, const ConfidenceRequest& request,
                                   Host& host);
+
+// Puts other values of the parameters of module.Fit, in the order of FitA, into page and datasets,
+// as a fit that ended there would: the start of the next one. module.Fit stays as it is.
+// Throws ArithmeticFault for a reference concentration beyond all bounds; then nothing changed.
+void TakeAsStart(QuorvaneModule& module, const Array1<double>& values);

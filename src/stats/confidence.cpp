@@ -17,16 +17,18 @@
 #include "base/text.h"
 #include "fit/fit_state.h"
 #include "stats/limit_search.h"
+#include "stats/minimum_check.h"
 #include "stats/quantiles.h"
 
 namespace {
 
-// The Host of one search: keeps its lines for the log, hears of a stop through a flag.
+// The Host of one search: keeps its lines for the log, hears of a stop through a flag, and
+// remembers a better minimum that the fits come upon.
 class SearchHost : public Host {
  public:
   // A search begins at `start`.
   SearchHost(FitState& fit, const std::atomic<bool>& stop, double start)
-      : fit_(fit), stop_(stop), trial_(start) {}
+      : fit_(fit), stop_(stop), trial_(start), lowest_((1.0 - kClearly) * AcceptedSum(fit)) {}
 
   void PrintIt(std::string_view text) override { lines.emplace_back(text); }
   void ShowMessage(std::string_view, std::string_view, MessageIcon) override {}
@@ -37,7 +39,10 @@ class SearchHost : public Host {
   void SetStatus(std::string_view) override {}
   // Fits between two trial values have nothing to say that a reader could follow.
   void ReportProgress(const Progress& progress) override {
-    if (progress.phase == SearchPhase::kNone) return;
+    if (progress.phase == SearchPhase::kNone) {
+      RememberBetter();
+      return;
+    }
     const std::lock_guard<std::mutex> lock(mutex_);
     phase_ = progress.phase;
     trial_ = progress.trial;
@@ -51,14 +56,26 @@ class SearchHost : public Host {
     return {.what = name, .phase = phase_, .trial = trial_};
   }
 
-  std::vector<std::string> lines;  // to be read when the search has ended
+  // To be read when the search has ended.
+  std::vector<std::string> lines;
+  std::optional<BetterFit> better;
 
  private:
+  static constexpr double kClearly = 1e-3;  // more than a fit that ended early leaves
+
+  void RememberBetter() {
+    const double sum = fit_.Memory.bestChiSq;
+    if (!(sum < lowest_)) return;
+    lowest_ = sum;
+    better = BetterFit{sum, fit_.FitA};
+  }
+
   FitState& fit_;
   const std::atomic<bool>& stop_;
   mutable std::mutex mutex_;  // guards what follows
   SearchPhase phase_ = SearchPhase::kBracketing;
   double trial_;
+  double lowest_;  // what a better minimum has to stay below; of the search's thread alone
 };
 
 // The search of one parameter.
@@ -178,6 +195,10 @@ void RunSearches(std::vector<std::unique_ptr<Search>>& searches, FitState& fit, 
     }
     outcome.stopped = !fit.FitKeepGoing;
   }
+  for (const auto& search : searches) {
+    const std::optional<BetterFit>& better = search->host.better;
+    if (better && (!outcome.better || better->sum < outcome.better->sum)) outcome.better = better;
+  }
   if (fault) std::rethrow_exception(fault);
 }
 
@@ -210,6 +231,12 @@ void LogFault(const std::exception& fault, Host& host) {
 }
 
 }  // namespace
+
+std::string BetterFitText(const FitState& fit, const BetterFit& better) {
+  const auto sum = [](double value) { return FormatNumber(value, "0.00000E+00"); };
+  return "A better minimum was met in the search: its sum of squares is " + sum(better.sum) +
+         ", that of the fit " + sum(AcceptedSum(fit)) + ". The intervals are of the worse one.";
+}
 
 std::vector<std::string_view> ConfidenceCaptions(int modelIndex) {
   switch (modelIndex) {

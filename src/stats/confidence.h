@@ -1,9 +1,12 @@
 // Joint confidence intervals of the shared parameters of a fit, by a search on the variance ratio.
 #pragma once
 
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
+
+#include "base/array1.h"
 
 class Host;
 struct FitState;
@@ -26,13 +29,26 @@ struct ConfidenceInterval {
   double upper = 0.0;
 };
 
+// Values with a lower sum of squares than the fit under search.
+struct BetterFit {
+  double sum = 0.0;
+  Array1<double> parameters;  // in the order of FitA
+};
+
 struct ConfidenceOutcome {
   bool stopped = false;  // by the user
   std::string error;     // description of the fault that ended it; empty if none did
   double ratio = 0.0;    // the variance ratio sought
   double seconds = 0.0;  // of the whole search, steady clock
   std::vector<ConfidenceInterval> intervals;  // those found, in the order of FitA
+
+  // The best that the searches met, if it lies below the fit by a relative 1e-3 or more: then the
+  // fit did not stand at its best minimum, and its intervals are not to be trusted.
+  std::optional<BetterFit> better;
 };
+
+// "A better minimum was met in the search: ...", for a window or a terminal.
+std::string BetterFitText(const FitState& fit, const BetterFit& better);
 
 // Captions of the shared parameters of a model, in the order of FitA, as windows show them.
 std::vector<std::string_view> ConfidenceCaptions(int modelIndex);

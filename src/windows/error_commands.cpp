@@ -11,7 +11,9 @@
 #include "windows/correlation_window.h"
 #include "windows/data_window.h"
 #include "windows/fit_commands.h"
+#include "windows/fit_control_tab.h"
 #include "windows/log_window.h"
+#include "windows/minima_window.h"
 #include "windows/quality_window.h"
 #include "windows/session.h"
 #include "windows/window_host.h"
@@ -26,7 +28,7 @@ ErrorCommands::ErrorCommands(WindowSet windows, FitCommands& fits, frmCCCs& coef
 
 void ErrorCommands::OpenConfidence() {
   if (windows_.session.Calculating || !windows_.data.CommitPending()) return;
-  CloseConfidence();
+  CloseForFit();
   confidence_ = new frmConfInterval(windows_.session, &windows_.frame);
   connect(confidence_, &frmConfInterval::CalculateRequested, this, &ErrorCommands::Search);
   confidence_->setAttribute(Qt::WA_DeleteOnClose);
@@ -42,8 +44,32 @@ void ErrorCommands::Search(const ConfidenceRequest& request) {
   if (window) window->deleteLater();
 }
 
-void ErrorCommands::CloseConfidence() {
+void ErrorCommands::OpenMinima() {
+  if (windows_.session.Calculating || !windows_.data.CommitPending()) return;
+  if (!windows_.data.FitControl().FitDone()) return;  // the entry that was pending outdated it
+  CloseForFit();
+  minima_ = new frmMinima(&windows_.frame);
+  connect(minima_, &frmMinima::CheckRequested, this, &ErrorCommands::CheckMinima);
+  connect(minima_, &frmMinima::StopRequested, &fits_, &FitCommands::Stop);
+  connect(minima_, &frmMinima::UseRequested, &fits_, &FitCommands::UseAsStart);
+  minima_->setAttribute(Qt::WA_DeleteOnClose);
+  minima_->show();
+}
+
+void ErrorCommands::CheckMinima(const MinimumRequest& request) {
+  const QPointer<frmMinima> window = minima_;
+  checking_ = true;
+  window->SetRunning(true);
+  const MinimumOutcome outcome = fits_.RunMinimumCheck(request);
+  checking_ = false;
+  if (!window) return;
+  window->SetRunning(false);
+  window->ShowOutcome(windows_.session.Module.Fit, request, outcome);
+}
+
+void ErrorCommands::CloseForFit() {
   if (confidence_ && confidence_->isVisible()) confidence_->close();
+  if (minima_ && !checking_) minima_->close();
 }
 
 void ErrorCommands::ShowCoefficients() {

@@ -10,7 +10,9 @@ class FitCommands;
 class frmCCCs;
 class frmConfInterval;
 class frmFitQuality;
+class frmMinima;
 struct ConfidenceRequest;
+struct MinimumRequest;
 
 class ErrorCommands : public QObject {
   Q_OBJECT
@@ -37,10 +39,14 @@ class ErrorCommands : public QObject {
   // The same if it shows a fit: names or constants have changed.
   void RefreshQuality();
 
-  // The fit that frmConfInterval was opened for is no longer the last one.
-  void CloseConfidence();
+  // The menu mnuCheckMinimum: opens frmMinima anew.
+  void OpenMinima();
+
+  // The fit that frmConfInterval or frmMinima was opened for is no longer the last one.
+  void CloseForFit();
 
  private:
+  void CheckMinima(const MinimumRequest& request);
   void Search(const ConfidenceRequest& request);
 
   WindowSet windows_;
@@ -48,4 +54,6 @@ class ErrorCommands : public QObject {
   frmCCCs& coefficients_;
   frmFitQuality& quality_;
   QPointer<frmConfInterval> confidence_;
+  QPointer<frmMinima> minima_;
+  bool checking_ = false;  // a check of frmMinima runs, and it stays open
 };

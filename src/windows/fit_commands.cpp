@@ -2,8 +2,10 @@
 
 #include <QTextEdit>
 
+#include "base/arithmetic.h"
 #include "core/fit_run.h"
 #include "stats/confidence.h"
+#include "stats/minimum_check.h"
 #include "windows/busy_pointer.h"
 #include "windows/data_window.h"
 #include "windows/fit_control_tab.h"
@@ -59,12 +61,37 @@ void FitCommands::ShowOutcome(const FitOutcome& outcome) {
 
 void FitCommands::RunConfidence(const ConfidenceRequest& request) {
   if (windows_.session.Calculating) return;
+  const FitState& fit = windows_.session.Module.Fit;
+  ConfidenceOutcome outcome;
   Calculate([&] {
     windows_.frame.activateWindow();
     windows_.log.Editor()->setFocus();
-    SearchIntervals(windows_.session.Module, request, windows_.host);
+    outcome = SearchIntervals(windows_.session.Module, request, windows_.host);
   });
   emit CalculationEnded();
+  if (!outcome.better || windows_.session.StopRequested) return;
+  const std::string text =
+      BetterFitText(fit, *outcome.better) + "\n\nUse its values as the start of a new fit?";
+  if (windows_.host.AskYesNo("Confidence Intervals", text)) UseAsStart(outcome.better->parameters);
+}
+
+MinimumOutcome FitCommands::RunMinimumCheck(const MinimumRequest& request) {
+  MinimumOutcome outcome;
+  if (windows_.session.Calculating) return outcome;
+  Calculate([&] { outcome = CheckMinimum(windows_.session.Module.Fit, request, windows_.host); });
+  emit CalculationEnded();
+  return outcome;
+}
+
+void FitCommands::UseAsStart(const Array1<double>& parameters) {
+  try {
+    TakeAsStart(windows_.session.Module, parameters);
+  } catch (const ArithmeticFault& fault) {
+    windows_.host.ShowMessage("Use as Start", fault.what(), MessageIcon::kExclamation);
+    return;
+  }
+  windows_.data.FitControl().ShowValues();
+  windows_.data.FitControl().SetFitDone(false);
 }
 
 void FitCommands::Stop() {

@@ -3,10 +3,14 @@
 
 #include <QObject>
 
+#include "base/array1.h"
 #include "windows/window_set.h"
 
+struct ConfidenceOutcome;
 struct ConfidenceRequest;
 struct FitOutcome;
+struct MinimumOutcome;
+struct MinimumRequest;
 
 class FitCommands : public QObject {
   Q_OBJECT
@@ -17,8 +21,15 @@ class FitCommands : public QObject {
   void RunFit();
 
   // The press of "Calculate" in frmConfInterval, for the last fit. Returns when the search has
-  // ended; does nothing while a calculation runs.
+  // ended; does nothing while a calculation runs. Afterwards it offers a better minimum that the
+  // search has met as the new start.
   void RunConfidence(const ConfidenceRequest& request);
+
+  // The press of "Check" in frmMinima, for the last fit, likewise.
+  MinimumOutcome RunMinimumCheck(const MinimumRequest& request);
+
+  // Puts values of the parameters of the last fit into the page: the start of the next one.
+  void UseAsStart(const Array1<double>& parameters);
 
   // Ends the running calculation at its next check.
   void Stop();

@@ -141,6 +141,7 @@ void FitControlTab::RefreshDisplay() {
 }
 
 void FitControlTab::SetFitDone(bool done) {
+  fitDone_ = done;
   cmdCalcCI_->setEnabled(done);
   cmdShowCCCs_->setEnabled(done);
   if (!done) emit FitOutdated();

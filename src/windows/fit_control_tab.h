@@ -32,6 +32,7 @@ class FitControlTab : public QWidget {
 
   // Whether there is a fit whose error analysis can be shown.
   void SetFitDone(bool done);
+  bool FitDone() const { return fitDone_; }
 
   // Stores what was typed and not yet stored. False if it was refused; then the message has been
   // shown and the box has the focus.
@@ -66,5 +67,6 @@ class FitControlTab : public QWidget {
   QPushButton* cmdPreviewFit_;
   QPushButton* cmdCalcCI_;
   QPushButton* cmdShowCCCs_;
+  bool fitDone_ = false;
   QPointer<QWidget> focused_;  // before the calculation that runs
 };

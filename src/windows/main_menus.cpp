@@ -13,6 +13,7 @@
 #include "windows/error_commands.h"
 #include "windows/experiment_commands.h"
 #include "windows/fit_commands.h"
+#include "windows/fit_control_tab.h"
 #include "windows/log_window.h"
 #include "windows/main_window.h"
 #include "windows/option_commands.h"
@@ -201,6 +202,7 @@ void MainWindow::BuildFittingMenu(QMenu* options) {
   choice("mnuOptionDispK", tr("Display K"), [this] { options_->SetKFormat(2); });
   fitting->addSeparator();
   AddAction(fitting, "mnuFitQuality", tr("Fit Quality..."), [this] { errors_->ShowQuality(); });
+  AddAction(fitting, "mnuCheckMinimum", tr("Check Minimum..."), [this] { errors_->OpenMinima(); });
 }
 
 // An entry of the bar itself, as the next one.
@@ -266,6 +268,7 @@ void MainWindow::UpdateActions() {
   Action("mnuCanGraphs")->setEnabled(module.NumGraphs() > 0);
   Action("mnuSaveReport")->setEnabled(module.LastFit.finished);
   Action("mnuOverlay")->setEnabled(module.Store.NumDatasets() > 0);
+  Action("mnuCheckMinimum")->setEnabled(data_->FitControl().FitDone());
   Action("mnuUseBuoyant")->setChecked(module.UseBuoyantMW);
   Action("mnuUseMW")->setChecked(!module.UseBuoyantMW);
   Action("mnuOptionDispLnK")->setChecked(module.KFormat == 0);

@@ -182,12 +182,13 @@ void MainWindow::ConnectWindows() {
 void MainWindow::ConnectErrorAnalysis() {
   connect(data_, &DataWindow::CalcCIRequested, errors_, &ErrorCommands::OpenConfidence);
   connect(data_, &DataWindow::ShowCCCsRequested, errors_, &ErrorCommands::ShowCoefficients);
-  connect(data_, &DataWindow::FitOutdated, errors_, &ErrorCommands::CloseConfidence);
+  connect(data_, &DataWindow::FitOutdated, errors_, &ErrorCommands::CloseForFit);
   connect(fits_, &FitCommands::FitFinished, errors_, &ErrorCommands::FollowFit);
   connect(data_, &DataWindow::FitOutdated, quality_, &frmFitQuality::Clear);
   connect(data_, &DataWindow::DatasetsChanged, errors_, &ErrorCommands::RefreshQuality);
   connect(options_, &OptionCommands::ConstantsChanged, errors_, &ErrorCommands::RefreshQuality);
-  connect(fits_, &FitCommands::CalculatingChanged, errors_, &ErrorCommands::CloseConfidence);
+  connect(fits_, &FitCommands::CalculatingChanged, errors_, &ErrorCommands::CloseForFit);
+  connect(data_, &DataWindow::FitOutdated, this, &MainWindow::UpdateActions);
   connect(experiments_, &ExperimentCommands::ExperimentChanged, coefficientsChild_, &QWidget::hide);
   connect(coefficients_, &frmCCCs::LogRequested, errors_, &ErrorCommands::LogCoefficients);
   connect(coefficients_, &frmCCCs::PrintRequested, this,
@@ -435,7 +436,7 @@ void MainWindow::closeEvent(QCloseEvent* event) {
   SaveSettings(session_.Module, session_.CurrentFolder, session_.Settings, *host_);
   SavePlace();
   if (help_ != nullptr) help_->close();
-  errors_->CloseConfidence();
+  errors_->CloseForFit();
   event->accept();
 }
 

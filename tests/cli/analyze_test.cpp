@@ -102,6 +102,33 @@ TEST_F(AnalyzeTest, WritesTheReportOfAFinishedFitOnly) {
   EXPECT_FALSE(std::filesystem::exists(folder / "no.html"));
 }
 
+TEST_F(AnalyzeTest, StartsCheckTheMinimumAndLeaveTheFitAlone) {
+  const std::string job = std::string(kTwoScans) + "[fit]\nmodel = \"Ideal\"\nrepeat = 2\n";
+  ASSERT_EQ(Analyze(job), 0);
+  const json plain = Result();
+  EXPECT_FALSE(plain.contains("minima"));
+  ASSERT_EQ(Analyze(job + "starts = 6\nseed = 3\n"), 0) << err.str();
+  const json result = Result();
+  const json& minima = result["minima"];
+  EXPECT_EQ(minima["starts"], 6);
+  EXPECT_EQ(minima["seed"], 3);
+  EXPECT_EQ(minima["stopped"], false);
+  EXPECT_EQ(minima["ended"].get<int>() + minima["failed"].get<int>(), 6);
+  ASSERT_EQ(minima["found"].size(), 1U);  // one species has one minimum
+  const json& found = minima["found"][0];
+  EXPECT_EQ(found["current"], true);
+  EXPECT_EQ(found["starts"], minima["ended"]);
+  EXPECT_LE(found["chi_squared"], minima["chi_squared"]);
+  EXPECT_EQ(found["parameters"][4]["name"], "MW");
+  EXPECT_NEAR(found["parameters"][4]["value"], plain["fit"]["parameters"][4]["value"], 20.0);
+  EXPECT_EQ(result["fit"]["parameters"], plain["fit"]["parameters"]);
+  const auto lines = [](const std::string& log) {
+    return std::count(log.begin(), log.end(), '\n');
+  };
+  EXPECT_EQ(lines(result["log"]), lines(plain["log"]));
+  EXPECT_EQ(err.str().empty(), !minima["better"].get<bool>()) << err.str();
+}
+
 TEST_F(AnalyzeTest, EditsFollowTheJobInTheirOrder) {
   ASSERT_EQ(Analyze(std::string(kTwoScans) +
                     "[[dataset]]\nnumber = 2\nname = \"renamed.dat\"\n"

@@ -1,6 +1,7 @@
 // Faults caught here: a row that names another parameter than it searches, a level that slips
 // through, a search or a stop that changes the fit, a window that outlives its fit, colours off by
-// one cell or by the bounds, a copied table that differs from the shown one.
+// one cell or by the bounds, a copied table that differs from the shown one, a better minimum that
+// is not offered or does not reach the page.
 #include <QCheckBox>
 #include <QClipboard>
 #include <QComboBox>
@@ -10,7 +11,9 @@
 #include <QPointer>
 #include <QPushButton>
 #include <QRadioButton>
+#include <QSpinBox>
 #include <QTableView>
+#include <QTableWidget>
 #include <QTimer>
 
 #include "session_fixture.h"
@@ -19,6 +22,7 @@
 #include "windows/correlation_window.h"
 #include "windows/data_window.h"
 #include "windows/main_window_fixture.h"
+#include "windows/minima_window.h"
 #include "windows/quality_window.h"
 
 namespace {
@@ -233,6 +237,81 @@ TEST_F(ErrorAnalysis, TheWindowGoesWithTheFitThatItWasOpenedFor) {
   }
   EXPECT_FALSE(Find<QWidget>("frmData")->findChild<QPushButton*>("cmdCalcCI")->isEnabled());
   EXPECT_FALSE(Find<QPushButton>("cmdShowCCCs")->isEnabled());
+}
+
+TEST_F(ErrorAnalysis, ABetterMinimumIsOfferedAndTakenOver) {
+  EXPECT_FALSE(Find<QAction>("mnuCheckMinimum")->isEnabled());
+  FitExample();
+  FitState& fit = session.Module.Fit;
+  const Array1<double> best = fit.FitA;
+  const QString log = LogText();
+  // As if the fit had ended elsewhere.
+  const int weight = fit.SharedBase() + 1;
+  fit.FitA(weight) *= 1.1;
+  fit.FitChiSq = fit.Memory.bestChiSq = 2.0 * fit.Memory.bestChiSq;
+  session.Module.FitPage.ModelMW = fit.FitA(weight);
+  Trigger("mnuCheckMinimum");
+  const QPointer<frmMinima> minima = Find<frmMinima>("frmMinima");
+  EXPECT_FALSE(Find<QPushButton>("cmdUseAsStart")->isEnabled());
+  Find<QSpinBox>("spnStarts")->setValue(3);
+  Click("cmdCheckMinimum");
+  ASSERT_NE(minima, nullptr);
+  EXPECT_TRUE(minima->isVisible());
+  auto* grid = Find<QTableWidget>("gridMinima");
+  ASSERT_GE(grid->rowCount(), 1);
+  EXPECT_EQ(grid->horizontalHeaderItem(4)->text(), "Buoyant MW");
+  EXPECT_EQ(grid->currentRow(), 0);
+  EXPECT_NE(Find<QLabel>("lblMinima")->text(), "No better minimum was found.");
+  EXPECT_EQ(LogText(), log);
+  Click("cmdUseAsStart");
+  QTest::qWait(1);
+  EXPECT_EQ(minima, nullptr);  // its fit is no longer that of the page
+  EXPECT_NEAR(session.Module.FitPage.ModelMW, best(weight), 0.01 * best(weight));
+  EXPECT_NEAR(session.Module.Store.Datasets[0].Offset, best(1), 0.01);
+  EXPECT_EQ(Find<QLineEdit>("txtMWB")->text().toDouble(),
+            QString::number(session.Module.FitPage.ModelMW, 'E', 3).toDouble());
+  EXPECT_FALSE(Find<QAction>("mnuCheckMinimum")->isEnabled());
+  EXPECT_FALSE(Find<QPushButton>("cmdShowCCCs")->isEnabled());
+}
+
+TEST_F(ErrorAnalysis, ACheckThatIsStoppedOrFindsNothingOffersNothing) {
+  FitMany();
+  const FitState before = session.Module.Fit;
+  Trigger("mnuCheckMinimum");
+  const QPointer<frmMinima> minima = Find<frmMinima>("frmMinima");
+  Find<QSpinBox>("spnStarts")->setValue(1000);
+  QTimer timer;
+  QObject::connect(&timer, &QTimer::timeout, window.get(), [&] {
+    if (session.Calculating) Find<QPushButton>("cmdStopMinima")->click();
+  });
+  timer.start(0);
+  Click("cmdCheckMinimum");
+  timer.stop();
+  EXPECT_TRUE(Find<QLabel>("lblMinima")->text().startsWith("Stopped: "));
+  EXPECT_EQ(session.Module.Fit.FitA, before.FitA);
+  EXPECT_FALSE(Find<QPushButton>("cmdStopMinima")->isEnabled());
+  Click("cmdFitMe");  // a new fit: the window goes
+  QTest::qWait(1);
+  EXPECT_EQ(minima, nullptr);
+}
+
+TEST_F(ErrorAnalysis, ASearchOffersTheBetterMinimumThatItMet) {
+  for (const bool accepted : {false, true}) {
+    FitExample();
+    FitState& fit = session.Module.Fit;
+    const double weight = session.Module.FitPage.ModelMW;
+    fit.FitA(1) += 0.05;
+    fit.FitChiSq = fit.Memory.bestChiSq = 2.0 * fit.Memory.bestChiSq;
+    dialogs.questions.clear();
+    dialogs.yesNo = {accepted};
+    OpenConfidence()->findChild<QPushButton*>("cmdCalcCI")->click();
+    QTest::qWait(1);
+    ASSERT_EQ(dialogs.questions.size(), 1U);
+    EXPECT_TRUE(dialogs.questions[0].text.startsWith("A better minimum was met in the search"));
+    EXPECT_FALSE(LogText().contains("better minimum"));
+    EXPECT_EQ(session.Module.FitPage.ModelMW == weight, !accepted);
+    EXPECT_EQ(Find<QPushButton>("cmdShowCCCs")->isEnabled(), !accepted);
+  }
 }
 
 TEST(frmCCCs, ColoursHeldAndCriticalCoefficientsOnly) {

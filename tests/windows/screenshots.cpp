@@ -106,6 +106,7 @@ class Walk {
     Tab(2);
     Click("cmdCalcCI");
     GrabDialog("frmConfInterval", "confidence");
+    CheckMinimum();
     Click("cmdShowCCCs");
     window_.findChild<QTableView*>("gridCCC")->scrollTo(LastCell());
     GrabDialog("frmCCCs", "coefficients");
@@ -114,6 +115,11 @@ class Walk {
     Trigger("mnuHelpAbout");
     Click("cmdSysInfo");
     GrabDialog("frmAbout", "about");
+  }
+  void CheckMinimum() {
+    Trigger("mnuCheckMinimum");
+    Click("cmdCheckMinimum");
+    GrabDialog("frmMinima", "check-minimum");
   }
   QModelIndex LastCell() {
     const QAbstractItemModel* cells = window_.findChild<QTableView*>("gridCCC")->model();
