@@ -18,21 +18,6 @@ fs::path FolderOf(const fs::path& path) {
   return (error ? path : whole).parent_path();
 }
 
-Experiment ExperimentOf(const QuorvaneModule& module, const fs::path& path, SessionHost& host) {
-  Experiment experiment;
-  experiment.directory.SetBytes(Utf8ToCp1252(PathText(FolderOf(path))));
-  experiment.FitPage = module.FitPage;
-  FitPage& page = experiment.FitPage;
-  if (module.Setup.ConstrainKRatios) {
-    page.ModelLnK2 = CheckedLog(page.ModelLnK2) + page.ModelLnK1;
-    page.ModelLnK3 = CheckedLog(page.ModelLnK3) + page.ModelLnK1;
-  }
-  experiment.Datasets = module.Store.Datasets;
-  experiment.GraphStreams = module.GraphStreams;
-  experiment.log = host.LogAsRtf();
-  return experiment;
-}
-
 void SayNotSaved(const char* why, Host& host) {
   host.ShowMessage("Save", "The experiment was not saved!" + std::string(kLineBreak) + why,
                    MessageIcon::kExclamation);
@@ -82,15 +67,22 @@ void TakeDatasets(std::vector<Dataset> datasets, DatasetStore& store) {
   }
 }
 
-void TakeUp(ReadExperiment&& read, const fs::path& path, QuorvaneModule& module,
-            SessionHost& host) {
-  Experiment& experiment = read.experiment;
+// All but the log.
+void TakeSession(Experiment&& experiment, QuorvaneModule& module) {
   TakePage(experiment, module);
   TakeDatasets(std::move(experiment.Datasets), module.Store);
   module.Fit = {};
   module.LastFit = {};
   module.CIRatios = {};
-  if (experiment.layout == kOldLayout) {
+  module.GraphStreams = std::move(experiment.GraphStreams);
+}
+
+void TakeUp(ReadExperiment&& read, const fs::path& path, QuorvaneModule& module,
+            SessionHost& host) {
+  const bool old = read.experiment.layout == kOldLayout;
+  const std::string log = std::move(read.experiment.log);
+  TakeSession(std::move(read.experiment), module);
+  if (old) {
     host.ShowMessage("Old Version EXP File",
                      PathText(path) +
                          " was saved by a previous verion of Quorvane.\r\n"
@@ -100,13 +92,27 @@ void TakeUp(ReadExperiment&& read, const fs::path& path, QuorvaneModule& module,
   for (const std::string& warning : read.warnings) {
     host.ShowMessage("Bad EXP File", warning, MessageIcon::kExclamation);
   }
-  module.GraphStreams = std::move(experiment.GraphStreams);
-  host.LoadLog(experiment.log);
+  host.LoadLog(log);
   module.ExperimentOpen = true;
   host.PrintIt("\r\nThe current directory is " + PathText(FolderOf(path)) + "\r\n");
 }
 
 }  // namespace
+
+Experiment ExperimentOf(const QuorvaneModule& module, int modelIndex, const fs::path& folder) {
+  Experiment experiment;
+  experiment.directory.SetBytes(Utf8ToCp1252(PathText(folder)));
+  experiment.FitPage = module.FitPage;
+  FitPage& page = experiment.FitPage;
+  page.ModelIndex = modelIndex;
+  if (module.Setup.ConstrainKRatios) {
+    page.ModelLnK2 = CheckedLog(page.ModelLnK2) + page.ModelLnK1;
+    page.ModelLnK3 = CheckedLog(page.ModelLnK3) + page.ModelLnK1;
+  }
+  experiment.Datasets = module.Store.Datasets;
+  experiment.GraphStreams = module.GraphStreams;
+  return experiment;
+}
 
 bool SaveExperiment(QuorvaneModule& module, int modelIndex, const fs::path& path,
                     SessionHost& host) {
@@ -116,7 +122,9 @@ bool SaveExperiment(QuorvaneModule& module, int modelIndex, const fs::path& path
   }
   module.FitPage.ModelIndex = modelIndex;
   try {
-    WriteExperimentFile(path, ExperimentOf(module, path, host));
+    Experiment experiment = ExperimentOf(module, modelIndex, FolderOf(path));
+    experiment.log = host.LogAsRtf();
+    WriteExperimentFile(path, experiment);
     return true;
   } catch (const ArithmeticFault& fault) {
     SayNotSaved(fault.what(), host);
@@ -144,4 +152,22 @@ bool LoadExperiment(QuorvaneModule& module, const fs::path& path, SessionHost& h
     SayBad(path, fault.what(), host);
   }
   return false;
+}
+
+void ResumeExperiment(QuorvaneModule& module, ReadExperiment&& read, SessionHost& host) {
+  const std::string log = std::move(read.experiment.log);
+  TakeSession(std::move(read.experiment), module);
+  host.LoadLog(log);
+  module.ExperimentOpen = true;
+}
+
+fs::path ArchiveLockFile(const fs::path& path) {
+  std::error_code error;
+  fs::path file = fs::weakly_canonical(path, error);
+  if (error) file = path;
+  return file.parent_path() / ("." + PathText(file.filename()) + ".lock");
+}
+
+FileLock LockArchive(const fs::path& path) {
+  return FileLock(ArchiveLockFile(path));
 }

@@ -3,9 +3,16 @@
 
 #include <filesystem>
 
+#include "archive/experiment_file.h"
+#include "base/file_lock.h"
 #include "core/program_state.h"
 
 class SessionHost;
+
+// The session as an archive in `folder` holds it, but without its log. `modelIndex` is the chosen
+// entry of the list of models. Throws ArithmeticFault if a constrained K ratio has no logarithm.
+Experiment ExperimentOf(const QuorvaneModule& module, int modelIndex,
+                        const std::filesystem::path& folder);
 
 // Saves the session and the host's log at `path`. True if saved; otherwise a message box has said
 // why, and a file that stood there is as it was. `modelIndex`, the chosen entry of the list of
@@ -19,3 +26,13 @@ bool SaveExperiment(QuorvaneModule& module, int modelIndex, const std::filesyste
 // Vbar, density of an experiment that knows them become the defaults. Blanks are not chosen for
 // the fit, all other datasets are; the parameter page is as before "Setup Fit".
 bool LoadExperiment(QuorvaneModule& module, const std::filesystem::path& path, SessionHost& host);
+
+// Takes up an experiment as LoadExperiment does, but goes on with its log where it ended.
+void ResumeExperiment(QuorvaneModule& module, ReadExperiment&& read, SessionHost& host);
+
+// The lock that says that a program has the archive at `path` open. All names that lead to a file
+// have the same.
+FileLock LockArchive(const std::filesystem::path& path);
+
+// The file that stands for that lock.
+std::filesystem::path ArchiveLockFile(const std::filesystem::path& path);

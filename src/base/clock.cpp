@@ -4,12 +4,16 @@
 #include <ctime>
 
 std::string DateAndTimeText() {
-  const std::time_t now = std::time(nullptr);
+  return DateAndTimeText(std::chrono::system_clock::now());
+}
+
+std::string DateAndTimeText(std::chrono::system_clock::time_point moment) {
+  const std::time_t seconds = std::chrono::system_clock::to_time_t(moment);
   std::tm local{};
 #if defined(_WIN32)
-  localtime_s(&local, &now);
+  localtime_s(&local, &seconds);
 #else
-  localtime_r(&now, &local);
+  localtime_r(&seconds, &local);
 #endif
   std::array<char, 32> text{};
   std::strftime(text.data(), text.size(), "%Y-%m-%d, %H:%M:%S", &local);

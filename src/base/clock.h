@@ -7,6 +7,9 @@
 // Local date and time now as "2026-11-21, 14:03:22".
 std::string DateAndTimeText();
 
+// The same of a moment.
+std::string DateAndTimeText(std::chrono::system_clock::time_point moment);
+
 // Seconds since it was made; never runs backwards.
 class Stopwatch {
  public:

@@ -1,15 +1,18 @@
 #include "base/files.h"
 
+#include <atomic>
 #include <cerrno>
 #include <cstdio>
 #include <fstream>
 #include <memory>
 #include <system_error>
+#include <vector>
 
 #if defined(_WIN32)
 #include <io.h>
 #include <process.h>
 #else
+#include <fcntl.h>
 #include <unistd.h>
 #endif
 
@@ -36,6 +39,8 @@ FileHandle OpenForWriting(const fs::path& path) {
 #endif
 }
 
+constexpr const char* kTemporaryPrefix = ".quorvane-";
+
 bool FlushToDisk(std::FILE* file) {
   if (std::fflush(file) != 0) return false;
 #if defined(_WIN32)
@@ -53,7 +58,8 @@ bool WriteAll(std::FILE* file, std::string_view bytes) {
 class TemporaryFile {
  public:
   explicit TemporaryFile(const fs::path& target)
-      : path_(target.parent_path() / (".quorvane-" + std::to_string(ProcessNumber()) + "~")) {}
+      : path_(target.parent_path() / (kTemporaryPrefix + std::to_string(ProcessNumber()) + "-" +
+                                      std::to_string(NextNumber()) + "~")) {}
   ~TemporaryFile() {
     std::error_code ignored;
     fs::remove(path_, ignored);
@@ -70,9 +76,24 @@ class TemporaryFile {
     return getpid();
 #endif
   }
+  static unsigned NextNumber() {
+    static std::atomic<unsigned> last = 0;
+    return ++last;
+  }
 
   fs::path path_;
 };
+
+// A rename is on the disk once its folder is. Not every file system can be asked for it.
+void FlushFolder([[maybe_unused]] const fs::path& folder) {
+#if !defined(_WIN32)
+  const int handle =
+      open(folder.empty() ? "." : folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+  if (handle < 0) return;
+  fsync(handle);
+  close(handle);
+#endif
+}
 
 // What the path finally leads to, so that a symbolic link is kept and its target replaced.
 fs::path FinalTarget(const fs::path& path) {
@@ -140,6 +161,19 @@ std::string ReadWholeFile(const fs::path& path, std::size_t limit) {
   return bytes;
 }
 
+bool FileHolds(const fs::path& path, std::string_view bytes) {
+  std::ifstream in(path, std::ios::binary);
+  std::string piece(65536, '\0');
+  for (std::size_t at = 0; in;) {
+    in.read(piece.data(), static_cast<std::streamsize>(piece.size()));
+    const auto count = static_cast<std::size_t>(in.gcount());
+    if (bytes.substr(at, count) != std::string_view(piece).substr(0, count)) return false;
+    at += count;
+    if (in.eof()) return at == bytes.size();
+  }
+  return false;
+}
+
 void WriteWholeFile(const fs::path& path, std::string_view bytes,
                     const std::function<void(const fs::path&)>& check) {
   if (DirExists(path)) throw FileFault(PathText(path) + ": is a folder", EISDIR);
@@ -159,11 +193,26 @@ void WriteWholeFile(const fs::path& path, std::string_view bytes,
     Fail(path, "cannot be written", errno);
   }
   out.reset();
+  if (!FileHolds(temporary.path(), bytes)) {
+    throw FileFault(PathText(path) + ": does not read back as it was written");
+  }
   if (check) check(temporary.path());
   if (fs::exists(old)) fs::permissions(temporary.path(), old.permissions(), ignored);
   std::error_code error;
   fs::rename(temporary.path(), target, error);
   if (error) Fail(path, "cannot be written", error.value());
+  FlushFolder(target.parent_path());
+}
+
+void RemoveLeftovers(const fs::path& folder) {
+  std::error_code error;
+  std::vector<fs::path> leftovers;
+  for (fs::directory_iterator at(folder, error), end; !error && at != end; at.increment(error)) {
+    if (PathText(at->path().filename()).starts_with(kTemporaryPrefix)) {
+      leftovers.push_back(at->path());
+    }
+  }
+  for (const fs::path& file : leftovers) fs::remove(file, error);
 }
 
 std::string PathText(const fs::path& path) {

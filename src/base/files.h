@@ -42,11 +42,19 @@ bool IsBinaryFile(const std::filesystem::path& path);
 // bytes.
 std::string ReadWholeFile(const std::filesystem::path& path, std::size_t limit);
 
-// Writes `bytes` to a temporary file beside `path`, flushes it to the disk and renames it over
-// `path`: the old file stays whole until the new one is. `check`, if given, looks at the temporary
-// file before it is renamed. Throws FileFault, or what `check` throws; then nothing changed.
+// Whether the file holds `bytes` and nothing else. False if it cannot be read.
+bool FileHolds(const std::filesystem::path& path, std::string_view bytes);
+
+// Writes `bytes` to a temporary file beside `path`, flushes it to the disk, reads it back and
+// renames it over `path`: the old file stays whole until the new one is. `check`, if given, looks
+// at the temporary file before it is renamed. Throws FileFault, or what `check` throws; then
+// nothing changed. Threads may write into one folder at the same time.
 void WriteWholeFile(const std::filesystem::path& path, std::string_view bytes,
                     const std::function<void(const std::filesystem::path&)>& check = {});
+
+// Removes the temporary files that killed processes left in `folder`. Only for a folder in which no
+// other process writes.
+void RemoveLeftovers(const std::filesystem::path& folder);
 
 // The path as UTF-8 text, as it was given.
 std::string PathText(const std::filesystem::path& path);

@@ -7,6 +7,7 @@
 #include "base/arithmetic.h"
 #include "base/files.h"
 #include "base/number_format.h"
+#include "cli/archive_command.h"
 #include "cli/fit_table.h"
 #include "cli/job.h"
 #include "cli/job_steps.h"
@@ -192,9 +193,11 @@ bool Begin(const Job& job, const CommandStreams& streams, QuorvaneModule& module
 }
 
 // The whole session as an archive.
-ExitStatus SaveSession(const Job& job, QuorvaneModule& module, TerminalHost& host) {
-  if (!job.output.archive ||
-      SaveExperiment(module, module.Setup.ModelIndex, *job.output.archive, host)) {
+ExitStatus SaveSession(const Job& job, const CommandStreams& streams, QuorvaneModule& module,
+                       TerminalHost& host) {
+  if (!job.output.archive) return ExitStatus::kDone;
+  const FileLock lock = LockForWriting(*job.output.archive, streams.err);
+  if (SaveExperiment(module, module.Setup.ModelIndex, *job.output.archive, host)) {
     return ExitStatus::kDone;
   }
   return module.Store.Datasets.empty() ? ExitStatus::kNotDone : ExitStatus::kFileFault;
@@ -229,7 +232,7 @@ ExitStatus RunAnalyze(const AnalyzeArguments& arguments, const CommandStreams& s
   Json analysis;  // of the errors of the fit
   const ExitStatus analysed = AnalyseErrors(job, outcome, module, analysis, host);
   const bool fitted = job.fit && outcome.ending == FitEnding::kFinished;
-  const ExitStatus saved = SaveSession(job, module, host);
+  const ExitStatus saved = SaveSession(job, streams, module, host);
   const ExitStatus written = Worst({Guarded(host, [&] { return WriteData(job, module, host); }),
                                     WriteFit(job, module, fitted, host)});
   const ExitStatus logged = Guarded(host, [&] {

@@ -4,6 +4,7 @@
 #include <ostream>
 
 #include "archive/experiment_file.h"
+#include "archive/experiment_session.h"
 #include "base/files.h"
 #include "base/number_format.h"
 #include "base/text.h"
@@ -105,7 +106,18 @@ ExitStatus RunArchive(const ArchiveArguments& arguments, const CommandStreams& s
     WriteWholeFile(PathFromText(arguments.json), JsonText(ExperimentJson(read.experiment, log)));
   }
   if (!arguments.saveAs.empty()) {
-    WriteExperimentFile(PathFromText(arguments.saveAs), read.experiment);
+    const auto path = PathFromText(arguments.saveAs);
+    const FileLock lock = LockForWriting(path, streams.err);
+    WriteExperimentFile(path, read.experiment);
   }
   return ExitStatus::kDone;
+}
+
+FileLock LockForWriting(const std::filesystem::path& path, std::ostream& err) {
+  FileLock lock = LockArchive(path);
+  if (!lock.Holder().empty()) {
+    err << PathText(path) << " is open in another Quorvane (" << lock.Holder()
+        << "); it is replaced all the same.\n";
+  }
+  return lock;
 }

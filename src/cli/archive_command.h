@@ -3,6 +3,7 @@
 
 #include <string>
 
+#include "base/file_lock.h"
 #include "cli/command_line.h"
 
 struct ArchiveArguments {
@@ -13,3 +14,7 @@ struct ArchiveArguments {
 
 // Throws FileFault, also for what is no archive.
 ExitStatus RunArchive(const ArchiveArguments& arguments, const CommandStreams& streams);
+
+// The lock of an archive that is about to be written. If the window program has it open, `err` says
+// so; it is written all the same.
+FileLock LockForWriting(const std::filesystem::path& path, std::ostream& err);

@@ -25,3 +25,13 @@ fs::path ConfigurationFolder() {
   return FromEnvironment("HOME") / ".config" / "quorvane";
 #endif
 }
+
+fs::path DataFolder() {
+#if defined(_WIN32)
+  return FromEnvironment("LOCALAPPDATA") / "Quorvane";
+#else
+  const fs::path configured = FromEnvironment("XDG_DATA_HOME");
+  if (configured.is_absolute()) return configured / "quorvane";
+  return FromEnvironment("HOME") / ".local" / "share" / "quorvane";
+#endif
+}

@@ -6,3 +6,7 @@
 // The user's configuration folder of this program: XDG rules on Linux, APPDATA on Windows. It need
 // not exist.
 std::filesystem::path ConfigurationFolder();
+
+// Where this program keeps data of the user between its runs: XDG rules on Linux, LOCALAPPDATA on
+// Windows. It need not exist.
+std::filesystem::path DataFolder();

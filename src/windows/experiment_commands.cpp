@@ -5,6 +5,7 @@
 #include <QGuiApplication>
 
 #include "archive/experiment_session.h"
+#include "base/text.h"
 #include "core/new_experiment.h"
 #include "core/recent_files.h"
 #include "windows/busy_pointer.h"
@@ -31,6 +32,19 @@ bool ExperimentCommands::MayDiscard(const QString& question, const QString& titl
   return !session.Module.ExperimentOpen || session.Ask.AskYesNo(&windows_.frame, title, question);
 }
 
+std::shared_ptr<FileLock> ExperimentCommands::Lock(const QString& path, const QString& question) {
+  if (!windows_.session.LockArchives) return std::make_shared<FileLock>();
+  const bool ours = lock_ != nullptr && lock_->Held();
+  if (ours && lock_->File() == ArchiveLockFile(ToPath(path))) return lock_;
+  auto lock = std::make_shared<FileLock>(LockArchive(ToPath(path)));
+  if (lock->Holder().empty()) return lock;
+  const QString text = tr("%1 is open in another Quorvane:\n%2\n\n%3")
+                           .arg(path, QString::fromStdString(lock->Holder()), question);
+  if (!windows_.session.Ask.AskYesNo(&windows_.frame, tr("Experiment In Use"), text))
+    return nullptr;
+  return lock;
+}
+
 void ExperimentCommands::New() {
   if (!MayDiscard(QStringLiteral("Discard current Log contents?"), QString())) return;
   Session& session = windows_.session;
@@ -40,7 +54,9 @@ void ExperimentCommands::New() {
   LogNewHead(session.CurrentFolder, windows_.host);
   session.Module.ExperimentOpen = false;  // the head lines are no work of the user
   windows_.data.ShowNewStore();
+  lock_.reset();
   emit ExperimentChanged();
+  emit NothingUnsaved();
 }
 
 void ExperimentCommands::LoadWithDialog() {
@@ -63,15 +79,35 @@ void ExperimentCommands::LoadAsked(const QString& path) {
 }
 
 void ExperimentCommands::Load(const QString& name) {
-  const BusyPointer busy;
   const QString path = QDir::cleanPath(QFileInfo(name).absoluteFilePath());
+  const auto lock = Lock(path, tr("Open it all the same? Of two saves the later one will stay."));
+  if (lock == nullptr) return;
+  const BusyPointer busy;
   Session& session = windows_.session;
   windows_.data.ClosePage();
   if (!LoadExperiment(session.Module, ToPath(path), windows_.host)) return;
-  ChangeFolder(path);
+  lock_ = lock;
+  ChangeFolder(QFileInfo(path).absolutePath());
   AddRecentFile(ToPath(path), session.Settings, windows_.host);
+  ShowStore();
+  emit NothingUnsaved();
+}
+
+void ExperimentCommands::Resume(ReadExperiment&& read) {
+  const BusyPointer busy;
+  Session& session = windows_.session;
+  const QString folder =
+      ToQString(PathFromText(Cp1252ToUtf8(Trim(read.experiment.directory.View()))));
+  windows_.data.ClosePage();
+  ResumeExperiment(session.Module, std::move(read), windows_.host);
+  lock_.reset();
+  if (QFileInfo(folder).isDir()) ChangeFolder(folder);
+  ShowStore();
+}
+
+void ExperimentCommands::ShowStore() {
   windows_.data.ShowNewStore();
-  windows_.data.LoadedData().SelectModel(session.Module.Setup.ModelIndex);
+  windows_.data.LoadedData().SelectModel(windows_.session.Module.Setup.ModelIndex);
   windows_.log.MoveToEnd();
   if (QWidget* graphs = windows_.graphs.parentWidget()) graphs->hide();
   emit ExperimentChanged();
@@ -88,12 +124,16 @@ void ExperimentCommands::Save() {
       &windows_.frame,
       {QStringLiteral("Save"), ToQString(session.CurrentFolder), kArchiveFilter, {}});
   if (path.isEmpty()) return;
+  const auto lock = Lock(path, tr("Save over it all the same?"));
+  if (lock == nullptr) return;
   const BusyPointer busy;
   if (!SaveExperiment(session.Module, windows_.data.LoadedData().ModelIndex(), ToPath(path),
                       windows_.host))
     return;
-  ChangeFolder(path);
+  lock_ = lock;
+  ChangeFolder(QFileInfo(path).absolutePath());
   AddRecentFile(ToPath(path), session.Settings, windows_.host);
+  emit NothingUnsaved();
 }
 
 void ExperimentCommands::SaveLoadedData(SavedSignal signal) {
@@ -125,14 +165,14 @@ void ExperimentCommands::OpenArgument(const QString& argument) {
   const QString path = QString(argument).remove('"');
   if (path.isEmpty() || path.right(3).toUpper() != QStringLiteral("EXZ")) return;
   if (FileExists(ToPath(path))) {
-    Load(path);
+    LoadAsked(path);  // asks if unsaved work was taken up before
   } else {
     windows_.host.ShowMessage("", (path + " :: File Can't Be Loaded").toStdString(),
                               MessageIcon::kNone);
   }
 }
 
-void ExperimentCommands::ChangeFolder(const QString& path) {
-  windows_.session.CurrentFolder = ToPath(QFileInfo(path).absolutePath());
+void ExperimentCommands::ChangeFolder(const QString& folder) {
+  windows_.session.CurrentFolder = ToPath(folder);
   windows_.data.SourceFiles().RefreshDirectory();
 }

@@ -3,7 +3,10 @@
 
 #include <QObject>
 #include <QString>
+#include <memory>
 
+#include "archive/experiment_file.h"
+#include "base/file_lock.h"
 #include "scan/dataset_files.h"
 #include "windows/window_set.h"
 
@@ -20,6 +23,8 @@ class ExperimentCommands : public QObject {
   void Save();
   // A file a dataset, the fitted baseline taken off or not.
   void SaveLoadedData(SavedSignal signal);
+  // Takes up an experiment that a crash left behind. It counts as changed and has no file.
+  void Resume(ReadExperiment&& read);
   // Loads scans as "Load Multiple" would, or the first archive among the paths.
   void OpenDropped(const QStringList& paths);
   // Loads the path that the command line named, if it ends in "exz".
@@ -28,10 +33,17 @@ class ExperimentCommands : public QObject {
  signals:
   // Datasets, graphs or the log were replaced.
   void ExperimentChanged();
+  // The session is as it was saved, or as it begins: there is nothing to lose.
+  void NothingUnsaved();
 
  private:
   bool MayDiscard(const QString& question, const QString& title);
-  void ChangeFolder(const QString& path);
+  // The lock of an archive; not held if another program has it and the user answers `question` with
+  // Yes. Null after a No.
+  std::shared_ptr<FileLock> Lock(const QString& path, const QString& question);
+  void ChangeFolder(const QString& folder);
+  void ShowStore();
 
   WindowSet windows_;
+  std::shared_ptr<FileLock> lock_;  // of the archive that is open
 };

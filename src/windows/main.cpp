@@ -3,11 +3,13 @@
 #include <QLocale>
 #include <QScreen>
 #include <QTimer>
+#include <chrono>
 #include <clocale>
 
 #include "core/cell_files.h"
 #include "core/screen_check.h"
 #include "core/settings.h"
+#include "core/user_folder.h"
 #include "windows/experiment_commands.h"
 #include "windows/main_window.h"
 #include "windows/splash_window.h"
@@ -49,6 +51,7 @@ int main(int argc, char** argv) {
   }
   IniSettings settings(SettingsFile());
   Session session(settings, dialogs, ToPath(QCoreApplication::applicationDirPath()));
+  session.LockArchives = true;
   LoadSettings(session.Module, settings);
   session.CurrentFolder = LoadLastDirectory(settings, session.ProgramFolder);
   if (!LoadGeometries(session)) return 1;
@@ -59,6 +62,10 @@ int main(int argc, char** argv) {
   window.show();
   splash.close();
   const QString argument = QApplication::arguments().mid(1).join(' ');
-  QTimer::singleShot(0, &window, [&] { window.Experiments().OpenArgument(argument); });
+  QTimer::singleShot(0, &window, [&] {
+    constexpr std::chrono::seconds kInterval(30);
+    window.KeepUnsavedWork(DataFolder() / "unsaved", kInterval);
+    window.Experiments().OpenArgument(argument);
+  });
   return QApplication::exec();
 }

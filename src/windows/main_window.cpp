@@ -22,6 +22,7 @@
 #include "core/settings.h"
 #include "windows/about_window.h"
 #include "windows/app_icon.h"
+#include "windows/autosave.h"
 #include "windows/child_window.h"
 #include "windows/correlation_window.h"
 #include "windows/data_files.h"
@@ -41,6 +42,7 @@
 #include "windows/print_commands.h"
 #include "windows/quality_window.h"
 #include "windows/report_commands.h"
+#include "windows/recovery.h"
 #include "windows/set_ref_conc_window.h"
 #include "windows/sim_window.h"
 #include "windows/source_files_tab.h"
@@ -104,11 +106,13 @@ MainWindow::MainWindow(Session& session, QWidget* parent)
   errors_ = new ErrorCommands(AllWindows(), *fits_, *coefficients_, *quality_, this);
   prints_ = new PrintCommands(AllWindows(), *area_, this);
   reports_ = new ReportCommands(AllWindows(), this);
+  autosave_ = new Autosave(AllWindows(), this);
   BuildMenus();
   ConnectWindows();
   ConnectErrorAnalysis();
   ConnectEvaluations();
   ConnectReports();
+  ConnectAutosave();
   RestorePlace();
   LogHead(*host_);
   session_.Module.ExperimentOpen = false;  // the head lines are no work of the user
@@ -224,6 +228,28 @@ void MainWindow::ConnectReports() {
     overlay_->Refresh();
     if (session_.Module.Store.Datasets.empty()) CloseChild(*overlay_);
   });
+}
+
+void MainWindow::ConnectAutosave() {
+  connect(experiments_, &ExperimentCommands::NothingUnsaved, autosave_, &Autosave::Clean);
+  connect(fits_, &FitCommands::CalculatingChanged, autosave_, [this](bool on) {
+    if (on) autosave_->Keep();
+  });
+  connect(autosave_, &Autosave::Failed, this, [this](const QString& why) {
+    host_->ReportFailure(tr("Unsaved work is not kept: %1").arg(why).toStdString());
+  });
+}
+
+void MainWindow::KeepUnsavedWork(const std::filesystem::path& folder,
+                                 std::chrono::milliseconds interval) {
+  try {
+    std::optional<UnsavedWork> found = OfferUnsavedWork(
+        folder, *host_, [this](ReadExperiment&& read) { experiments_->Resume(std::move(read)); });
+    const bool resumed = found.has_value();
+    autosave_->Start(resumed ? std::move(*found) : UnsavedWork::Claim(folder), interval);
+  } catch (const FileFault& fault) {
+    emit autosave_->Failed(QString::fromUtf8(fault.what()));
+  }
 }
 
 // The log's clicks, scrolling and the moves of windows stay possible.
@@ -437,6 +463,7 @@ void MainWindow::closeEvent(QCloseEvent* event) {
   SavePlace();
   if (help_ != nullptr) help_->close();
   errors_->CloseForFit();
+  autosave_->End();
   event->accept();
 }
 

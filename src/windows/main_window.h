@@ -3,11 +3,14 @@
 
 #include <QMainWindow>
 #include <QPointer>
+#include <chrono>
+#include <filesystem>
 #include <memory>
 
 #include "windows/session.h"
 #include "windows/window_set.h"
 
+class Autosave;
 class DataWindow;
 class ErrorCommands;
 class ExperimentCommands;
@@ -39,6 +42,10 @@ class MainWindow : public QMainWindow {
   ~MainWindow() override;
 
   ExperimentCommands& Experiments() { return *experiments_; }
+
+  // Offers what crashed programs left in `folder`; from then on keeps unsaved work there, looking
+  // for changes every `interval`. A folder that cannot be used is told in the status bar.
+  void KeepUnsavedWork(const std::filesystem::path& folder, std::chrono::milliseconds interval);
 
  protected:
   void closeEvent(QCloseEvent* event) override;
@@ -75,6 +82,7 @@ class MainWindow : public QMainWindow {
   void ConnectErrorAnalysis();
   void ConnectEvaluations();
   void ConnectReports();
+  void ConnectAutosave();
   void RestorePlace();
   void SavePlace();
   void ArrangeFirst();
@@ -108,6 +116,7 @@ class MainWindow : public QMainWindow {
   ErrorCommands* errors_ = nullptr;
   PrintCommands* prints_ = nullptr;
   ReportCommands* reports_ = nullptr;
+  Autosave* autosave_ = nullptr;
   QMdiSubWindow* dataChild_;
   QMdiSubWindow* logChild_;
   QMdiSubWindow* graphsChild_;

@@ -140,45 +140,49 @@ class Collector {
   RichText Collect(int from, int to) {
     RichText text;
     text.paragraphs.clear();
-    text.defaultFamily = FromTextFormat({}, defaultFont_).family;
+    const CharFormat plain = FromTextFormat({}, defaultFont_);
+    text.defaultFamily = plain.family;
     QTextBlock block = document_.findBlock(from);
     for (; block.isValid() && block.position() <= to; block = block.next()) {
-      text.paragraphs.push_back({{},
-                                 FromBlockFormat(block.blockFormat(), document_.indentWidth()),
-                                 Format(block.charFormatIndex(), block.charFormat())});
-      for (auto piece = block.begin(); !piece.atEnd(); ++piece) {
-        Take(piece.fragment(), from, to, text.paragraphs.back());
-      }
+      text.paragraphs.push_back(WithPictures(TakeBlock(block, from, to), plain));
     }
     if (text.paragraphs.empty()) text.paragraphs.emplace_back();
     return text;
   }
 
+  DocumentParagraph TakeBlock(const QTextBlock& block, int from, int to) {
+    DocumentParagraph read;
+    read.paragraph = {{},
+                      FromBlockFormat(block.blockFormat(), document_.indentWidth()),
+                      Format(block.charFormatIndex(), block.charFormat())};
+    for (auto piece = block.begin(); !piece.atEnd(); ++piece) {
+      Take(piece.fragment(), from, to, read);
+    }
+    return read;
+  }
+
  private:
-  void Take(const QTextFragment& fragment, int from, int to, Paragraph& paragraph) {
+  void Take(const QTextFragment& fragment, int from, int to, DocumentParagraph& read) {
     const int begin = std::max(from, fragment.position());
     const int end = std::min(to, fragment.position() + fragment.length());
     if (begin >= end) return;
     const QTextCharFormat format = fragment.charFormat();
     if (format.isImageFormat()) {
-      for (int k = begin; k < end; ++k) TakePicture(format.toImageFormat(), paragraph);
+      for (int k = begin; k < end; ++k) TakePicture(format.toImageFormat(), read);
       return;
     }
     const QString part = fragment.text().mid(begin - fragment.position(), end - begin);
-    AppendRun(paragraph, part.toStdString(), Format(fragment.charFormatIndex(), format));
+    AppendRun(read.paragraph, part.toStdString(), Format(fragment.charFormatIndex(), format));
   }
 
-  void TakePicture(const QTextImageFormat& image, Paragraph& paragraph) {
+  void TakePicture(const QTextImageFormat& image, DocumentParagraph& read) {
     const QVariant bytes = document_.resource(QTextDocument::ImageResource,
                                               document_.baseUrl().resolved(image.name()));
-    try {
-      Picture picture = PictureFromFile(bytes.toByteArray().toStdString());
-      if (image.width() > 0.0) picture.widthTwips = std::max(1, ToTwips(image.width()));
-      if (image.height() > 0.0) picture.heightTwips = std::max(1, ToTwips(image.height()));
-      paragraph.items.emplace_back(std::move(picture));
-    } catch (const PictureFault&) {
-      AppendRun(paragraph, kPicturePlaceholder, FromTextFormat({}, defaultFont_));
-    }
+    Picture picture;
+    if (image.width() > 0.0) picture.widthTwips = std::max(1, ToTwips(image.width()));
+    if (image.height() > 0.0) picture.heightTwips = std::max(1, ToTwips(image.height()));
+    read.paragraph.items.emplace_back(std::move(picture));
+    read.pictures.push_back(bytes.toByteArray());
   }
 
   const CharFormat& Format(int index, const QTextCharFormat& format) {
@@ -191,6 +195,14 @@ class Collector {
   QFont defaultFont_;
   std::unordered_map<int, CharFormat> formats_;  // by index in the document
 };
+
+// The picture in a file, at the size of `shown` where that has one. Throws PictureFault.
+Picture PictureAt(const QByteArray& file, const Picture& shown) {
+  Picture picture = PictureFromFile(file.toStdString());
+  if (shown.widthTwips > 0) picture.widthTwips = shown.widthTwips;
+  if (shown.heightTwips > 0) picture.heightTwips = shown.heightTwips;
+  return picture;
+}
 
 }  // namespace
 
@@ -283,6 +295,28 @@ void ShowRichText(const RichText& text, QTextDocument& document) {
 
 RichText RichTextOf(const QTextDocument& document) {
   return Collector(document).Collect(0, document.characterCount() - 1);
+}
+
+DocumentParagraph ParagraphOf(const QTextBlock& block) {
+  return Collector(*block.document()).TakeBlock(block, 0, block.document()->characterCount() - 1);
+}
+
+Paragraph WithPictures(const DocumentParagraph& read, const CharFormat& plain) {
+  if (read.pictures.isEmpty()) return read.paragraph;
+  Paragraph paragraph = {{}, read.paragraph.format, read.paragraph.markFormat};
+  auto file = read.pictures.begin();
+  for (const InlineItem& item : read.paragraph.items) {
+    if (const auto* run = std::get_if<TextRun>(&item)) {
+      AppendRun(paragraph, run->text, run->format);
+      continue;
+    }
+    try {
+      paragraph.items.emplace_back(PictureAt(*file++, std::get<Picture>(item)));
+    } catch (const PictureFault&) {
+      AppendRun(paragraph, kPicturePlaceholder, plain);
+    }
+  }
+  return paragraph;
 }
 
 RichText SelectedRichText(const QTextCursor& cursor) {

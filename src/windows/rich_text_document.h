@@ -2,11 +2,14 @@
 // the bytes of their files, named by their content.
 #pragma once
 
+#include <QByteArray>
+#include <QList>
 #include <QTextCharFormat>
 
 #include "rtf/rich_text.h"
 
 class QFont;
+class QTextBlock;
 class QTextCursor;
 class QTextDocument;
 
@@ -26,6 +29,20 @@ RichText RichTextOf(const QTextDocument& document);
 
 // The same of what is selected.
 RichText SelectedRichText(const QTextCursor& cursor);
+
+// A paragraph of a document whose pictures are still the bytes of their files, shared with the
+// document: quick to take, and any thread can finish it.
+struct DocumentParagraph {
+  Paragraph paragraph;         // its pictures without bytes
+  QList<QByteArray> pictures;  // theirs, in order
+};
+
+// The paragraph of one block, as RichTextOf takes it.
+DocumentParagraph ParagraphOf(const QTextBlock& block);
+
+// The paragraph with its pictures; what is no picture file becomes "[picture]" in the format
+// `plain`.
+Paragraph WithPictures(const DocumentParagraph& read, const CharFormat& plain);
 
 // One character format as the other.
 QTextCharFormat ToTextFormat(const CharFormat& format);

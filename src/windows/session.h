@@ -21,6 +21,7 @@ struct Session {
   Dialogs& Ask;
   std::filesystem::path ProgramFolder;
   std::filesystem::path CurrentFolder;  // where file dialogs and lists start
+  bool LockArchives = false;            // whether other programs are told which archive is open
   bool StopRequested = false;  // by a click, Esc, Stop or a close, since the calculation began
   bool Calculating = false;    // a fit or search runs; no other command may start
 };

@@ -3,6 +3,7 @@
 #include "base/files.h"
 
 #include <string>
+#include <thread>
 #include <utility>
 #include <vector>
 
@@ -86,6 +87,35 @@ TEST(WriteWholeFile, ReplacesAndLeavesNothingBehind) {
   EXPECT_THROW(WriteWholeFile(folder.path(), "x"), FileFault);
   EXPECT_THROW(WriteWholeFile(folder / "none" / "file", "x"), FileFault);
   EXPECT_EQ(CountEntries(folder.path()), 1);
+}
+
+TEST(FileHolds, SeesEveryDifference) {
+  const TempFolder folder;
+  const std::string whole(200000, 'a');  // several pieces
+  for (const std::string& other : {whole + 'a', whole.substr(1), LettersWith('b', 65536, 200000),
+                                   LettersWith('b', 200000, 200000), std::string()}) {
+    EXPECT_FALSE(FileHolds(folder.Write("file", other), whole)) << other.size();
+    EXPECT_TRUE(FileHolds(folder / "file", other)) << other.size();
+  }
+  EXPECT_FALSE(FileHolds(folder / "none", ""));
+}
+
+TEST(WriteWholeFile, ThreadsMayWriteIntoOneFolder) {
+  const TempFolder folder;
+  std::vector<std::thread> threads;
+  for (int k = 0; k < 4; ++k) {
+    threads.emplace_back([&folder, k] {
+      const std::string letters(100000, static_cast<char>('a' + k));
+      for (int round = 0; round < 20; ++round) {
+        WriteWholeFile(folder / letters.substr(0, 1), letters);
+        EXPECT_EQ(ReadText(folder / letters.substr(0, 1)), letters);
+      }
+    });
+  }
+  for (std::thread& thread : threads) thread.join();
+  folder.Write(".quorvane-71-2~", "half");
+  RemoveLeftovers(folder.path());
+  EXPECT_EQ(CountEntries(folder.path()), 4);
 }
 
 #if !defined(_WIN32)

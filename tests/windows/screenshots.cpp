@@ -12,6 +12,8 @@
 #include <QTabWidget>
 #include <QTableView>
 #include <QTest>
+#include <QTimer>
+#include <chrono>
 #include <clocale>
 #include <filesystem>
 
@@ -79,6 +81,7 @@ class Walk {
     ErrorAnalysis();
     Quality();
     Overlay();
+    OfferOfUnsavedWork();
   }
 
  private:
@@ -120,6 +123,20 @@ class Walk {
     Trigger("mnuCheckMinimum");
     Click("cmdCheckMinimum");
     GrabDialog("frmMinima", "check-minimum");
+  }
+  // The example, as if a crashed program had kept it; declined.
+  void OfferOfUnsavedWork() {
+    const auto unsaved = std::filesystem::temp_directory_path() / "quorvane-screenshots-unsaved";
+    std::filesystem::remove_all(unsaved);
+    std::filesystem::create_directories(unsaved / "1");
+    std::filesystem::copy_file(session_.CurrentFolder / "experiment.exz",
+                               unsaved / "1" / "experiment.exz");
+    QTimer::singleShot(300, &window_, [this] {
+      QWidget* box = QApplication::activeModalWidget();
+      box->grab().save(folder_ + "/unsaved-work.png");
+      box->close();
+    });
+    window_.KeepUnsavedWork(unsaved, std::chrono::hours(1));
   }
   QModelIndex LastCell() {
     const QAbstractItemModel* cells = window_.findChild<QTableView*>("gridCCC")->model();

@@ -1,0 +1,87 @@
+#include "archive/unsaved_work.h"
+
+#include <algorithm>
+#include <string>
+#include <system_error>
+#include <utility>
+
+#include "base/files.h"
+
+namespace fs = std::filesystem;
+
+namespace {
+
+constexpr int kMostPlaces = 1000;  // more abandoned ones than anybody declines to look at
+
+fs::path PlaceOf(const fs::path& folder, int number) {
+  return folder / std::to_string(number);
+}
+
+}  // namespace
+
+UnsavedWork::UnsavedWork(fs::path folder, FileLock lock)
+    : folder_(std::move(folder)), lock_(std::move(lock)) {
+  if (Owned()) RemoveLeftovers(folder_);
+}
+
+UnsavedWork UnsavedWork::At(const fs::path& folder) {
+  return {folder, FileLock(folder / "lock")};
+}
+
+UnsavedWork UnsavedWork::Claim(const fs::path& folder) {
+  std::error_code error;
+  fs::create_directories(folder, error);
+  for (int number = 1; number <= kMostPlaces; ++number) {
+    const fs::path place = PlaceOf(folder, number);
+    fs::create_directory(place, error);
+    UnsavedWork work = At(place);
+    if (work.Owned() && !FileExists(work.File())) return work;
+  }
+  throw FileFault(PathText(folder) + ": no place can be made there");
+}
+
+std::vector<UnsavedWork> UnsavedWork::Abandoned(const fs::path& folder) {
+  std::vector<UnsavedWork> found;
+  for (int number = 1; number <= kMostPlaces; ++number) {
+    const fs::path place = PlaceOf(folder, number);
+    if (!DirExists(place)) continue;
+    UnsavedWork work = At(place);
+    if (work.Owned() && FileExists(work.File())) found.push_back(std::move(work));
+  }
+  std::sort(found.begin(), found.end(),
+            [](const UnsavedWork& a, const UnsavedWork& b) { return a.KeptAt() > b.KeptAt(); });
+  return found;
+}
+
+// The folder goes only if it is empty: another program may have claimed the place by then.
+UnsavedWork::~UnsavedWork() {
+  if (!Owned()) return;
+  lock_ = {};
+  std::error_code ignored;
+  fs::remove(folder_, ignored);
+}
+
+std::chrono::system_clock::time_point UnsavedWork::KeptAt() const {
+  std::error_code error;
+  const fs::file_time_type time = fs::last_write_time(File(), error);
+  if (error) return {};
+  return std::chrono::time_point_cast<std::chrono::system_clock::duration>(
+      std::chrono::file_clock::to_sys(time));
+}
+
+fs::path UnsavedWork::SetAside() {
+  const fs::path shared = folder_.parent_path();
+  fs::path target;
+  for (int number = 1; target.empty() || fs::exists(target); ++number) {
+    target = shared / ("damaged-" + std::to_string(number) + ".exz");
+  }
+  std::error_code error;
+  fs::rename(File(), target, error);
+  if (error) throw FileFault(PathText(File()) + ": " + error.message(), error.value());
+  return target;
+}
+
+void UnsavedWork::Discard() const {
+  std::error_code ignored;
+  fs::remove(File(), ignored);
+}

@@ -1,0 +1,169 @@
+#include "windows/autosave.h"
+
+#include <QTextDocument>
+#include <QTextEdit>
+#include <exception>
+
+#include "archive/experiment_file.h"
+#include "archive/experiment_session.h"
+#include "base/arithmetic.h"
+#include "base/fingerprint.h"
+#include "rtf/rtf_writer.h"
+#include "windows/data_window.h"
+#include "windows/loaded_data_tab.h"
+#include "windows/log_window.h"
+#include "windows/session.h"
+
+namespace {
+
+using std::chrono::milliseconds;
+
+constexpr milliseconds kPiece{10};  // the window waits no longer for a piece of the log
+
+}  // namespace
+
+// One state of the session on its way to the disk. The window fills it and does not touch it while
+// the other thread has it, but for `dropped`.
+struct Autosave::Job {
+  State state;
+  Experiment experiment;
+  DocumentCopy log;
+  std::filesystem::path file;
+  QString failure;                    // why it was not written
+  std::atomic<bool> dropped = false;  // not wanted any more
+
+  void Write();
+};
+
+void Autosave::Job::Write() {
+  try {
+    experiment.log = WriteRtf(RichTextOf(log));
+    log = {};
+    if (!dropped) WriteExperimentFile(file, experiment);
+  } catch (const std::exception& fault) {
+    failure = QString::fromUtf8(fault.what());
+  }
+}
+
+Autosave::Autosave(WindowSet windows, QObject* parent)
+    : QObject(parent), windows_(windows), log_(*windows.log.Editor()->document()) {
+  writer_.setMaxThreadCount(1);
+  readLog_.setSingleShot(true);
+  connect(&timer_, &QTimer::timeout, this, &Autosave::Keep);
+  connect(&readLog_, &QTimer::timeout, this, &Autosave::ReadLog);
+}
+
+Autosave::~Autosave() {
+  if (job_) job_->dropped = true;
+  writer_.waitForDone();
+}
+
+void Autosave::Start(UnsavedWork work, milliseconds interval) {
+  work_.emplace(std::move(work));
+  kept_ = CurrentState();
+  timer_.start(interval);
+}
+
+int Autosave::ModelIndex() const {
+  return windows_.data.LoadedData().ModelIndex();
+}
+
+Autosave::State Autosave::CurrentState() const {
+  const QuorvaneModule& module = windows_.session.Module;
+  Fingerprint print;
+  print.Add(std::as_bytes(std::span(&module.FitPage, 1)));
+  print.Add(std::as_bytes(std::span(module.Store.Datasets)));
+  for (const auto& graph : module.GraphStreams) print.Add(graph);
+  const int choices[] = {ModelIndex(), module.Setup.ConstrainKRatios ? 1 : 0};
+  print.Add(std::as_bytes(std::span(choices)));
+  return {print.Value(), log_.Edits()};
+}
+
+void Autosave::Keep() {
+  if (!work_) return;
+  if (job_) {
+    again_ = true;
+    return;
+  }
+  const State state = CurrentState();
+  if (state == kept_) return;
+  auto job = std::make_shared<Job>();
+  job->state = state;
+  job->file = work_->File();
+  try {
+    job->experiment =
+        ExperimentOf(windows_.session.Module, ModelIndex(), windows_.session.CurrentFolder);
+  } catch (const ArithmeticFault& fault) {
+    Fail(QString::fromUtf8(fault.what()));
+    return;
+  }
+  job_ = std::move(job);
+  ReadLog();
+}
+
+void Autosave::ReadLog() {
+  if (!job_) return;
+  if (log_.Read(kPiece)) {
+    Write();
+  } else {
+    readLog_.start(0);
+  }
+}
+
+void Autosave::Write() {
+  job_->log = log_.Copy();
+  job_->state.logEdits = log_.Edits();
+  writer_.start([this, job = job_] {
+    job->Write();
+    // Arrives only while this lives: the destructor waits for the thread.
+    QMetaObject::invokeMethod(
+        this, [this, job] { Finish(job); }, Qt::QueuedConnection);
+  });
+}
+
+void Autosave::Finish(const std::shared_ptr<Job>& job) {
+  if (job != job_) return;  // dropped meanwhile
+  job_.reset();
+  if (job->failure.isEmpty()) {
+    kept_ = job->state;
+    failure_.clear();
+    emit Kept();
+  } else {
+    Fail(job->failure);
+  }
+  if (std::exchange(again_, false)) Keep();
+}
+
+void Autosave::Fail(const QString& text) {
+  if (text == failure_) return;
+  failure_ = text;
+  emit Failed(text);
+}
+
+void Autosave::Forget() {
+  readLog_.stop();
+  again_ = false;
+  if (job_) job_->dropped = true;
+  job_.reset();
+}
+
+void Autosave::Clean() {
+  if (!work_) return;
+  Forget();
+  kept_ = CurrentState();
+  work_->Discard();
+  // And behind the write that may be under way.
+  writer_.start([file = work_->File()] {
+    std::error_code ignored;
+    std::filesystem::remove(file, ignored);
+  });
+}
+
+void Autosave::End() {
+  if (!work_) return;
+  timer_.stop();
+  Forget();
+  writer_.waitForDone();
+  work_->Discard();
+  work_.reset();
+}

@@ -1,0 +1,71 @@
+// Keeps the session's unsaved work on the disk, so that a crash does not cost it.
+#pragma once
+
+#include <QObject>
+#include <QThreadPool>
+#include <QTimer>
+#include <atomic>
+#include <chrono>
+#include <filesystem>
+#include <memory>
+#include <optional>
+
+#include "archive/unsaved_work.h"
+#include "windows/log_copy.h"
+#include "windows/window_set.h"
+
+// Looks at the session at even intervals and, if it has changed since it was last kept or saved,
+// writes it as an archive. The window copies the session (datasets, page, graphs) at once and the
+// log in short pieces; all else is done by another thread.
+class Autosave : public QObject {
+  Q_OBJECT
+ public:
+  explicit Autosave(WindowSet windows, QObject* parent = nullptr);
+  // Without End() what is kept stays, as after a crash.
+  ~Autosave() override;
+
+  // Begins to keep the session in `work`, looking for changes every `interval`. What is kept there
+  // already is the session as it is now.
+  void Start(UnsavedWork work, std::chrono::milliseconds interval);
+
+  // Keeps the session now if it has changed.
+  void Keep();
+
+  // Nothing is unsaved: the session was saved, loaded or begun anew. What was kept goes.
+  void Clean();
+
+  // The same for good, at the normal end of the program. Waits for a write under way.
+  void End();
+
+ signals:
+  void Kept();                       // it is on the disk
+  void Failed(const QString& text);  // why it could not be kept; told once a cause
+
+ private:
+  // What distinguishes one state of the session from the next.
+  struct State {
+    std::uint64_t module = 0;  // fingerprint
+    int logEdits = 0;
+    bool operator==(const State&) const = default;
+  };
+  struct Job;
+
+  int ModelIndex() const;
+  State CurrentState() const;
+  void ReadLog();
+  void Write();
+  void Finish(const std::shared_ptr<Job>& job);
+  void Fail(const QString& text);
+  void Forget();
+
+  WindowSet windows_;
+  DocumentReader log_;
+  QTimer timer_;
+  QTimer readLog_;  // the next piece of it
+  std::optional<UnsavedWork> work_;
+  State kept_;
+  std::shared_ptr<Job> job_;  // the one under way
+  bool again_ = false;        // the session was to be kept while a job was under way
+  QString failure_;           // told last
+  QThreadPool writer_;        // one thread, in order
+};
