@@ -14,6 +14,7 @@
 #include "fit/models.h"
 #include "fit/reactions.h"
 #include "fit/report.h"
+#include "stats/fit_quality.h"
 
 namespace {
 
@@ -509,7 +510,18 @@ class Maker {
   }
 
   ReportSection Quality() const {
-    ReportSection section{.title = "Quality of the fit", .paragraphs = {}, .tables = {}};
+    ReportSection section{.title = "Quality of the fit", .paragraphs = {}, .tables = {WholeFit()}};
+    try {
+      const FitQuality quality = CalcFitQuality(fit_, record_.page, module_.CriticalCCCValue);
+      section.paragraphs = QualityRemarks(quality);
+      section.tables.push_back(QualityOfSets(quality));
+    } catch (const ArithmeticFault&) {
+      section.paragraphs = {"The quality of the datasets cannot be computed from this fit."};
+    }
+    return section;
+  }
+
+  ReportTable WholeFit() const {
     ReportTable table{.title = "The whole fit", .head = {}, .rows = {}};
     const auto count = [&](const char* name, int number) {
       table.rows.push_back({name, std::to_string(number)});
@@ -524,32 +536,36 @@ class Maker {
     table.rows.push_back({"Variance", Number(statistics_.variance, "0.0000E+00")});
     table.rows.push_back({"Root mean square deviation",
                           Number(std::sqrt(statistics_.variance), "0.000E+00") + " signal units"});
-    section.tables = {std::move(table), QualityOfSets()};
-    return section;
+    return table;
   }
 
   // Everything that is said of the fit of a single dataset stands in this table.
-  ReportTable QualityOfSets() const {
+  ReportTable QualityOfSets(const FitQuality& quality) const {
     ReportTable table{.title = "Each dataset",
-                      .head = {"No.", "Dataset", "Points", "RMS residual", "Largest residual"},
+                      .head = {"No.", "Dataset", "Points", "RMS residual", "Largest residual",
+                               "Share of squares", "Runs", "Z of runs", "Durbin\u2013Watson"},
                       .rows = {}};
-    for (int d = 1; d <= fit_.NumFitSets; ++d) {
-      int points = 0;
-      double squares = 0.0;
-      double largest = 0.0;
-      const int first = fit_.SetFirstPoint(d);
-      for (int i = first; i < first + fit_.SetPointCount(d); ++i) {
-        if (fit_.PointKind(i) != 0) continue;
-        const double residual = fit_.FitY(i) - fit_.FitYCalc(i);
-        ++points;
-        squares += residual * residual;
-        largest = std::max(largest, std::fabs(residual));
-      }
-      const double rms = points == 0 ? 0.0 : std::sqrt(squares / points);
-      table.rows.push_back({std::to_string(d), NameOf(DatasetOf(d)), std::to_string(points),
-                            Number(rms, "0.000E+00"), Number(largest, "0.000E+00")});
+    const auto known = [](const std::optional<double>& value) {
+      return value.has_value() ? Number(*value, "0.00") : kNone;
+    };
+    for (const SetQuality& set : quality.sets) {
+      table.rows.push_back({std::to_string(set.dataset), NameOf(DatasetOf(set.dataset)),
+                            std::to_string(set.points), Number(set.rms, "0.000E+00"),
+                            Number(LargestResidual(set.dataset), "0.000E+00"),
+                            Number(100.0 * set.share, "0.0") + " %", std::to_string(set.runs.runs),
+                            known(set.runs.z), known(set.durbinWatson)});
     }
     return table;
+  }
+
+  double LargestResidual(int d) const {
+    double largest = 0.0;
+    const int first = fit_.SetFirstPoint(d);
+    for (int i = first; i < first + fit_.SetPointCount(d); ++i) {
+      if (fit_.PointKind(i) != 0) continue;
+      largest = std::max(largest, std::fabs(fit_.FitY(i) - fit_.FitYCalc(i)));
+    }
+    return largest;
   }
 
   ReportSection Files() const {

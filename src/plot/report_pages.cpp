@@ -8,6 +8,7 @@
 #include <QPdfWriter>
 #include <QTextBlock>
 #include <QTextDocument>
+#include <QTextLayout>
 #include <QTextTable>
 #include <algorithm>
 #include <stdexcept>
@@ -95,8 +96,11 @@ bool LeadsOn(const QTextBlock& block) {
 // Moves headings and titles of tables to the page on which begins what they lead to.
 void KeepTogether(QTextDocument& document) {
   const auto pageOf = [&](const QTextBlock& block) {
+    // A line that does not fit goes to the next page inside its block, whose rectangle stays here.
     const QRectF place = document.documentLayout()->blockBoundingRect(block);
-    return static_cast<int>(place.top() / document.pageSize().height());
+    const QTextLayout& lines = *block.layout();
+    const double first = lines.lineCount() > 0 ? lines.lineAt(0).y() : 0.0;
+    return static_cast<int>((place.top() + first) / document.pageSize().height());
   };
   for (QTextBlock block = document.begin(); block.isValid(); block = block.next()) {
     if (!LeadsOn(block) || !block.next().isValid()) continue;

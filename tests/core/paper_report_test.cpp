@@ -17,6 +17,7 @@
 #include "fit/reactions.h"
 #include "fit/report.h"
 #include "scan/scan_file.h"
+#include "stats/fit_quality.h"
 #include "support/recording_host.h"
 #include "support/session.h"
 #include "support/temp_folder.h"
@@ -117,10 +118,16 @@ TEST_F(PaperReportTest, SaysWhatTheFitWasAndFound) {
   EXPECT_EQ(Find(report, "Values of each dataset", "2")[2], "0.000E+00 (held)");
   EXPECT_EQ(Find(report, "The whole fit", "Points")[1], "178");
   double squares = 0.0;
+  double shares = 0.0;
   for (const char* number : {"1", "2", "3"}) {
     const Row row = Find(report, "Each dataset", number);
     squares += std::pow(std::stod(row[3]), 2) * std::stod(row[2]);
+    shares += std::stod(row[5]);
   }
+  // Its baseline is held off the truth, so its residuals are a wave.
+  EXPECT_LT(std::stod(Find(report, "Each dataset", "2")[7]), -kRunsLimit);
+  EXPECT_LT(std::stod(Find(report, "Each dataset", "2")[8]), kLowestDurbin);
+  EXPECT_NEAR(shares, 100.0, 0.2);
   EXPECT_NEAR(squares, fit.FitChiSq, 2e-3 * squares);
   EXPECT_EQ(report.charts.size(), 3U);
   EXPECT_EQ(report.charts[1], PlotDataFit(fit, module.LastFit.datasets, 1, module.Plots));
