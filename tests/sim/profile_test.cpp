@@ -122,30 +122,6 @@ TEST(Simulate, KeepsMassActionAndTheSumOfTheSpecies) {
   }
 }
 
-TEST(SimNonideal, IsIdealWithoutAVirialCoefficient) {
-  const SimulatedRun ideal = RunOf(0, {{SimBox::kRMS, "0"}});
-  const SimulatedRun nonideal = RunOf(1, {{SimBox::kRMS, "0"}, {SimBox::kNonId, "0"}});
-  for (int i = 0; i < 301; ++i) {
-    // One fine step of 0.0002 cm on the steepest part of the profile.
-    EXPECT_NEAR(nonideal.Column().conc[i] / ideal.Column().conc[i], 1.0, 0.003) << i;
-  }
-}
-
-TEST(FitCloadCs, FindsTwoIdealSpeciesWhereNothingBinds) {
-  Entries entries = kTwoSizes;
-  entries[SimBox::kLnK1] = "-20";
-  const SimulatedRun both = RunOf(6, entries);
-  const Entries alone = {{SimBox::kRMS, "0"}, {SimBox::kMW, "90000"}};
-  const Entries aloneB = {{SimBox::kRMS, "0"},
-                          {SimBox::kMW, "30000"},
-                          {SimBox::kVbar, "0.72"},
-                          {SimBox::kLoadC, "2.5E-06"}};
-  constexpr int kReferencePoint = 200;  // 6.55 cm, two thirds down
-  EXPECT_NEAR(both.outcome.reference.a / RunOf(0, alone).Column().conc[kReferencePoint], 1.0, 3e-4);
-  EXPECT_NEAR(both.outcome.reference.b / RunOf(0, aloneB).Column().conc[kReferencePoint], 1.0,
-              3e-4);
-}
-
 TEST(Simulate, RoundsTheNumberOfGridPoints) {
   struct Case {
     const char* meniscus;

@@ -61,33 +61,6 @@ TEST(CountRuns, AgreesWithAPublishedExample) {
   EXPECT_NEAR(*found.z, 2.98, 0.005);
 }
 
-// Mean and variance of the runs over all orders of p and n signs, by counting: the formulas are
-// exact, so no published table could say more.
-TEST(CountRuns, MeanAndVarianceAreThoseOfAllOrders) {
-  constexpr int kLength = 10;
-  for (int positive = 2; positive < kLength - 1; ++positive) {
-    double sum = 0.0;
-    double zSquares = 0.0;
-    int orders = 0;
-    for (unsigned bits = 0; bits < 1U << kLength; ++bits) {
-      std::vector<double> residuals;
-      int ones = 0;
-      for (int k = 0; k < kLength; ++k) {
-        const bool one = (bits >> k & 1U) != 0;
-        ones += one ? 1 : 0;
-        residuals.push_back(one ? 1.0 : -1.0);
-      }
-      if (ones != positive) continue;
-      const RunsTest found = CountRuns(residuals);
-      sum += found.runs - found.expected;
-      zSquares += *found.z * *found.z;
-      ++orders;
-    }
-    EXPECT_NEAR(sum, 0.0, 1e-9);
-    EXPECT_NEAR(zSquares / orders, 1.0, 1e-9) << positive;
-  }
-}
-
 TEST(DurbinWatson, AgreesWithExamplesByHand) {
   EXPECT_NEAR(*DurbinWatson(std::vector<double>{1, -1, 1, -1}), 12.0 / 4.0, kDigits);
   EXPECT_NEAR(*DurbinWatson(std::vector<double>{1, 2, 3}), 2.0 / 14.0, kDigits);
