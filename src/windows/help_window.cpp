@@ -7,7 +7,9 @@
 #include <QLineEdit>
 #include <QPushButton>
 #include <QShortcut>
+#include <QTextBlock>
 #include <QTextBrowser>
+#include <QTextCursor>
 #include <QTextTable>
 #include <QVBoxLayout>
 
@@ -53,6 +55,29 @@ void DressTables(QTextDocument& document) {
   }
 }
 
+// The place that links name a heading by: small letters, a hyphen for each blank, no other signs.
+QString PlaceOf(const QString& heading) {
+  QString place;
+  for (const QChar c : heading.toLower()) {
+    if (c == ' ') place += '-';
+    if (c.isLetterOrNumber() || c == '-' || c == '_') place += c;
+  }
+  return place;
+}
+
+// Headings of a Markdown text come without the places that links lead to.
+void NameHeadings(QTextDocument& document) {
+  for (QTextBlock block = document.begin(); block.isValid(); block = block.next()) {
+    if (block.blockFormat().headingLevel() == 0) continue;
+    QTextCharFormat format;
+    format.setAnchor(true);
+    format.setAnchorNames({PlaceOf(block.text())});
+    QTextCursor cursor(block);
+    cursor.movePosition(QTextCursor::EndOfBlock, QTextCursor::KeepAnchor);
+    cursor.mergeCharFormat(format);
+  }
+}
+
 }  // namespace
 
 HelpWindow::HelpWindow(QWidget* parent)
@@ -83,7 +108,11 @@ HelpWindow::HelpWindow(QWidget* parent)
   layout->addWidget(text_, 1);
   connect(pageBack, &QPushButton::clicked, text_, &QTextBrowser::backward);
   connect(text_, &QTextBrowser::backwardAvailable, pageBack, &QPushButton::setEnabled);
-  connect(text_, &QTextBrowser::sourceChanged, this, [this] { DressTables(*text_->document()); });
+  connect(text_, &QTextBrowser::sourceChanged, this, [this](const QUrl& page) {
+    DressTables(*text_->document());
+    NameHeadings(*text_->document());
+    if (page.hasFragment()) text_->scrollToAnchor(page.fragment());
+  });
   connect(search_, &QLineEdit::returnPressed, this, [this] { Find(false); });
   connect(next, &QPushButton::clicked, this, [this] { Find(false); });
   connect(back, &QPushButton::clicked, this, [this] { Find(true); });

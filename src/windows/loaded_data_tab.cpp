@@ -228,6 +228,7 @@ void LoadedDataTab::RemoveLastRow() {
 }
 
 void LoadedDataTab::Rebuild() {
+  mnuBlank_->clear();  // its entries name rows
   const auto count = session_.Module.Store.Datasets.size();
   while (rows_.size() > count) RemoveLastRow();
   while (rows_.size() < count) AddRow();

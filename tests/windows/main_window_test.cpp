@@ -6,6 +6,8 @@
 #include <QLineEdit>
 #include <QMenu>
 #include <QMimeData>
+#include <QScrollBar>
+#include <QTextBrowser>
 #include <QTimer>
 #include <QUrl>
 
@@ -296,6 +298,12 @@ TEST_F(MainWindowTest, HelpAndAboutOpen) {
   Find<QLineEdit>("txtSearch")->setText("isodesmic");
   QTest::keyClick(Find<QLineEdit>("txtSearch"), Qt::Key_Return);
   EXPECT_EQ(guide->textCursor().selectedText().toLower(), "isodesmic");
+  auto* pages = Find<QTextBrowser>("txtHelp");
+  const QUrl start = pages->source();
+  for (const char* link : {"models.md#cross-correlation", "user-guide.md#keys"}) {
+    pages->setSource(start.resolved(QUrl(link)));
+    EXPECT_GT(pages->verticalScrollBar()->value(), 0) << link;
+  }
   Trigger("mnuHelpAbout");
   EXPECT_TRUE(Find<QLabel>("lblVersion")->text().contains("1.0.0"));
   Trigger("mnuFileClose");

@@ -12,6 +12,8 @@
 #include <QTabWidget>
 #include <QTableView>
 #include <QTest>
+#include <QTextCursor>
+#include <QTextEdit>
 #include <QTimer>
 #include <chrono>
 #include <clocale>
@@ -62,15 +64,12 @@ class Walk {
     Grab("loaded-data");
     ShowEditing();
     Tab(1);
-    window_.findChild<QComboBox*>("cmbModel")->setCurrentIndex(2);
-    for (Dataset& dataset : session_.Module.Store.Datasets) dataset.ExtCoeff = 40000.0;
-    Click("cmdSetFit");
-    Grab("fit-control");
-    ShowEvaluations();
-    Click("cmdFitMe");
-    Grab("fit-result");
+    FitIdeal();
+    FitDimer();
     Trigger("mnuExpGraph");
     Grab("graphs");
+    Click("cmdExportGraph");
+    GrabDialog("frmExport", "export");
     Simulator();
     Match();
     Trigger("mnuHelpContents");
@@ -79,18 +78,18 @@ class Walk {
       help->grab().save(folder_ + "/help.png");
     }
     ErrorAnalysis();
-    Quality();
+    Quality("fit-quality");
     Overlay();
     OfferOfUnsavedWork();
   }
 
  private:
   // The quality of the last fit.
-  void Quality() {
+  void Quality(const QString& name) {
     Trigger("mnuFitQuality");
     QTest::qWait(150);
     auto* quality = window_.findChild<QWidget*>("frmFitQuality");
-    quality->parentWidget()->grab().save(folder_ + "/fit-quality.png");
+    quality->parentWidget()->grab().save(folder_ + "/" + name + ".png");
     quality->parentWidget()->close();
   }
 
@@ -175,28 +174,66 @@ class Walk {
     Click("cmdUndoEdit");
   }
 
-  // Start values near the result, and one of them moved by its bar. The fit starts as before.
-  void ShowEvaluations() {
+  // The first analysis of the guide: a model that does not hold, from the values typed there.
+  void FitIdeal() {
+    Click("cmdSetFit");
     if (auto* hint = window_.findChild<QWidget*>("frmGraphicalRefC")) hint->close();
-    QuorvaneModule& module = session_.Module;
-    auto* data = window_.findChild<DataWindow*>("frmData");
-    const std::vector<Dataset> datasets = module.Store.Datasets;
-    const FitPage page = module.FitPage;
-    module.FitPage.ModelMW = 8100.0;
-    module.FitPage.ModelLnK1 = 11.5;
-    for (Dataset& dataset : module.Store.Datasets) dataset.RefConc = 5e-6;
-    data->FitControl().ShowValues();
+    Enter("txtExtCoeff(0)", "40000", true);
+    Enter("txtRefConc(0)", "5E-6", true);
+    Enter("txtMWB", "7500", false);
+    Grab("fit-control");
+    Click("cmdFitMe");
+    for (int k = 0; k < 6; ++k) Click("cmdResultForward");
+    Grab("fit-ideal");
+    Quality("quality-ideal");
+  }
+  // And one that does.
+  void FitDimer() {
+    Tab(1);
+    window_.findChild<QComboBox*>("cmbModel")->setCurrentIndex(2);
+    Click("cmdSetFit");
+    if (auto* hint = window_.findChild<QWidget*>("frmGraphicalRefC")) hint->close();
+    Enter("txtMWB", "7500", false);
+    Enter("txtLnK1", "11", false);
+    ShowEvaluations();
+    Click("cmdFitMe");
+    Grab("fit-result");
+    ShowLog();
+  }
+  void Enter(const char* name, const char* text, bool toRowsBelow) {
+    auto* box = window_.findChild<QLineEdit*>(name);
+    box->setFocus();
+    box->setText(text);
+    QTest::keyClick(box, Qt::Key_Return);
+    if (toRowsBelow) QTest::mouseClick(box, Qt::LeftButton, Qt::ControlModifier);
+  }
+
+  // The curves of the start values, and one of them moved by its bar and put back.
+  void ShowEvaluations() {
     Click("cmdPreviewFit");
     window_.findChild<QScrollBar*>("hsPreview")->setValue(4);
     Grab("preview-fit");
     window_.findChild<QWidget*>("frmPreview")->parentWidget()->close();
     QTest::mouseDClick(window_.findChild<QWidget*>("txtRefConc(1)"), Qt::LeftButton);
-    window_.findChild<QScrollBar*>("hsSetRefC")->setValue(80);
+    window_.findChild<QScrollBar*>("hsSetRefC")->setValue(-200);
     Grab("set-ref-conc");
     Click("cmdCancel");
-    module.Store.Datasets = datasets;
-    module.FitPage = page;
-    data->FitControl().ShowValues();
+  }
+
+  // The report in the log, as wide as its table.
+  void ShowLog() {
+    auto* log = window_.findChild<QTextEdit*>("logFile");
+    auto* child = window_.findChild<QWidget*>("frmDocument")->parentWidget();
+    const QRect place = child->geometry();
+    child->resize(880, 560);
+    QTest::qWait(150);
+    const QTextCursor head = log->document()->find("Model :: Monomer");
+    log->verticalScrollBar()->setValue(log->verticalScrollBar()->value() +
+                                       log->cursorRect(head).top());
+    QTest::qWait(150);
+    child->grab().save(folder_ + "/log.png");
+    child->setGeometry(place);
+    log->moveCursor(QTextCursor::End);
   }
 
   void Grab(const QString& name) {
@@ -211,6 +248,7 @@ class Walk {
       QTest::qWait(150);
       match->parentWidget()->grab().save(folder_ + "/" + name + ".png");
     };
+    grab("match-load");
     Click("cmdLoadFiles");
     grab("match-range");
     Click("cmdDoMatch");
@@ -218,6 +256,8 @@ class Walk {
     tabs->setCurrentIndex(3);
     Click("cmdMakePlot");
     grab("match-deviations");
+    tabs->setCurrentIndex(4);
+    grab("match-rms");
   }
 
   void Simulator() {
@@ -267,7 +307,11 @@ int main(int argc, char** argv) {
   QApplication::setStyle(QStringLiteral("Fusion"));
   if (argc != 2 && argc != 3) return 2;
   if (argc == 3) QApplication::setPalette(DarkPalette());
-  const std::filesystem::path examples = std::filesystem::path(QUORVANE_SOURCE_DIR) / "examples";
+  // A copy, so that the pictures show the same folder wherever they are taken.
+  const auto examples = std::filesystem::temp_directory_path() / "quorvane-pictures";
+  std::filesystem::remove_all(examples);
+  std::filesystem::copy(std::filesystem::path(QUORVANE_SOURCE_DIR) / "examples", examples,
+                        std::filesystem::copy_options::recursive);
   const std::filesystem::path settingsFile =
       std::filesystem::temp_directory_path() / "quorvane-screenshots.ini";
   std::filesystem::remove(settingsFile);
@@ -277,5 +321,6 @@ int main(int argc, char** argv) {
   session.CurrentFolder = examples / "monomer-dimer";
   std::filesystem::create_directories(argv[1]);
   Walk(session, QString::fromLocal8Bit(argv[1])).Run();
+  std::filesystem::remove_all(examples);
   return 0;
 }

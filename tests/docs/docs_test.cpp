@@ -1,0 +1,166 @@
+// The guides: their links and pictures lead somewhere, and messages.md explains what is said.
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cctype>
+#include <filesystem>
+#include <map>
+#include <set>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "base/files.h"
+#include "base/text.h"
+
+namespace {
+
+namespace fs = std::filesystem;
+
+const fs::path kRoot = QUORVANE_SOURCE_DIR;
+
+std::string Read(const fs::path& file) {
+  return ReadWholeFile(file, std::size_t{8} << 20U);
+}
+
+std::vector<std::string> LinesOf(const std::string& text) {
+  std::vector<std::string> lines;
+  for (std::size_t at = 0; at < text.size();) {
+    const std::size_t end = std::min(text.find('\n', at), text.size());
+    lines.push_back(text.substr(at, end - at));
+    at = end + 1;
+  }
+  return lines;
+}
+
+// All blanks and line breaks as one blank.
+std::string Collapsed(std::string_view text) {
+  std::string result;
+  for (const char c : text) {
+    const bool blank = c == ' ' || c == '\n' || c == '\t' || c == '\r';
+    if (!blank) result += c;
+    if (blank && !result.ends_with(' ')) result += ' ';
+  }
+  return result;
+}
+
+void Replace(std::string& text, std::string_view from, std::string_view to) {
+  for (std::size_t at = 0; (at = text.find(from, at)) != std::string::npos; at += to.size()) {
+    text.replace(at, from.size(), to);
+  }
+}
+
+// What links call the headings of a page.
+std::set<std::string> PlacesOf(const fs::path& page) {
+  std::set<std::string> places;
+  for (const std::string& line : LinesOf(Read(page))) {
+    if (!line.starts_with('#')) continue;
+    std::string place;
+    for (const char c : line.substr(line.find(' ') + 1)) {
+      const auto letter = static_cast<unsigned char>(c);
+      if (c == ' ') place += '-';
+      if (std::isalnum(letter) != 0 || c == '-' || c == '_') {
+        place += static_cast<char>(std::tolower(letter));
+      }
+    }
+    EXPECT_TRUE(places.insert(place).second) << page << ": two headings " << line;
+  }
+  return places;
+}
+
+// The targets of the links and pictures in a page.
+std::vector<std::string> LinksOf(const std::string& text) {
+  std::vector<std::string> links;
+  for (std::size_t at = 0; (at = text.find("](", at)) != std::string::npos;) {
+    at += 2;
+    links.push_back(text.substr(at, text.find(')', at) - at));
+  }
+  return links;
+}
+
+std::vector<fs::path> Pages() {
+  std::vector<fs::path> pages = {kRoot / "README.md"};
+  for (const auto& entry : fs::directory_iterator(kRoot / "docs")) {
+    if (entry.path().extension() == ".md") pages.push_back(entry.path());
+  }
+  return pages;
+}
+
+// The literals of the program, those that stand side by side joined.
+std::string Source() {
+  std::string source;
+  for (const auto& entry : fs::recursive_directory_iterator(kRoot / "src")) {
+    const fs::path extension = entry.path().extension();
+    if (extension == ".cpp" || extension == ".h") source += Collapsed(Read(entry.path()));
+  }
+  Replace(source, "\" \"", "");
+  for (const char* lineBreak : {"\\r", "\\n"}) Replace(source, lineBreak, " ");
+  Replace(source, "\\\"", "\"");
+  return Collapsed(source);
+}
+
+// The messages in the first column of a table row: its code spans.
+std::vector<std::string> MessagesOf(const std::string& row) {
+  std::vector<std::string> messages;
+  const std::string cell = row.substr(0, row.find(" | "));
+  for (std::size_t at = 0; (at = cell.find('`', at)) != std::string::npos;) {
+    const std::size_t end = cell.find('`', ++at);
+    messages.push_back(cell.substr(at, end - at));
+    at = end + 1;
+  }
+  return messages;
+}
+
+// The parts of a message between what differs: <NAME> or dots.
+std::vector<std::string> FixedParts(std::string message) {
+  Replace(message, "...", "<->");
+  std::vector<std::string> parts(1);
+  for (std::size_t at = 0; at < message.size(); ++at) {
+    const std::size_t end = message.find_first_of("<>", at + 1);
+    const bool opens = message[at] == '<' && end != std::string::npos && message[end] == '>';
+    if (opens && message[at + 1] != ' ') {
+      at = end;
+      parts.emplace_back();
+    } else {
+      parts.back() += message[at];
+    }
+  }
+  return parts;
+}
+
+}  // namespace
+
+TEST(Docs, LinksLeadSomewhere) {
+  std::map<fs::path, std::set<std::string>> places;
+  std::set<std::string> shown;
+  for (const fs::path& page : Pages()) {
+    for (const std::string& link : LinksOf(Read(page))) {
+      if (link.find("://") != std::string::npos) continue;
+      const std::size_t mark = std::min(link.find('#'), link.size());
+      const fs::path target = mark == 0 ? page : page.parent_path() / link.substr(0, mark);
+      EXPECT_TRUE(fs::exists(target)) << page << ": " << link;
+      if (target.extension() == ".png") shown.insert(target.filename().string());
+      if (mark == link.size() || !fs::exists(target)) continue;
+      if (!places.contains(target)) places[target] = PlacesOf(target);
+      EXPECT_TRUE(places[target].contains(link.substr(mark + 1))) << page << ": " << link;
+    }
+  }
+  for (const auto& entry : fs::directory_iterator(kRoot / "docs/images")) {
+    EXPECT_TRUE(shown.contains(entry.path().filename().string())) << entry.path();
+  }
+}
+
+TEST(Docs, MessagesStandInTheProgram) {
+  const std::string source = Source();
+  int messages = 0;
+  for (const std::string& line : LinesOf(Read(kRoot / "docs/messages.md"))) {
+    if (!line.starts_with("| ")) continue;
+    for (const std::string& message : MessagesOf(line)) {
+      ++messages;
+      for (const std::string& part : FixedParts(message)) {
+        EXPECT_TRUE(source.find(Trim(part)) != std::string::npos) << message << "\n  " << part;
+      }
+    }
+  }
+  EXPECT_GT(messages, 150);
+}
