@@ -11,10 +11,9 @@ namespace fs = std::filesystem;
 
 namespace {
 
-constexpr int kMostPlaces = 1000;  // more abandoned ones than anybody declines to look at
-
-fs::path PlaceOf(const fs::path& folder, int number) {
-  return folder / std::to_string(number);
+bool IsPlace(const fs::path& path) {
+  return DirExists(path) &&
+         PathText(path.filename()).find_first_not_of("0123456789") == std::string::npos;
 }
 
 }  // namespace
@@ -29,23 +28,30 @@ UnsavedWork UnsavedWork::At(const fs::path& folder) {
 }
 
 UnsavedWork UnsavedWork::Claim(const fs::path& folder) {
+  constexpr int kMostPlaces = 1000;  // more abandoned ones than anybody declines to look at
   std::error_code error;
   fs::create_directories(folder, error);
-  for (int number = 1; number <= kMostPlaces; ++number) {
-    const fs::path place = PlaceOf(folder, number);
-    fs::create_directory(place, error);
+  for (int number = 1; !error && number <= kMostPlaces; ++number) {
+    const fs::path place = folder / std::to_string(number);
+    const bool made = fs::create_directory(place, error);
+    if (error) break;
     UnsavedWork work = At(place);
     if (work.Owned() && !FileExists(work.File())) return work;
+    if (made && !work.Owned() && work.lock_.Holder().empty() && fs::remove(place, error)) {
+      throw FileFault(PathText(place) + ": no file can be locked there");
+    }
   }
-  throw FileFault(PathText(folder) + ": no place can be made there");
+  throw FileFault(PathText(folder) + ": " +
+                      (error ? error.message() : std::string("no place can be made there")),
+                  error.value());
 }
 
 std::vector<UnsavedWork> UnsavedWork::Abandoned(const fs::path& folder) {
+  std::error_code error;
   std::vector<UnsavedWork> found;
-  for (int number = 1; number <= kMostPlaces; ++number) {
-    const fs::path place = PlaceOf(folder, number);
-    if (!DirExists(place)) continue;
-    UnsavedWork work = At(place);
+  for (fs::directory_iterator at(folder, error), end; !error && at != end; at.increment(error)) {
+    if (!IsPlace(at->path())) continue;
+    UnsavedWork work = At(at->path());
     if (work.Owned() && FileExists(work.File())) found.push_back(std::move(work));
   }
   std::sort(found.begin(), found.end(),
@@ -71,11 +77,11 @@ std::chrono::system_clock::time_point UnsavedWork::KeptAt() const {
 
 fs::path UnsavedWork::SetAside() {
   const fs::path shared = folder_.parent_path();
+  std::error_code error;
   fs::path target;
-  for (int number = 1; target.empty() || fs::exists(target); ++number) {
+  for (int number = 1; target.empty() || fs::exists(target, error); ++number) {
     target = shared / ("damaged-" + std::to_string(number) + ".exz");
   }
-  std::error_code error;
   fs::rename(File(), target, error);
   if (error) throw FileFault(PathText(File()) + ": " + error.message(), error.value());
   return target;

@@ -13,7 +13,8 @@
 // up, and removes it if nothing is kept there.
 class UnsavedWork {
  public:
-  // A place of its own below `folder`, which is made if need be. Throws FileFault.
+  // A place of its own below `folder`, which is made if need be. Throws FileFault, also where files
+  // cannot be locked.
   static UnsavedWork Claim(const std::filesystem::path& folder);
 
   // The places of programs that ended without giving up what they kept, the latest first; they
@@ -23,6 +24,9 @@ class UnsavedWork {
   UnsavedWork(UnsavedWork&&) noexcept = default;
   UnsavedWork& operator=(UnsavedWork&&) noexcept = default;
   ~UnsavedWork();
+
+  // Whether somebody has removed the place meanwhile.
+  bool Lost() const { return !lock_.Stands(); }
 
   // The archive, which need not exist.
   std::filesystem::path File() const { return folder_ / "experiment.exz"; }

@@ -103,6 +103,10 @@ void FileLock::SignFile() const {
   SetEndOfFile(handle);
 }
 
+bool FileLock::Stands() const {
+  return Held();  // nobody can remove an open file
+}
+
 void FileLock::Release() {
   if (!Held()) return;
   CloseHandle(reinterpret_cast<HANDLE>(std::exchange(handle_, kNoHandle)));
@@ -143,9 +147,11 @@ void FileLock::Take() {
       handle_ = handle;
       return;
     }
+    std::error_code ignored;
+    if (!locked && !elsewhere && IsOpenFile(file_, handle)) fs::remove(file_, ignored);
     close(handle);
     if (elsewhere) holder_ = ReadHolder(file_);
-    if (!locked) return;
+    if (!locked) return;  // elsewhere, or on a disk without locks
   }
 }
 
@@ -156,13 +162,16 @@ void FileLock::SignFile() const {
   if (ftruncate(handle, 0) == 0 && pwrite(handle, line.data(), line.size(), 0) < 0) return;
 }
 
+bool FileLock::Stands() const {
+  return Held() && IsOpenFile(file_, static_cast<int>(handle_));
+}
+
 // Removed while it is still locked, so that nobody takes the file that is about to go.
 void FileLock::Release() {
   if (!Held()) return;
-  const int handle = static_cast<int>(std::exchange(handle_, kNoHandle));
   std::error_code ignored;
-  if (IsOpenFile(file_, handle)) fs::remove(file_, ignored);
-  close(handle);
+  if (Stands()) fs::remove(file_, ignored);
+  close(static_cast<int>(std::exchange(handle_, kNoHandle)));
 }
 
 #endif

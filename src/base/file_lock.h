@@ -21,6 +21,9 @@ class FileLock {
 
   bool Held() const { return handle_ != kNoHandle; }
 
+  // Whether it is held and others can see it: a file that somebody has removed says nothing.
+  bool Stands() const;
+
   // Who else holds it, for people: "process 71 of ann on lab-pc, since 2026-11-21, 14:03:22". Empty
   // if nobody does.
   const std::string& Holder() const { return holder_; }

@@ -39,6 +39,15 @@ FileHandle OpenForWriting(const fs::path& path) {
 #endif
 }
 
+// Null with EEXIST if something stands there, be it a link that leads nowhere.
+FileHandle OpenNew(const fs::path& path) {
+#if defined(_WIN32)
+  return FileHandle(_wfopen(path.c_str(), L"wbx"));
+#else
+  return FileHandle(std::fopen(path.c_str(), "wbxe"));
+#endif
+}
+
 constexpr const char* kTemporaryPrefix = ".quorvane-";
 
 bool FlushToDisk(std::FILE* file) {
@@ -54,19 +63,39 @@ bool WriteAll(std::FILE* file, std::string_view bytes) {
   return std::fwrite(bytes.data(), 1, bytes.size(), file) == bytes.size();
 }
 
-// The name of a file beside `target` that is not to outlive this.
+// A new file beside `target` that is not to outlive this. Its name may be taken: by what a kill
+// left behind, or by a process of the same number on another machine or in another container.
 class TemporaryFile {
  public:
-  explicit TemporaryFile(const fs::path& target)
-      : path_(target.parent_path() / (kTemporaryPrefix + std::to_string(ProcessNumber()) + "-" +
-                                      std::to_string(NextNumber()) + "~")) {}
+  explicit TemporaryFile(const fs::path& target) {
+    constexpr int kAttempts = 1000;
+    for (int k = 0; k < kAttempts && !file_; ++k) {
+      path_ = target.parent_path() / (kTemporaryPrefix + std::to_string(ProcessNumber()) + "-" +
+                                      std::to_string(NextNumber()) + "~");
+      file_ = OpenNew(path_);
+      if (!file_ && errno != EEXIST) break;
+    }
+    made_ = file_ != nullptr;
+  }
   ~TemporaryFile() {
     std::error_code ignored;
-    fs::remove(path_, ignored);
+    file_.reset();
+    if (made_) fs::remove(path_, ignored);
   }
   TemporaryFile(const TemporaryFile&) = delete;
   TemporaryFile& operator=(const TemporaryFile&) = delete;
   const fs::path& path() const { return path_; }
+
+  bool Made() const { return made_; }  // errno says why not
+
+  // False, with errno, if the bytes are not all on the disk. Once.
+  bool Write(std::string_view bytes) {
+    const bool done = WriteAll(file_.get(), bytes) && FlushToDisk(file_.get());
+    const int error = errno;
+    file_.reset();
+    errno = error;
+    return done;
+  }
 
  private:
   static int ProcessNumber() {
@@ -82,7 +111,18 @@ class TemporaryFile {
   }
 
   fs::path path_;
+  FileHandle file_;
+  bool made_ = false;
 };
+
+// Whether the user has not forbidden that the file is replaced: a rename would not ask.
+bool MayReplace([[maybe_unused]] const fs::path& file) {
+#if defined(_WIN32)
+  return true;  // there a rename asks
+#else
+  return access(file.c_str(), W_OK) == 0;
+#endif
+}
 
 // A rename is on the disk once its folder is. Not every file system can be asked for it.
 void FlushFolder([[maybe_unused]] const fs::path& folder) {
@@ -187,17 +227,16 @@ void WriteWholeFile(const fs::path& path, std::string_view bytes,
     }
     return;
   }
-  const TemporaryFile temporary(target);
-  FileHandle out = OpenForWriting(temporary.path());
-  if (!out || !WriteAll(out.get(), bytes) || !FlushToDisk(out.get())) {
-    Fail(path, "cannot be written", errno);
-  }
-  out.reset();
+  if (fs::exists(old) && !MayReplace(target)) Fail(path, "cannot be written", errno);
+  TemporaryFile temporary(target);
+  if (!temporary.Made()) Fail(path, "cannot be written", errno);
+  // Before there is anything to read in it.
+  if (fs::exists(old)) fs::permissions(temporary.path(), old.permissions(), ignored);
+  if (!temporary.Write(bytes)) Fail(path, "cannot be written", errno);
   if (!FileHolds(temporary.path(), bytes)) {
     throw FileFault(PathText(path) + ": does not read back as it was written");
   }
   if (check) check(temporary.path());
-  if (fs::exists(old)) fs::permissions(temporary.path(), old.permissions(), ignored);
   std::error_code error;
   fs::rename(temporary.path(), target, error);
   if (error) Fail(path, "cannot be written", error.value());

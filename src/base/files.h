@@ -47,8 +47,9 @@ bool FileHolds(const std::filesystem::path& path, std::string_view bytes);
 
 // Writes `bytes` to a temporary file beside `path`, flushes it to the disk, reads it back and
 // renames it over `path`: the old file stays whole until the new one is. `check`, if given, looks
-// at the temporary file before it is renamed. Throws FileFault, or what `check` throws; then
-// nothing changed. Threads may write into one folder at the same time.
+// at the temporary file before it is renamed. A file that stood there keeps its permissions; one
+// that is write-protected stays. Throws FileFault, or what `check` throws; then nothing changed.
+// Threads may write into one folder at the same time.
 void WriteWholeFile(const std::filesystem::path& path, std::string_view bytes,
                     const std::function<void(const std::filesystem::path&)>& check = {});
 

@@ -7,6 +7,7 @@
 #include "archive/experiment_file.h"
 #include "archive/experiment_session.h"
 #include "base/arithmetic.h"
+#include "base/files.h"
 #include "base/fingerprint.h"
 #include "rtf/rtf_writer.h"
 #include "windows/data_window.h"
@@ -58,10 +59,24 @@ Autosave::~Autosave() {
   writer_.waitForDone();
 }
 
-void Autosave::Start(UnsavedWork work, milliseconds interval) {
-  work_.emplace(std::move(work));
+void Autosave::Start(std::filesystem::path folder, std::optional<UnsavedWork> resumed,
+                     milliseconds interval) {
+  folder_ = std::move(folder);
+  work_ = std::move(resumed);
   kept_ = CurrentState();
   timer_.start(interval);
+  HavePlace();
+}
+
+bool Autosave::HavePlace() {
+  if (work_ && !work_->Lost()) return true;
+  work_.reset();
+  try {
+    work_ = UnsavedWork::Claim(folder_);
+  } catch (const FileFault& fault) {
+    Fail(QString::fromUtf8(fault.what()));
+  }
+  return work_.has_value();
 }
 
 int Autosave::ModelIndex() const {
@@ -80,13 +95,13 @@ Autosave::State Autosave::CurrentState() const {
 }
 
 void Autosave::Keep() {
-  if (!work_) return;
+  if (folder_.empty()) return;
   if (job_) {
     again_ = true;
     return;
   }
   const State state = CurrentState();
-  if (state == kept_) return;
+  if (state == kept_ || !HavePlace()) return;
   auto job = std::make_shared<Job>();
   job->state = state;
   job->file = work_->File();
@@ -148,9 +163,9 @@ void Autosave::Forget() {
 }
 
 void Autosave::Clean() {
-  if (!work_) return;
   Forget();
   kept_ = CurrentState();
+  if (!work_) return;
   work_->Discard();
   // And behind the write that may be under way.
   writer_.start([file = work_->File()] {
@@ -160,10 +175,10 @@ void Autosave::Clean() {
 }
 
 void Autosave::End() {
-  if (!work_) return;
   timer_.stop();
+  folder_.clear();
   Forget();
   writer_.waitForDone();
-  work_->Discard();
+  if (work_) work_->Discard();
   work_.reset();
 }

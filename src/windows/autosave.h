@@ -24,9 +24,11 @@ class Autosave : public QObject {
   // Without End() what is kept stays, as after a crash.
   ~Autosave() override;
 
-  // Begins to keep the session in `work`, looking for changes every `interval`. What is kept there
-  // already is the session as it is now.
-  void Start(UnsavedWork work, std::chrono::milliseconds interval);
+  // Begins to keep the session in a place of its own below `folder`, looking for changes every
+  // `interval`. In `resumed`, if given, the session as it is now is kept already. A folder that
+  // cannot be used is tried again whenever there is something to keep.
+  void Start(std::filesystem::path folder, std::optional<UnsavedWork> resumed,
+             std::chrono::milliseconds interval);
 
   // Keeps the session now if it has changed.
   void Keep();
@@ -50,6 +52,7 @@ class Autosave : public QObject {
   };
   struct Job;
 
+  bool HavePlace();
   int ModelIndex() const;
   State CurrentState() const;
   void ReadLog();
@@ -61,8 +64,9 @@ class Autosave : public QObject {
   WindowSet windows_;
   DocumentReader log_;
   QTimer timer_;
-  QTimer readLog_;  // the next piece of it
-  std::optional<UnsavedWork> work_;
+  QTimer readLog_;                   // the next piece of it
+  std::filesystem::path folder_;     // empty until Start
+  std::optional<UnsavedWork> work_;  // its place there, once it could be had
   State kept_;
   std::shared_ptr<Job> job_;  // the one under way
   bool again_ = false;        // the session was to be kept while a job was under way

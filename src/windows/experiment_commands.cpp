@@ -80,7 +80,7 @@ void ExperimentCommands::LoadAsked(const QString& path) {
 
 void ExperimentCommands::Load(const QString& name) {
   const QString path = QDir::cleanPath(QFileInfo(name).absoluteFilePath());
-  const auto lock = Lock(path, tr("Open it all the same? Of two saves the later one will stay."));
+  const auto lock = Lock(path, tr("Open it all the same? If both save it, the later save stays."));
   if (lock == nullptr) return;
   const BusyPointer busy;
   Session& session = windows_.session;
@@ -164,11 +164,19 @@ void ExperimentCommands::OpenDropped(const QStringList& paths) {
 void ExperimentCommands::OpenArgument(const QString& argument) {
   const QString path = QString(argument).remove('"');
   if (path.isEmpty() || path.right(3).toUpper() != QStringLiteral("EXZ")) return;
-  if (FileExists(ToPath(path))) {
-    LoadAsked(path);  // asks if unsaved work was taken up before
-  } else {
+  if (!FileExists(ToPath(path))) {
     windows_.host.ShowMessage("", (path + " :: File Can't Be Loaded").toStdString(),
                               MessageIcon::kNone);
+  } else if (windows_.session.Module.ExperimentOpen) {
+    // No question: no key may push aside what was just rescued.
+    windows_.host.ShowMessage("Unsaved Work",
+                              tr("The unsaved work is open now, and this file is not:\n%1\n\nSave "
+                                 "the work before you load the file.")
+                                  .arg(path)
+                                  .toStdString(),
+                              MessageIcon::kInformation);
+  } else {
+    Load(path);
   }
 }
 

@@ -27,7 +27,7 @@ class ExperimentCommands : public QObject {
   void Resume(ReadExperiment&& read);
   // Loads scans as "Load Multiple" would, or the first archive among the paths.
   void OpenDropped(const QStringList& paths);
-  // Loads the path that the command line named, if it ends in "exz".
+  // Loads the path that the command line named, if it ends in "exz" and no unsaved work is open.
   void OpenArgument(const QString& argument);
 
  signals:

@@ -41,8 +41,8 @@
 #include "windows/preview_window.h"
 #include "windows/print_commands.h"
 #include "windows/quality_window.h"
-#include "windows/report_commands.h"
 #include "windows/recovery.h"
+#include "windows/report_commands.h"
 #include "windows/set_ref_conc_window.h"
 #include "windows/sim_window.h"
 #include "windows/source_files_tab.h"
@@ -242,14 +242,11 @@ void MainWindow::ConnectAutosave() {
 
 void MainWindow::KeepUnsavedWork(const std::filesystem::path& folder,
                                  std::chrono::milliseconds interval) {
-  try {
-    std::optional<UnsavedWork> found = OfferUnsavedWork(
-        folder, *host_, [this](ReadExperiment&& read) { experiments_->Resume(std::move(read)); });
-    const bool resumed = found.has_value();
-    autosave_->Start(resumed ? std::move(*found) : UnsavedWork::Claim(folder), interval);
-  } catch (const FileFault& fault) {
-    emit autosave_->Failed(QString::fromUtf8(fault.what()));
-  }
+  autosave_->Start(
+      folder,
+      OfferUnsavedWork(folder, *host_,
+                       [this](ReadExperiment&& read) { experiments_->Resume(std::move(read)); }),
+      interval);
 }
 
 // The log's clicks, scrolling and the moves of windows stay possible.

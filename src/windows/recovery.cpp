@@ -50,10 +50,16 @@ std::string OfferText(const Experiment& experiment, const UnsavedWork& work) {
 }
 
 void SetAside(UnsavedWork& work, const std::string& why, Host& host) {
+  std::string where;
+  try {
+    where = "It is now " + PathText(work.SetAside());
+  } catch (const FileFault& fault) {
+    where = "It cannot be moved out of the way: " + std::string(fault.what());
+  }
   host.ShowMessage(kTitle,
                    "Quorvane did not end normally. What it kept of the unsaved experiment is "
                    "damaged and cannot be opened:\n" +
-                       why + "\n\nIt is now " + PathText(work.SetAside()),
+                       why + "\n\n" + where,
                    MessageIcon::kExclamation);
 }
 
@@ -71,7 +77,7 @@ std::optional<UnsavedWork> OfferUnsavedWork(const std::filesystem::path& folder,
       work.Discard();
     } catch (const ArchiveFault& fault) {
       SetAside(work, fault.what(), host);
-    } catch (const FileFault& fault) {
+    } catch (const std::exception& fault) {  // as of a file that is larger than the memory
       host.ReportFailure(fault.what());
     }
   }

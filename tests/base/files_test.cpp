@@ -13,6 +13,8 @@
 
 #if !defined(_WIN32)
 #include <sys/resource.h>
+#include <sys/stat.h>
+#include <sys/wait.h>
 #include <unistd.h>
 #include <csignal>
 #endif
@@ -119,6 +121,41 @@ TEST(WriteWholeFile, ThreadsMayWriteIntoOneFolder) {
 }
 
 #if !defined(_WIN32)
+TEST(WriteWholeFile, FollowsNoLinkThatStandsWhereItsTemporaryFileWould) {
+  const TempFolder folder;
+  const fs::path victim = folder.Write("victim", "whole");
+  for (int k = 1; k <= 600; ++k) {  // more than the tests of one process have used up
+    const std::string number = std::to_string(getpid()) + "-" + std::to_string(k);
+    fs::create_symlink(victim, folder / (".quorvane-" + number + "~"));
+  }
+  WriteWholeFile(folder / "file", "new");
+  EXPECT_EQ(ReadText(folder / "file"), "new");
+  EXPECT_EQ(ReadText(victim), "whole");
+  EXPECT_EQ(CountEntries(folder.path()), 602);
+}
+
+TEST(WriteWholeFile, LeavesAWriteProtectedFileAlone) {
+  const TempFolder folder;
+  const fs::path file = folder.Write("file", "whole");
+  chmod(file.c_str(), 0444);
+  chmod(folder.path().c_str(), 0777);
+  const pid_t child = fork();
+  if (child == 0) {
+    constexpr uid_t kNobody = 65534;  // nothing is forbidden to root
+    if (geteuid() == 0 && setuid(kNobody) != 0) _exit(2);
+    try {
+      WriteWholeFile(file, "new");
+    } catch (const FileFault& fault) {
+      _exit(fault.number() == EACCES ? 0 : 3);
+    }
+    _exit(4);
+  }
+  int status = -1;
+  waitpid(child, &status, 0);
+  EXPECT_EQ(status, 0);
+  EXPECT_EQ(ReadText(file), "whole");
+}
+
 TEST(WriteWholeFile, KeepsTheOldFileWhenTheDiskIsFull) {
   const TempFolder folder;
   const fs::path file = folder.Write("file", "old");

@@ -104,17 +104,21 @@ bool HasEnded(pid_t child) {
   return info.si_pid != 0;
 }
 
-// Kills a session as it starts, or after a number of its events, however fast the machine is. False
-// if it ended by itself.
+// Kills a session as it starts, or after a number of its events, however fast the machine is; one
+// in four not before it has kept its work. False if it ended by itself.
 bool RunAndKill(const fs::path& folder, unsigned seed, std::mt19937& random) {
-  const int before = ReadJournal(folder).events;
+  const Journal before = ReadJournal(folder);
   const pid_t child = StartSession(folder, seed);
   const auto events = static_cast<int>(random() % 40);
   const bool starting = events < 4;
-  while (!starting && !HasEnded(child) && ReadJournal(folder).events < before + events) {
-    std::this_thread::sleep_for(std::chrono::milliseconds(2));
-  }
-  const unsigned most = starting ? 1000 : 30;  // ms; a start takes a few hundred
+  const bool keeping = seed % 4 == 0;
+  const auto mayGo = [&] {
+    const Journal now = ReadJournal(folder);
+    if (keeping) return now.kept > before.kept;
+    return starting || now.events >= before.events + events;
+  };
+  while (!HasEnded(child) && !mayGo()) std::this_thread::sleep_for(std::chrono::milliseconds(2));
+  const unsigned most = starting && !keeping ? 1000 : 30;  // ms; a start takes a few hundred
   std::this_thread::sleep_for(std::chrono::microseconds(random() % (most * 1000)));
   kill(child, SIGKILL);
   int status = 0;

@@ -148,8 +148,8 @@ TEST_F(AutosaveTest, AfterACrashTheWorkIsOfferedAndComesBackWhole) {
   EXPECT_EQ(session.CurrentFolder, folder.path());
   EXPECT_EQ(RecentFiles(settings), recent);
   EXPECT_TRUE(session.Module.ExperimentOpen);
-  dialogs.yesNo = {false};  // the program's argument does not push it aside unasked
   window->Experiments().OpenArgument(ToQString(archive));
+  EXPECT_EQ(dialogs.messages.size(), 1U) << "the file that the program was started with waits";
   EXPECT_EQ(session.Module.Store.NumDatasets(), 8);
   CrashAndStart();  // it stays until it is saved or given up
   dialogs.yesNo = {false};
@@ -216,14 +216,22 @@ TEST_F(AutosaveTest, ProgramsKeepApartAndDamagedWorkIsSetAside) {
   EXPECT_EQ(session.Module.FitPage.ModelMW, 2.0);
 }
 
-TEST_F(AutosaveTest, AFolderThatCannotBeUsedIsToldInTheStatusBar) {
+TEST_F(AutosaveTest, AFolderThatCannotBeUsedIsToldAndTriedAgain) {
   folder.Write("data", "a file");
   Keep(kNever);
   EXPECT_TRUE(Find<QLabel>("sbStatusBar")->text().startsWith("Unsaved work is not kept: "));
   session.Module.FitPage.ModelMW = 1.0;
   Saver().Keep();
+  for (const auto& gone : {folder / "data", unsaved}) {
+    std::filesystem::remove_all(gone);
+    session.Module.FitPage.ModelMW += 1.0;
+    ChangeAndWait([this] { Saver().Keep(); });
+    EXPECT_EQ(CountKept(), 1U) << gone;
+    EXPECT_TRUE(UnsavedWork::Abandoned(unsaved).empty()) << gone;
+  }
   dialogs.yesNo = {true};
   window->close();
+  EXPECT_EQ(CountKept(), 0U);
 }
 
 TEST_F(AutosaveTest, AnArchiveThatIsOpenElsewhereIsNotOpenedOrReplacedUnasked) {
