@@ -7,6 +7,7 @@
 #include <QFontDialog>
 #include <QInputDialog>
 #include <QMessageBox>
+#include <QPushButton>
 
 #include "windows/print_dialog.h"
 #include "windows/save_folder.h"
@@ -63,6 +64,19 @@ bool QtDialogs::AskYesNo(QWidget* parent, const QString& title, const QString& t
   box.setTextFormat(Qt::PlainText);
   box.setDefaultButton(QMessageBox::Yes);
   return box.exec() == QMessageBox::Yes;
+}
+
+WorkChoice QtDialogs::OfferWork(QWidget* parent, const QString& title, const QString& text) {
+  QMessageBox box(QMessageBox::Question, title, text, QMessageBox::NoButton, parent);
+  box.setTextFormat(Qt::PlainText);
+  QPushButton* open = box.addButton(QObject::tr("&Open"), QMessageBox::AcceptRole);
+  const QPushButton* remove = box.addButton(QObject::tr("&Delete"), QMessageBox::DestructiveRole);
+  QPushButton* later = box.addButton(QObject::tr("&Later"), QMessageBox::RejectRole);
+  box.setDefaultButton(open);
+  box.setEscapeButton(later);
+  box.exec();
+  if (box.clickedButton() == open) return WorkChoice::kOpen;
+  return box.clickedButton() == remove ? WorkChoice::kDelete : WorkChoice::kLater;
 }
 
 std::optional<QString> QtDialogs::AskText(QWidget* parent, const QString& title,

@@ -21,6 +21,8 @@ struct FileRequest {
   QString chosenFilter = {};  // the one to begin with, as in `filter`; empty: the first
 };
 
+enum class WorkChoice { kOpen, kDelete, kLater };
+
 class Dialogs {
  public:
   virtual ~Dialogs() = default;
@@ -30,6 +32,9 @@ class Dialogs {
 
   // A question with Yes and No; true for Yes.
   virtual bool AskYesNo(QWidget* parent, const QString& title, const QString& text) = 0;
+
+  // What to do with unsaved work; kLater also on Esc and when the box is closed.
+  virtual WorkChoice OfferWork(QWidget* parent, const QString& title, const QString& text) = 0;
 
   // An entry box that starts from `value`; nothing on a cancel.
   virtual std::optional<QString> AskText(QWidget* parent, const QString& title,
@@ -54,6 +59,7 @@ class QtDialogs : public Dialogs {
   void ShowMessage(QWidget* parent, const QString& title, const QString& text,
                    MessageIcon icon) override;
   bool AskYesNo(QWidget* parent, const QString& title, const QString& text) override;
+  WorkChoice OfferWork(QWidget* parent, const QString& title, const QString& text) override;
   std::optional<QString> AskText(QWidget* parent, const QString& title, const QString& prompt,
                                  const QString& value) override;
   QString OpenFile(QWidget* parent, const FileRequest& request) override;

@@ -242,11 +242,15 @@ void MainWindow::ConnectAutosave() {
 
 void MainWindow::KeepUnsavedWork(const std::filesystem::path& folder,
                                  std::chrono::milliseconds interval) {
-  autosave_->Start(
-      folder,
-      OfferUnsavedWork(folder, *host_,
+  autosave_->Start(folder,
+                   OfferUnsavedWork(
+                       folder, *host_,
+                       [this](const std::string& title, const std::string& text) {
+                         return session_.Ask.OfferWork(this, QString::fromStdString(title),
+                                                       QString::fromStdString(text));
+                       },
                        [this](ReadExperiment&& read) { experiments_->Resume(std::move(read)); }),
-      interval);
+                   interval);
 }
 
 // The log's clicks, scrolling and the moves of windows stay possible.

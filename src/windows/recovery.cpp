@@ -46,7 +46,7 @@ std::string OfferText(const Experiment& experiment, const UnsavedWork& work) {
          Counted(experiment.Datasets.size(), "dataset") + ", model " + ModelText(experiment) +
          "\n" + Counted(experiment.GraphStreams.size(), "graph") + "\n" + LogText(experiment.log) +
          "\nFolder " + Cp1252ToUtf8(Trim(experiment.directory.View())) + "\nAs it was on " +
-         DateAndTimeText(work.KeptAt()) + "\n\nOpen it? If you choose No, it is deleted.";
+         DateAndTimeText(work.KeptAt()) + "\n\nOpen it? Later leaves it for the next start.";
 }
 
 void SetAside(UnsavedWork& work, const std::string& why, Host& host) {
@@ -65,16 +65,18 @@ void SetAside(UnsavedWork& work, const std::string& why, Host& host) {
 
 }  // namespace
 
-std::optional<UnsavedWork> OfferUnsavedWork(const std::filesystem::path& folder, Host& host,
-                                            const std::function<void(ReadExperiment&&)>& takeUp) {
+std::optional<UnsavedWork> OfferUnsavedWork(
+    const std::filesystem::path& folder, Host& host,
+    const std::function<WorkChoice(const std::string& title, const std::string& text)>& choose,
+    const std::function<void(ReadExperiment&&)>& takeUp) {
   for (UnsavedWork& work : UnsavedWork::Abandoned(folder)) {
     try {
       ReadExperiment read = ReadExperimentFile(work.File());
-      if (host.AskYesNo(kTitle, OfferText(read.experiment, work))) {
-        takeUp(std::move(read));
-        return std::move(work);
-      }
-      work.Discard();
+      const WorkChoice choice = choose(kTitle, OfferText(read.experiment, work));
+      if (choice == WorkChoice::kDelete) work.Discard();
+      if (choice != WorkChoice::kOpen) continue;
+      takeUp(std::move(read));
+      return std::move(work);
     } catch (const ArchiveFault& fault) {
       SetAside(work, fault.what(), host);
     } catch (const std::exception& fault) {  // as of a file that is larger than the memory

@@ -33,6 +33,9 @@ class WillingDialogs : public QtDialogs {
     qFatal("%s: %s", qPrintable(title), qPrintable(text));
   }
   bool AskYesNo(QWidget*, const QString&, const QString&) override { return true; }
+  WorkChoice OfferWork(QWidget*, const QString&, const QString&) override {
+    return WorkChoice::kOpen;
+  }
   QString SaveFile(QWidget*, const FileRequest&) override { return file; }
   QString ChooseFolder(QWidget*, const QString&, const QString&) override { return file; }
 

@@ -118,7 +118,7 @@ TEST_F(AutosaveTest, AFitIsPrecededByItsOwnAndTheTimerDoesTheRest) {
   EXPECT_EQ(kept.FitPage.ModelMW, 8000.0);
   EXPECT_NE(session.Module.FitPage.ModelMW, 8000.0);
   CrashAndStart();
-  dialogs.yesNo = {false};
+  dialogs.works = {WorkChoice::kDelete};
   Keep(kSoon);
   ChangeAndWait([this] { session.Module.FitPage.ModelMW = 1.0; });
 }
@@ -132,7 +132,7 @@ TEST_F(AutosaveTest, AfterACrashTheWorkIsOfferedAndComesBackWhole) {
   const QString log = LogText();
   const QuorvaneModule lost = session.Module;
   CrashAndStart();
-  dialogs.yesNo = {true};
+  dialogs.works = {WorkChoice::kOpen};
   const auto recent = RecentFiles(settings);
   Keep(kNever);
   ASSERT_EQ(dialogs.questions.size(), 1U);
@@ -151,12 +151,14 @@ TEST_F(AutosaveTest, AfterACrashTheWorkIsOfferedAndComesBackWhole) {
   window->Experiments().OpenArgument(ToQString(archive));
   EXPECT_EQ(dialogs.messages.size(), 1U) << "the file that the program was started with waits";
   EXPECT_EQ(session.Module.Store.NumDatasets(), 8);
-  CrashAndStart();  // it stays until it is saved or given up
-  dialogs.yesNo = {false};
-  Keep(kNever);
-  EXPECT_EQ(dialogs.questions.size(), 1U);
-  EXPECT_EQ(CountKept(), 0U) << "declined";
-  EXPECT_EQ(session.Module.Store.NumDatasets(), 0);
+  for (const WorkChoice choice : {WorkChoice::kLater, WorkChoice::kDelete}) {
+    CrashAndStart();  // it stays until it is saved or given up
+    dialogs.works = {choice};
+    Keep(kNever);
+    EXPECT_EQ(dialogs.questions.size(), 1U);
+    EXPECT_EQ(CountKept(), choice == WorkChoice::kLater ? 1U : 0U);
+    EXPECT_EQ(session.Module.Store.NumDatasets(), 0);
+  }
 }
 
 TEST_F(AutosaveTest, WhatIsSavedOrGivenUpIsNotOffered) {
@@ -208,7 +210,7 @@ TEST_F(AutosaveTest, ProgramsKeepApartAndDamagedWorkIsSetAside) {
   }
   CrashAndStart();
   std::filesystem::resize_file(unsaved / "1" / "experiment.exz", 1000);
-  dialogs.yesNo = {true};
+  dialogs.works = {WorkChoice::kOpen};
   Keep(kNever);
   ASSERT_EQ(dialogs.messages.size(), 1U);
   EXPECT_TRUE(dialogs.messages[0].text.contains("damaged-1.exz"));

@@ -35,6 +35,10 @@ class ScriptedDialogs : public Dialogs {
     questions.push_back({title, text, MessageIcon::kQuestion});
     return Next(yesNo, false, text);
   }
+  WorkChoice OfferWork(QWidget*, const QString& title, const QString& text) override {
+    questions.push_back({title, text, MessageIcon::kQuestion});
+    return Next(works, WorkChoice::kLater, text);
+  }
   std::optional<QString> AskText(QWidget*, const QString& title, const QString& prompt,
                                  const QString& value) override {
     questions.push_back({title, prompt + "|" + value, MessageIcon::kQuestion});
@@ -64,6 +68,7 @@ class ScriptedDialogs : public Dialogs {
   std::vector<Said> questions;
   std::vector<FileRequest> requests;
   std::deque<bool> yesNo;
+  std::deque<WorkChoice> works;
   std::deque<std::optional<QString>> texts;
   std::deque<QString> files;
   std::deque<QStringList> fileLists;
