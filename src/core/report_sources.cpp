@@ -4,6 +4,7 @@
 
 #include "base/files.h"
 #include "base/sha256.h"
+#include "base/text.h"
 #include "scan/source_check.h"
 
 namespace {
@@ -28,9 +29,19 @@ void AddDataset(std::vector<Source>& sources, const Dataset& dataset, int number
   source->datasets.push_back(&dataset);
 }
 
+// Whether a dataset can name the file: its record holds a limited number of one-byte characters,
+// and '?' for all others.
+bool IsKeptWhole(const std::string& path) {
+  return path.find('?') == std::string::npos &&
+         Utf8ToCp1252(path).size() < sizeof(Dataset::FilePath);
+}
+
 std::string StateOf(const std::filesystem::path& path,
                     const std::vector<const Dataset*>& datasets) {
-  if (path.empty() || !FileExists(path)) return "not found";
+  if (path.empty() || !FileExists(path)) {
+    return IsKeptWhole(PathText(path)) ? "not found"
+                                       : "not checked: a dataset cannot hold this path";
+  }
   try {
     const std::string bytes = ReadWholeFile(path, kGreatestFile);
     const bool same = std::all_of(datasets.begin(), datasets.end(), [&](const Dataset* dataset) {

@@ -13,6 +13,7 @@ struct SourceFile {
   std::vector<int> numbers;  // of the datasets of the fit that came from it, from 1
   std::string state;  // its SHA-256; with " (changed since it was loaded)" if it no longer holds
                       // the data; "not found", or why it cannot be read
+                      // or was not looked for
 };
 
 // The files of the datasets at the positions `fitted` (from 0), in their order, then those of the

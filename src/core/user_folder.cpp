@@ -2,6 +2,11 @@
 
 #include <cstdlib>
 
+#if !defined(_WIN32)
+#include <pwd.h>
+#include <unistd.h>
+#endif
+
 #include "base/files.h"
 
 namespace fs = std::filesystem;
@@ -14,6 +19,16 @@ fs::path FromEnvironment(const char* name) {
   return value == nullptr ? fs::path() : PathFromText(value);
 }
 
+#if !defined(_WIN32)
+// Services and containers start programs without HOME; then the list of users knows it.
+fs::path HomeFolder() {
+  fs::path home = FromEnvironment("HOME");
+  if (home.is_absolute()) return home;
+  const passwd* user = getpwuid(getuid());
+  return user == nullptr ? fs::path("/") : PathFromText(user->pw_dir);
+}
+#endif
+
 }  // namespace
 
 fs::path ConfigurationFolder() {
@@ -22,7 +37,7 @@ fs::path ConfigurationFolder() {
 #else
   const fs::path configured = FromEnvironment("XDG_CONFIG_HOME");
   if (configured.is_absolute()) return configured / "quorvane";
-  return FromEnvironment("HOME") / ".config" / "quorvane";
+  return HomeFolder() / ".config" / "quorvane";
 #endif
 }
 
@@ -32,6 +47,6 @@ fs::path DataFolder() {
 #else
   const fs::path configured = FromEnvironment("XDG_DATA_HOME");
   if (configured.is_absolute()) return configured / "quorvane";
-  return FromEnvironment("HOME") / ".local" / "share" / "quorvane";
+  return HomeFolder() / ".local" / "share" / "quorvane";
 #endif
 }

@@ -88,7 +88,7 @@ void DataWindow::ConnectTabs() {
   });
 }
 
-// Ctrl and a digit open a tab, F6 and F5 press "Setup Fit" and "Fit", whichever window is active.
+// Ctrl and a digit open a tab, others press a button of a tab, whichever window is active.
 void DataWindow::ConnectKeys() {
   const auto bind = [this](const QKeySequence& key, auto action) {
     auto* shortcut = new QShortcut(key, this);
@@ -102,14 +102,16 @@ void DataWindow::ConnectKeys() {
       }
     });
   }
-  const auto press = [this, &bind](const char* button, int tab, Qt::Key key) {
+  const auto press = [this, &bind](const char* button, int tab, const QKeySequence& key) {
     bind(key, [this, button, tab] {
       if (!dataTab_->isTabEnabled(tab)) return;
       findChild<QAbstractButton*>(QLatin1String(button))->click();  // none while it is disabled
     });
   };
+  press("cmdMultiLoad", kSourceFiles, Qt::CTRL | Qt::Key_M);
   press("cmdSetFit", kLoadedData, Qt::Key_F6);
   press("cmdFitMe", kFitControl, Qt::Key_F5);
+  press("cmdPreviewFit", kFitControl, Qt::Key_F7);
 }
 
 void DataWindow::ShowNewStore() {

@@ -46,10 +46,10 @@ void FileCheckPane::BuildWidgets() {
   gridFileCheck_->horizontalHeader()->setSectionResizeMode(QHeaderView::Stretch);
   gridFileCheck_->horizontalHeader()->setHighlightSections(false);
   gridFileCheck_->verticalHeader()->setSectionResizeMode(QHeaderView::Fixed);
-  gridFileCheck_->setFocusPolicy(Qt::NoFocus);
+  gridFileCheck_->setFocusPolicy(Qt::TabFocus);  // the arrows scroll it on a low screen
+  gridFileCheck_->setTabKeyNavigation(false);
   gridFileCheck_->setSelectionMode(QAbstractItemView::NoSelection);
   gridFileCheck_->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
-  gridFileCheck_->setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
   const int line = fontMetrics().height() + 2;
   gridFileCheck_->verticalHeader()->setMinimumSectionSize(line);
   gridFileCheck_->verticalHeader()->setDefaultSectionSize(line);
@@ -96,10 +96,11 @@ void FileCheckPane::ShowRows() {
       gridFileCheck_->setItem(k, column, item);
     }
   }
+  constexpr int kFewestRows = 3;
   const int line = gridFileCheck_->verticalHeader()->defaultSectionSize();
-  gridFileCheck_->setFixedHeight(line * gridFileCheck_->rowCount() +
-                                 gridFileCheck_->horizontalHeader()->height() +
-                                 2 * gridFileCheck_->frameWidth());
+  const int rest = gridFileCheck_->horizontalHeader()->height() + 2 * gridFileCheck_->frameWidth();
+  gridFileCheck_->setMinimumHeight(line * kFewestRows + rest);
+  gridFileCheck_->setMaximumHeight(line * gridFileCheck_->rowCount() + rest);
 }
 
 void FileCheckPane::ShowWarnings() {

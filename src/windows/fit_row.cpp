@@ -65,21 +65,22 @@ Control* Place(QGridLayout& grid, int row, RowColumn column, const char* name,
 }  // namespace
 
 std::vector<QWidget*> FitRow::All() const {
-  std::vector<QWidget*> all = {lblFitNum, lblFitData, lblLambda};
+  std::vector<QWidget*> all = {lblFitData, lblLambda};
   for (QWidget* control : InTabOrder()) all.push_back(control);
   return all;
 }
 
 std::vector<QWidget*> FitRow::InTabOrder() const {
-  return {lblRunSpeed,      boxes[kOffset], chkOffset,        boxes[kRefConc],   chkRefC,
-          boxes[kRefConc2], chkRefC2,       boxes[kExtCoeff], boxes[kExtCoeff2], boxes[kALoad],
-          boxes[kBLoad],    boxes[kRmen],   boxes[kRbase],    txtLinkTo};
+  return {lblFitNum,     lblRunSpeed,      boxes[kOffset], chkOffset,        boxes[kRefConc],
+          chkRefC,       boxes[kRefConc2], chkRefC2,       boxes[kExtCoeff], boxes[kExtCoeff2],
+          boxes[kALoad], boxes[kBLoad],    boxes[kRmen],   boxes[kRbase],    txtLinkTo};
 }
 
 FitRow MakeFitRow(QGridLayout& grid, int row) {
   FitRow made{};
   made.lblFitNum = Place<ClickLabel>(grid, row, kNumberColumn, "lblFitNum", nullptr);
   made.lblFitNum->setAlignment(Qt::AlignCenter);
+  NameInRow(*made.lblFitNum, QStringLiteral("Cell geometry"), row);
   made.lblFitData = Place<QLabel>(grid, row, kNameColumn, "lblFitData", nullptr);
   made.lblFitData->setTextFormat(Qt::PlainText);
   made.lblRunSpeed = Place<ValueBox>(grid, row, kSpeedColumn, "lblRunSpeed", "Rotor speed in rpm");
@@ -119,6 +120,7 @@ void ShowRowParts(const FitRow& controls, const PageParts& parts) {
   show({boxes[kRmen], boxes[kRbase]}, parts.cellEnds, true);
   show({controls.txtLinkTo}, parts.links, true);
   controls.lblFitNum->setEnabled(parts.cellGeometry);
+  controls.lblFitNum->setFocusPolicy(parts.cellGeometry ? Qt::TabFocus : Qt::NoFocus);
   controls.lblFitNum->setFrameStyle(parts.cellGeometry ? int(QFrame::Panel) | int(QFrame::Raised)
                                                        : int(QFrame::NoFrame));
   controls.lblFitNum->setToolTip(

@@ -47,7 +47,7 @@ struct FitRow {
   ValueBox* txtLinkTo;
 
   std::vector<QWidget*> All() const;         // all controls
-  std::vector<QWidget*> InTabOrder() const;  // those that take the focus, from left to right
+  std::vector<QWidget*> InTabOrder() const;  // those that may take the focus, from left to right
 };
 
 // The controls of row `row` (from 0), in that row of `grid`.

@@ -8,6 +8,7 @@
 #include "windows/control_names.h"
 #include "windows/page_controls.h"
 #include "windows/row_heads.h"
+#include "windows/row_keys.h"
 #include "windows/session.h"
 #include "windows/value_box.h"
 
@@ -17,7 +18,8 @@ FitRows::FitRows(Session& session, FocusMarker& marker, QWidget* parent)
       marker_(marker),
       content_(new QWidget),
       grid_(new QGridLayout(content_)),
-      heads_(new RowHeads(this)) {
+      heads_(new RowHeads(this)),
+      keys_(new RowKeys(*this)) {
   setFocusPolicy(Qt::NoFocus);
   setWidgetResizable(true);
   verticalScrollBar()->setObjectName("tabVScroll2");
@@ -108,6 +110,7 @@ bool FitRows::eventFilter(QObject* watched, QEvent* event) {
 void FitRows::AddRow() {
   const int row = static_cast<int>(rows_.size());
   rows_.push_back(MakeFitRow(*grid_, row));
+  for (QWidget* control : rows_.back().InTabOrder()) keys_->Watch(control);
   grid_->setRowStretch(row, 0);
   grid_->setRowStretch(row + 1, 1);
   ConnectBoxes(row);

@@ -10,6 +10,7 @@
 class FocusMarker;
 class QGridLayout;
 class RowHeads;
+class RowKeys;
 struct Session;
 
 class FitRows : public QScrollArea {
@@ -68,5 +69,6 @@ class FitRows : public QScrollArea {
   QWidget* content_;
   QGridLayout* grid_;
   RowHeads* heads_;
+  RowKeys* keys_;
   std::vector<FitRow> rows_;
 };

@@ -6,12 +6,15 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
+#include <QScrollBar>
 #include <QShortcut>
 #include <QTextBlock>
 #include <QTextBrowser>
 #include <QTextCursor>
 #include <QTextTable>
 #include <QVBoxLayout>
+#include <algorithm>
+#include <vector>
 
 #include "base/files.h"
 
@@ -35,9 +38,16 @@ class GuideBrowser : public QTextBrowser {
     } else {
       image.loadFromData(resource.toByteArray());
     }
-    const int room = viewport()->width() - 2 * static_cast<int>(document()->documentMargin());
+    // The viewport follows only once the window is shown.
+    const int margins = 2 * frameWidth() + verticalScrollBar()->sizeHint().width() +
+                        2 * static_cast<int>(document()->documentMargin());
+    const int room = std::max(1, width() - margins);
     if (image.isNull() || image.width() <= room) return resource;
-    return image.scaledToWidth(room, Qt::SmoothTransformation);
+    // As sharp as the screen can show it.
+    const int pixels = std::min(image.width(), qRound(room * devicePixelRatioF()));
+    image = image.scaledToWidth(pixels, Qt::SmoothTransformation);
+    image.setDevicePixelRatio(static_cast<double>(pixels) / room);
+    return image;
   }
 };
 
@@ -52,6 +62,33 @@ void DressTables(QTextDocument& document) {
     format.setCellPadding(4);
     format.setCellSpacing(0);
     table->setFormat(format);
+  }
+}
+
+// Many dark desktops leave links in the dark blue that is meant for white paper.
+QColor LinkColor(const QPalette& palette) {
+  constexpr int kDark = 128;
+  constexpr int kReadable = 100;
+  const QColor link = palette.color(QPalette::Link);
+  const bool lost =
+      qGray(palette.color(QPalette::Base).rgb()) < kDark && qGray(link.rgb()) < kReadable;
+  return lost ? QColor(120, 180, 255) : link;
+}
+
+void DressLinks(QTextDocument& document, const QColor& color) {
+  QTextCharFormat look;
+  look.setForeground(color);
+  QTextCursor cursor(&document);
+  for (QTextBlock block = document.begin(); block.isValid(); block = block.next()) {
+    std::vector<QTextFragment> links;  // before any of them is changed
+    for (auto piece = block.begin(); !piece.atEnd(); ++piece) {
+      if (!piece.fragment().charFormat().anchorHref().isEmpty()) links.push_back(piece.fragment());
+    }
+    for (const QTextFragment& link : links) {
+      cursor.setPosition(link.position());
+      cursor.setPosition(link.position() + link.length(), QTextCursor::KeepAnchor);
+      cursor.mergeCharFormat(look);
+    }
   }
 }
 
@@ -88,6 +125,7 @@ HelpWindow::HelpWindow(QWidget* parent)
   setObjectName("frmHelp");
   setWindowTitle(tr("Quorvane Help"));
   text_->setObjectName("txtHelp");
+  text_->setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOn);
   search_->setObjectName("txtSearch");
   search_->setPlaceholderText(tr("Search the guide"));
   search_->setClearButtonEnabled(true);
@@ -110,6 +148,7 @@ HelpWindow::HelpWindow(QWidget* parent)
   connect(text_, &QTextBrowser::backwardAvailable, pageBack, &QPushButton::setEnabled);
   connect(text_, &QTextBrowser::sourceChanged, this, [this](const QUrl& page) {
     DressTables(*text_->document());
+    DressLinks(*text_->document(), LinkColor(text_->palette()));
     NameHeadings(*text_->document());
     if (page.hasFragment()) text_->scrollToAnchor(page.fragment());
   });
@@ -127,6 +166,7 @@ bool HelpWindow::ShowGuide(const std::filesystem::path& file) {
   } catch (const FileFault&) {
     return false;
   }
+  layout()->activate();  // pictures take the width of the text
   text_->setSource(QUrl::fromLocalFile(QString::fromStdString(PathText(file))),
                    QTextDocument::MarkdownResource);
   return true;

@@ -5,35 +5,22 @@
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QMenu>
-#include <QMouseEvent>
 #include <QPushButton>
 #include <QScrollArea>
 #include <QScrollBar>
 #include <QToolButton>
 #include <array>
-#include <functional>
 
 #include "fit/models.h"
 #include "scan/blank.h"
 #include "windows/control_names.h"
 #include "windows/info_window.h"
+#include "windows/page_controls.h"
 #include "windows/row_icons.h"
+#include "windows/row_keys.h"
 #include "windows/value_box.h"
 
 namespace {
-
-// A check box that tells of a release of the left button with Ctrl held, after it has toggled.
-class FitCheckBox : public QCheckBox {
- public:
-  std::function<void()> ctrlReleased;
-
- protected:
-  void mouseReleaseEvent(QMouseEvent* event) override {
-    QCheckBox::mouseReleaseEvent(event);
-    const bool ctrl = event->modifiers().testFlag(Qt::ControlModifier);
-    if (ctrl && event->button() == Qt::LeftButton) ctrlReleased();
-  }
-};
 
 // Colours of the button "Edit": a dataset that was not yet opened for editing, one that was.
 constexpr QColor kNotEdited(255, 0, 0);
@@ -106,6 +93,7 @@ void LoadedDataTab::BuildWidgets() {
   scroll->setFrameShape(QFrame::NoFrame);
   scroll->setWidgetResizable(true);
   scroll->setWidget(content_);
+  keys_ = new RowKeys(*scroll);
   content_->setAutoFillBackground(false);  // the tab's own background shows through
   scroll->viewport()->setAutoFillBackground(false);
   QScrollBar* bar = Named(scroll->verticalScrollBar(), "tabVScroll1");
@@ -117,6 +105,9 @@ void LoadedDataTab::BuildWidgets() {
   layout->addWidget(lblNoData_);
   layout->addWidget(scroll, 1);
   layout->addWidget(foot_ = BuildFoot());
+  // Rows that could be moved sideways would leave their head behind.
+  scroll->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+  scroll->setMinimumWidth(head_->minimumSizeHint().width() + bar->sizeHint().width());
   // The head ends where the rows end.
   connect(bar, &QScrollBar::rangeChanged, this, [this, bar](int low, int high) {
     head_->layout()->setContentsMargins(0, 0, high > low ? bar->sizeHint().width() : 0, 0);
@@ -147,7 +138,7 @@ QWidget* LoadedDataTab::BuildFoot() {
   for (const std::string_view name : ModelNames) {
     cmbModel_->addItem(QString::fromLatin1(name.data(), static_cast<qsizetype>(name.size())));
   }
-  auto* model = new QLabel("&Model:");
+  auto* model = new QLabel("Mo&del:");
   model->setBuddy(cmbModel_);
   cmdSetFit_ = Named(new QPushButton("Setup Fit"), "cmdSetFit");
   cmdSetFit_->setToolTip("Build the parameter page for the checked datasets and this model");
@@ -178,14 +169,9 @@ LoadedDataTab::Row LoadedDataTab::BuildRow(int i) {
   row.line = new QWidget;
   row.lblDatasetNum = Named(new QLabel(QString::number(i + 1)), ElementName("lblDatasetNum", i));
   row.lblDatasetNum->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
-  auto* use = Named(new FitCheckBox, ElementName("chkUseData", i));
-  use->setToolTip("Fit this dataset?");
-  use->setAccessibleName(QStringLiteral("Fit dataset %1").arg(i + 1));
-  use->ctrlReleased = [this, i, use] {
-    ChooseFrom(session_.Module.Store, i, use->isChecked());
-    ShowChoices();
-  };
-  row.chkUseData = use;
+  row.chkUseData = Named(new PageCheckBox, ElementName("chkUseData", i));
+  row.chkUseData->setToolTip("Fit this dataset?");
+  row.chkUseData->setAccessibleName(QStringLiteral("Fit dataset %1").arg(i + 1));
   row.txtLoadData = Named(new ValueBox, ElementName("txtLoadData", i));
   row.txtLoadData->setAccessibleName(QStringLiteral("Name of dataset %1").arg(i + 1));
   row.cmdEditData = Named(new QPushButton, ElementName("cmdEditData", i));
@@ -194,14 +180,23 @@ LoadedDataTab::Row LoadedDataTab::BuildRow(int i) {
   row.cmdRemoveData = IconButton("cmdRemoveData", i, RowGlyph::kCross, "Unload Dataset");
   LayOut(row.line, {row.lblDatasetNum, row.chkUseData, row.txtLoadData},
          {row.cmdEditData, row.cmdShowInfo, row.cmdBlankData, row.cmdRemoveData});
+  for (QWidget* control :
+       std::initializer_list<QWidget*>{row.chkUseData, row.txtLoadData, row.cmdEditData,
+                                       row.cmdShowInfo, row.cmdBlankData, row.cmdRemoveData}) {
+    keys_->Watch(control);
+  }
   return row;
 }
 
 void LoadedDataTab::ConnectRow(int i) {
   const Row& row = rows_[static_cast<std::size_t>(i)];
   row.txtLoadData->SetStore([this, i](const QString& text) { return Rename(i, text); });
-  connect(row.chkUseData, &QCheckBox::clicked, this, [this, i](bool on) {
+  connect(row.chkUseData, &PageCheckBox::clicked, this, [this, i](bool on) {
     session_.Module.Store.UseData[static_cast<std::size_t>(i)] = on;
+    ShowChoices();
+  });
+  connect(row.chkUseData, &PageCheckBox::CtrlReleased, this, [this, i, use = row.chkUseData] {
+    ChooseFrom(session_.Module.Store, i, use->isChecked());
     ShowChoices();
   });
   connect(row.cmdEditData, &QPushButton::clicked, this, [this, i] { Edit(i); });

@@ -14,6 +14,8 @@ class QMenu;
 class QPushButton;
 class QToolButton;
 class QVBoxLayout;
+class PageCheckBox;
+class RowKeys;
 class ValueBox;
 
 class LoadedDataTab : public QWidget {
@@ -44,7 +46,7 @@ class LoadedDataTab : public QWidget {
   struct Row {
     QWidget* line;  // holds the others
     QLabel* lblDatasetNum;
-    QCheckBox* chkUseData;
+    PageCheckBox* chkUseData;
     ValueBox* txtLoadData;
     QPushButton* cmdEditData;
     QToolButton* cmdShowInfo;
@@ -77,6 +79,7 @@ class LoadedDataTab : public QWidget {
   QCheckBox* chkUseAll_;
   QWidget* head_;
   QWidget* content_;
+  RowKeys* keys_;
   QVBoxLayout* lines_;  // of the rows, with a stretch behind them
   QWidget* foot_;
   QLabel* lblNoData_;

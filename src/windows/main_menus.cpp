@@ -91,15 +91,18 @@ void MainWindow::BuildFileMenu() {
   })->setShortcut(QKeySequence::Save);
   AddMenu(file, "mnuFileMRU", tr("Recent Files"));
   file->addSeparator();
-  AddAction(file, "mnuFileSaveSets", tr("Save Loaded &Data"),
-            [this] { experiments_->SaveLoadedData(SavedSignal::kAsLoaded); });
+  AddAction(file, "mnuFileSaveSets", tr("Save Loaded &Data"), [this] {
+    experiments_->SaveLoadedData(SavedSignal::kAsLoaded);
+  })->setShortcut(Qt::CTRL | Qt::SHIFT | Qt::Key_D);
   AddAction(file, "mnuFileSaveCorrected", tr("Save Offset Corrected Data"), [this] {
     experiments_->SaveLoadedData(SavedSignal::kBaselineSubtracted);
   })->setVisible(ShowElectrophoresis);
   AddAction(file, "mnuSaveLog", tr("Save Log &File"), [this] {
     if (log_->SaveLog()) data_->SourceFiles().RefreshDirectory();
-  });
-  AddAction(file, "mnuSaveReport", tr("Save &Report"), [this] { reports_->Save(); });
+  })->setShortcut(Qt::CTRL | Qt::SHIFT | Qt::Key_L);
+  AddAction(file, "mnuSaveReport", tr("Save &Report"), [this] {
+    reports_->Save();
+  })->setShortcut(Qt::CTRL | Qt::SHIFT | Qt::Key_R);
   file->addSeparator();
   AddAction(file, "mnuFileExit", tr("&Exit"), [this] { close(); })->setShortcut(QKeySequence::Quit);
   connect(file, &QMenu::aboutToShow, this, &MainWindow::BuildRecentFiles);
@@ -128,8 +131,12 @@ void MainWindow::BuildGraphMenu() {
   QMenu* graph = AddMenu(nullptr, "mnuGraph", tr("&Graphs"));
   AddToggle(graph, "mnuLogGraphs", tr("Show in &Log"), module.LogGraphs);
   AddToggle(graph, "mnuGraphSave", tr("&Save for Export"), module.SaveGraphs);
-  AddAction(graph, "mnuExpGraph", tr("&Export"), [this] { options_->ExportGraphs(); });
-  AddAction(graph, "mnuOverlay", tr("&Overlay Datasets"), [this] { ShowChild(*overlay_); });
+  AddAction(graph, "mnuExpGraph", tr("&Export"), [this] {
+    options_->ExportGraphs();
+  })->setShortcut(Qt::CTRL | Qt::SHIFT | Qt::Key_E);
+  AddAction(graph, "mnuOverlay", tr("&Overlay Datasets"), [this] {
+    ShowChild(*overlay_);
+  })->setShortcut(Qt::CTRL | Qt::SHIFT | Qt::Key_O);
   AddAction(graph, "mnuCanGraphs", tr("&Delete All"), [this] { options_->DeleteGraphs(); });
   QMenu* colors = AddMenu(graph, "mnuGraphEdit", tr("Set Edit Colors"));
   AddAction(colors, "mnuSetGoodPointsColor", tr("Good Points"),
@@ -201,8 +208,12 @@ void MainWindow::BuildFittingMenu(QMenu* options) {
   choice("mnuOptionDispLog10K", tr("Display Log10(K)s"), [this] { options_->SetKFormat(1); });
   choice("mnuOptionDispK", tr("Display K"), [this] { options_->SetKFormat(2); });
   fitting->addSeparator();
-  AddAction(fitting, "mnuFitQuality", tr("Fit Quality..."), [this] { errors_->ShowQuality(); });
-  AddAction(fitting, "mnuCheckMinimum", tr("Check Minimum..."), [this] { errors_->OpenMinima(); });
+  AddAction(fitting, "mnuFitQuality", tr("Fit &Quality..."), [this] {
+    errors_->ShowQuality();
+  })->setShortcut(Qt::Key_F8);
+  AddAction(fitting, "mnuCheckMinimum", tr("&Check Minimum..."), [this] {
+    errors_->OpenMinima();
+  })->setShortcut(Qt::Key_F9);
 }
 
 // An entry of the bar itself, as the next one.

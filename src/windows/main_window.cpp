@@ -3,6 +3,7 @@
 #include <QAction>
 #include <QApplication>
 #include <QCloseEvent>
+#include <QContextMenuEvent>
 #include <QDragEnterEvent>
 #include <QLabel>
 #include <QMdiArea>
@@ -90,6 +91,10 @@ MainWindow::MainWindow(Session& session, QWidget* parent)
   setWindowIcon(AppIcon());
   setAcceptDrops(true);
   setCentralWidget(area_);
+  // The frame fits a small screen even if the children do not; they can be scrolled then.
+  area_->setMinimumSize(320, 240);
+  area_->setHorizontalScrollBarPolicy(Qt::ScrollBarAsNeeded);
+  area_->setVerticalScrollBarPolicy(Qt::ScrollBarAsNeeded);
   status_->setObjectName("sbStatusBar");
   statusBar()->addWidget(status_, 1);
   dataChild_ = AddChild(data_, false);
@@ -181,6 +186,20 @@ void MainWindow::ConnectWindows() {
   connect(escape_, &QShortcut::activated, fits_, &FitCommands::Stop);
   escape_->setEnabled(false);
   qApp->installEventFilter(this);
+#if !defined(Q_OS_WIN)  // there the desktop knows this key
+  auto* menuKey = new QShortcut(Qt::SHIFT | Qt::Key_F10, this);
+  menuKey->setContext(Qt::ApplicationShortcut);
+  connect(menuKey, &QShortcut::activated, this, &MainWindow::OpenContextMenu);
+#endif
+}
+
+// Not every keyboard has the menu key.
+void MainWindow::OpenContextMenu() {
+  QWidget* focus = QApplication::focusWidget();
+  if (focus == nullptr) return;
+  const QPoint caret = focus->inputMethodQuery(Qt::ImCursorRectangle).toRect().center();
+  QContextMenuEvent event(QContextMenuEvent::Keyboard, caret, focus->mapToGlobal(caret));
+  QApplication::sendEvent(focus, &event);
 }
 
 void MainWindow::ConnectErrorAnalysis() {
@@ -319,7 +338,8 @@ void MainWindow::ArrangeFirst() {
   const QRect room = area_->viewport()->rect();
   coefficientsChild_->move(std::max(0, room.width() - coefficientsChild_->width()), room.top());
   const int dataWidth =
-      std::clamp(data_->sizeHint().width() + 12, room.width() / 2, room.width() * 3 / 5);
+      std::max(std::clamp(data_->sizeHint().width() + 12, room.width() / 2, room.width() * 3 / 5),
+               dataChild_->minimumSizeHint().width());
   dataChild_->setGeometry(room.left(), room.top(), dataWidth, room.height());
   logChild_->setGeometry(room.left() + dataWidth, room.top(), room.width() - dataWidth,
                          room.height());

@@ -78,6 +78,7 @@ class MainWindow : public QMainWindow {
   WindowSet AllWindows();
   QMdiSubWindow* AddChild(QWidget* widget, bool closable);
   void ActivateShownChild();
+  void OpenContextMenu();
   void ConnectWindows();
   void ConnectErrorAnalysis();
   void ConnectEvaluations();

@@ -49,6 +49,7 @@ void MatchLoadTab::BuildWidgets() {
   folderLabel->setBuddy(txtMatchDir_);
   auto* filesLabel = Named(new QLabel("Loaded Files"), "lblMatchFiles");
   filesLabel->setBuddy(lisMatchFiles_);
+  lisMatchFiles_->setAccessibleName("Loaded files");
   auto* layout = new QGridLayout(this);
   layout->addLayout(choices, 0, 0, 4, 1);
   layout->addWidget(folderLabel, 0, 1);

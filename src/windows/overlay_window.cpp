@@ -60,7 +60,7 @@ QWidget* OverlayWindow::BuildSide() {
   radius_ = Named(new QRadioButton(tr("&Radius")), "optOverlay(0)");
   radius_->setChecked(true);
   psi_ = Named(new QRadioButton(tr("(r^2 - r&0^2)/2")), "optOverlay(1)");
-  chkCurves_ = Named(new QCheckBox(tr("&Fitted curves")), "chkOverlayCurves");
+  chkCurves_ = Named(new QCheckBox(tr("Fitted c&urves")), "chkOverlayCurves");
   chkCurves_->setToolTip(tr("The curves of the last fit"));
   cmdZoomOut_ = Named(new QPushButton(tr("&Zoom Out")), "cmdOverlayZoomOut");
   cmdExport_ = Named(new QPushButton(tr("&Export...")), "cmdOverlayExport");

@@ -1,8 +1,10 @@
 #include "windows/page_controls.h"
 
+#include <QKeyEvent>
 #include <QMouseEvent>
 #include <QPainter>
 #include <QStyle>
+#include <QStyleOptionFocusRect>
 
 #include "windows/dialogs.h"
 #include "windows/value_box.h"
@@ -27,9 +29,24 @@ void PageCheckBox::mouseReleaseEvent(QMouseEvent* event) {
   if (gesture) emit CtrlReleased();
 }
 
+void PageCheckBox::keyReleaseEvent(QKeyEvent* event) {
+  const bool gesture = event->key() == Qt::Key_Space && !event->isAutoRepeat() && isDown() &&
+                       event->modifiers().testFlag(Qt::ControlModifier);
+  QCheckBox::keyReleaseEvent(event);
+  if (gesture) emit CtrlReleased();
+}
+
 void ClickLabel::mouseReleaseEvent(QMouseEvent* event) {
   if (event->button() == Qt::LeftButton && rect().contains(event->position().toPoint())) {
     emit Clicked(event->modifiers());
+  }
+}
+
+void ClickLabel::keyPressEvent(QKeyEvent* event) {
+  if (event->key() == Qt::Key_Space && !event->isAutoRepeat()) {
+    emit Clicked(event->modifiers());
+  } else {
+    QLabel::keyPressEvent(event);
   }
 }
 
@@ -40,6 +57,10 @@ void ClickLabel::paintEvent(QPaintEvent*) {
   active.setCurrentColorGroup(QPalette::Active);
   style()->drawItemText(&painter, contentsRect(), int(alignment()), active, true, text(),
                         foregroundRole());
+  if (!hasFocus()) return;
+  QStyleOptionFocusRect frame;
+  frame.initFrom(this);
+  style()->drawPrimitive(QStyle::PE_FrameFocusRect, &frame, &painter, this);
 }
 
 FocusMarker::FocusMarker(QWidget* parent) : QFrame(parent) {

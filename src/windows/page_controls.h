@@ -14,7 +14,7 @@
 class Dialogs;
 class ValueBox;
 
-// A check box whose grey state is set by the program only.
+// A check box of a row or of the page; its grey state is set by the program only.
 class PageCheckBox : public QCheckBox {
   Q_OBJECT
  public:
@@ -23,14 +23,16 @@ class PageCheckBox : public QCheckBox {
   CheckState State() const;
 
  signals:
-  // The left button was released over the box with Ctrl held; its state is already the new one.
+  // The left button was released over the box, or the space bar, with Ctrl held; its state is
+  // already the new one.
   void CtrlReleased();
 
  protected:
   void mouseReleaseEvent(QMouseEvent* event) override;
+  void keyReleaseEvent(QKeyEvent* event) override;
 };
 
-// A label that answers to the left button.
+// A label that answers to the left button and, if it takes the focus, to the space bar.
 class ClickLabel : public QLabel {
   Q_OBJECT
  public:
@@ -41,6 +43,7 @@ class ClickLabel : public QLabel {
 
  protected:
   void mouseReleaseEvent(QMouseEvent* event) override;
+  void keyPressEvent(QKeyEvent* event) override;
   // Disabled it does not answer, but its text can be read as before.
   void paintEvent(QPaintEvent* event) override;
 };

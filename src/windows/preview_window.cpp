@@ -39,6 +39,7 @@ PreviewWindow::PreviewWindow(Session& session, Host& host, QWidget* parent)
   setObjectName("frmPreview");
   setWindowTitle(tr("Preview Fit"));
   hsPreview_->setToolTip(tr("Step through the datasets of the fit"));
+  hsPreview_->setAccessibleName(tr("Dataset of the fit"));
   hsPreview_->setFocusPolicy(Qt::StrongFocus);
   auto* layout = new QVBoxLayout(this);
   layout->setContentsMargins(6, 6, 6, 6);

@@ -118,6 +118,7 @@ QGroupBox* SourceFilesTab::BuildCenterpieceBox() {
 QGroupBox* SourceFilesTab::BuildFileBox() {
   comboDataFile_ = Named(new QComboBox, "comboDataFile");
   comboDataFile_->setView(Named(new QListView, "lbDataFile"));
+  comboDataFile_->view()->setAccessibleName("Files of the folder");
   comboDataFile_->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
   comboDataFile_->setMinimumContentsLength(16);
   comboDataFile_->setMaxVisibleItems(24);

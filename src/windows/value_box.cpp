@@ -5,6 +5,7 @@
 #include <QKeyEvent>
 #include <QMouseEvent>
 #include <QPointer>
+#include <QScrollArea>
 #include <QTimer>
 
 ValueBox::ValueBox(QWidget* parent) : QLineEdit(parent) {}
@@ -24,8 +25,16 @@ bool ValueBox::Commit() {
   if (!taken) {
     setFocus(Qt::OtherFocusReason);
     selectAll();
+    ComeIntoSight();
   }
   return taken;
+}
+
+// The refused box may have been scrolled away before it was left.
+void ValueBox::ComeIntoSight() {
+  for (QWidget* above = parentWidget(); above != nullptr; above = above->parentWidget()) {
+    if (auto* area = qobject_cast<QScrollArea*>(above)) area->ensureWidgetVisible(this);
+  }
 }
 
 void ValueBox::focusInEvent(QFocusEvent* event) {
@@ -69,7 +78,9 @@ void ValueBox::mouseDoubleClickEvent(QMouseEvent* event) {
 
 void ValueBox::keyPressEvent(QKeyEvent* event) {
   if (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter) {
-    if (Commit()) selectAll();
+    if (!Commit()) return;
+    selectAll();
+    if (event->modifiers().testFlag(Qt::ControlModifier)) emit CtrlClicked();
     return;
   }
   if (event->key() == Qt::Key_Escape && text() != shown_) {
@@ -81,5 +92,9 @@ void ValueBox::keyPressEvent(QKeyEvent* event) {
 }
 
 void ValueBox::contextMenuEvent(QContextMenuEvent* event) {
-  if (receivers(SIGNAL(RightReleased())) == 0) QLineEdit::contextMenuEvent(event);
+  if (receivers(SIGNAL(RightReleased())) == 0) {
+    QLineEdit::contextMenuEvent(event);
+  } else if (event->reason() == QContextMenuEvent::Keyboard) {
+    emit RightReleased();
+  }
 }

@@ -22,9 +22,9 @@ class ValueBox : public QLineEdit {
   bool Commit();
 
  signals:
-  // The left button was pressed with Ctrl held, and the text, if changed, was stored.
+  // The left button or Return was pressed with Ctrl held, and the text, if changed, was stored.
   void CtrlClicked();
-  // The right button was released over the box.
+  // The right button was released over the box, or the menu key pressed in it.
   void RightReleased();
   void DoubleClicked();
 
@@ -38,6 +38,8 @@ class ValueBox : public QLineEdit {
   void contextMenuEvent(QContextMenuEvent* event) override;
 
  private:
+  void ComeIntoSight();
+
   Store store_;
   QString shown_;
   bool committing_ = false;

@@ -4,9 +4,19 @@
 
 #include <cstdlib>
 
+#include "core/user_folder.h"
 #include "support/temp_folder.h"
 
 namespace fs = std::filesystem;
+
+TEST(UserFolder, IsKnownWithoutHome) {
+  const std::string home = std::getenv("HOME") == nullptr ? "" : std::getenv("HOME");
+  for (const char* odd : {"", "relative"}) {
+    ASSERT_EQ(*odd == '\0' ? unsetenv("HOME") : setenv("HOME", odd, 1), 0);
+    EXPECT_TRUE(ConfigurationFolder().is_absolute() && DataFolder().is_absolute()) << odd;
+  }
+  if (!home.empty()) setenv("HOME", home.c_str(), 1);
+}
 
 TEST(FindChannelFile, BesideTheProgramThenTheUsersThenTheInstalled) {
   const TempFolder folder;

@@ -182,27 +182,35 @@ TEST(SourceFiles, NamesFilesThatVanishedOrChanged) {
       ReadText(std::string(QUORVANE_SOURCE_DIR) + "/examples/monomer-dimer/00001.RA1");
   RecordingHost host;
   DatasetStore store;
-  for (const char* name : {"same.RA1", "changed.RA1", "gone.RA1", "BL_blank.RA1"}) {
-    LoadDataFile(store, FileKind::kIpRa, folder.Write(name, text), name, 5.7F, 6.3F, host);
+  const std::string deep = std::string(120, 'd') + '/' + std::string(120, 'e');
+  std::filesystem::create_directories(folder / deep);
+  const std::string far = deep + "/far.RA1";
+  for (const std::string& name :
+       {std::string("same.RA1"), std::string("changed.RA1"), std::string("gone.RA1"),
+        std::string("BL_blank.RA1"), std::string("\u4e2d.RA1"), far}) {
+    LoadDataFile(store, FileKind::kIpRa, folder.Write(name, text), name.substr(0, 8), 5.7F, 6.3F,
+                 host);
   }
   const auto path = [&](const char* name) { return PathText(folder / name); };
   LoadDataFile(store, FileKind::kIpRa, folder / "same.RA1", "B", 6.2F, 6.8F, host);
-  store.Datasets[4].C.fill(0.0);  // other signals, as a subtracted blank leaves them
-  store.Datasets[4].Comment2.SetBytes("header BL");
+  store.Datasets[6].C.fill(0.0);  // other signals, as a subtracted blank leaves them
+  store.Datasets[6].Comment2.SetBytes("header BL");
   std::string changed = text;
   changed[changed.find("\n", changed.size() / 10) + 17] ^= 1;  // a digit of a signal
   folder.Write("changed.RA1", changed);
   std::filesystem::remove(folder / "gone.RA1");
 
-  const std::vector<SourceFile> files = SourceFiles(store.Datasets, {0, 1, 2, 4});
-  ASSERT_EQ(files.size(), 4U);
+  const std::vector<SourceFile> files = SourceFiles(store.Datasets, {0, 1, 2, 6, 4, 5});
+  ASSERT_EQ(files.size(), 6U);
   EXPECT_EQ(files[0].path, path("same.RA1"));
   EXPECT_EQ(files[0].numbers, (std::vector{1, 4}));
   EXPECT_EQ(files[0].state, Sha256(text));
   EXPECT_EQ(files[1].state, Sha256(changed) + " (changed since it was loaded)");
   EXPECT_EQ(files[2].state, "not found");
-  EXPECT_TRUE(files[3].numbers.empty());
-  EXPECT_EQ(files[3].state, Sha256(text));
+  EXPECT_EQ(files[3].state, "not checked: a dataset cannot hold this path");
+  EXPECT_EQ(files[4].state, "not checked: a dataset cannot hold this path");
+  EXPECT_TRUE(files[5].numbers.empty());
+  EXPECT_EQ(files[5].state, Sha256(text));
 }
 
 TEST_F(PaperReportTest, AFailureLeavesTheOldFile) {

@@ -41,7 +41,7 @@ TEST(WriteRtf, OpensInAWordProcessor) {
   folder.Write("log.rtf", ExchangeRtf());
   const std::string here = folder.path().string();
   ASSERT_TRUE(Succeeds("cd '" + here + "' && HOME='" + here +
-                       "' soffice -env:UserInstallation='file://" + here +
+                       "' LC_ALL=C soffice -env:UserInstallation='file://" + here +
                        "/profile' --headless --convert-to odt log.rtf"));
   ASSERT_TRUE(Succeeds("cd '" + here + "' && unzip -o log.odt -d odt"));
   const std::string content = ReadText(folder / "odt/content.xml");

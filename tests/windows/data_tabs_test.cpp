@@ -321,6 +321,11 @@ TEST_F(DataTabs, CtrlCopiesTheChoiceDownwards) {
   EXPECT_EQ(use, (std::vector<bool>{true, true, false}));
   Click("chkUseData(0)", Qt::ControlModifier);
   EXPECT_EQ(use, (std::vector<bool>{false, false, false}));
+  Find("chkUseData(1)")->setFocus();
+  QTest::keyClick(Find("chkUseData(1)"), Qt::Key_Up);
+  EXPECT_TRUE(Find("chkUseData(0)")->hasFocus());
+  QTest::keyClick(Find("chkUseData(0)"), Qt::Key_Space, Qt::ControlModifier);
+  EXPECT_EQ(use, (std::vector<bool>{true, true, false}));
   data->SetCalculating(true);
   EXPECT_FALSE(Find("chkUseData(0)")->isEnabled() || Find("cmdRemoveAllData")->isEnabled());
 }

@@ -5,6 +5,7 @@
 
 #include <QAction>
 #include <QCheckBox>
+#include <QContextMenuEvent>
 #include <QLabel>
 #include <QLocale>
 #include <QMenu>
@@ -383,6 +384,72 @@ TEST_F(FitControlTabTest, FocusGoesRowByRowThenThroughTheBlock) {
       "txtExtCoeff(%1) ";
   EXPECT_EQ(order.join(' '), row.arg(0) + row.arg(1) + "txtMWB chkMWB lblDegC");
   EXPECT_EQ(Scan(0).RefConc, 0.123456789);  // passing through a box does not round its value
+}
+
+TEST_F(FitControlTabTest, KeysDoWhatTheButtonsOfTheMouseDo) {
+  session.Module.CellGeometries = {{1, "sector", {}, {}}, {2, "band", {}, {}}};
+  SetUp(7, 3);
+  Click("chkUseMC");
+  const auto press = [](QWidget* control, int key, Qt::KeyboardModifiers modifiers = {}) {
+    control->setFocus();
+    QTest::keyClick(control, static_cast<Qt::Key>(key), modifiers);
+    QCoreApplication::processEvents();
+  };
+  const auto pressMenuKey = [](QWidget* control) {
+    const QPoint center = control->rect().center();
+    QContextMenuEvent event(QContextMenuEvent::Keyboard, center, control->mapToGlobal(center));
+    QCoreApplication::sendEvent(control, &event);
+  };
+  press(Find("chkOffset(1)"), Qt::Key_Space, Qt::ControlModifier);
+  EXPECT_EQ(setup.chkOffset,
+            (std::vector{CheckState::kChecked, CheckState::kUnchecked, CheckState::kUnchecked}));
+  Find<QLineEdit>("txtRefConc(1)")->setText("0.25");
+  press(Find("txtRefConc(1)"), Qt::Key_Return, Qt::ControlModifier);
+  EXPECT_EQ(Scan(0).RefConc, 0.5);
+  EXPECT_EQ(Scan(2).RefConc, 0.25);
+  const QSignalSpy adjustments(&tab, &FitControlTab::RefConcRequested);
+  pressMenuKey(Find("txtRefConc(1)"));
+  EXPECT_EQ(adjustments.count(), 1);
+  pressMenuKey(Find("txtLinkTo(1)"));
+  EXPECT_EQ(Entries("mnuLinkTo"), "++++");
+  Choose("mnuLinkTo", "mnuLinkToSet(2)");
+  EXPECT_EQ(Text("txtLinkTo(1)"), "3");
+  pressMenuKey(Find("txtLnK1"));
+  EXPECT_EQ(Entries("mnuKDisplay"), "*++");
+  Find<QMenu>("mnuKDisplay")->close();
+  press(Find("lblFitNum(1)"), Qt::Key_Space, Qt::ControlModifier);
+  Choose("mnuOptionCellGeom", "mnuCellGeom(1)");
+  EXPECT_EQ(setup.SetCellChannel, (std::vector<std::int16_t>{0, 1, 1}));
+}
+
+TEST_F(FitControlTabTest, ArrowsGoToTheNextRowThatHasTheControl) {
+  SetUp(6, 60);
+  Type("txtLinkTo(1)", "1");
+  struct Case {
+    const char* from;
+    Qt::Key key;
+    const char* to;
+  };
+  const std::vector<Case> cases = {{"txtRefConc(0)", Qt::Key_Down, "txtRefConc(2)"},
+                                   {"chkOffset(2)", Qt::Key_Up, "chkOffset(1)"},
+                                   {"txtOffset(0)", Qt::Key_Up, "txtOffset(0)"},
+                                   {"txtRefConc(59)", Qt::Key_Down, "txtRefConc(59)"}};
+  for (const Case& c : cases) {
+    Find(c.from)->setFocus();
+    QTest::keyClick(Find(c.from), c.key);
+    EXPECT_EQ(QApplication::focusWidget()->objectName(), c.to) << c.from;
+  }
+  Find("txtOffset(0)")->setFocus();
+  for (int k = 0; k < 50; ++k) QTest::keyClick(QApplication::focusWidget(), Qt::Key_Down);
+  EXPECT_EQ(QApplication::focusWidget()->objectName(), "txtOffset(50)");
+  EXPECT_FALSE(QApplication::focusWidget()->visibleRegion().isEmpty());
+  // A refusal brings a box back that was scrolled away.
+  Find<QLineEdit>("txtOffset(50)")->setText("x");
+  Find<QScrollBar>("tabVScroll2")->setValue(0);
+  Find("txtMWB")->setFocus();
+  QCoreApplication::processEvents();
+  EXPECT_TRUE(Find("txtOffset(50)")->hasFocus());
+  EXPECT_FALSE(Find("txtOffset(50)")->visibleRegion().isEmpty());
 }
 
 TEST_F(FitControlTabTest, AnEntryIsStoredBeforeTheFitStarts) {

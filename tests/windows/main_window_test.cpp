@@ -1,12 +1,19 @@
+#include <QAbstractItemView>
+#include <QAbstractSlider>
 #include <QAbstractSpinBox>
 #include <QAccessible>
 #include <QComboBox>
 #include <QDropEvent>
 #include <QLabel>
 #include <QLineEdit>
+#include <QMdiSubWindow>
 #include <QMenu>
+#include <QMenuBar>
 #include <QMimeData>
+#include <QPlainTextEdit>
 #include <QScrollBar>
+#include <QSet>
+#include <QShortcut>
 #include <QTextBrowser>
 #include <QTimer>
 #include <QUrl>
@@ -315,26 +322,104 @@ TEST_F(MainWindowTest, EveryControlHasANameForScreenReaders) {
   window->Experiments().OpenDropped({ToQString(kExamples / "hetero" / "00001.RA8")});
   Find<QComboBox>("cmbModel")->setCurrentIndex(10);
   Click("cmdSetFit");
-  Trigger("mnuSimulate");
-  Trigger("mnuMatch");
+  for (const char* command :
+       {"mnuSimulate", "mnuMatch", "mnuOverlay", "mnuFitQuality", "mnuCheckMinimum"}) {
+    Find<QAction>(command)->setEnabled(true);  // what belongs to a fit as well
+    Trigger(command);
+  }
   for (QWidget* control : window->findChildren<QWidget*>()) {
     const bool asked = qobject_cast<QAbstractButton*>(control) != nullptr ||
-                       qobject_cast<QLineEdit*>(control) != nullptr;
+                       qobject_cast<QLineEdit*>(control) != nullptr ||
+                       qobject_cast<QComboBox*>(control) != nullptr ||
+                       qobject_cast<QAbstractItemView*>(control) != nullptr ||
+                       qobject_cast<QAbstractSlider*>(control) != nullptr ||
+                       qobject_cast<QAbstractSpinBox*>(control) != nullptr ||
+                       qobject_cast<QTextEdit*>(control) != nullptr ||
+                       qobject_cast<QPlainTextEdit*>(control) != nullptr;
     const QString name = control->objectName();
     if (!asked || control->focusPolicy() == Qt::NoFocus || name.startsWith("qt_")) continue;
     if (qobject_cast<QAbstractSpinBox*>(control->parentWidget()) != nullptr) continue;
     if (qobject_cast<QComboBox*>(control->parentWidget()) != nullptr) continue;
+    if (control->window()->windowType() == Qt::Popup) continue;  // the list of a combo box
     QAccessibleInterface* interface = QAccessible::queryAccessibleInterface(control);
     EXPECT_FALSE(interface->text(QAccessible::Name).trimmed().isEmpty()) << name.toStdString();
   }
 }
 
+namespace {
+
+// Adds the letter that is underlined in `text`, if any.
+void AddLetter(const QString& text, QStringList& letters) {
+  const QString letter = QKeySequence::mnemonic(text).toString();
+  if (!letter.isEmpty()) letters << letter;
+}
+
+// What the keyboard reaches of a widget by Alt and a letter.
+void AddLetter(const QWidget& widget, QStringList& letters) {
+  const auto* label = qobject_cast<const QLabel*>(&widget);
+  const auto* button = qobject_cast<const QAbstractButton*>(&widget);
+  if (label != nullptr && label->buddy() != nullptr) AddLetter(label->text(), letters);
+  if (button != nullptr && !button->shortcut().isEmpty()) letters << button->shortcut().toString();
+}
+
+std::string Doubles(QStringList keys) {
+  for (const QString& key : QSet<QString>(keys.begin(), keys.end())) keys.removeOne(key);
+  return keys.join(' ').toStdString();
+}
+
+}  // namespace
+
+TEST_F(MainWindowTest, NoKeyMeansTwoThings) {
+  SetUpExample();
+  Click("cmdFitMe");
+  for (const char* command :
+       {"mnuSimulate", "mnuMatch", "mnuOverlay", "mnuFitQuality", "mnuExpGraph"}) {
+    Trigger(command);
+  }
+  QStringList keys;
+  for (const QAction* action : window->findChildren<QAction*>()) {
+    // The rest belongs to the frames of the children, or to a menu while it is open.
+    const bool everywhere = !action->objectName().isEmpty() &&
+                            action->shortcutContext() == Qt::WindowShortcut &&
+                            action->parent()->objectName() != "mnuEditData";
+    if (everywhere) keys << QKeySequence::listToString(action->shortcuts());
+  }
+  for (const QShortcut* shortcut : window->findChildren<QShortcut*>()) {
+    keys << shortcut->key().toString();
+  }
+  keys.removeAll("");
+  EXPECT_EQ(Doubles(keys), "");
+  for (QMenu* menu : window->findChildren<QMenu*>()) {
+    QStringList letters;
+    for (const QAction* action : menu->actions()) AddLetter(action->text(), letters);
+    EXPECT_EQ(Doubles(letters), "") << menu->objectName().toStdString();
+  }
+  for (QMdiSubWindow* child : window->findChildren<QMdiSubWindow*>()) {
+    auto* tabs = child->findChild<QTabWidget*>();
+    for (int tab = 0; tab < (tabs == nullptr ? 1 : tabs->count()); ++tab) {
+      if (tabs != nullptr) tabs->setCurrentIndex(tab);
+      QStringList letters;
+      for (const QAction* action : window->menuBar()->actions()) AddLetter(action->text(), letters);
+      for (const QWidget* widget : child->findChildren<QWidget*>()) {
+        if (widget->isVisible()) AddLetter(*widget, letters);
+      }
+      EXPECT_EQ(Doubles(letters), "") << child->windowTitle().toStdString() << tab;
+    }
+  }
+}
+
 TEST_F(MainWindowTest, KeysOpenTabsAndRunTheFit) {
+  session.Module.ShowHints = false;
   SetUpExample();
   QTest::keyClick(window.get(), Qt::Key_2, Qt::ControlModifier);
   EXPECT_EQ(Tabs(), "1211");
   QTest::keyClick(window.get(), Qt::Key_F6);
   EXPECT_EQ(Tabs(), "1121");
+  QTest::keyClick(window.get(), Qt::Key_F7);
+  EXPECT_TRUE(Find("frmPreview")->isVisible());
+  Find("txtRefConc(0)")->setFocus();
+  QTest::keyClick(window.get(), Qt::Key_F10, Qt::ShiftModifier);
+  EXPECT_TRUE(Find("frmSetRefConc")->isVisible());
   const QString before = LogText();
   QTest::keyClick(window.get(), Qt::Key_F5);
   EXPECT_TRUE(LogText().mid(before.size()).contains("Fitting Time: "));

@@ -294,6 +294,9 @@ QPalette DarkPalette() {
   QPalette palette(QColor(53, 53, 53));
   palette.setColor(QPalette::Base, QColor(35, 35, 35));
   palette.setColor(QPalette::Highlight, QColor(42, 130, 218));
+  for (const auto role : {QPalette::WindowText, QPalette::Text, QPalette::ButtonText}) {
+    palette.setColor(QPalette::Disabled, role, QColor(128, 128, 128));
+  }
   return palette;
 }
 
