@@ -1,18 +1,20 @@
 // How well the fit recovers what it is given: simulated experiments of each model, fitted from
 // starts that are a little off. Prints the tables of docs/evidence.md.
-// Usage: recovery [EXPERIMENTS [SCALE [MODEL]]] (run by scripts/recovery); SCALE multiplies signal
-// and noise, MODEL is the index of the only one.
+// Usage: recovery [EXPERIMENTS [SCALE [MODEL...]]] (run by scripts/evidence); SCALE multiplies
+// signal and noise, MODEL are the indices of those to run.
+#include <algorithm>
+#include <array>
 #include <atomic>
 #include <cmath>
 #include <cstdio>
 #include <cstdlib>
+#include <ctime>
 #include <future>
 #include <string>
 #include <thread>
 #include <vector>
 
 #include "base/arithmetic.h"
-#include "base/clock.h"
 #include "base/quiet_host.h"
 #include "fit/report.h"
 #include "fit/settled_fit.h"
@@ -25,7 +27,6 @@ constexpr int kSets = 6;
 constexpr int kPoints = 80;
 constexpr double kNoise = 0.005;  // signal units
 constexpr int kMostSteps = 300;
-constexpr int kSearched = 40;  // experiments of each model whose intervals are searched
 
 // How one model is simulated and fitted.
 struct Plan {
@@ -58,16 +59,17 @@ constexpr std::array<Level, 4> kLevels = {{{RatioMethod::kEqualFreedom, 68.27},
 
 // What one experiment says of one parameter.
 struct Recovered {
-  double error = 0.0;  // value less truth
-  double deviation = 0.0;
+  double error = 0.0;      // value less truth
+  double deviation = 0.0;  // the reported standard error
   std::array<bool, kLevels.size()> inside{};
   std::array<bool, kLevels.size()> limited{};  // both limits were found
 };
 
 struct Experiment {
   bool fitted = false;
-  bool searched = false;
-  std::vector<Recovered> parameters;  // shared and fitted, in order
+  int givenUp = 0;                             // searches
+  std::array<double, kLevels.size()> ratio{};  // of variances, that the searches sought
+  std::vector<Recovered> parameters;           // shared and fitted, in order
 };
 
 // With two components each cell is scanned twice, where A and where B absorbs: the second scan is
@@ -124,33 +126,48 @@ void Displace(FitState& fit, std::uint64_t seed) {
   }
 }
 
-// A fit of a search that swings between two places for ever is given up after two seconds.
+int Cores() {
+  return std::max(1, static_cast<int>(std::thread::hardware_concurrency()));
+}
+
+// A fit of a search that swings between two places for ever is given up after two seconds of all
+// cores; processor time, so that the table does not depend on what else the machine does.
 class PatientHost : public QuietHost {
  public:
   explicit PatientHost(FitState& fit) : fit_(fit) {}
   void RunPendingEvents() override {
     constexpr double kPatience = 2.0;
-    if (watch_.Seconds() > kPatience) fit_.FitKeepGoing = false;
+    const auto used = static_cast<double>(std::clock() - start_) / CLOCKS_PER_SEC;
+    if (used > kPatience * Cores()) fit_.FitKeepGoing = false;
+    gaveUp_ = gaveUp_ || !fit_.FitKeepGoing;
   }
+  bool GaveUp() const { return gaveUp_; }
 
  private:
   FitState& fit_;
-  Stopwatch watch_;
+  std::clock_t start_ = std::clock();
+  bool gaveUp_ = false;
 };
 
 void SearchLevel(FitState& fit, std::size_t level, const Array1<double>& truth,
-                 std::vector<Recovered>& parameters) {
+                 Experiment& experiment) {
+  std::vector<Recovered>& parameters = experiment.parameters;
   PatientHost host(fit);
   const int shared = fit.FitMA - fit.SharedBase();
   const ConfidenceRequest request{kLevels[level].percent, kLevels[level].method,
                                   std::vector<bool>(static_cast<std::size_t>(shared), true)};
   const ConfidenceOutcome found = CalcConfidence(fit, request, host);
+  experiment.ratio[level] = found.ratio;
+  experiment.givenUp += host.GaveUp();
   if (found.intervals.size() != parameters.size()) return;  // a fault, or given up
   std::size_t k = 0;
   for (int l = fit.SharedBase() + 1; l <= fit.FitMA; ++l) {
     if (fit.FitIA(l) == 0) continue;
     const ConfidenceInterval& interval = found.intervals[k];
-    parameters[k].limited[level] = interval.lower != 0.0 && interval.upper != 0.0;
+    // 0: not bracketed. The value itself: every trial of the bisection lay above the level.
+    parameters[k].limited[level] = interval.lower != 0.0 && interval.upper != 0.0 &&
+                                   interval.lower < interval.value &&
+                                   interval.value < interval.upper;
     parameters[k].inside[level] = interval.lower <= truth(l) && truth(l) <= interval.upper;
     ++k;
   }
@@ -171,11 +188,10 @@ Experiment Run(const Plan& plan, double scale, int number) {
       experiment.parameters.push_back(
           {.error = fit.FitA(l) - truth(l), .deviation = StandardError(fit, statistics, l)});
     }
-    for (std::size_t level = 0; number < kSearched && level < kLevels.size(); ++level) {
-      SearchLevel(fit, level, truth, experiment.parameters);
+    for (std::size_t level = 0; level < kLevels.size(); ++level) {
+      SearchLevel(fit, level, truth, experiment);
     }
     experiment.fitted = true;
-    experiment.searched = number < kSearched;
   } catch (const ArithmeticFault&) {
     experiment.parameters.clear();
   }
@@ -186,7 +202,7 @@ std::vector<Experiment> RunAll(const Plan& plan, double scale, int count) {
   std::vector<Experiment> experiments(static_cast<std::size_t>(count));
   std::atomic<int> next = 0;
   std::vector<std::future<void>> runners;
-  for (unsigned k = 0; k < std::max(1U, std::thread::hardware_concurrency()); ++k) {
+  for (int k = 0; k < Cores(); ++k) {
     runners.push_back(std::async(std::launch::async, [&] {
       for (int i = next++; i < count; i = next++) {
         experiments[static_cast<std::size_t>(i)] = Run(plan, scale, i);
@@ -197,46 +213,100 @@ std::vector<Experiment> RunAll(const Plan& plan, double scale, int count) {
   return experiments;
 }
 
+// What a model says of a parameter, over its experiments.
+struct Tally {
+  int count = 0;
+  int within = 0;       // truth in the value +- its standard error
+  int withinTwice = 0;  // +- two
+  double sum = 0.0;     // of errors
+  double squares = 0.0;
+  double deviations = 0.0;
+  std::array<int, kLevels.size()> inside{}, limited{};
+};
+
+Tally Count(const std::vector<Experiment>& experiments, std::size_t k) {
+  Tally tally;
+  for (const Experiment& experiment : experiments) {
+    if (!experiment.fitted) continue;
+    const Recovered& one = experiment.parameters[k];
+    ++tally.count;
+    tally.sum += one.error;
+    tally.squares += one.error * one.error;
+    tally.deviations += one.deviation;
+    tally.within += std::fabs(one.error) <= one.deviation;
+    tally.withinTwice += std::fabs(one.error) <= 2.0 * one.deviation;
+    for (std::size_t level = 0; level < kLevels.size(); ++level) {
+      tally.limited[level] += one.limited[level];
+      tally.inside[level] += one.limited[level] && one.inside[level];
+    }
+  }
+  return tally;
+}
+
 double Percent(int part, int whole) {
   return whole == 0 ? 0.0 : 100.0 * part / whole;
 }
 
-// The line of one fitted parameter, number k of them.
-void PrintLine(const Plan& plan, const std::vector<Experiment>& experiments, std::size_t k,
-               std::string_view name, double truth) {
-  int count = 0, within = 0, searched = 0;
-  double sum = 0.0, squares = 0.0, deviations = 0.0;
-  std::array<int, kLevels.size()> inside{}, limited{};
-  for (const Experiment& experiment : experiments) {
-    if (!experiment.fitted) continue;
-    const Recovered& one = experiment.parameters[k];
-    ++count;
-    sum += one.error;
-    squares += one.error * one.error;
-    deviations += one.deviation;
-    within += std::fabs(one.error) <= one.deviation;
-    searched += experiment.searched;
-    for (std::size_t level = 0; level < kLevels.size(); ++level) {
-      limited[level] += one.limited[level];
-      inside[level] += one.limited[level] && one.inside[level];
-    }
-  }
-  const double bias = sum / count;
-  const double spread = std::sqrt(std::max(0.0, squares / count - bias * bias));
-  std::printf("| %d | %.*s | %g | %d | %+.2f | %+.2f | %.2f | %.0f |", plan.modelIndex,
-              static_cast<int>(name.size()), name.data(), truth, count,
-              bias / (spread / std::sqrt(count)), bias / (deviations / count),
-              std::sqrt(squares / count) / (deviations / count), Percent(within, count));
-  int least = searched;
+void PrintLine(int modelIndex, std::string_view name, double truth, const Tally& tally) {
+  const double bias = tally.sum / tally.count;
+  const double meanSquare = tally.squares / tally.count;
+  const double deviation = tally.deviations / tally.count;
+  const double spread = std::sqrt(std::max(0.0, meanSquare - bias * bias));
+  std::printf("| %d | %.*s | %g | %d | %+.2f | %+.2f | %.2f | %.0f | %.0f |", modelIndex,
+              static_cast<int>(name.size()), name.data(), truth, tally.count, bias / deviation,
+              bias / (spread / std::sqrt(tally.count)), std::sqrt(meanSquare) / deviation,
+              Percent(tally.within, tally.count), Percent(tally.withinTwice, tally.count));
   for (std::size_t level = 0; level < kLevels.size(); ++level) {
-    if (limited[level] == 0) {
+    if (tally.limited[level] == 0) {
       std::printf(" - |");
     } else {
-      std::printf(" %.0f |", Percent(inside[level], limited[level]));
+      std::printf(" %.0f |", Percent(tally.inside[level], tally.limited[level]));
     }
-    least = std::min(least, limited[level]);
   }
-  std::printf(" %.0f |\n", Percent(searched - least, searched));
+  const int least = *std::min_element(tally.limited.begin(), tally.limited.end());
+  std::printf(" %.0f |\n", Percent(tally.count - least, tally.count));
+}
+
+// How often the region of a variance ratio covers the truth of one parameter alone where the sum
+// of squares is a parabola: in percent.
+double CoverageOfOne(double ratio, int freedom) {
+  return 100.0 * std::erf(std::sqrt(std::max(0.0, freedom * (ratio - 1.0) / 2.0)));
+}
+
+// What goes below the table.
+struct Footer {
+  int givenUp = 0;
+  std::array<double, kLevels.size()> leastCoverage = {100.0, 100.0, 100.0, 100.0};
+
+  void Add(const Experiment& experiment, int freedom) {
+    givenUp += experiment.givenUp;
+    if (!experiment.fitted) return;
+    for (std::size_t level = 0; level < kLevels.size(); ++level) {
+      leastCoverage[level] =
+          std::min(leastCoverage[level], CoverageOfOne(experiment.ratio[level], freedom));
+    }
+  }
+  void Print() const {
+    std::printf("\nExpected of a parabola, %%, at least:");
+    for (const double percent : leastCoverage) std::printf(" %.3f", percent);
+    std::printf(". Searches given up by the clock: %d.\n", givenUp);
+  }
+};
+
+void RunPlan(const Plan& plan, double scale, int count, Footer& footer) {
+  const std::vector<Experiment> experiments = RunAll(plan, scale, count);
+  const FitState fit = Simulated(plan, scale, 1);
+  int freedom = fit.FitNumPoints;
+  for (int l = 1; l <= fit.FitMA; ++l) freedom -= fit.FitIA(l) != 0;
+  for (const Experiment& experiment : experiments) footer.Add(experiment, freedom);
+  std::size_t k = 0;
+  std::size_t place = 0;
+  for (const SharedParameter& parameter : fit.FitModel->parameters) {
+    const double truth = plan.truth[place++];
+    if (fit.FitIA(fit.SharedBase() + static_cast<int>(place)) == 0) continue;
+    PrintLine(plan.modelIndex, parameter.name, truth, Count(experiments, k++));
+  }
+  std::fflush(stdout);
 }
 
 }  // namespace
@@ -244,24 +314,19 @@ void PrintLine(const Plan& plan, const std::vector<Experiment>& experiments, std
 int main(int argc, char** argv) {
   const int count = argc > 1 ? std::atoi(argv[1]) : 200;
   const double scale = argc > 2 ? std::atof(argv[2]) : 1.0;
-  const int only = argc > 3 ? std::atoi(argv[3]) : -1;
+  std::vector<int> models;
+  for (int k = 3; k < argc; ++k) models.push_back(std::atoi(argv[k]));
   if (count < 1 || !(scale > 0.0)) return 2;
   std::printf(
-      "| Model | Parameter | Truth | Fits | Bias, its errors | Bias, sd | rms error / sd | +- 1 sd "
-      "%% | M1 68.27 %% | M1 95.46 %% | M2 68.27 %% | M2 95.46 %% | No limit %% |\n"
-      "|---|---|---|---|---|---|---|---|---|---|---|---|---|\n");
+      "| Model | Parameter | Truth | Fits | Bias, sd | Bias, its errors | rms error / sd | "
+      "+- 1 sd %% | +- 2 sd %% | M1 68.27 %% | M1 95.46 %% | M2 68.27 %% | M2 95.46 %% | "
+      "No limit %% |\n"
+      "|---|---|---|---|---|---|---|---|---|---|---|---|---|---|\n");
+  Footer footer;
   for (const Plan& plan : kPlans) {
-    if (only >= 0 && plan.modelIndex != only) continue;
-    const std::vector<Experiment> experiments = RunAll(plan, scale, count);
-    const FitState fit = Simulated(plan, scale, 1);
-    std::size_t k = 0;
-    std::size_t place = 0;
-    for (const SharedParameter& parameter : fit.FitModel->parameters) {
-      const double truth = plan.truth[place++];
-      if (fit.FitIA(fit.SharedBase() + static_cast<int>(place)) == 0) continue;
-      PrintLine(plan, experiments, k++, parameter.name, truth);
-    }
-    std::fflush(stdout);
+    if (!models.empty() && std::ranges::find(models, plan.modelIndex) == models.end()) continue;
+    RunPlan(plan, scale, count, footer);
   }
+  footer.Print();
   return 0;
 }

@@ -249,18 +249,6 @@ NewValues ValuesFromFit(const FitState& fit, int d) {
   return values;
 }
 
-// Gives linked datasets the reference concentrations of their targets, in FitA.
-void CopyLinked(FitState& fit) {
-  if (!fit.TwoComponentModel) return;
-  const int n = fit.NumFitSets;
-  for (int d = 1; d <= n; ++d) {
-    const int target = fit.RefLink[static_cast<std::size_t>(d - 1)] + 1;
-    if (target == d) continue;
-    fit.FitA(n + d) = fit.FitA(n + target);
-    fit.FitA(2 * n + d) = fit.FitA(2 * n + target);
-  }
-}
-
 }  // namespace
 
 void SetupDataArrays(FitState& fit, const FitSetup& setup, const std::vector<Dataset>& datasets,
@@ -296,9 +284,20 @@ void SetupSingleParameterArray(FitState& fit, const FitSetup& setup, const FitPa
   fit.FitParamNames = {};
 }
 
+void CopyLinked(const FitState& fit, Array1<double>& values) {
+  if (!fit.TwoComponentModel) return;
+  const int n = fit.NumFitSets;
+  for (int d = 1; d <= n; ++d) {
+    const int target = fit.RefLink[static_cast<std::size_t>(d - 1)] + 1;
+    if (target == d) continue;
+    values(n + d) = values(n + target);
+    values(2 * n + d) = values(2 * n + target);
+  }
+}
+
 void UpdateParameters(FitState& fit, FitPage& page, std::vector<Dataset>& datasets) {
   fit.CurrentProc = "UpdateParameters";
-  CopyLinked(fit);
+  CopyLinked(fit, fit.FitA);
   std::vector<NewValues> values;
   for (int d = 1; d <= fit.NumFitSets; ++d) values.push_back(ValuesFromFit(fit, d));
   for (std::size_t k = 0; k < values.size(); ++k) {

@@ -30,6 +30,10 @@ void SetupSingleDatasetArray(FitState& fit, const FitSetup& setup, int k,
 void SetupSingleParameterArray(FitState& fit, const FitSetup& setup, const FitPage& page, int k,
                                const std::vector<Dataset>& datasets);
 
+// Gives linked datasets the reference concentrations of their targets. `values` are laid out as
+// FitA.
+void CopyLinked(const FitState& fit, Array1<double>& values);
+
 // Writes FitA back into the datasets and `page`: all of it, or nothing if a value overflows
 // (ArithmeticFault). A linked dataset gets the reference concentrations of its target.
 // CurrentProc is "Unknown" afterwards.

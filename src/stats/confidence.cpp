@@ -15,6 +15,7 @@
 #include "base/host.h"
 #include "base/number_format.h"
 #include "base/text.h"
+#include "fit/assembly.h"
 #include "fit/fit_state.h"
 #include "stats/limit_search.h"
 #include "stats/minimum_check.h"
@@ -199,6 +200,7 @@ void RunSearches(std::vector<std::unique_ptr<Search>>& searches, FitState& fit, 
     const std::optional<BetterFit>& better = search->host.better;
     if (better && (!outcome.better || better->sum < outcome.better->sum)) outcome.better = better;
   }
+  if (outcome.better) CopyLinked(fit, outcome.better->parameters);
   if (fault) std::rethrow_exception(fault);
 }
 

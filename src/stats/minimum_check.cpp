@@ -14,6 +14,7 @@
 #include "base/clock.h"
 #include "base/number_format.h"
 #include "base/quiet_host.h"
+#include "fit/assembly.h"
 #include "fit/fit_state.h"
 #include "fit/models.h"
 #include "fit/report.h"
@@ -222,6 +223,7 @@ std::vector<FoundMinimum> GroupEnds(const FitState& fit, const std::vector<Start
     if (same == lowest.end()) {
       lowest.push_back(end);
       minima.push_back({.sum = end->sum, .rms = RmsOf(fit, end->sum), .parameters = end->values});
+      CopyLinked(fit, minima.back().parameters);
     }
     const bool given = end == &starts.front();
     minima[place].current = minima[place].current || given;

@@ -113,6 +113,28 @@ TEST(CheckMinimum, TakesEndsOfOneMinimumForOne) {
   }
 }
 
+// A linked dataset, whose own concentrations stand still, says what its target does.
+TEST(CheckMinimum, GivesLinkedDatasetsTheConcentrationsOfTheirTargets) {
+  FitState fit =
+      MakeProblem({.modelIndex = 7, .sets = 4, .points = 60}, {9000.0, 3000.0, 2.0, 0.6});
+  for (int d = 2; d <= 4; d += 2) {
+    fit.RefLink[static_cast<std::size_t>(d - 1)] = static_cast<std::int16_t>(d - 2);
+    fit.SetEpsB(d - 1) = 0.1;
+    fit.SetEpsA(d) = 0.15;
+    fit.FitIA(4 + d) = fit.FitIA(8 + d) = 0;
+  }
+  for (const int l : {1, 2, 3, 4, 13, 14}) fit.FitIA(l) = 0;  // baselines and weights
+  NormalNoise noise(5, 0.002);
+  FillSignal(fit, [&](int) { return noise(); });
+  RecordingHost host;
+  ASSERT_EQ(SettleFit(fit, host, 500), FitRest::kSettled);
+  const MinimumOutcome found = CheckMinimum(fit, {.starts = 20}, host);
+  EXPECT_EQ(found.failed, 0);
+  ASSERT_FALSE(found.minima.empty());
+  const Array1<double>& values = found.minima[0].parameters;
+  for (const int l : {6, 8, 10, 12}) EXPECT_EQ(values(l), values(l - 1)) << l;
+}
+
 TEST(CheckMinimum, DoesNotDependOnTheThreads) {
   FitState fit = WorseFit();
   RecordingHost host;

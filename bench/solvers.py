@@ -1,0 +1,564 @@
+#!/usr/bin/python3
+"""Our fits, limits and statistics beside those of SciPy, for docs/evidence.md.
+
+Simulates scans with quorvane-cli, analyses them with it, reads the points from its JSON, and solves
+the same problems again with the formulae of docs/models.md written out here and
+scipy.optimize.least_squares. Prints Markdown tables. Usage: solvers.py CLI (run by scripts/evidence).
+Needs Debian's python3-numpy and python3-scipy.
+"""
+
+import json
+import os
+import subprocess
+import sys
+import tempfile
+import tomllib
+from dataclasses import dataclass, field
+from pathlib import Path
+
+os.environ.setdefault("OPENBLAS_NUM_THREADS", "1")  # the matrices are small
+
+import numpy as np
+from scipy.optimize import brentq, least_squares
+from scipy.stats import f as f_distribution
+
+EXAMPLES = Path(__file__).resolve().parent.parent / "examples"
+GAS_CONSTANT = 8.314e7  # erg/(mol K)
+PRESSES = 20  # of "Fit"; the first ends at an absolute rule, the rest show where it leads
+
+
+# --- Signals: docs/models.md in NumPy. Every function takes complex parameters, so that derivatives
+# --- come by complex steps, exact to rounding.
+
+
+@dataclass
+class Scan:
+    r: np.ndarray
+    y: np.ndarray
+    eps: tuple[float, float]
+    w: float  # omega^2 / (R T)
+    r0: float
+    ends: tuple[float, float]  # meniscus and base
+    loads: tuple[float, float]
+    owner: int  # place of the scan whose reference concentrations it has
+
+    def x(self, r=None):
+        return ((self.r if r is None else r) ** 2 - self.r0**2) / 2
+
+
+def species_of(model, p):
+    """Molecules of A, of B, and ln K of each species."""
+    single = (1, 0, 0.0)
+    if model == "Ideal":
+        return [single]
+    if model in ("Monomer-Nmer", "Inc.Monomer & Monomer-Nmer"):
+        return [single, (p["N"], 0, p["LnK1"])]
+    pair = [single, (0, 1, 0.0), (1, 1, p["LnK1"])]
+    if model == "A+B<>AB":
+        return pair
+    if model == "A+B<>AB+B<>AB2":
+        return pair + [(1, 2, p["LnK1"] + p["LnK2"])]
+    raise ValueError(model)
+
+
+def masses(p):
+    return p.get("MW", p.get("MWA")), p.get("MWB", 0.0)
+
+
+def species_sum(model, p, c, scan, weights, r=None):
+    """Sum over the species of weights (one for each A, one for each B) times concentration."""
+    s = masses(p)
+    total = 0
+    for a, b, ln_k in species_of(model, p):
+        rate = (a * s[0] + b * s[1]) * scan.w
+        amount = np.exp(a * c[0] + b * c[1] + ln_k + rate * scan.x(r))
+        total = total + (a * weights[0] + b * weights[1]) * amount
+    return total
+
+
+def incompetent_monomer(p, scan, c):
+    """Signal of the part that cannot associate: Alpha of all mass in the column."""
+    nodes, weights = np.polynomial.legendre.leggauss(40)
+    top, base = (end**2 for end in scan.ends)
+    r = np.sqrt((base + top) / 2 + (base - top) / 2 * nodes)
+    mean = weights @ species_sum("Monomer-Nmer", p, c, scan, (1, 0), r) / 2
+    shape = weights @ np.exp(p["MW"] * scan.w * scan.x(r)) / 2
+    at_r0 = p["Alpha"] / (1 - p["Alpha"]) * mean / shape
+    return scan.eps[0] * at_r0 * np.exp(p["MW"] * scan.w * scan.x())
+
+
+def signal(model, p, offset, c, scan, constants):
+    eps = scan.eps[0]
+    if model == "Nonideal":
+        c0 = np.exp(c[0])
+        molar_mass = p["MW"] / (1 - constants["vbar"] * constants["density"])
+        push = 2 * p["VirialC"] * molar_mass * ((scan.y - offset) / eps - c0)
+        return eps * c0 * np.exp(p["MW"] * scan.w * scan.x() - push) + offset
+    if model == "Isodesmic Self-association":
+        u = np.exp(c[0] + p["MWA"] * scan.w * scan.x())
+        return eps * u / (1 - np.exp(p["LnKi"]) * u) ** 2 + offset
+    y = species_sum(model, p, c, scan, scan.eps) + offset
+    if model == "Inc.Monomer & Monomer-Nmer":
+        y = y + incompetent_monomer(p, scan, c)
+    return y
+
+
+def mass_residuals(model, p, c, scan, tolerance):
+    """What soft mass conservation adds; the column of the examples is as wide as its radius."""
+    target = (scan.y[-1] - scan.y[0]) / tolerance
+    for k in (0, 1):
+        total = species_sum(model, p, c, scan, (1, 0) if k == 0 else (0, 1))
+        yield target * (1 - trapezoid_mean(total, scan.r) / scan.loads[k])
+
+
+def trapezoid_mean(c, r):
+    widths = (r[1:] + r[:-1]) * np.diff(r)
+    return np.sum(widths * (c[1:] + c[:-1]) / 2) / np.sum(widths)
+
+
+# --- A problem as least squares.
+
+
+class Fit:
+    """The least squares of a finished analysis, from its points, flags and held values."""
+
+    def __init__(self, job, result):
+        self.model = result["fit"]["model"]
+        self.constants = result["constants"]
+        self.conserved = job["fit"].get("use_mass_conservation", False)
+        self.parameters = result["fit"]["parameters"]
+        self.names = [p["name"] for p in self.parameters]
+        self.free = np.array([p["fitted"] for p in self.parameters])
+        self.links = {d["number"]: d["link_to"] for d in job["dataset"] if "link_to" in d}
+        self.scans = [self.scan(d, result["datasets"]) for d in result["datasets"]]
+        self.start = self.first_guess(job)
+
+    def scan(self, d, all_sets):
+        good = np.array(d["good"])
+        kelvin = self.constants["temperature"] + 273.15
+        owner = self.links.get(d["number"], d["number"]) - 1
+        return Scan(
+            r=np.array(d["r"])[good],
+            y=np.array(d["c"])[good],
+            eps=(d["ext_coeff"], d["ext_coeff_b"]),
+            w=(d["speed"] * np.pi / 30) ** 2 / (GAS_CONSTANT * kelvin),
+            r0=all_sets[owner]["ref_radius"],
+            ends=(d["meniscus"], d["base"]),
+            loads=(d["load_a"], d["load_b"]),
+            owner=owner,
+        )
+
+    def first_guess(self, job):
+        """The job's start values; baselines of 0; concentrations from the signal at R0."""
+        n = len(self.scans)
+        start = np.zeros(len(self.names))
+        own = job["fit"]["parameters"]
+        for k, scan in enumerate(self.scans):
+            y0 = max(np.interp(scan.r0, scan.r, scan.y), 0.02)
+            share = 3 if self.two_components() else 2
+            start[n + k] = np.log(y0 / share / scan.eps[0])
+            if self.two_components():
+                start[2 * n + k] = np.log(y0 / share / scan.eps[1])
+        for l in range(len(self.names) - self.shared(), len(self.names)):
+            key = {"MWA": "MW", "N": "N1", "LnKi": "LnK1"}.get(self.names[l], self.names[l])
+            start[l] = own[key]["start"]
+        return start
+
+    def two_components(self):
+        return "MWB" in self.names
+
+    def shared(self):
+        return sum("(" not in name for name in self.names)
+
+    def residuals(self, values):
+        n = len(self.scans)
+        p = dict(zip(self.names[-self.shared() :], values[-self.shared() :]))
+        parts = []
+        for k, scan in enumerate(self.scans):
+            c = (values[n + scan.owner], values[2 * n + scan.owner] if self.two_components() else 0)
+            parts.append(scan.y - signal(self.model, p, values[k], c, scan, self.constants))
+            if self.conserved:
+                tolerance = self.constants["mc_tolerance"]
+                parts.append(np.array(list(mass_residuals(self.model, p, c, scan, tolerance))))
+        return np.concatenate(parts)
+
+    def jacobian(self, values, free):
+        columns = []
+        for l in np.flatnonzero(free):
+            moved = values.astype(complex)
+            moved[l] += 1e-40j
+            columns.append(self.residuals(moved).imag / 1e-40)
+        return np.array(columns).T
+
+    def solve(self, start, free=None):
+        """Least squares over the free parameters; values, sum of squares."""
+        free = self.free if free is None else free
+
+        def full(z):
+            values = start.copy()
+            values[free] = z
+            return values
+
+        solution = least_squares(
+            lambda z: self.residuals(full(z)),
+            start[free],
+            jac=lambda z: self.jacobian(full(z), free),
+            x_scale="jac",
+            method="lm",
+            xtol=1e-15,
+            ftol=1e-15,
+            gtol=1e-15,
+            max_nfev=2000,
+        )
+        return full(solution.x), 2 * solution.cost
+
+    def covariance(self, values, total):
+        j = self.jacobian(values, self.free)
+        scale = np.linalg.norm(j, axis=0)
+        inverse = np.linalg.inv((j / scale).T @ (j / scale)) / np.outer(scale, scale)
+        return inverse * total / (j.shape[0] - j.shape[1])
+
+    def limit(self, best, least, l, ratio, se, sign):
+        """Where the sum of squares, everything else fitted anew, has grown by `ratio`."""
+        free = self.free.copy()
+        free[l] = False
+        last = best.copy()
+
+        def excess(t):
+            nonlocal last
+            trial = last.copy()
+            trial[l] = best[l] + sign * t * se
+            last, total = self.solve(trial, free)
+            return total / least - ratio
+
+        far = 1.0
+        while excess(far) < 0:
+            far += 1.0
+            if far > 60:
+                return None
+        return best[l] + sign * se * brentq(excess, far - 1.0, far, xtol=1e-6)
+
+
+# --- The problems.
+
+
+@dataclass
+class Problem:
+    name: str
+    job: dict
+    truth: dict
+    limits: list = field(default_factory=list)  # names of parameters whose limits are compared
+
+
+def toml_value(value):
+    if isinstance(value, bool):
+        return str(value).lower()
+    if isinstance(value, (str, Path)):
+        return json.dumps(str(value))
+    if isinstance(value, dict):
+        return "{ " + ", ".join(f"{k} = {toml_value(v)}" for k, v in value.items()) + " }"
+    if isinstance(value, list):
+        return "[" + ", ".join(map(toml_value, value)) + "]"
+    return repr(value)
+
+
+def toml_text(job):
+    lines = [f"{k} = {toml_value(v)}" for k, v in job.items() if not isinstance(v, (dict, list))]
+    for key, value in job.items():
+        tables = value if isinstance(value, list) else [value] if isinstance(value, dict) else []
+        for table in tables:
+            lines.append(f"[[{key}]]" if isinstance(value, list) else f"[{key}]")
+            lines += [f"{k} = {toml_value(v)}" for k, v in table.items()]
+    return "\n".join(lines) + "\n"
+
+
+class Workshop:
+    """Runs the command line in a folder of its own."""
+
+    def __init__(self, cli, folder):
+        self.cli, self.folder = cli, Path(folder)
+
+    def run(self, *words, may_fail=False):
+        done = subprocess.run([self.cli, *map(str, words)], capture_output=True, text=True)
+        if done.returncode != 0 and not may_fail:
+            sys.exit(f"{words}: {done.stderr}")
+
+    def analyse(self, job, may_fail=False):
+        (self.folder / "job.toml").write_text(toml_text(job))
+        out = self.folder / "out.json"
+        self.run("analyze", self.folder / "job.toml", "--json", out, "--quiet", may_fail=may_fail)
+        return json.loads(out.read_text())
+
+    def simulate(self, file, inputs, seed):
+        (self.folder / "sim.toml").write_text(toml_text(inputs))
+        out = self.folder / "sim.json"
+        self.run("simulate", self.folder / "sim.toml", "-o", file, "--json", out, "--seed", seed)
+        return json.loads(out.read_text())
+
+    def scans(self, name, common, variants, dataset):
+        """Simulated scans, one for each variant of the inputs, as [[load]] and [[dataset]]."""
+        job = {"load": [], "dataset": []}
+        folder = self.folder / name
+        folder.mkdir()
+        for k, variant in enumerate(variants, 1):
+            inputs = {"save_as": "RA8", "rms": 0.005, "meniscus": 6.85, "base": 7.10}
+            inputs |= common | variant
+            file = folder / f"{k:05}.RA8"
+            self.simulate(file, inputs, 1000 * len(name) + k)
+            job["load"].append({"file": file})
+            job["dataset"].append({"number": k, **dataset(k, inputs)})
+        return job
+
+
+def example(name):
+    job = tomllib.loads((EXAMPLES / name / "job.toml").read_text())
+    for load in job["load"]:
+        load["file"] = EXAMPLES / name / load["file"]
+    if "channels_file" in job:
+        job["channels_file"] = EXAMPLES / name / job["channels_file"]
+    job.pop("confidence", None)
+    return job
+
+
+def one_component(k, inputs):
+    values = {"ext_coeff": float(inputs["ext_coeff"]), "ref_conc": 2e-6}
+    return values | {"meniscus": 6.85, "base": 7.10}
+
+
+def linked_pair(k, inputs):
+    values = {"ext_coeff": float(inputs["ext_coeff"]), "ext_coeff_b": float(inputs["ext_coeff_b"])}
+    values |= {"meniscus": 6.85, "base": 7.10, "ref_conc": 2e-6, "ref_conc_b": 2e-6}
+    return values if k % 2 else values | {"link_to": k - 1}
+
+
+def loads_and_speeds(loads, speeds):
+    return [{"load": str(load), "speed": speed} for load in loads for speed in speeds]
+
+
+def mixtures(pairs, speeds):
+    lights = [(280, 44000, 11000), (230, 160000, 110000)]
+    return [
+        {"load": str(a), "load_b": str(b), "speed": speed, "wavelength": light}
+        | {"ext_coeff": eps_a, "ext_coeff_b": eps_b}
+        for a, b in pairs
+        for speed in speeds
+        for light, eps_a, eps_b in lights
+    ]
+
+
+def simulated(shop, name, caption, common, variants, dataset, model, starts, truth, limits):
+    job = shop.scans(name.replace(" ", "_"), {"model": caption} | common, variants, dataset)
+    job["fit"] = {"model": model, "parameters": starts}
+    return Problem(name, job, truth, limits)
+
+
+def problems(shop):
+    speeds = [14000, 18000, 24000]
+    loads = [3e-6, 9e-6, 24e-6]
+    one = {"mw": 30000, "ext_coeff": 40000}
+    two = {"mw": 40000, "mw_b": 16000}
+    pairs = mixtures([(6e-6, 8e-6), (4e-6, 12e-6)], [12000, 16000, 20000])
+    start = lambda value, fit=True: {"start": value, "fit": fit}
+    mw = {"MW": start(7000.0)}
+    yield Problem("example monomer-dimer", example("monomer-dimer"),
+                  {"MW": 8100, "LnK1": 11.5}, ["MW", "LnK1"])
+    yield Problem("example hetero, mass conservation", example("hetero"),
+                  {"MWA": 10800, "MWB": 4320, "LnK1": 12.5}, ["LnK1"])
+    yield simulated(shop, "one species", "Ideal", one, loads_and_speeds(loads, speeds),
+                    one_component, "Ideal", mw, {"MW": 8100}, ["MW"])
+    yield simulated(shop, "monomer-trimer, N fitted", "Mon-Nmer",
+                    one | {"n1": 3, "lnk1": 23}, loads_and_speeds(loads, speeds), one_component,
+                    "Monomer-Nmer", mw | {"N1": start(2.6), "LnK1": start(22.0)},
+                    {"MW": 8100, "N": 3, "LnK1": 23}, [])
+    yield simulated(shop, "isodesmic", "Isodesmic Association", one | {"lnk1": 10},
+                    loads_and_speeds([2e-6, 5e-6, 12e-6], [12000, 15000, 19000]), one_component,
+                    "Isodesmic Self-association", mw | {"LnK1": start(9.5)}, {"MWA": 8100, "LnKi": 10}, ["MWA", "LnKi"])
+    yield simulated(shop, "incompetent monomer", "Inc.Mon.- Mon.-Nmer",
+                    one | {"n1": 2, "lnk1": 12.5, "alpha": 0.2}, loads_and_speeds(loads, speeds),
+                    one_component, "Inc.Monomer & Monomer-Nmer",
+                    mw | {"N1": start(2.0, False), "LnK1": start(12.0), "Alpha": start(0.1)},
+                    {"MW": 8100, "LnK1": 12.5, "Alpha": 0.2}, [])
+    yield simulated(shop, "nonideal", "Nonideal", one | {"nonid": 0.1},
+                    loads_and_speeds(loads, speeds), lambda k, i: one_component(k, i)
+                    | {"fit_baseline": False}, "Nonideal", mw | {"VirialC": start(0.05)},
+                    {"MW": 8100, "VirialC": 0.1}, [])
+    yield simulated(shop, "A + B, linked pairs", "A+B<>AB", two | {"lnk1": 12.5}, pairs,
+                    linked_pair, "A+B<>AB",
+                    {"MW": start(9500.0), "MWB": start(4800.0), "LnK1": start(12.0)},
+                    {"MWA": 10800, "MWB": 4320, "LnK1": 12.5}, ["LnK1"])
+    yield simulated(shop, "A + 2 B, linked pairs", "A+B<>AB+B<>AB2",
+                    two | {"lnk2": 11.5}, pairs, linked_pair, "A+B<>AB+B<>AB2",
+                    {"MW": start(10800.0, False), "MWB": start(4320.0, False),
+                     "LnK1": start(12.0), "LnK2": start(11.0)},
+                    {"LnK1": 11.5, "LnK2": 11.5}, ["LnK1"])
+
+
+# --- Tables.
+
+
+class Table:
+    def __init__(self, title, *heads):
+        self.title, self.heads, self.rows = title, heads, []
+
+    def add(self, *cells):
+        self.rows.append(cells)
+
+    def print(self):
+        print(f"\n{self.title}\n\n| " + " | ".join(self.heads) + " |")
+        print("|" + "---|" * len(self.heads))
+        for row in self.rows:
+            print("| " + " | ".join(str(cell) for cell in row) + " |")
+
+
+class Comparison:
+    """All that is compared; `worst` are the greatest differences over all problems."""
+
+    def __init__(self, shop):
+        self.shop = shop
+        self.sums = Table(
+            "Sums of squares, all parameters:", "Problem", "Points", "Fitted", "Sum, SciPy",
+            "Sum, 1 press", f"Sum, {PRESSES} presses", "Values, 1 press",
+            f"Values, {PRESSES} presses", "Standard errors")
+        self.shared = Table(
+            f"Shared parameters ({PRESSES} presses):", "Problem", "Parameter", "Truth", "Quorvane",
+            "SciPy", "Difference / sd", "sd, Quorvane", "sd, SciPy")
+        self.limits = Table(
+            "Confidence limits:", "Problem", "Parameter", "Method", "Level %", "Quorvane", "SciPy",
+            "Differences / sd", "SciPy, exact F")
+        self.quantiles = Table(
+            "F quantiles:", "n", "m", "P", "Quorvane", "SciPy", "Difference %")
+        self.worst = {"runs Z": 0.0, "Durbin-Watson": 0.0, "rms of a dataset": 0.0,
+                      "correlation coefficient": 0.0}
+        self.counts = dict.fromkeys(self.worst, 0)
+
+    def note(self, what, difference):
+        self.worst[what] = max(self.worst[what], float(np.max(np.abs(difference))))
+        self.counts[what] += int(np.size(difference))
+
+    def run(self, problem):
+        job = problem.job | {"cross_correlation": {"critical": 0.95}}
+        pressed = {n: self.shop.analyse(job | {"fit": job["fit"] | {"repeat": n}})
+                   for n in (1, PRESSES)}
+        result = pressed[PRESSES]
+        fit = Fit(job, result)
+        best, least = fit.solve(fit.start)
+        covariance = fit.covariance(best, least)
+        se = np.zeros(len(best))
+        se[fit.free] = np.sqrt(np.diag(covariance))
+        self.compare_fits(problem, fit, pressed, best, least, se)
+        self.compare_statistics(fit, result, covariance)
+        for name in problem.limits:
+            self.compare_limits(problem, fit, best, least, se, name)
+
+    def compare_fits(self, problem, fit, pressed, best, least, se):
+        off = {}
+        sums = {}
+        for n, result in pressed.items():
+            ours = np.array([p["value"] for p in result["fit"]["parameters"]])
+            off[n] = ((ours - best) / np.where(fit.free, se, 1))[fit.free]
+            sums[n] = result["fit"]["chi_squared"] / least - 1
+        sd = np.array([p["sd"] for p in fit.parameters])
+        ratio = sd[fit.free] / se[fit.free] - 1
+        self.sums.add(problem.name, len(fit.residuals(best)), int(fit.free.sum()), f"{least:.9g}",
+                      f"{sums[1]:+.1e}", f"{sums[PRESSES]:+.1e}", f"{np.abs(off[1]).max():.4f}",
+                      f"{np.abs(off[PRESSES]).max():.4f}", f"{np.abs(ratio).max():.1e}")
+        for l in range(len(best) - fit.shared(), len(best)):
+            if not fit.free[l]:
+                continue
+            value = fit.parameters[l]["value"]
+            self.shared.add(problem.name, fit.names[l], problem.truth.get(fit.names[l], "-"),
+                            f"{value:.8g}", f"{best[l]:.8g}", f"{(value - best[l]) / se[l]:+.4f}",
+                            f"{sd[l]:.5g}", f"{se[l]:.5g}")
+
+    def compare_statistics(self, fit, result, covariance):
+        sd = np.sqrt(np.diag(covariance))
+        ours = np.array(result["cross_correlation"]["matrix"])[np.ix_(fit.free, fit.free)]
+        self.note("correlation coefficient", ours - covariance / np.outer(sd, sd))
+        for curve, quality in zip(result["fit"]["curves"], result["quality"]["datasets"]):
+            e = np.array(curve["y"]) - np.array(curve["y_calc"])
+            signs = e[e != 0] > 0
+            p, n = np.sum(signs), np.sum(~signs)
+            expected = 2 * p * n / (p + n) + 1
+            variance = (expected - 1) * (expected - 2) / (p + n - 1)
+            runs = 1 + np.sum(signs[1:] != signs[:-1])
+            self.note("runs Z", quality["runs_z"] - (runs - expected) / np.sqrt(variance))
+            durbin = np.sum(np.diff(e) ** 2) / np.sum(e**2)
+            self.note("Durbin-Watson", quality["durbin_watson"] - durbin)
+            self.note("rms of a dataset", quality["rms"] - np.sqrt(np.mean(e**2)))
+
+    def compare_limits(self, problem, fit, best, least, se, name):
+        for method, percent in ((2, 68.27), (2, 95.46), (1, 68.27)):
+            found = self.search(problem.job, name, method, percent)
+            interval = found["intervals"][0]
+            l = fit.names.index(name)
+            freedom = len(fit.residuals(best)) - int(fit.free.sum())
+            exact = exact_ratio(method, percent, int(fit.free.sum()), freedom)
+            ours = [interval["lower"], interval["upper"]]
+            theirs = [fit.limit(best, least, l, found["ratio"], se[l], s) for s in (-1, 1)]
+            by_f = [fit.limit(best, least, l, exact, se[l], s) for s in (-1, 1)]
+            self.limits.add(problem.name, name, method, percent, span(ours), span(theirs),
+                            ", ".join("-" if b is None else f"{(a - b) / se[l]:+.4f}"
+                                      for a, b in zip(ours, theirs)), span(by_f))
+
+    def search(self, job, name, method, percent):
+        key = {"MWA": "MW", "N": "N1", "LnKi": "LnK1"}.get(name, name)
+        search = {"percent": percent, "method": method, "parameters": [key]}
+        fit = job["fit"] | {"repeat": PRESSES}
+        return self.shop.analyse(job | {"fit": fit, "confidence": search})["confidence"]
+
+    def compare_quantiles(self, problem):
+        """F at a few degrees of freedom: the same scans cut down to ever fewer points."""
+        for points in (15, 30, 100, 600):
+            job = few_points(problem.job, points)
+            for method, percent in ((2, 68.27), (2, 95.46), (2, 99.0), (1, 68.27), (1, 95.46)):
+                level = {"percent": percent, "method": method}
+                # So few points set no limits, and the search may fail; the ratio stands all the same.
+                result = self.shop.analyse(job | {"confidence": level}, may_fail=True)
+                n, m = result["fit"]["fitted_parameters"], result["fit"]["degrees_of_freedom"]
+                ratio = result["confidence"]["ratio"]
+                ours = ratio if method == 1 else (ratio - 1) * m / n
+                exact = f_distribution.ppf(percent / 100, m if method == 1 else n, m)
+                self.quantiles.add(m if method == 1 else n, m, f"{percent:g} %", f"{ours:.5f}",
+                                   f"{exact:.5f}", f"{100 * (ours / exact - 1):+.2f}")
+
+    def print(self):
+        for table in (self.sums, self.shared, self.limits, self.quantiles):
+            table.print()
+        table = Table("Greatest differences:", "Statistic", "Compared", "Greatest difference")
+        for what, worst in self.worst.items():
+            table.add(what, self.counts[what], f"{worst:.1e}")
+        table.print()
+
+
+def few_points(job, points):
+    """The job with its first scan alone, or its first three, thinned to about `points` points."""
+    scans = 3 if points > 100 else 1
+    job = job | {"load": job["load"][:scans], "dataset": [dict(d) for d in job["dataset"][:scans]]}
+    for d in job["dataset"]:
+        d["delete_outside"] = [7.0951 - 0.001 * points / scans, 7.0951]
+    return job
+
+
+def exact_ratio(method, percent, fitted, freedom):
+    if method == 1:
+        return f_distribution.ppf(percent / 100, freedom, freedom)
+    return 1 + fitted / freedom * f_distribution.ppf(percent / 100, fitted, freedom)
+
+
+def span(limits):
+    return ", ".join("none" if x is None or x == 0 else f"{x:.6g}" for x in limits)
+
+
+def main():
+    with tempfile.TemporaryDirectory() as folder:
+        shop = Workshop(sys.argv[1], folder)
+        comparison = Comparison(shop)
+        for problem in problems(shop):
+            comparison.run(problem)
+            if problem.name == "one species":
+                comparison.compare_quantiles(problem)
+        comparison.print()
+
+
+if __name__ == "__main__":
+    main()
