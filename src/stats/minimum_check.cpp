@@ -35,11 +35,11 @@ class Deviates {
 };
 
 double Scattered(double FitPage::*field, double value, double deviate) {
-  constexpr double kWeight = 0.3;
+  constexpr double kWeight = 2.0;
   constexpr double kStoichiometry = 0.2;
-  constexpr double kLnK = 2.0;
+  constexpr double kLnK = 5.0;
   if (field == &FitPage::ModelMW || field == &FitPage::ModelMWB) {
-    return value * (1.0 + kWeight * deviate);
+    return value * std::pow(kWeight, deviate);
   }
   if (field == &FitPage::ModelN1 || field == &FitPage::ModelN2) {
     return value * (1.0 + kStoichiometry * deviate);
