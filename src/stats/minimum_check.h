@@ -43,7 +43,8 @@ struct MinimumOutcome {
 // distributed:
 //   molecular weights by a factor of up to 2 either way, stoichiometries by up to 20 %, ln K by up
 //   to 5, a virial coefficient by a factor of up to 10 either way, alpha anywhere in 0 to 1, ln
-//   reference concentrations by up to 0.2. Baselines start where they are; a 0 that is scaled stays.
+//   reference concentrations by up to 0.2. Baselines start where they are; a 0 that is scaled
+//   stays.
 // Two ends are one minimum if their sums agree to a relative 1e-4 and each fitted parameter to a
 // quarter of its standard error (or a relative 1e-4, if that is more). Better is a sum that is
 // lower by a relative 1e-6. Sums below 1e-12 of the squared signal count as equal. A start is given
