@@ -166,6 +166,8 @@ ExitStatus AnalyseErrors(const Job& job, const FitOutcome& fit, QuorvaneModule& 
     json["confidence"] = ConfidenceJson(module.Fit, request, found);
     if (found.stopped || !found.error.empty()) status = ExitStatus::kNotDone;
     if (found.better) host.ReportFailure(BetterFitText(module.Fit, *found.better));
+    const std::string missing = MissingLimitsText(found);
+    if (!missing.empty()) host.ReportFailure(missing);
     if (!found.error.empty()) host.ReportFailure("The confidence search failed: " + found.error);
   }
   if (job.crossCorrelation) {

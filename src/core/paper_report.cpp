@@ -338,17 +338,16 @@ class Maker {
     double errorFactor = 1.0;  // its error over the parameter's; 0: none is given
   };
 
-  // A limit of 0 says that the search found none.
-  std::string LimitText(const Quantity& quantity, double limit) const {
-    if (limit == 0.0) return "no limit";
+  std::string LimitText(const Quantity& quantity, bool found, double limit) const {
+    if (!found) return "no limit";
     return Written([&] { return FormatNumber(quantity.of(limit), quantity.pattern); });
   }
 
   std::string IntervalCell(const Quantity& quantity, int shared) const {
     const ConfidenceInterval* found = IntervalOf(shared);
     if (found == nullptr) return kNone;
-    std::string low = LimitText(quantity, found->lower);
-    std::string high = LimitText(quantity, found->upper);
+    std::string low = LimitText(quantity, found->HasLower(), found->lower);
+    std::string high = LimitText(quantity, found->HasUpper(), found->upper);
     if (quantity.errorFactor < 0.0) std::swap(low, high);
     return "[" + low + ", " + high + "]";
   }

@@ -240,6 +240,18 @@ std::string BetterFitText(const FitState& fit, const BetterFit& better) {
          ", that of the fit " + sum(AcceptedSum(fit)) + ". The intervals are of the worse one.";
 }
 
+std::string MissingLimitsText(const ConfidenceOutcome& outcome) {
+  std::string names;
+  for (const ConfidenceInterval& interval : outcome.intervals) {
+    const bool lower = interval.lower == interval.value;
+    if (!lower && interval.upper != interval.value) continue;
+    names += (names.empty() ? "" : ", ") + interval.name;
+  }
+  if (names.empty()) return names;
+  return "A limit that equals its value is none, the search did not find it: " + names +
+         ". Signals in smaller units, or a lower level, may help.";
+}
+
 std::vector<std::string_view> ConfidenceCaptions(int modelIndex) {
   switch (modelIndex) {
     case 0:

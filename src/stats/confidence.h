@@ -27,6 +27,10 @@ struct ConfidenceInterval {
   double value = 0.0;
   double lower = 0.0;
   double upper = 0.0;
+
+  // A limit of 0 or at the value itself is none: the search did not find where the ratio is reached.
+  bool HasLower() const { return lower != 0.0 && lower != value; }
+  bool HasUpper() const { return upper != 0.0 && upper != value; }
 };
 
 // Values with a lower sum of squares than the fit under search.
@@ -49,6 +53,9 @@ struct ConfidenceOutcome {
 
 // "A better minimum was met in the search: ...", for a window or a terminal.
 std::string BetterFitText(const FitState& fit, const BetterFit& better);
+
+// Names the limits that stand at the value itself, for which the log has no line; empty if none do.
+std::string MissingLimitsText(const ConfidenceOutcome& outcome);
 
 // Captions of the shared parameters of a model, in the order of FitA, as windows show them.
 std::vector<std::string_view> ConfidenceCaptions(int modelIndex);

@@ -69,7 +69,12 @@ void FitCommands::RunConfidence(const ConfidenceRequest& request) {
     outcome = SearchIntervals(windows_.session.Module, request, windows_.host);
   });
   emit CalculationEnded();
-  if (!outcome.better || windows_.session.StopRequested) return;
+  if (windows_.session.StopRequested) return;
+  const std::string missing = MissingLimitsText(outcome);
+  if (!missing.empty()) {
+    windows_.host.ShowMessage("Confidence Intervals", missing, MessageIcon::kInformation);
+  }
+  if (!outcome.better) return;
   const std::string text =
       BetterFitText(fit, *outcome.better) + "\n\nUse its values as the start of a new fit?";
   if (windows_.host.AskYesNo("Confidence Intervals", text)) UseAsStart(outcome.better->parameters);

@@ -139,6 +139,12 @@ TEST_F(PaperReportTest, IntervalsBelongToTheirFit) {
   EXPECT_TRUE(module.LastFit.intervals);
   SearchIntervals(module, {99.0, RatioMethod::kParameters, {false}}, host);  // finds nothing
   EXPECT_EQ(module.LastFit.intervals->request.percent, 95.46);
+  ConfidenceInterval& weight = module.LastFit.intervals->outcome.intervals[0];
+  weight.lower = 0.0;
+  weight.upper = weight.value;
+  EXPECT_EQ(
+      Find(MakePaperReport(module), "Parameters shared by all datasets", "Molecular weight")[3],
+      "[no limit, no limit]");
   Fit();
   EXPECT_FALSE(module.LastFit.intervals);
   EXPECT_EQ(Find(MakePaperReport(module), "Parameters shared by all datasets", "K").size(), 4U);

@@ -137,6 +137,15 @@ TEST(CalcConfidence, AFaultIsLoggedAndEndsIt) {
 }
 
 // Kept on purpose: a value of 0 never moves.
+TEST(MissingLimitsText, NamesLimitsThatAreTheValueItself) {
+  ConfidenceOutcome outcome;
+  outcome.intervals = {{"MW", 5.0, 4.0, 6.0}, {"LnK1", 2.0, 0.0, 3.0}};
+  EXPECT_EQ(MissingLimitsText(outcome), "");  // the log speaks of a limit of 0
+  outcome.intervals.push_back({"LnK2", 2.0, 1.0, 2.0});
+  outcome.intervals.push_back({"Alpha", 0.1, 0.1, 0.2});
+  EXPECT_NE(MissingLimitsText(outcome).find("find it: LnK2, Alpha. "), std::string::npos);
+}
+
 TEST(BracketParameter, StaysAtAValueOfZero) {
   FitState fit = FinishedFit(0);
   fit.FitA(1) = 0.0;
