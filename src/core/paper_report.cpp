@@ -511,7 +511,10 @@ class Maker {
   ReportSection Quality() const {
     ReportSection section{.title = "Quality of the fit", .paragraphs = {}, .tables = {WholeFit()}};
     try {
-      const FitQuality quality = CalcFitQuality(fit_, record_.page, module_.CriticalCCCValue);
+      FitQuality quality = CalcFitQuality(fit_, record_.page, module_.CriticalCCCValue);
+      for (int d = 1; d <= fit_.NumFitSets; ++d) {  // as they are numbered here
+        quality.sets[static_cast<std::size_t>(d - 1)].dataset = d;
+      }
       section.paragraphs = QualityRemarks(quality);
       section.tables.push_back(QualityOfSets(quality));
     } catch (const ArithmeticFault&) {

@@ -51,12 +51,14 @@ Row Find(const PaperReport& report, const std::string& title, const std::string&
 class PaperReportTest : public testing::Test {
  protected:
   // Three scans as monomer and dimer: baseline 2 held, dataset 3 linked to 1, two points deleted.
+  // A scan before them has no part in the fit.
   PaperReportTest() {
-    for (const int speed : {12000, 16000, 20000}) {
+    for (const int speed : {9000, 12000, 16000, 20000}) {
       AddScan(module, {.name = "made.dat", .speed = speed}, Dimer);
     }
-    module.Store.Datasets[0].Comment2.SetBytes("R 3 20.0 12000 BL");
-    module.Store.Datasets[1].Good[7] = module.Store.Datasets[1].Good[8] = kFalse;
+    module.Store.UseData[0] = false;
+    module.Store.Datasets[1].Comment2.SetBytes("R 3 20.0 12000 BL");
+    module.Store.Datasets[2].Good[7] = module.Store.Datasets[2].Good[8] = kFalse;
     SetupFit(module.Setup, module.FitPage, module.Store, 2, host);
     module.FitPage.ModelMW = 7000.0;
     module.FitPage.ModelLnK1 = 0.5;
@@ -128,6 +130,10 @@ TEST_F(PaperReportTest, SaysWhatTheFitWasAndFound) {
   EXPECT_LT(std::stod(Find(report, "Each dataset", "2")[7]), -kRunsLimit);
   EXPECT_LT(std::stod(Find(report, "Each dataset", "2")[8]), kLowestDurbin);
   EXPECT_NEAR(shares, 100.0, 0.2);
+  const auto& remarks = report.sections[2].paragraphs;
+  EXPECT_TRUE(std::any_of(remarks.begin(), remarks.end(), [](const std::string& remark) {
+    return remark.starts_with("Dataset #2: too few runs");
+  }));
   EXPECT_NEAR(squares, fit.FitChiSq, 2e-3 * squares);
   EXPECT_EQ(report.charts.size(), 3U);
   EXPECT_EQ(report.charts[1], PlotDataFit(fit, module.LastFit.datasets, 1, module.Plots));
