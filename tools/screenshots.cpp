@@ -19,8 +19,8 @@
 #include <clocale>
 #include <filesystem>
 
-#include "chart_mouse.h"
 #include "core/settings_store.h"
+#include "windows/chart_mouse.h"
 #include "windows/data_window.h"
 #include "windows/experiment_commands.h"
 #include "windows/fit_control_tab.h"

@@ -19,7 +19,7 @@
 #include "fit/report.h"
 #include "fit/settled_fit.h"
 #include "stats/confidence.h"
-#include "tests/support/fit_problem.h"
+#include "support/fit_problem.h"
 
 namespace {
 
