@@ -151,8 +151,8 @@ ExitStatus CheckMinima(const MinimumRequest& request, QuorvaneModule& module, Js
   return outcome.stopped ? ExitStatus::kNotDone : ExitStatus::kDone;
 }
 
-// Minima, quality, confidence intervals and correlation coefficients of a finished fit, into `json`;
-// the last two into the log as well.
+// Minima, quality, confidence intervals and correlation coefficients of a finished fit, into
+// `json`; the last two into the log as well.
 ExitStatus AnalyseErrors(const Job& job, const FitOutcome& fit, QuorvaneModule& module, Json& json,
                          TerminalHost& host) {
   json = Json::object();

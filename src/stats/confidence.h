@@ -28,7 +28,8 @@ struct ConfidenceInterval {
   double lower = 0.0;
   double upper = 0.0;
 
-  // A limit of 0 or at the value itself is none: the search did not find where the ratio is reached.
+  // A limit of 0 or at the value itself is none: the search did not find where the ratio is
+  // reached.
   bool HasLower() const { return lower != 0.0 && lower != value; }
   bool HasUpper() const { return upper != 0.0 && upper != value; }
 };
