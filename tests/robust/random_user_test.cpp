@@ -111,12 +111,13 @@ class RandomUser {
 
   // Boxes and calculations run their own loops, so that each step is an event of its own.
   void Next() {
-    if (left_ <= 0) return CloseBoxes();
+    const bool ending = left_ <= 0;
+    if (ending && depth_ == 0) return;
     QTimer::singleShot(0, &window_, [this] { Next(); });
-    if (depth_ > kDeepest) return CloseBoxes();
-    if (session_.Calculating && chance_.OneIn(30)) {
+    if (session_.Calculating && (ending || chance_.OneIn(30))) {
       return window_.findChild<QAction*>("cmdStop")->trigger();
     }
+    if (ending || depth_ > kDeepest) return CloseBoxes();
     --left_;
     ++depth_;
     Step();
