@@ -5,6 +5,7 @@
 #include <QKeyEvent>
 #include <QMimeData>
 #include <QMouseEvent>
+#include <QTextBlock>
 #include <QWheelEvent>
 #include <algorithm>
 #include <cmath>
@@ -16,6 +17,13 @@
 namespace {
 
 constexpr double kTabPixels = 48.0;  // half an inch, as RTF has it
+
+// Columns that are set apart by blanks.
+bool IsWideTable(const QString& line) {
+  constexpr int kFewestGaps = 5;
+  return line.size() > kTableColumns && !line.contains(QChar::ObjectReplacementCharacter) &&
+         line.count(QLatin1String("   ")) >= kFewestGaps;
+}
 
 }  // namespace
 
@@ -34,6 +42,15 @@ LogEdit::LogEdit(std::function<bool()> locked, QWidget* parent)
 QSize LogEdit::sizeHint() const {
   return {lineWrapColumnOrWidth() + 2 * fontMetrics().averageCharWidth(),
           40 * fontMetrics().lineSpacing()};
+}
+
+void LogEdit::KeepTablesWhole(int from, int to) {
+  QTextBlockFormat whole;
+  whole.setNonBreakableLines(true);
+  for (QTextBlock block = document()->findBlock(from); block.isValid() && block.position() <= to;
+       block = block.next()) {
+    if (IsWideTable(block.text())) QTextCursor(block).mergeBlockFormat(whole);
+  }
 }
 
 // The lock is a plain flag that tells nobody when it changes: each event looks at it first.

@@ -4,7 +4,7 @@
 #include <QTextEdit>
 #include <functional>
 
-inline constexpr int kTableColumns = 112;  // the widest table of a report, and a little more
+inline constexpr int kTableColumns = 112;  // the widest report of a fit, and a little more
 
 // Shows black on white, whatever the palette: the page that is saved and printed.
 // Lines wrap at the right border of the window, but never before the columns that the tables of a
@@ -17,6 +17,10 @@ class LogEdit : public QTextEdit {
   explicit LogEdit(std::function<bool()> locked, QWidget* parent = nullptr);
 
   QSize sizeHint() const override;
+
+  // Lines of still wider tables, as that of many coefficients, are not broken in the paragraphs of
+  // the positions `from` to `to`. What is saved and printed knows nothing of it.
+  void KeepTablesWhole(int from, int to);
 
  signals:
   void Clicked();  // any mouse button, or Esc

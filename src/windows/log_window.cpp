@@ -140,7 +140,16 @@ void LogWindow::AppendLogText(const QString& text) {
     logFile_->setTextCursor(caret);
   }
   QString line = text + '\n';
-  caret.insertText(line.replace(QChar::ParagraphSeparator, QChar::LineSeparator));
+  line.replace(QChar::ParagraphSeparator, QChar::LineSeparator);
+  if (line.size() > kTableColumns) {
+    caret.beginEditBlock();
+    const int from = caret.position();
+    caret.insertText(line);
+    logFile_->KeepTablesWhole(from, caret.position() - 1);
+    caret.endEditBlock();
+  } else {
+    caret.insertText(line);
+  }
   follow_.start(0);
 }
 
@@ -169,7 +178,11 @@ bool LogWindow::LoadRtf(std::string_view bytes) {
     return true;
   }
   const LoadedLog log = ReadLog(bytes, DefaultLook());
-  ShowRichText(log.text, *logFile_->document());
+  QTextDocument& document = *logFile_->document();
+  ShowRichText(log.text, document);
+  document.setUndoRedoEnabled(false);
+  logFile_->KeepTablesWhole(0, document.characterCount());
+  document.setUndoRedoEnabled(true);
   MoveToEnd();
   return log.understood;
 }

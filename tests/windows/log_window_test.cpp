@@ -9,6 +9,7 @@
 #include <QMimeData>
 #include <QSignalSpy>
 #include <QTest>
+#include <QTextBlock>
 #include <QTextDocument>
 #include <QTextEdit>
 
@@ -122,6 +123,22 @@ TEST_F(LogWindowTest, AppendsAtTheCaretInItsFormat) {
   EXPECT_TRUE(std::get<TextRun>(log.paragraphs[0].items.at(0)).format.italic);
   EXPECT_TRUE(std::holds_alternative<Picture>(log.paragraphs[3].items.at(0)));
   EXPECT_EQ(std::get<TextRun>(log.paragraphs[3].items.at(1)), (TextRun{"end", CharFormat()}));
+}
+
+TEST_F(LogWindowTest, LinesOfWideTablesAreNotBroken) {
+  window.AppendLogText("head");
+  window.AppendLogText(QString("1.000     ").repeated(20));
+  window.AppendLogText(QString("a long sentence ").repeated(20));
+  for (int round = 0; round < 2; ++round) {
+    QString kept;
+    for (QTextBlock block = edit->document()->begin(); block.isValid(); block = block.next()) {
+      kept += block.blockFormat().nonBreakableLines() ? '1' : '0';
+    }
+    EXPECT_EQ(kept.toStdString(), "0100") << round;
+    EXPECT_TRUE(window.LoadRtf(window.ToRtf()));
+  }
+  edit->undo();
+  EXPECT_TRUE(Text().startsWith("head\n1.000"));
 }
 
 TEST_F(LogWindowTest, ReadsBackItsRtfAndTakesOtherBytesAsText) {
