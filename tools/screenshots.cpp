@@ -236,18 +236,16 @@ class Walk {
     log->moveCursor(QTextCursor::End);
   }
 
-  void Grab(const QString& name) {
+  void Grab(const QString& name) { Grab(window_, name); }
+  void Grab(QWidget& shown, const QString& name) {
     QTest::qWait(150);
-    window_.grab().save(folder_ + "/" + name + ".png");
+    shown.grab().save(folder_ + "/" + name + ".png");
   }
   void Match() {
     Trigger("mnuMatch");
     auto* match = window_.findChild<QWidget*>("frmMatch");
     auto* tabs = match->findChild<QTabWidget*>("SSTab1");
-    const auto grab = [&](const QString& name) {
-      QTest::qWait(150);
-      match->parentWidget()->grab().save(folder_ + "/" + name + ".png");
-    };
+    const auto grab = [&](const QString& name) { Grab(*match->parentWidget(), name); };
     grab("match-load");
     Click("cmdLoadFiles");
     grab("match-range");
@@ -264,10 +262,7 @@ class Walk {
     Trigger("mnuSimulate");
     auto* simulator = window_.findChild<QWidget*>("frmSim");
     auto* tabs = simulator->findChild<QTabWidget*>("tabSim");
-    const auto grab = [&](const QString& name) {
-      QTest::qWait(150);
-      simulator->parentWidget()->grab().save(folder_ + "/" + name + ".png");
-    };
+    const auto grab = [&](const QString& name) { Grab(*simulator->parentWidget(), name); };
     Click("optSimModel(6)");
     simulator->findChild<QLineEdit*>("txtMWB")->setText("30000");
     simulator->findChild<QLineEdit*>("txtExtCoeffB")->setText("98700");
