@@ -1,5 +1,5 @@
 // The sums of one dataset for models that are sums over species, by the vector kernel. How it is
-// made fast, and why its results are those of the described derivative, stands in
+// made fast, and why its results are those of PARTIALSk (fit/partials.h), stands in
 // docs/performance.md.
 #pragma once
 

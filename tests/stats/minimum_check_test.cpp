@@ -204,7 +204,7 @@ TEST(CalcConfidence, RemembersABetterMinimumThatItMeets) {
   ASSERT_TRUE(found.better);
   EXPECT_NEAR(found.better->sum, best, 0.05 * best);
   EXPECT_NEAR(found.better->parameters(1), values(1), 0.03);  // on the way back from 0.05 off
-  EXPECT_EQ(host.CountLinesWith("etter"), 0);  // the log has its described lines only
+  EXPECT_EQ(host.CountLinesWith("etter"), 0);  // no line of the log tells of it
   EXPECT_TRUE(BetterFitText(fit, *found.better).starts_with("A better minimum was met"));
 }
 
