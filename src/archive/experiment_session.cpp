@@ -49,11 +49,11 @@ void TakePage(const Experiment& experiment, QuorvaneModule& module) {
     Reconcile(page.VbarB, module.DefaultVbarB);
     Reconcile(page.Density, module.DefaultDensity);
   }
-  const double last = static_cast<double>(ModelNames.size() - 1);
+  const double last = static_cast<double>(Models().size() - 1);
   if (!(page.ModelIndex >= 0.0 && page.ModelIndex <= last)) page.ModelIndex = 0.0;
   module.Setup = {};
-  module.Setup.ModelIndex =
-      static_cast<int>(RoundHalfEven(page.ModelIndex, 0, static_cast<long long>(last)));
+  module.Setup.FitModel =
+      FindModel(static_cast<int>(RoundHalfEven(page.ModelIndex, 0, static_cast<long long>(last))));
 }
 
 void TakeDatasets(std::vector<Dataset> datasets, DatasetStore& store) {

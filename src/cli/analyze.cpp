@@ -199,7 +199,7 @@ ExitStatus SaveSession(const Job& job, const CommandStreams& streams, QuorvaneMo
                        TerminalHost& host) {
   if (!job.output.archive) return ExitStatus::kDone;
   const FileLock lock = LockForWriting(*job.output.archive, streams.err);
-  if (SaveExperiment(module, module.Setup.ModelIndex, *job.output.archive, host)) {
+  if (SaveExperiment(module, module.Setup.FitModel->index, *job.output.archive, host)) {
     return ExitStatus::kDone;
   }
   return module.Store.Datasets.empty() ? ExitStatus::kNotDone : ExitStatus::kFileFault;

@@ -11,27 +11,22 @@
 #include "cli/dataset_table.h"
 #include "cli/json_records.h"
 #include "cli/log_document.h"
+#include "fit/model_parameters.h"
 
 namespace {
 
-struct PageField {
-  const char* name;
-  double FitPage::*field;
-};
-
-constexpr std::array<PageField, 13> kPageFields = {{{"MW", &FitPage::ModelMW},
-                                                    {"MWB", &FitPage::ModelMWB},
-                                                    {"VirialC", &FitPage::ModelVirial},
-                                                    {"N1", &FitPage::ModelN1},
-                                                    {"N2", &FitPage::ModelN2},
-                                                    {"LnK1", &FitPage::ModelLnK1},
-                                                    {"LnK2", &FitPage::ModelLnK2},
-                                                    {"Alpha", &FitPage::ModelAlpha},
-                                                    {"LnK3", &FitPage::ModelLnK3},
-                                                    {"Vbar", &FitPage::Vbar},
-                                                    {"VbarB", &FitPage::VbarB},
-                                                    {"Density", &FitPage::Density},
-                                                    {"ModelIndex", &FitPage::ModelIndex}}};
+// The fields of a page with their names.
+std::vector<std::pair<std::string_view, double>> PageFields(const FitPage& page) {
+  std::vector<std::pair<std::string_view, double>> fields;
+  for (const SharedParameter& parameter : SharedParameters) {
+    fields.emplace_back(parameter.name, page.*parameter.field);
+  }
+  fields.emplace_back("Vbar", page.Vbar);
+  fields.emplace_back("VbarB", page.VbarB);
+  fields.emplace_back("Density", page.Density);
+  fields.emplace_back("ModelIndex", page.ModelIndex);
+  return fields;
+}
 
 ReadExperiment Read(const std::string& file) {
   try {
@@ -61,8 +56,7 @@ const char* LayoutName(const Experiment& experiment) {
 void PrintExperiment(const Experiment& experiment, const LogDocument& log, std::ostream& out) {
   out << "Layout: " << LayoutName(experiment) << " (" << experiment.layout << ")\n"
       << "Directory: " << DirectoryText(experiment) << "\n\nParameter page\n";
-  for (const auto& [name, field] : kPageFields) {
-    const double value = experiment.FitPage.*field;
+  for (const auto& [name, value] : PageFields(experiment.FitPage)) {
     out << "  " << name << " = " << (std::isfinite(value) ? FormatParam(value) : "no number")
         << '\n';
   }
@@ -81,8 +75,8 @@ Json ExperimentJson(const Experiment& experiment, const LogDocument& log) {
   Json json = {{"layout", LayoutName(experiment)},
                {"version_marker", experiment.layout},
                {"directory", DirectoryText(experiment)}};
-  for (const auto& [name, field] : kPageFields) {
-    json["fit_page"][name] = experiment.FitPage.*field;
+  for (const auto& [name, value] : PageFields(experiment.FitPage)) {
+    json["fit_page"][std::string(name)] = value;
   }
   json["datasets"] = DatasetsJson(experiment.Datasets);
   Json& graphs = json["graphs"] = Json::array();

@@ -125,26 +125,28 @@ std::vector<JobDataset> ReadDatasets(TableReader& root) {
   return datasets;
 }
 
-int ReadModel(TableReader& table) {
+const Model& ReadModel(TableReader& table) {
   const std::optional<std::variant<int, std::string>> model = table.IntegerOrText("model");
   if (!model) table.Fail("model", "the name or the index of a model is wanted");
-  const int index = std::holds_alternative<int>(*model)
-                        ? std::get<int>(*model)
-                        : ModelIndexOf(std::get<std::string>(*model));
-  if (index >= 0 && index < static_cast<int>(ModelNames.size())) return index;
+  const std::span<const Model> known = Models();
+  const auto chosen = std::find_if(known.begin(), known.end(), [&](const Model& entry) {
+    return std::holds_alternative<int>(*model) ? entry.index == std::get<int>(*model)
+                                               : entry.name == std::get<std::string>(*model);
+  });
+  if (chosen != known.end()) return *chosen;
   std::string names;
-  for (const std::string_view name : ModelNames) names += "\n  " + std::string(name);
+  for (const std::string_view name : ModelNames()) names += "\n  " + std::string(name);
   table.Fail("model", "there is no such model; the models, by index from 0, are:" + names);
 }
 
-std::map<std::string, JobParameter> ReadParameters(TableReader& fit) {
-  std::map<std::string, JobParameter> parameters;
+std::map<const SharedParameter*, JobParameter> ReadParameters(TableReader& fit) {
+  std::map<const SharedParameter*, JobParameter> parameters;
   std::optional<TableReader> table = fit.Table("parameters");
   if (!table) return parameters;
-  for (const char* name : {"MW", "MWB", "VirialC", "N1", "N2", "LnK1", "LnK2", "LnK3", "Alpha"}) {
-    std::optional<TableReader> entry = table->Table(name);
+  for (const SharedParameter& parameter : SharedParameters) {
+    std::optional<TableReader> entry = table->Table(parameter.name);
     if (!entry) continue;
-    parameters[name] = {entry->Number("start"), entry->Flag("fit")};
+    parameters[&parameter] = {entry->Number("start"), entry->Flag("fit")};
     entry->RefuseUnknownKeys();
   }
   table->RefuseUnknownKeys();
@@ -154,18 +156,18 @@ std::map<std::string, JobParameter> ReadParameters(TableReader& fit) {
 // Rules between the switches of [fit].
 void CheckFit(const JobFit& fit) {
   if (!fit.constrainKRatios) return;
-  if (fit.modelIndex != 7 && fit.modelIndex != 8) {
+  if (!fit.model->kRatios) {
     fit.table.Fail("constrain_k_ratios", "this model has no K ratios");
   }
-  for (const char* name : {"LnK2", "LnK3"}) {
-    const auto found = fit.parameters.find(name);
-    if (found == fit.parameters.end()) continue;
-    if (found->second.fit.value_or(false)) {
-      fit.table.Fail("parameters", std::string(name) + ": a constrained ratio is held");
+  for (const auto& [parameter, entry] : fit.parameters) {
+    if (!MayBeRatio(*parameter)) continue;
+    const std::string name(parameter->name);
+    if (entry.fit.value_or(false)) {
+      fit.table.Fail("parameters", name + ": a constrained ratio is held");
     }
-    if (found->second.start && !(*found->second.start > 0.0)) {
+    if (entry.start && !(*entry.start > 0.0)) {
       fit.table.Fail("parameters",
-                     std::string(name) + ": K" + name[3] + "/K1 must be greater than 0!");
+                     name + ": " + std::string(parameter->label) + "/K1 must be greater than 0!");
     }
   }
 }
@@ -188,7 +190,7 @@ std::optional<JobFit> ReadFit(TableReader& root) {
   std::optional<TableReader> table = root.Table("fit");
   if (!table) return std::nullopt;
   JobFit fit(*table);
-  fit.modelIndex = ReadModel(*table);
+  fit.model = &ReadModel(*table);
   fit.constrainKRatios = table->Flag("constrain_k_ratios").value_or(false);
   fit.useMassConservation = table->Flag("use_mass_conservation").value_or(false);
   fit.calcLoadingConcs = table->Flag("calc_loading_concs").value_or(false);

@@ -11,6 +11,7 @@
 #include <vector>
 
 #include "cli/toml_reader.h"
+#include "fit/models.h"
 #include "plot/chart_export.h"
 #include "scan/loading.h"
 #include "stats/confidence.h"
@@ -68,14 +69,14 @@ struct JobFit {
   explicit JobFit(TableReader reader) : table(std::move(reader)) {}
 
   TableReader table;  // for messages
-  int modelIndex = 0;
+  const Model* model = nullptr;
   bool constrainKRatios = false;
   bool useMassConservation = false;
   bool calcLoadingConcs = false;
   std::optional<double> timeLimit;  // seconds
   int repeat = 1;
-  std::optional<MinimumRequest> minima;            // the check that follows
-  std::map<std::string, JobParameter> parameters;  // by their names on the page
+  std::optional<MinimumRequest> minima;  // the check that follows
+  std::map<const SharedParameter*, JobParameter> parameters;
 };
 
 struct JobConfidence {

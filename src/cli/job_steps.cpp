@@ -126,46 +126,26 @@ void SetRow(const JobDataset& job, const QuorvaneModule& module, FitSetup& setup
   }
 }
 
-// Where a parameter of the page is kept, by its name there.
-struct PagePlace {
-  const char* name;
-  double FitPage::*field;
-  CheckState FitSetup::*check;
-};
-
-constexpr std::array<PagePlace, 9> kPagePlaces = {
-    {{"MW", &FitPage::ModelMW, &FitSetup::chkMWB},
-     {"MWB", &FitPage::ModelMWB, &FitSetup::chkMWB2},
-     {"VirialC", &FitPage::ModelVirial, &FitSetup::chkVirialC},
-     {"N1", &FitPage::ModelN1, &FitSetup::chkN1mer},
-     {"N2", &FitPage::ModelN2, &FitSetup::chkN2mer},
-     {"LnK1", &FitPage::ModelLnK1, &FitSetup::chkLnK1},
-     {"LnK2", &FitPage::ModelLnK2, &FitSetup::chkLnK2},
-     {"LnK3", &FitPage::ModelLnK3, &FitSetup::chkLnK3},
-     {"Alpha", &FitPage::ModelAlpha, &FitSetup::chkAlpha}}};
-
 void SetShared(const JobFit& job, FitPage& page, FitSetup& setup) {
-  for (const PagePlace& place : kPagePlaces) {
-    const auto found = job.parameters.find(place.name);
-    if (found == job.parameters.end()) continue;
-    if (found->second.start) page.*place.field = *found->second.start;
-    if (found->second.fit) setup.*place.check = StateOf(*found->second.fit);
+  for (const auto& [parameter, entry] : job.parameters) {
+    if (entry.start) page.*parameter->field = *entry.start;
+    if (entry.fit) setup.*parameter->check = StateOf(*entry.fit);
   }
 }
 
 // Place among the model's shared parameters (from 0) of the one with that name on the page.
 std::size_t SharedPlace(const JobConfidence& job, const std::string& name, const FitSetup& setup) {
-  const auto known = std::find_if(kPagePlaces.begin(), kPagePlaces.end(),
-                                  [&](const PagePlace& place) { return place.name == name; });
-  const auto parameters = FindModel(setup.ModelIndex)->parameters;
-  for (std::size_t k = 0; k < parameters.size() && known != kPagePlaces.end(); ++k) {
-    if (parameters[k].field != known->field) continue;
-    if (setup.*known->check != CheckState::kChecked) {
-      job.table.Fail("parameters", name + " is held in this fit");
-    }
-    return k;
+  const std::span<const ModelParameter> parameters = setup.FitModel->parameters;
+  const auto found =
+      std::find_if(parameters.begin(), parameters.end(),
+                   [&](const ModelParameter& parameter) { return parameter.shared->name == name; });
+  if (found == parameters.end()) {
+    job.table.Fail("parameters", "this model has no \"" + name + "\"");
   }
-  job.table.Fail("parameters", "this model has no \"" + name + "\"");
+  if (setup.*found->shared->check != CheckState::kChecked) {
+    job.table.Fail("parameters", name + " is held in this fit");
+  }
+  return static_cast<std::size_t>(found - parameters.begin());
 }
 
 }  // namespace
@@ -223,7 +203,7 @@ void ApplyDatasets(const Job& job, QuorvaneModule& module, Host& host) {
 bool ApplyFit(const Job& job, QuorvaneModule& module, Host& host) {
   const JobFit& fit = *job.fit;
   FitSetup& setup = module.Setup;
-  if (!SetupFit(setup, module.FitPage, module.Store, fit.modelIndex, host)) return false;
+  if (!SetupFit(setup, module.FitPage, module.Store, *fit.model, host)) return false;
   if (job.temperature) setup.DegC = *job.temperature;
   setup.UseMassConservation = fit.useMassConservation;
   setup.CalcLoadingConcs = fit.calcLoadingConcs;
@@ -241,7 +221,7 @@ bool ApplyFit(const Job& job, QuorvaneModule& module, Host& host) {
 
 ConfidenceRequest ConfidenceOf(const Job& job, const FitSetup& setup) {
   const JobConfidence& confidence = *job.confidence;
-  const std::size_t count = FindModel(setup.ModelIndex)->parameters.size();
+  const std::size_t count = setup.FitModel->parameters.size();
   ConfidenceRequest request{confidence.percent, confidence.method,
                             std::vector<bool>(count, !confidence.parameters)};
   if (!confidence.parameters) return request;

@@ -161,8 +161,8 @@ Json FitJson(const QuorvaneModule& module, const FitOutcome& outcome) {
   const FitState& fit = module.Fit;
   const bool stopped = outcome.ending == FitEnding::kStopped;
   const FitStatistics statistics = CalcFitStatistics(fit);
-  Json json = {{"model", ModelNames[static_cast<std::size_t>(fit.ModelIndex)]},
-               {"model_index", fit.ModelIndex},
+  Json json = {{"model", fit.FitModel->name},
+               {"model_index", fit.FitModel->index},
                {"stopped", stopped},
                {"iterations", outcome.iterations},
                {"points", fit.FitNumPoints},

@@ -18,7 +18,7 @@ bool HasDefaultEnds(const Dataset& dataset) {
 }  // namespace
 
 std::optional<Notice> FaultOfCellEnds(const QuorvaneModule& module, int first, int count) {
-  if (!NeedsCellEnds(module.Setup.ModelIndex)) return std::nullopt;
+  if (!module.Setup.FitModel->cellEnds) return std::nullopt;
   for (int k = first; k < first + count; ++k) {
     const Dataset& dataset = DatasetAt(module, k);
     if (dataset.Rmen < dataset.Rbase) continue;
@@ -30,7 +30,7 @@ std::optional<Notice> FaultOfCellEnds(const QuorvaneModule& module, int first, i
 
 std::optional<Notice> CheckCellEnds(const QuorvaneModule& module, int first, int count,
                                     Host& host) {
-  if (!NeedsCellEnds(module.Setup.ModelIndex)) return std::nullopt;
+  if (!module.Setup.FitModel->cellEnds) return std::nullopt;
   bool defaults = false;
   for (int k = first; k < first + count; ++k) {
     defaults = defaults || HasDefaultEnds(DatasetAt(module, k));

@@ -28,9 +28,7 @@ FitOutcome Refusal(std::string title, std::string text) {
 void LogFitHead(const QuorvaneModule& module, Host& host) {
   host.PrintIt(" ");
   host.PrintIt(kRule);
-  host.PrintIt(
-      "Model :: " + std::string(ModelNames[static_cast<std::size_t>(module.Setup.ModelIndex)]) +
-      "\r\n" + DateAndTimeText());
+  host.PrintIt("Model :: " + std::string(module.Setup.FitModel->name) + "\r\n" + DateAndTimeText());
 }
 
 void LogStop(Host& host) {

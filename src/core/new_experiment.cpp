@@ -16,9 +16,9 @@ void StartNewExperiment(QuorvaneModule& module) {
     } catch (const ArithmeticFault&) {  // ratios without a logarithm: new ones are typed anyway
     }
   }
-  const int model = module.Setup.ModelIndex;
+  const Model* model = module.Setup.FitModel;
   module.Setup = {};
-  module.Setup.ModelIndex = model;
+  module.Setup.FitModel = model;
   module.Fit = {};
   module.LastFit = {};
   module.CIRatios = {};

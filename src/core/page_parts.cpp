@@ -2,29 +2,23 @@
 
 #include "fit/models.h"
 
-namespace {
-
-constexpr int kAB2 = 7;
-constexpr int kAB3 = 8;
-
-}  // namespace
-
 PageParts PartsOf(const FitSetup& setup) {
   const bool two = setup.TwoComponentModel;
   PageParts parts;
   parts.componentB = two;
-  parts.cellEnds = NeedsCellEnds(setup.ModelIndex);
+  parts.cellEnds = setup.FitModel->cellEnds;
   parts.loads = two && setup.UseMassConservation;
   parts.links = two && setup.NumFitSets >= 2;
   parts.calcConcs = !two;
   parts.massConservation = two;
-  parts.constrain = setup.ModelIndex == kAB2 || setup.ModelIndex == kAB3;
+  parts.constrain = setup.FitModel->kRatios;
   parts.cellGeometry = setup.UseMassConservation || setup.CalcLoadingConcs;
   return parts;
 }
 
 std::string ConstrainCaption(const FitSetup& setup) {
-  return setup.ModelIndex == kAB3 ? "Constrain K2/K1 and K3/K1" : "Constrain K2/K1";
+  const bool third = FindParameter(*setup.FitModel, shared::kLnK3) != nullptr;
+  return third ? "Constrain K2/K1 and K3/K1" : "Constrain K2/K1";
 }
 
 std::string HeadOfRefConc(const FitSetup& setup) {

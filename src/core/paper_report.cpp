@@ -12,7 +12,6 @@
 #include "core/report_sources.h"
 #include "fit/mass_conservation.h"
 #include "fit/models.h"
-#include "fit/reactions.h"
 #include "fit/report.h"
 #include "stats/fit_quality.h"
 
@@ -99,12 +98,7 @@ class Maker {
   }
 
  private:
-  std::string ModelName() const {
-    return std::string(ModelNames[static_cast<std::size_t>(fit_.ModelIndex)]);
-  }
-  const Reaction& ModelReaction() const {
-    return ModelReactions[static_cast<std::size_t>(fit_.ModelIndex)];
-  }
+  std::string ModelName() const { return std::string(fit_.FitModel->name); }
   const Dataset& DatasetOf(int d) const {
     const auto place = static_cast<std::size_t>(d - 1);
     return record_.datasets[static_cast<std::size_t>(fit_.FitSetList[place])];
@@ -168,7 +162,7 @@ class Maker {
     const auto add = [&](const char* name, ReportText text) {
       table.rows.push_back({name, std::move(text)});
     };
-    const Reaction& reaction = ModelReaction();
+    const Reaction& reaction = fit_.FitModel->reaction;
     add("Model", ModelName());
     add("Reaction", {std::string(reaction.equation), true});
     if (!reaction.constants.empty()) {
@@ -321,8 +315,8 @@ class Maker {
 
   const ConfidenceInterval* IntervalOf(int shared) const {
     if (!record_.intervals) return nullptr;
-    const auto captions = ConfidenceCaptions(fit_.ModelIndex);
-    const std::string name(Trim(captions[static_cast<std::size_t>(shared - 1)]));
+    const std::span<const ModelParameter> parameters = fit_.FitModel->parameters;
+    const std::string name(Trim(parameters[static_cast<std::size_t>(shared - 1)].caption));
     for (const ConfidenceInterval& interval : record_.intervals->outcome.intervals) {
       if (interval.name == name) return &interval;
     }
@@ -417,41 +411,48 @@ class Maker {
     if (record_.intervals) table.head.push_back(Level() + " interval");
     table.head.emplace_back("Unit");
     int shared = 0;
-    std::size_t constant = 0;
-    for (const SharedParameter& parameter : fit_.FitModel->parameters) {
-      ++shared;
-      if (parameter.field == &FitPage::ModelMW) {
-        AddWeight(table, shared, Two() ? " of A" : "", record_.page.Vbar);
-      } else if (parameter.field == &FitPage::ModelMWB) {
-        AddWeight(table, shared, " of B", record_.page.VbarB);
-      } else if (parameter.name.starts_with("LnK")) {
-        const std::string name(ModelReaction().names[constant]);
-        if (fit_.ConstrainKRatios && fit_.FitModel->kRatios && constant > 0) {
-          AddShared(table, shared,
-                    {.name = name + "/" + std::string(ModelReaction().names[0]),
-                     .unit = "",
-                     .pattern = "#0.000"});
-        } else {
-          AddConstant(table, shared, name);
-        }
-        ++constant;
-      } else {
-        AddOther(table, shared, parameter);
-      }
+    for (const ModelParameter& parameter : fit_.FitModel->parameters) {
+      AddParameter(table, ++shared, parameter);
     }
     return table;
   }
 
-  void AddOther(ReportTable& table, int shared, const SharedParameter& parameter) const {
-    if (parameter.field == &FitPage::ModelN1) {
-      AddShared(table, shared, {.name = "Stoichiometry n", .unit = "", .pattern = "#0.00"});
-    } else if (parameter.field == &FitPage::ModelN2) {
-      AddShared(table, shared, {.name = "Stoichiometry m", .unit = "", .pattern = "#0.00"});
-    } else if (parameter.field == &FitPage::ModelAlpha) {
-      AddShared(table, shared, {.name = "Alpha", .unit = "", .pattern = "#0.000"});
-    } else {
-      AddShared(table, shared, {.name = "B M (virial)", .unit = "", .pattern = "0.000E+00"});
+  void AddParameter(ReportTable& table, int shared, const ModelParameter& parameter) const {
+    const SharedParameter& record = *parameter.shared;
+    const std::string symbol(parameter.symbol);
+    switch (record.kind) {
+      case ParameterKind::kWeight:
+        AddWeight(table, shared,
+                  !Two()              ? ""
+                  : record.place == 2 ? " of B"
+                                      : " of A",
+                  record.place == 2 ? record_.page.VbarB : record_.page.Vbar);
+        break;
+      case ParameterKind::kLnK:
+        if (fit_.ConstrainKRatios && fit_.FitModel->kRatios && MayBeRatio(record)) {
+          AddShared(table, shared,
+                    {.name = symbol + "/" + FirstSymbol(), .unit = "", .pattern = "#0.000"});
+        } else {
+          AddConstant(table, shared, symbol);
+        }
+        break;
+      case ParameterKind::kStoichiometry:
+        AddShared(table, shared,
+                  {.name = record.place == 1 ? "Stoichiometry n" : "Stoichiometry m",
+                   .unit = "",
+                   .pattern = "#0.00"});
+        break;
+      case ParameterKind::kFraction:
+        AddShared(table, shared, {.name = "Alpha", .unit = "", .pattern = "#0.000"});
+        break;
+      case ParameterKind::kVirial:
+        AddShared(table, shared, {.name = "B M (virial)", .unit = "", .pattern = "0.000E+00"});
+        break;
     }
+  }
+
+  std::string FirstSymbol() const {
+    return std::string(FindParameter(*fit_.FitModel, shared::kLnK1)->symbol);
   }
 
   // A baseline or reference concentration: value and error, held, or that of another dataset.

@@ -8,7 +8,7 @@
 #include "base/chart.h"
 #include "core/program_state.h"
 
-// UTF-8. A formula is written as in fit/reactions.h.
+// UTF-8. A formula is written as Reaction (fit/models.h) says.
 struct ReportText {
   ReportText(std::string plain = {}, bool isFormula = false)
       : text(std::move(plain)), formula(isFormula) {}

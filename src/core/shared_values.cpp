@@ -1,6 +1,5 @@
 #include "core/shared_values.h"
 
-#include <algorithm>
 #include <cmath>
 
 #include "base/arithmetic.h"
@@ -11,30 +10,29 @@
 namespace {
 
 constexpr int kPlainK = 2;
-constexpr int kIsodesmic = 9;
-constexpr int kNmerHetero = 10;
 
-bool IsRatio(const SharedValue& value, const FitSetup& setup) {
-  return value.form == SharedForm::kFurtherK && setup.ConstrainKRatios;
+bool IsConstant(const SharedParameter& value) {
+  return value.kind == ParameterKind::kLnK;
+}
+
+bool IsRatio(const SharedParameter& value, const FitSetup& setup) {
+  return MayBeRatio(value) && setup.ConstrainKRatios;
 }
 
 // The K of a value: by their reactions where those have names.
-std::string_view KName(const SharedValue& value, int modelIndex) {
-  const std::string_view name = value.name;
-  if (modelIndex == kIsodesmic && name == "K1") return "Ki";
-  if (modelIndex == kNmerHetero && name == "K1") return "Ks";
-  if (modelIndex == kNmerHetero && name == "K2") return "Kh";
-  return name;
+std::string_view KName(const SharedParameter& value, const Model& model) {
+  const ModelParameter* parameter = FindParameter(model, value);
+  return parameter == nullptr || parameter->k.empty() ? value.label : parameter->k;
 }
 
-std::string WeightLabel(const SharedValue& value, const QuorvaneModule& module) {
-  const char* component = value.form == SharedForm::kWeightB ? "-B" : "-A";
-  return std::string(module.UseBuoyantMW ? "Buoy. " : "") + value.name +
+std::string WeightLabel(const SharedParameter& value, const QuorvaneModule& module) {
+  const char* component = value.place == 2 ? "-B" : "-A";
+  return std::string(module.UseBuoyantMW ? "Buoy. " : "") + std::string(value.label) +
          (module.Setup.TwoComponentModel ? component : "");
 }
 
-std::string RatioName(const SharedValue& value) {
-  return std::string(value.name) + "/K1";
+std::string RatioName(const SharedParameter& value) {
+  return std::string(value.label) + "/K1";
 }
 
 // How weights and constants K are turned from one form into the other.
@@ -46,41 +44,28 @@ struct Conversion {
 constexpr Conversion kToShown = {MolecularWeight, ShownK};
 constexpr Conversion kToStored = {BuoyantWeight, LnKOf};
 
-double Convert(const SharedValue& value, const QuorvaneModule& module, const Conversion& conversion,
-               double number) {
+double Convert(const SharedParameter& value, const QuorvaneModule& module,
+               const Conversion& conversion, double number) {
   const FitPage& page = module.FitPage;
-  switch (value.form) {
-    case SharedForm::kPlain:
-      return number;
-    case SharedForm::kWeight:
-      return module.UseBuoyantMW ? number : conversion.weight(number, page.Vbar, page.Density);
-    case SharedForm::kWeightB:
-      return module.UseBuoyantMW ? number : conversion.weight(number, page.VbarB, page.Density);
-    case SharedForm::kFirstK:
-    case SharedForm::kFurtherK:
-      break;
+  if (value.kind == ParameterKind::kWeight && !module.UseBuoyantMW) {
+    return conversion.weight(number, value.place == 2 ? page.VbarB : page.Vbar, page.Density);
   }
-  return IsRatio(value, module.Setup) ? number : conversion.constant(number, module.KFormat);
+  const bool logarithm = IsConstant(value) && !IsRatio(value, module.Setup);
+  return logarithm ? conversion.constant(number, module.KFormat) : number;
 }
 
-bool MustBePositive(const SharedValue& value, const QuorvaneModule& module) {
-  return IsAssociationConstant(value) &&
-         (module.KFormat == kPlainK || IsRatio(value, module.Setup));
+bool MustBePositive(const SharedParameter& value, const QuorvaneModule& module) {
+  return IsConstant(value) && (module.KFormat == kPlainK || IsRatio(value, module.Setup));
 }
 
-Refusal NotPositive(const SharedValue& value, const FitSetup& setup) {
-  if (value.form == SharedForm::kFirstK) return "K must be >0 !";
-  return (IsRatio(value, setup) ? RatioName(value) : value.name) + " must be greater than 0!";
-}
-
-// The value that `field` holds, which is one of SharedValues.
-const SharedValue& SharedValueOf(double FitPage::*field) {
-  return *std::find_if(SharedValues.begin(), SharedValues.end(),
-                       [&](const SharedValue& value) { return value.field == field; });
+Refusal NotPositive(const SharedParameter& value, const FitSetup& setup) {
+  if (&value == &shared::kLnK1) return "K must be >0 !";
+  return (IsRatio(value, setup) ? RatioName(value) : std::string(value.label)) +
+         " must be greater than 0!";
 }
 
 // ln K as the digits of its box give it.
-double LnKAsShown(const SharedValue& value, const QuorvaneModule& module) {
+double LnKAsShown(const SharedParameter& value, const QuorvaneModule& module) {
   const std::string text =
       FormatParam(Convert(value, module, kToShown, module.FitPage.*value.field));
   return LnKOf(ParseNumeric(text).value_or(0.0), module.KFormat);
@@ -88,25 +73,18 @@ double LnKAsShown(const SharedValue& value, const QuorvaneModule& module) {
 
 }  // namespace
 
-bool IsAssociationConstant(const SharedValue& value) {
-  return value.form == SharedForm::kFirstK || value.form == SharedForm::kFurtherK;
+bool HasValue(const FitSetup& setup, const SharedParameter& value) {
+  return FindParameter(*setup.FitModel, value) != nullptr;
 }
 
-bool HasValue(const FitSetup& setup, const SharedValue& value) {
-  const auto parameters = FindModel(setup.ModelIndex)->parameters;
-  return std::any_of(parameters.begin(), parameters.end(), [&](const SharedParameter& parameter) {
-    return parameter.field == value.field;
-  });
-}
-
-std::string LabelOf(const SharedValue& value, const QuorvaneModule& module) {
-  if (value.form == SharedForm::kPlain) return value.name;
-  if (!IsAssociationConstant(value)) return WeightLabel(value, module);
+std::string LabelOf(const SharedParameter& value, const QuorvaneModule& module) {
+  if (value.kind == ParameterKind::kWeight) return WeightLabel(value, module);
+  if (!IsConstant(value)) return std::string(value.label);
   if (IsRatio(value, module.Setup)) return RatioName(value);
-  return KLabel(KName(value, module.Setup.ModelIndex), module.KFormat);
+  return KLabel(KName(value, *module.Setup.FitModel), module.KFormat);
 }
 
-std::string TextOf(const SharedValue& value, const QuorvaneModule& module) {
+std::string TextOf(const SharedParameter& value, const QuorvaneModule& module) {
   try {
     return FormatParam(Convert(value, module, kToShown, module.FitPage.*value.field));
   } catch (const ArithmeticFault& fault) {
@@ -114,7 +92,7 @@ std::string TextOf(const SharedValue& value, const QuorvaneModule& module) {
   }
 }
 
-Refusal Enter(const SharedValue& value, QuorvaneModule& module, std::string_view text) {
+Refusal Enter(const SharedParameter& value, QuorvaneModule& module, std::string_view text) {
   const std::optional<double> entered = ParseNumeric(text);
   if (!entered) return kIllegalValue;
   if (MustBePositive(value, module) && !(*entered > 0.0)) return NotPositive(value, module.Setup);
@@ -129,15 +107,13 @@ Refusal Enter(const SharedValue& value, QuorvaneModule& module, std::string_view
 }
 
 Refusal ConstrainShownRatios(QuorvaneModule& module) {
-  const SharedValue& k2 = SharedValueOf(&FitPage::ModelLnK2);
-  const SharedValue& k3 = SharedValueOf(&FitPage::ModelLnK3);
   try {
-    const double lnK1 = LnKAsShown(SharedValueOf(&FitPage::ModelLnK1), module);
-    const double ratio2 = std::exp(LnKAsShown(k2, module) - lnK1);
-    const double ratio3 = std::exp(LnKAsShown(k3, module) - lnK1);
+    const double lnK1 = LnKAsShown(shared::kLnK1, module);
+    const double ratio2 = std::exp(LnKAsShown(shared::kLnK2, module) - lnK1);
+    const double ratio3 = std::exp(LnKAsShown(shared::kLnK3, module) - lnK1);
     for (const double ratio : {ratio2, ratio3}) FormatParam(ratio);
-    if (ratio2 == 0.0) return RatioName(k2) + " must be greater than 0!";
-    if (ratio3 == 0.0) return RatioName(k3) + " must be greater than 0!";
+    if (ratio2 == 0.0) return RatioName(shared::kLnK2) + " must be greater than 0!";
+    if (ratio3 == 0.0) return RatioName(shared::kLnK3) + " must be greater than 0!";
     module.FitPage.ModelLnK2 = ratio2;
     module.FitPage.ModelLnK3 = ratio3;
   } catch (const ArithmeticFault& fault) {
@@ -149,8 +125,7 @@ Refusal ConstrainShownRatios(QuorvaneModule& module) {
 
 Refusal ReleaseShownRatios(QuorvaneModule& module) {
   try {
-    ReleaseRatios(module.Setup, module.FitPage,
-                  LnKAsShown(SharedValueOf(&FitPage::ModelLnK1), module));
+    ReleaseRatios(module.Setup, module.FitPage, LnKAsShown(shared::kLnK1, module));
   } catch (const ArithmeticFault& fault) {
     return fault.what();
   }

@@ -26,8 +26,7 @@ struct Positions {
 };
 
 void TakeFlags(FitState& fit, const FitSetup& setup) {
-  fit.ModelIndex = setup.ModelIndex;
-  fit.FitModel = FindModel(setup.ModelIndex);
+  fit.FitModel = setup.FitModel;
   fit.TwoComponentModel = setup.TwoComponentModel;
   fit.UseMassConservation = setup.UseMassConservation;
   fit.CalcLoadingConcs = setup.CalcLoadingConcs;
@@ -201,17 +200,16 @@ void TakeDataset(FitState& fit, const FitSetup& setup, int position, int d,
   CheckArithmetic([&] { fit.SetOmegaTerm(d) = speed * kOmegaFactor * speed / fit.TempK; });
   fit.SetALoad(d) = dataset.ALoad;
   fit.SetBLoad(d) = dataset.BLoad;
-  if (NeedsCellEnds(setup.ModelIndex)) {
+  if (setup.FitModel->cellEnds) {
     fit.SetCellBottomR(d) = dataset.Rbase;
     fit.SetCellTopR(d) = dataset.Rmen;
   }
 }
 
 void AppendShared(FitState& fit, const FitSetup& setup, const FitPage& page) {
-  if (fit.FitModel == nullptr) return;
-  for (const SharedParameter& parameter : fit.FitModel->parameters) {
-    fit.FitA.Append(page.*parameter.field);
-    fit.FitIA.Append(InUse(setup.*parameter.check));
+  for (const ModelParameter& parameter : fit.FitModel->parameters) {
+    fit.FitA.Append(page.*parameter.shared->field);
+    fit.FitIA.Append(InUse(setup.*parameter.shared->check));
     fit.FitParamNames.Append(std::string(parameter.name));
   }
 }
@@ -306,11 +304,9 @@ void UpdateParameters(FitState& fit, FitPage& page, std::vector<Dataset>& datase
     dataset.RefConc = values[k].refConc;
     if (fit.TwoComponentModel) dataset.RefConc2 = values[k].refConc2;
   }
-  if (fit.FitModel != nullptr) {
-    int l = fit.SharedBase();
-    for (const SharedParameter& parameter : fit.FitModel->parameters) {
-      page.*parameter.field = fit.FitA(++l);
-    }
+  int l = fit.SharedBase();
+  for (const ModelParameter& parameter : fit.FitModel->parameters) {
+    page.*parameter.shared->field = fit.FitA(++l);
   }
   fit.CurrentProc = "Unknown";
 }

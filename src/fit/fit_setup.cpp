@@ -26,7 +26,11 @@ std::vector<std::int16_t> ChosenDatasets(const DatasetStore& store) {
 
 }  // namespace
 
-bool SetupFit(FitSetup& setup, FitPage& page, const DatasetStore& store, int modelIndex,
+const Model& FirstModel() {
+  return Models().front();
+}
+
+bool SetupFit(FitSetup& setup, FitPage& page, const DatasetStore& store, const Model& model,
               Host& host) {
   FitSetup fresh;
   fresh.FitSetList = ChosenDatasets(store);
@@ -35,9 +39,9 @@ bool SetupFit(FitSetup& setup, FitPage& page, const DatasetStore& store, int mod
     return false;
   }
   const std::size_t n = fresh.FitSetList.size();
-  fresh.ModelIndex = modelIndex;
+  fresh.FitModel = &model;
   fresh.NumFitSets = static_cast<std::int16_t>(n);
-  fresh.TwoComponentModel = HasSecondComponent(modelIndex);
+  fresh.TwoComponentModel = model.secondComponent;
   fresh.RefLink.resize(n);
   for (std::size_t i = 0; i < n; ++i) fresh.RefLink[i] = static_cast<std::int16_t>(i);
   fresh.SetCellChannel.assign(n, 0);

@@ -10,10 +10,15 @@
 
 inline constexpr int kMaxFitSets = 101;
 
+struct Model;
+
+// The first of Models(), see fit/models.h.
+const Model& FirstModel();
+
 enum class CheckState : std::int16_t { kUnchecked = 0, kChecked = 1, kGrey = 2 };
 
 struct FitSetup {
-  int ModelIndex = 0;
+  const Model* FitModel = &FirstModel();
   std::int16_t NumFitSets = 0;
   std::vector<std::int16_t> FitSetList;      // position in the fit, from 0 -> dataset, from 0
   std::vector<std::int16_t> RefLink;         // position whose reference concentrations are shared
@@ -38,11 +43,11 @@ struct FitSetup {
   CheckState chkAlpha = CheckState::kChecked;
 };
 
-// "Setup Fit": chooses model `modelIndex` (0 to 10) and the datasets with UseData set, and brings
+// "Setup Fit": chooses the model and the datasets with UseData set, and brings
 // every switch of the page to its state after the button. False, with a message and nothing
 // changed, if no dataset is chosen. Throws SubscriptFault for more than 101 datasets.
 // Constrained K ratios are turned back into ln K on `page` first.
-bool SetupFit(FitSetup& setup, FitPage& page, const DatasetStore& store, int modelIndex,
+bool SetupFit(FitSetup& setup, FitPage& page, const DatasetStore& store, const Model& model,
               Host& host);
 
 // Forgets which datasets were chosen and how they are linked: after that a fit needs "Setup Fit".

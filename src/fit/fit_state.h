@@ -58,8 +58,7 @@ struct FitState {
   std::int16_t NumFitSets = 0;           // N
   std::vector<std::int16_t> FitSetList;  // position in the fit, from 0 -> dataset, from 0
   std::vector<std::int16_t> RefLink;     // position whose reference concentrations are shared
-  int ModelIndex = 0;
-  const Model* FitModel = nullptr;  // the routines of ModelIndex; null where it has none
+  const Model* FitModel = nullptr;       // null before the first fit
   bool TwoComponentModel = false;
   bool UseMassConservation = false;
   bool CalcLoadingConcs = false;

@@ -1,54 +1,81 @@
 #include "fit/models.h"
 
+#include <algorithm>
+#include <array>
+
 #include "fit/fit_state.h"
 
 namespace {
 
-// Steps of the derivative: the models with a second component have their own.
-constexpr double kFirstStep = 0.01;
-constexpr double kStepAtZero = 0.001;
-constexpr double kFirstStepB = 0.003;
-constexpr double kStepAtZeroB = 0.003;
+// The models with a second component have steps of their own.
+constexpr double kStepB = 0.003;
 
-constexpr SharedParameter Mw(std::string_view name) {
-  return {name, &FitPage::ModelMW, &FitSetup::chkMWB};
+constexpr ModelParameter Weight(std::string_view name, std::string_view caption) {
+  return {.shared = &shared::kMW, .name = name, .caption = caption, .tag = ""};
 }
-constexpr SharedParameter MwB() {
-  return {"MWB", &FitPage::ModelMWB, &FitSetup::chkMWB2};
+constexpr ModelParameter WeightA() {
+  return {.shared = &shared::kMW, .name = "MWA", .caption = "BuoyantMW A", .tag = "-A"};
 }
-constexpr SharedParameter Virial() {
-  return {"VirialC", &FitPage::ModelVirial, &FitSetup::chkVirialC};
+constexpr ModelParameter WeightB(bool sigma) {
+  return {.shared = &shared::kMWB,
+          .name = "MWB",
+          .caption = "BuoyantMW B",
+          .tag = "-B",
+          .sigma = sigma};
 }
-constexpr SharedParameter N1(std::string_view name) {
-  return {name, &FitPage::ModelN1, &FitSetup::chkN1mer};
+constexpr ModelParameter Virial(std::string_view caption) {
+  return {.shared = &shared::kVirialC, .name = "VirialC", .caption = caption, .tag = ""};
 }
-constexpr SharedParameter N2() {
-  return {"N2", &FitPage::ModelN2, &FitSetup::chkN2mer};
+constexpr ModelParameter Nmer(std::string_view name, std::string_view caption,
+                              std::string_view tag = "Stoichiometry") {
+  return {.shared = &shared::kN1, .name = name, .caption = caption, .tag = tag};
 }
-constexpr SharedParameter LnK1(std::string_view name) {
-  return {name, &FitPage::ModelLnK1, &FitSetup::chkLnK1};
+constexpr ModelParameter Mmer() {
+  return {.shared = &shared::kN2, .name = "N2", .caption = " N2", .tag = "Stoichiometry M"};
 }
-constexpr SharedParameter LnK2() {
-  return {"LnK2", &FitPage::ModelLnK2, &FitSetup::chkLnK2};
+constexpr ModelParameter K1(std::string_view caption, std::string_view tag,
+                            std::string_view symbol) {
+  return {
+      .shared = &shared::kLnK1, .name = "LnK1", .caption = caption, .tag = tag, .symbol = symbol};
 }
-constexpr SharedParameter LnK3() {
-  return {"LnK3", &FitPage::ModelLnK3, &FitSetup::chkLnK3};
+constexpr ModelParameter K2(std::string_view caption) {
+  return {
+      .shared = &shared::kLnK2, .name = "LnK2", .caption = caption, .tag = "K2", .symbol = "K_2"};
 }
-constexpr SharedParameter Alpha() {
-  return {"Alpha", &FitPage::ModelAlpha, &FitSetup::chkAlpha};
+constexpr ModelParameter K3() {
+  return {
+      .shared = &shared::kLnK3, .name = "LnK3", .caption = "LnK3", .tag = "K3", .symbol = "K_3"};
+}
+// A constant that bears its reaction's name on the page too.
+constexpr ModelParameter NamedK(const SharedParameter& shared, std::string_view name,
+                                std::string_view caption, std::string_view k,
+                                std::string_view symbol) {
+  return {.shared = &shared, .name = name, .caption = caption, .tag = k, .symbol = symbol, .k = k};
+}
+constexpr ModelParameter Alpha() {
+  return {.shared = &shared::kAlpha, .name = "Alpha", .caption = " Alpha", .tag = "Alpha"};
 }
 
-constexpr std::array kIdeal = {Mw("MW")};
-constexpr std::array kNonideal = {Mw("MW"), Virial()};
-constexpr std::array kMonomerNmer = {Mw("MW"), N1("N"), LnK1("LnK1")};
-constexpr std::array kMonomerNmerMmer = {Mw("MW"), N1("N1"), LnK1("LnK1"), N2(), LnK2()};
-constexpr std::array kIncompetent = {Mw("MW"), N1("N"), LnK1("LnK1"), Alpha()};
-constexpr std::array kAB = {Mw("MWA"), MwB(), LnK1("LnK1")};
-constexpr std::array kAB2 = {Mw("MWA"), MwB(), LnK1("LnK1"), LnK2()};
-constexpr std::array kAB3 = {Mw("MWA"), MwB(), LnK1("LnK1"), LnK2(), LnK3()};
-constexpr std::array kIsodesmic = {Mw("MWA"), LnK1("LnKi")};
-constexpr std::array kNmerHetero = {Mw("MWA"), MwB(), N1("N"), LnK1("LnK1"), LnK2()};
-constexpr std::array kMonomerNmerVirial = {Mw("MW"), N1("N"), LnK1("LnK1"), Virial()};
+constexpr std::string_view kBuoyant = " Buoyant MW ";
+constexpr std::array kIdeal = {Weight("MW", kBuoyant)};
+constexpr std::array kNonideal = {Weight("MW", kBuoyant), Virial(" B*M, Virial Coef. ")};
+constexpr std::array kMonomerNmer = {Weight("MW", kBuoyant), Nmer("N", " N1"),
+                                     K1(" LnK1", "K", "K")};
+constexpr std::array kMonomerNmerMmer = {Weight("MW", kBuoyant),
+                                         Nmer("N1", " N1", "Stoichiometry N"),
+                                         K1(" LnK1", "K1", "K_1"), Mmer(), K2(" LnK2")};
+constexpr std::array kIncompetent = {Weight("MW", kBuoyant), Nmer("N", " N1"),
+                                     K1(" LnK1", "K", "K"), Alpha()};
+constexpr std::array kAB = {WeightA(), WeightB(true), K1("LnK", "K1", "K_1")};
+constexpr std::array kAB2 = {WeightA(), WeightB(true), K1("LnK1", "K1", "K_1"), K2("LnK2")};
+constexpr std::array kAB3 = {WeightA(), WeightB(true), K1("LnK1", "K1", "K_1"), K2("LnK2"), K3()};
+constexpr std::array kIsodesmic = {Weight("MWA", kBuoyant),
+                                   NamedK(shared::kLnK1, "LnKi", "LnKi", "Ki", "K_i")};
+constexpr std::array kNmerHetero = {WeightA(), WeightB(false), Nmer("N", "N1"),
+                                    NamedK(shared::kLnK1, "LnK1", "LnKs", "Ks", "K_s"),
+                                    NamedK(shared::kLnK2, "LnK2", "LnKh", "Kh", "K_h")};
+constexpr std::array kMonomerNmerVirial = {Weight("MW", kBuoyant), Nmer("N", " N1"),
+                                           K1(" LnK1", "K", "K"), Virial(" B*M, Virial Coef. ")};
 
 // Places among the shared parameters: a second component comes with the weight of B.
 constexpr Species kA = {.a = {1.0}};
@@ -67,108 +94,152 @@ constexpr std::array kNmerHeteroSpecies = {
     kA, kB, Species{.a = {.parameter = 3}, .lnK = {4}},
     Species{.a = {.parameter = 3}, .b = {1.0}, .lnK = {4, 5}}};
 
-Model OneComponentModel(std::string_view funcs, std::string_view partials, FuncsRoutine routine,
-                        TermsBuilder terms, std::span<const SharedParameter> parameters,
-                        std::span<const Species> species = {}) {
-  return {funcs, partials, routine, terms, kFirstStep, kStepAtZero, false, parameters, species};
-}
+constexpr std::array kModels = {
+    Model{.index = 0,
+          .name = "Ideal",
+          .reaction = {"A (one ideal species)"},
+          .funcsName = "FUNCS0",
+          .partialsName = "PARTIALS0",
+          .parameters = kIdeal,
+          .species = kIdealSpecies},
+    Model{.index = 1,
+          .name = "Nonideal",
+          .reaction = {"A (one species with second virial coefficient B)"},
+          .funcsName = "FUNCS1",
+          .partialsName = "PARTIALS1",
+          .parameters = kNonideal,
+          .terms = NonidealTerms},
+    Model{.index = 2,
+          .name = "Monomer-Nmer",
+          .reaction = {"n A <-> A_n", "K = [A_n]/[A]^n"},
+          .funcsName = "FUNCS2",
+          .partialsName = "PARTIALS2",
+          .parameters = kMonomerNmer,
+          .species = kMonomerNmerSpecies},
+    Model{.index = 3,
+          .name = "Monomer-Nmer-Mmer",
+          .reaction = {"n A <-> A_n, m A <-> A_m", "K_1 = [A_n]/[A]^n, K_2 = [A_m]/[A]^m"},
+          .funcsName = "FUNCS3",
+          .partialsName = "PARTIALS3",
+          .parameters = kMonomerNmerMmer,
+          .species = kMonomerNmerMmerSpecies},
+    Model{.index = 4,
+          .name = "Inc.Monomer & Monomer-Nmer",
+          .reaction = {"n A <-> A_n, and a fraction Alpha of A that cannot associate",
+                       "K = [A_n]/[A]^n"},
+          .funcsName = "FUNCS5",
+          .partialsName = "PARTIALS5",
+          .parameters = kIncompetent,
+          .cellEnds = true,
+          .terms = IncompetentMonomerTerms},
+    Model{.index = 5,
+          .name = "Monomer-Nmer & Inc.Nmer",
+          .reaction = {"n A <-> A_n, and a fraction Alpha as A_n that cannot dissociate",
+                       "K = [A_n]/[A]^n"},
+          .funcsName = "FUNCS6",
+          .partialsName = "PARTIALS6",
+          .parameters = kIncompetent,
+          .cellEnds = true,
+          .terms = IncompetentNmerTerms},
+    Model{.index = 6,
+          .name = "A+B<>AB",
+          .reaction = {"A + B <-> AB", "K_1 = [AB]/[A][B]"},
+          .funcsName = "FUNCS7",
+          .partialsName = "PARTIALS7",
+          .parameters = kAB,
+          .secondComponent = true,
+          .species = kABSpecies,
+          .firstStep = kStepB,
+          .stepAtZero = kStepB},
+    Model{.index = 7,
+          .name = "A+B<>AB+B<>AB2",
+          .reaction = {"A + B <-> AB, AB + B <-> AB_2", "K_1 = [AB]/[A][B], K_2 = [AB_2]/[AB][B]"},
+          .funcsName = "FUNCS8",
+          .partialsName = "PARTIALS8",
+          .parameters = kAB2,
+          .secondComponent = true,
+          .kRatios = true,
+          .species = kAB2Species,
+          .firstStep = kStepB,
+          .stepAtZero = kStepB},
+    Model{.index = 8,
+          .name = "A+B<>AB+B<>AB2+B<>AB3",
+          .reaction = {"A + B <-> AB, AB + B <-> AB_2, AB_2 + B <-> AB_3",
+                       "K_1 = [AB]/[A][B], K_2 = [AB_2]/[AB][B], K_3 = [AB_3]/[AB_2][B]"},
+          .funcsName = "FUNCS9",
+          .partialsName = "PARTIALS9",
+          .parameters = kAB3,
+          .secondComponent = true,
+          .kRatios = true,
+          .species = kAB3Species,
+          .firstStep = kStepB,
+          .stepAtZero = kStepB},
+    Model{.index = 9,
+          .name = "Isodesmic Self-association",
+          .reaction = {"A_i + A <-> A_(i+1), i = 1, 2, 3 ...",
+                       "K_i = [A_(i+1)]/[A_i][A], alike for all i"},
+          .funcsName = "FUNCS10",
+          .partialsName = "PARTIALS10",
+          .parameters = kIsodesmic,
+          .terms = IsodesmicTerms},
+    Model{.index = 10,
+          .name = "nA<>An , An+B<>AnB",
+          .reaction = {"n A <-> A_n, A_n + B <-> A_nB", "K_s = [A_n]/[A]^n, K_h = [A_nB]/[A_n][B]"},
+          .funcsName = "FUNCS11",
+          .partialsName = "PARTIALS11",
+          .parameters = kNmerHetero,
+          .secondComponent = true,
+          .species = kNmerHeteroSpecies,
+          .firstStep = kStepB,
+          .stepAtZero = kStepB},
+};
 
-Model TwoComponentModel(std::string_view funcs, std::string_view partials, FuncsRoutine routine,
-                        std::span<const SharedParameter> parameters,
-                        std::span<const Species> species, bool kRatios) {
-  return {funcs,        partials, routine,    SpeciesTerms, kFirstStepB,
-          kStepAtZeroB, true,     parameters, species,      kRatios};
-}
+// No list offers it.
+constexpr Model kReserved = {.index = 14,
+                             .name = "Monomer-Nmer, nonideal",
+                             .funcsName = "FUNCS4",
+                             .partialsName = "PARTIALS4",
+                             .parameters = kMonomerNmerVirial,
+                             .species = kMonomerNmerSpecies};
 
-const std::array<Model, 11>& Catalogue() {
-  static const std::array<Model, 11> models = {
-      OneComponentModel("FUNCS0", "PARTIALS0", FUNCS0, SpeciesTerms, kIdeal, kIdealSpecies),
-      OneComponentModel("FUNCS1", "PARTIALS1", FUNCS1, NonidealTerms, kNonideal),
-      OneComponentModel("FUNCS2", "PARTIALS2", FUNCS2, SpeciesTerms, kMonomerNmer,
-                        kMonomerNmerSpecies),
-      OneComponentModel("FUNCS3", "PARTIALS3", FUNCS3, SpeciesTerms, kMonomerNmerMmer,
-                        kMonomerNmerMmerSpecies),
-      OneComponentModel("FUNCS5", "PARTIALS5", FUNCS5, IncompetentMonomerTerms, kIncompetent),
-      OneComponentModel("FUNCS6", "PARTIALS6", FUNCS6, IncompetentNmerTerms, kIncompetent),
-      TwoComponentModel("FUNCS7", "PARTIALS7", FUNCS7, kAB, kABSpecies, false),
-      TwoComponentModel("FUNCS8", "PARTIALS8", FUNCS8, kAB2, kAB2Species, true),
-      TwoComponentModel("FUNCS9", "PARTIALS9", FUNCS9, kAB3, kAB3Species, true),
-      OneComponentModel("FUNCS10", "PARTIALS10", FUNCS10, IsodesmicTerms, kIsodesmic),
-      TwoComponentModel("FUNCS11", "PARTIALS11", FUNCS11, kNmerHetero, kNmerHeteroSpecies, false)};
-  return models;
-}
+}  // namespace
 
-constexpr int kReserved = 14;  // index of the model that no list offers
-
-// Value of the model with this index at flat point i.
-void Evaluate(int modelIndex, FitState& fit, int i, const Array1<double>& a, double& result) {
-  const Model& model = *FindModel(modelIndex);
+void FUNCS(FitState& fit, int i, const Array1<double>& a, double& result) {
+  const Model& model = *fit.FitModel;
   fit.CurrentProc = model.funcsName;
   SetTerms set;
   model.terms(fit, model, a, fit.FitSet(i), set);
   result = EvaluatePoint(fit, set, i);
 }
 
-}  // namespace
+std::span<const Model> Models() {
+  return kModels;
+}
+
+const std::vector<std::string_view>& ModelNames() {
+  static const std::vector<std::string_view> names = [] {
+    std::vector<std::string_view> list;
+    for (const Model& model : Models()) list.push_back(model.name);
+    return list;
+  }();
+  return names;
+}
 
 const Model* FindModel(int modelIndex) {
-  static const Model reserved = OneComponentModel("FUNCS4", "PARTIALS4", FUNCS4, SpeciesTerms,
-                                                  kMonomerNmerVirial, kMonomerNmerSpecies);
-  const auto& models = Catalogue();
-  if (modelIndex == kReserved) return &reserved;
-  if (modelIndex < 0 || modelIndex >= static_cast<int>(models.size())) return nullptr;
-  return &models[static_cast<std::size_t>(modelIndex)];
+  if (modelIndex == kReserved.index) return &kReserved;
+  if (modelIndex < 0 || modelIndex >= static_cast<int>(kModels.size())) return nullptr;
+  return &kModels[static_cast<std::size_t>(modelIndex)];
 }
 
-bool HasSecondComponent(int modelIndex) {
-  const Model* model = FindModel(modelIndex);
-  return model != nullptr && model->secondComponent;
+const Model* FindModel(std::string_view name) {
+  const auto found = std::find_if(kModels.begin(), kModels.end(),
+                                  [&](const Model& model) { return model.name == name; });
+  return found == kModels.end() ? nullptr : &*found;
 }
 
-int ModelIndexOf(std::string_view name) {
-  for (std::size_t k = 0; k < ModelNames.size(); ++k) {
-    if (ModelNames[k] == name) return static_cast<int>(k);
+const ModelParameter* FindParameter(const Model& model, const SharedParameter& shared) {
+  for (const ModelParameter& parameter : model.parameters) {
+    if (parameter.shared == &shared) return &parameter;
   }
-  return -1;
-}
-
-bool NeedsCellEnds(int modelIndex) {
-  return modelIndex == 4 || modelIndex == 5;
-}
-
-void FUNCS0(FitState& fit, int i, const Array1<double>& a, double& result) {
-  Evaluate(0, fit, i, a, result);
-}
-void FUNCS1(FitState& fit, int i, const Array1<double>& a, double& result) {
-  Evaluate(1, fit, i, a, result);
-}
-void FUNCS2(FitState& fit, int i, const Array1<double>& a, double& result) {
-  Evaluate(2, fit, i, a, result);
-}
-void FUNCS3(FitState& fit, int i, const Array1<double>& a, double& result) {
-  Evaluate(3, fit, i, a, result);
-}
-void FUNCS4(FitState& fit, int i, const Array1<double>& a, double& result) {
-  Evaluate(kReserved, fit, i, a, result);
-}
-void FUNCS5(FitState& fit, int i, const Array1<double>& a, double& result) {
-  Evaluate(4, fit, i, a, result);
-}
-void FUNCS6(FitState& fit, int i, const Array1<double>& a, double& result) {
-  Evaluate(5, fit, i, a, result);
-}
-void FUNCS7(FitState& fit, int i, const Array1<double>& a, double& result) {
-  Evaluate(6, fit, i, a, result);
-}
-void FUNCS8(FitState& fit, int i, const Array1<double>& a, double& result) {
-  Evaluate(7, fit, i, a, result);
-}
-void FUNCS9(FitState& fit, int i, const Array1<double>& a, double& result) {
-  Evaluate(8, fit, i, a, result);
-}
-void FUNCS10(FitState& fit, int i, const Array1<double>& a, double& result) {
-  Evaluate(9, fit, i, a, result);
-}
-void FUNCS11(FitState& fit, int i, const Array1<double>& a, double& result) {
-  Evaluate(10, fit, i, a, result);
+  return nullptr;
 }

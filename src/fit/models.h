@@ -1,76 +1,73 @@
-// The catalogue of models: numbering, names, parameters and routines.
+// The catalogue of models: one entry each, from which page, fit, report, error analysis, jobs and
+// windows take all that they say of a model.
 #pragma once
 
-#include <array>
 #include <span>
 #include <string_view>
+#include <vector>
 
 #include "base/array1.h"
-#include "fit/fit_setup.h"
+#include "fit/model_parameters.h"
 #include "fit/model_terms.h"
 #include "fit/species.h"
 
 struct FitState;
 
-// Names in the order of the model list, index 0 to 10.
-inline constexpr std::array<std::string_view, 11> ModelNames = {"Ideal",
-                                                                "Nonideal",
-                                                                "Monomer-Nmer",
-                                                                "Monomer-Nmer-Mmer",
-                                                                "Inc.Monomer & Monomer-Nmer",
-                                                                "Monomer-Nmer & Inc.Nmer",
-                                                                "A+B<>AB",
-                                                                "A+B<>AB+B<>AB2",
-                                                                "A+B<>AB+B<>AB2+B<>AB3",
-                                                                "Isodesmic Self-association",
-                                                                "nA<>An , An+B<>AnB"};
-
 // Model value at flat point i, parameter vector a; the routine stores its name in CurrentProc.
 using FuncsRoutine = void (*)(FitState& fit, int i, const Array1<double>& a, double& result);
 
-// A parameter shared by all datasets: its name in the fit, where the page keeps it, its check box.
-struct SharedParameter {
-  std::string_view name;
-  double FitPage::*field;
-  CheckState FitSetup::*check;
+// FUNCSk of fit.FitModel: its signal at flat point i, from 1. y = baseline + sum over species, see
+// model_terms.h; at a mass conservation point the target times mean over loading concentration.
+void FUNCS(FitState& fit, int i, const Array1<double>& a, double& result);
+
+// A shared parameter as one model has it.
+struct ModelParameter {
+  const SharedParameter* shared;
+  std::string_view name;         // in FitParamNames
+  std::string_view caption;      // in the windows of the error analysis, as they show it
+  std::string_view tag;          // in its line of the report: "-A" of a weight, "K1" of a constant
+  bool sigma = true;             // of a weight: whether the report gives its sigma
+  std::string_view symbol = {};  // of a constant: as a formula, see Reaction
+  std::string_view k = {};       // of a constant: its label on the page, where it is not K1 to K3
+};
+
+// The model as chemistry, for the report and the guide. In these texts "_" stands before a
+// subscript and "^" before a superscript: one letter or number, or several in parentheses, which
+// go with it.
+struct Reaction {
+  std::string_view equation;
+  std::string_view constants = {};  // definitions; empty without association
 };
 
 struct Model {
-  std::string_view funcsName;     // "FUNCS0"
-  std::string_view partialsName;  // "PARTIALS0"
-  FuncsRoutine funcs;
-  TermsBuilder terms;  // null for a model that is no sum over species
-  double firstStep;    // f0 of the derivative: first step over the parameter's value
-  double stepAtZero;   // z: first step of a parameter that is 0
-  bool secondComponent;
-  std::span<const SharedParameter> parameters;  // behind the per-dataset block, in order
-  std::span<const Species> species = {};        // of a model that is a sum over fixed species
-  bool kRatios = false;  // the ln K behind the first may be given as ratios to it
+  int index = -1;         // in the list of models and in an archive
+  std::string_view name;  // in the list of models and in a job
+  Reaction reaction = {};
+  std::string_view funcsName;                       // "FUNCS0"
+  std::string_view partialsName;                    // "PARTIALS0"
+  std::span<const ModelParameter> parameters = {};  // behind the per-dataset block, in order
+  bool secondComponent = false;
+  bool cellEnds = false;                  // whether it needs meniscus and base of the column
+  bool kRatios = false;                   // whether the ln K behind the first may be given as
+                                          // ratios to it
+  std::span<const Species> species = {};  // of a model that is a sum over fixed species
+  TermsBuilder terms = SpeciesTerms;      // null for a model that is no sum over species
+  FuncsRoutine funcs = FUNCS;
+  double firstStep = 0.01;    // f0 of the derivative: first step over the parameter's value
+  double stepAtZero = 0.001;  // z: first step of a parameter that is 0
 };
 
-// The routines of a model index: 0 to 10, or 14, which no list offers; null for any other.
+// The models that lists offer, by their index from 0.
+std::span<const Model> Models();
+
+// Their names, in the same order.
+const std::vector<std::string_view>& ModelNames();
+
+// The model with that index: one of Models(), or the one that no list offers; null for any other.
 const Model* FindModel(int modelIndex);
 
-// Whether the model has a component B (indices 6, 7, 8 and 10).
-bool HasSecondComponent(int modelIndex);
+// The model of that name among Models(), or null.
+const Model* FindModel(std::string_view name);
 
-// Index of the model with that name, or -1.
-int ModelIndexOf(std::string_view name);
-
-// Whether the model needs a cell's ends (indices 4 and 5).
-bool NeedsCellEnds(int modelIndex);
-
-// Signal of the model at flat point i, from 1. y = baseline + sum over species, see model_terms.h;
-// at a mass conservation point the target times mean over loading concentration.
-void FUNCS0(FitState& fit, int i, const Array1<double>& a, double& result);
-void FUNCS1(FitState& fit, int i, const Array1<double>& a, double& result);
-void FUNCS2(FitState& fit, int i, const Array1<double>& a, double& result);
-void FUNCS3(FitState& fit, int i, const Array1<double>& a, double& result);
-void FUNCS4(FitState& fit, int i, const Array1<double>& a, double& result);
-void FUNCS5(FitState& fit, int i, const Array1<double>& a, double& result);
-void FUNCS6(FitState& fit, int i, const Array1<double>& a, double& result);
-void FUNCS7(FitState& fit, int i, const Array1<double>& a, double& result);
-void FUNCS8(FitState& fit, int i, const Array1<double>& a, double& result);
-void FUNCS9(FitState& fit, int i, const Array1<double>& a, double& result);
-void FUNCS10(FitState& fit, int i, const Array1<double>& a, double& result);
-void FUNCS11(FitState& fit, int i, const Array1<double>& a, double& result);
+// The parameter of `model` with that record, or null.
+const ModelParameter* FindParameter(const Model& model, const SharedParameter& shared);

@@ -15,16 +15,6 @@ double ValueWith(FitState& fit, const Model& model, int j, double value, int i,
   return result;
 }
 
-void AllDerivatives(FitState& fit, int modelIndex, const Array1<double>& a, Array1<double>& dyda,
-                    int ma, int i) {
-  const Model& model = *FindModel(modelIndex);
-  fit.CurrentProc = model.partialsName;
-  Array1<double> work = a;
-  double f0 = 0.0;
-  model.funcs(fit, i, a, f0);
-  for (int j = 1; j <= ma; ++j) dyda(j) = DerivativeAt(fit, model, j, i, f0, work);
-}
-
 }  // namespace
 
 double DerivativeAt(FitState& fit, const Model& model, int j, int i, double f0,
@@ -41,39 +31,11 @@ double DerivativeAt(FitState& fit, const Model& model, int j, int i, double f0,
   return CentredDifference(up, down, h);
 }
 
-void PARTIALS0(FitState& fit, const Array1<double>& a, Array1<double>& dyda, int ma, int i) {
-  AllDerivatives(fit, 0, a, dyda, ma, i);
-}
-void PARTIALS1(FitState& fit, const Array1<double>& a, Array1<double>& dyda, int ma, int i) {
-  AllDerivatives(fit, 1, a, dyda, ma, i);
-}
-void PARTIALS2(FitState& fit, const Array1<double>& a, Array1<double>& dyda, int ma, int i) {
-  AllDerivatives(fit, 2, a, dyda, ma, i);
-}
-void PARTIALS3(FitState& fit, const Array1<double>& a, Array1<double>& dyda, int ma, int i) {
-  AllDerivatives(fit, 3, a, dyda, ma, i);
-}
-void PARTIALS4(FitState& fit, const Array1<double>& a, Array1<double>& dyda, int ma, int i) {
-  AllDerivatives(fit, 14, a, dyda, ma, i);
-}
-void PARTIALS5(FitState& fit, const Array1<double>& a, Array1<double>& dyda, int ma, int i) {
-  AllDerivatives(fit, 4, a, dyda, ma, i);
-}
-void PARTIALS6(FitState& fit, const Array1<double>& a, Array1<double>& dyda, int ma, int i) {
-  AllDerivatives(fit, 5, a, dyda, ma, i);
-}
-void PARTIALS7(FitState& fit, const Array1<double>& a, Array1<double>& dyda, int ma, int i) {
-  AllDerivatives(fit, 6, a, dyda, ma, i);
-}
-void PARTIALS8(FitState& fit, const Array1<double>& a, Array1<double>& dyda, int ma, int i) {
-  AllDerivatives(fit, 7, a, dyda, ma, i);
-}
-void PARTIALS9(FitState& fit, const Array1<double>& a, Array1<double>& dyda, int ma, int i) {
-  AllDerivatives(fit, 8, a, dyda, ma, i);
-}
-void PARTIALS10(FitState& fit, const Array1<double>& a, Array1<double>& dyda, int ma, int i) {
-  AllDerivatives(fit, 9, a, dyda, ma, i);
-}
-void PARTIALS11(FitState& fit, const Array1<double>& a, Array1<double>& dyda, int ma, int i) {
-  AllDerivatives(fit, 10, a, dyda, ma, i);
+void PARTIALS(FitState& fit, const Array1<double>& a, Array1<double>& dyda, int ma, int i) {
+  const Model& model = *fit.FitModel;
+  fit.CurrentProc = model.partialsName;
+  Array1<double> work = a;
+  double f0 = 0.0;
+  model.funcs(fit, i, a, f0);
+  for (int j = 1; j <= ma; ++j) dyda(j) = DerivativeAt(fit, model, j, i, f0, work);
 }

@@ -41,17 +41,6 @@ inline double CentredDifference(double up, double down, double h) {
 double DerivativeAt(FitState& fit, const Model& model, int j, int i, double f0,
                     Array1<double>& work);
 
-// Derivatives with respect to a(1..ma) at flat point i, held parameters included. Each routine
-// stores its name in CurrentProc. Its model's FUNCS is called at 3 or 4 places a parameter.
-void PARTIALS0(FitState& fit, const Array1<double>& a, Array1<double>& dyda, int ma, int i);
-void PARTIALS1(FitState& fit, const Array1<double>& a, Array1<double>& dyda, int ma, int i);
-void PARTIALS2(FitState& fit, const Array1<double>& a, Array1<double>& dyda, int ma, int i);
-void PARTIALS3(FitState& fit, const Array1<double>& a, Array1<double>& dyda, int ma, int i);
-void PARTIALS4(FitState& fit, const Array1<double>& a, Array1<double>& dyda, int ma, int i);
-void PARTIALS5(FitState& fit, const Array1<double>& a, Array1<double>& dyda, int ma, int i);
-void PARTIALS6(FitState& fit, const Array1<double>& a, Array1<double>& dyda, int ma, int i);
-void PARTIALS7(FitState& fit, const Array1<double>& a, Array1<double>& dyda, int ma, int i);
-void PARTIALS8(FitState& fit, const Array1<double>& a, Array1<double>& dyda, int ma, int i);
-void PARTIALS9(FitState& fit, const Array1<double>& a, Array1<double>& dyda, int ma, int i);
-void PARTIALS10(FitState& fit, const Array1<double>& a, Array1<double>& dyda, int ma, int i);
-void PARTIALS11(FitState& fit, const Array1<double>& a, Array1<double>& dyda, int ma, int i);
+// PARTIALSk of fit.FitModel: derivatives with respect to a(1..ma) at flat point i, held parameters
+// included. Stores its name in CurrentProc. FUNCSk is called at 3 or 4 places a parameter.
+void PARTIALS(FitState& fit, const Array1<double>& a, Array1<double>& dyda, int ma, int i);

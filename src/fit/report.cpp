@@ -101,73 +101,46 @@ class ModelReport {
   Host& host_;
 };
 
-void LogOneComponentLines(const ReportSource& source, ModelReport& report) {
-  const int b = source.fit.SharedBase();
-  report.MolecularWeight("", b + 1, source.page.Vbar, "vbar");
-  report.Sigma("", b + 1);
-  switch (source.fit.ModelIndex) {
-    case 1:
-      report.Virial(b + 2);
-      break;
-    case 2:
-      report.Stoichiometry("Stoichiometry", b + 2);
-      report.LnK("K", b + 3);
-      break;
-    case 3:
-      report.Stoichiometry("Stoichiometry N", b + 2);
-      report.LnK("K1", b + 3);
-      report.Stoichiometry("Stoichiometry M", b + 4);
-      report.LnK("K2", b + 5);
-      break;
-    case 4:
-    case 5:
-      report.Stoichiometry("Stoichiometry", b + 2);
-      report.LnK("K", b + 3);
-      report.Alpha(b + 4);
-      break;
-    case 9:
-      report.LnK("Ki", b + 2);
-      break;
-    default:
-      break;
+// The ratios that were held, as one line; they stand behind the first constant.
+void LogRatios(const ReportSource& source, Host& host) {
+  std::string names;
+  std::string values;
+  int k = source.fit.SharedBase();
+  int ratios = 0;
+  for (const ModelParameter& parameter : source.fit.FitModel->parameters) {
+    ++k;
+    if (!MayBeRatio(*parameter.shared)) continue;
+    const std::string name = std::string(parameter.tag) + "/K1";
+    names += (ratios++ == 0 ? "" : " and ") + name;
+    values += name + " = " + FormatNumber(source.fit.FitA(k), "#0.000 ");
   }
+  host.PrintIt("The ratios for " + names + (ratios > 1 ? " have" : " has") +
+               " been fixed at the following value" + (ratios > 1 ? "s: " : ": ") + values);
 }
 
-// K2 and K3, as ratios where those were held.
-void LogFurtherSites(const ReportSource& source, ModelReport& report, Host& host) {
-  const int b = source.fit.SharedBase();
-  const bool third = source.fit.ModelIndex == 8;
-  if (!source.fit.ConstrainKRatios) {
-    report.LnK("K2", b + 4);
-    if (third) report.LnK("K3", b + 5);
-    return;
+// The lines of one shared parameter, FitA(k).
+void LogParameter(const ReportSource& source, const ModelParameter& parameter, int k,
+                  ModelReport& report) {
+  const std::string tag(parameter.tag);
+  const bool ofB = parameter.shared->place == 2;
+  switch (parameter.shared->kind) {
+    case ParameterKind::kWeight:
+      report.MolecularWeight(tag, k, ofB ? source.page.VbarB : source.page.Vbar, "vbar" + tag);
+      if (parameter.sigma) report.Sigma(tag, k);
+      break;
+    case ParameterKind::kVirial:
+      report.Virial(k);
+      break;
+    case ParameterKind::kStoichiometry:
+      report.Stoichiometry(tag, k);
+      break;
+    case ParameterKind::kLnK:
+      report.LnK(tag, k);
+      break;
+    case ParameterKind::kFraction:
+      report.Alpha(k);
+      break;
   }
-  const auto ratio = [&](const char* tag, int k) {
-    return tag + FormatNumber(source.fit.FitA(k), "#0.000 ");
-  };
-  if (third) {
-    host.PrintIt("The ratios for K2/K1 and K3/K1 have been fixed at the following values: " +
-                 ratio("K2/K1 = ", b + 4) + ratio("K3/K1 = ", b + 5));
-  } else {
-    host.PrintIt("The ratios for K2/K1 has been fixed at the following value: " +
-                 ratio("K2/K1 = ", b + 4));
-  }
-}
-
-void LogTwoComponentLines(const ReportSource& source, ModelReport& report, Host& host) {
-  const int b = source.fit.SharedBase();
-  report.MolecularWeight("-A", b + 1, source.page.Vbar, "vbar-A");
-  report.Sigma("-A", b + 1);
-  report.MolecularWeight("-B", b + 2, source.page.VbarB, "vbar-B");
-  if (source.fit.ModelIndex == 10) {
-    report.Stoichiometry("Stoichiometry", b + 3);
-    report.LnK("Ks", b + 4);
-    report.LnK("Kh", b + 5);
-    return;
-  }
-  report.Sigma("-B", b + 2);
-  report.LnK("K1", b + 3);
-  if (source.fit.ModelIndex != 6) LogFurtherSites(source, report, host);
 }
 
 const Dataset& DatasetOf(const ReportSource& source, int d) {
@@ -263,14 +236,16 @@ void LogDatasetTable(const ReportSource& source, Host& host) {
 }
 
 void LogModelLines(const ReportSource& source, Host& host) {
-  if (source.fit.FitModel == nullptr) return;
   ModelReport report(source, host);
-  if (!source.fit.TwoComponentModel) {
-    LogOneComponentLines(source, report);
-    return;
+  const FitState& fit = source.fit;
+  const bool ratios = fit.ConstrainKRatios && fit.FitModel->kRatios;
+  int k = fit.SharedBase();
+  for (const ModelParameter& parameter : fit.FitModel->parameters) {
+    ++k;
+    if (!ratios || !MayBeRatio(*parameter.shared)) LogParameter(source, parameter, k, report);
   }
-  LogTwoComponentLines(source, report, host);
-  if (source.fit.UseMassConservation) LogMassConservation(source, host);
+  if (ratios) LogRatios(source, host);
+  if (fit.TwoComponentModel && fit.UseMassConservation) LogMassConservation(source, host);
 }
 
 void LogLoadingConcs(const ReportSource& source, Host& host) {

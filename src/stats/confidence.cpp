@@ -17,6 +17,7 @@
 #include "base/text.h"
 #include "fit/assembly.h"
 #include "fit/fit_state.h"
+#include "fit/models.h"
 #include "stats/limit_search.h"
 #include "stats/minimum_check.h"
 #include "stats/quantiles.h"
@@ -134,11 +135,12 @@ std::vector<std::unique_ptr<Search>> PlanSearches(const FitState& fit,
                                                   const ConfidenceRequest& request,
                                                   const std::atomic<bool>& stop) {
   std::vector<std::unique_ptr<Search>> searches;
-  const std::vector<std::string_view> captions = ConfidenceCaptions(fit.ModelIndex);
-  for (std::size_t k = 0; k < std::min(captions.size(), request.chosen.size()); ++k) {
+  const std::span<const ModelParameter> parameters = fit.FitModel->parameters;
+  for (std::size_t k = 0; k < std::min(parameters.size(), request.chosen.size()); ++k) {
     const int j = fit.SharedBase() + static_cast<int>(k) + 1;
     if (!request.chosen[k] || fit.FitIA(j) == 0) continue;
-    searches.push_back(std::make_unique<Search>(fit, j, std::string(Trim(captions[k])), stop));
+    searches.push_back(
+        std::make_unique<Search>(fit, j, std::string(Trim(parameters[k].caption)), stop));
   }
   return searches;
 }
@@ -252,40 +254,12 @@ std::string MissingLimitsText(const ConfidenceOutcome& outcome) {
          ". Signals in smaller units, or a lower level, may help.";
 }
 
-std::vector<std::string_view> ConfidenceCaptions(int modelIndex) {
-  switch (modelIndex) {
-    case 0:
-      return {" Buoyant MW "};
-    case 1:
-      return {" Buoyant MW ", " B*M, Virial Coef. "};
-    case 2:
-      return {" Buoyant MW ", " N1", " LnK1"};
-    case 3:
-      return {" Buoyant MW ", " N1", " LnK1", " N2", " LnK2"};
-    case 4:
-    case 5:
-      return {" Buoyant MW ", " N1", " LnK1", " Alpha"};
-    case 6:
-      return {"BuoyantMW A", "BuoyantMW B", "LnK"};
-    case 7:
-      return {"BuoyantMW A", "BuoyantMW B", "LnK1", "LnK2"};
-    case 8:
-      return {"BuoyantMW A", "BuoyantMW B", "LnK1", "LnK2", "LnK3"};
-    case 9:
-      return {" Buoyant MW ", "LnKi"};
-    case 10:
-      return {"BuoyantMW A", "BuoyantMW B", "N1", "LnKs", "LnKh"};
-    default:
-      return {};
-  }
-}
-
 std::vector<ConfidenceRow> ConfidenceRows(const FitState& fit) {
   std::vector<ConfidenceRow> rows;
   int j = fit.SharedBase();
-  for (const std::string_view caption : ConfidenceCaptions(fit.ModelIndex)) {
+  for (const ModelParameter& parameter : fit.FitModel->parameters) {
     if (++j > fit.FitMA) break;
-    rows.push_back({caption, FormatParam(fit.FitA(j)), fit.FitIA(j) != 0});
+    rows.push_back({parameter.caption, FormatParam(fit.FitA(j)), fit.FitIA(j) != 0});
   }
   return rows;
 }

@@ -58,9 +58,6 @@ std::string BetterFitText(const FitState& fit, const BetterFit& better);
 // Names the limits that stand at the value itself, for which the log has no line; empty if none do.
 std::string MissingLimitsText(const ConfidenceOutcome& outcome);
 
-// Captions of the shared parameters of a model, in the order of FitA, as windows show them.
-std::vector<std::string_view> ConfidenceCaptions(int modelIndex);
-
 // What a window shows of a shared parameter.
 struct ConfidenceRow {
   std::string_view caption;

@@ -71,19 +71,22 @@ std::vector<StrongCorrelation> StrongPairs(const FitState& fit, double critical)
 }
 
 // Why a value of the parameter cannot be; null if it can.
-const char* ReasonAgainst(double FitPage::*field, double value, const FitPage& page) {
-  if (field == &FitPage::ModelMW || field == &FitPage::ModelMWB) {
-    const double vbar = field == &FitPage::ModelMW ? page.Vbar : page.VbarB;
-    const bool floats = vbar * page.Density > 1.0;
-    if (floats)
-      return value < 0.0 ? nullptr : "is not negative, though vbar times density is above 1";
-    return value > 0.0 ? nullptr : "is not positive";
-  }
-  if (field == &FitPage::ModelAlpha) {
-    return value >= 0.0 && value <= 1.0 ? nullptr : "lies outside 0 to 1";
-  }
-  if (field == &FitPage::ModelN1 || field == &FitPage::ModelN2) {
-    return value >= 1.0 ? nullptr : "is below 1";
+const char* ReasonAgainst(const SharedParameter& parameter, double value, const FitPage& page) {
+  switch (parameter.kind) {
+    case ParameterKind::kWeight: {
+      const double vbar = parameter.place == 1 ? page.Vbar : page.VbarB;
+      if (vbar * page.Density > 1.0) {  // it floats
+        return value < 0.0 ? nullptr : "is not negative, though vbar times density is above 1";
+      }
+      return value > 0.0 ? nullptr : "is not positive";
+    }
+    case ParameterKind::kFraction:
+      return value >= 0.0 && value <= 1.0 ? nullptr : "lies outside 0 to 1";
+    case ParameterKind::kStoichiometry:
+      return value >= 1.0 ? nullptr : "is below 1";
+    case ParameterKind::kVirial:
+    case ParameterKind::kLnK:
+      break;
   }
   return nullptr;
 }
@@ -92,9 +95,9 @@ std::vector<ImplausibleValue> ImplausibleValues(const FitState& fit, const FitPa
   std::vector<ImplausibleValue> values;
   if (fit.FitModel == nullptr) return values;
   int k = fit.SharedBase();
-  for (const SharedParameter& parameter : fit.FitModel->parameters) {
+  for (const ModelParameter& parameter : fit.FitModel->parameters) {
     const double value = fit.FitA(++k);
-    const char* reason = ReasonAgainst(parameter.field, value, page);
+    const char* reason = ReasonAgainst(*parameter.shared, value, page);
     if (reason != nullptr) values.push_back({NameOf(fit, k), value, reason});
   }
   return values;

@@ -34,18 +34,22 @@ class Deviates {
   std::mt19937_64 generator_;
 };
 
-double Scattered(double FitPage::*field, double value, double deviate) {
+double Scattered(ParameterKind kind, double value, double deviate) {
   constexpr double kWeight = 2.0;
   constexpr double kStoichiometry = 0.2;
   constexpr double kLnK = 5.0;
-  if (field == &FitPage::ModelMW || field == &FitPage::ModelMWB) {
-    return value * std::pow(kWeight, deviate);
+  switch (kind) {
+    case ParameterKind::kWeight:
+      return value * std::pow(kWeight, deviate);
+    case ParameterKind::kStoichiometry:
+      return value * (1.0 + kStoichiometry * deviate);
+    case ParameterKind::kVirial:
+      return value * std::pow(10.0, deviate);
+    case ParameterKind::kFraction:
+      return (1.0 + deviate) / 2.0;
+    case ParameterKind::kLnK:
+      break;
   }
-  if (field == &FitPage::ModelN1 || field == &FitPage::ModelN2) {
-    return value * (1.0 + kStoichiometry * deviate);
-  }
-  if (field == &FitPage::ModelVirial) return value * std::pow(10.0, deviate);
-  if (field == &FitPage::ModelAlpha) return (1.0 + deviate) / 2.0;
   return value + kLnK * deviate;
 }
 
@@ -57,8 +61,9 @@ Array1<double> ScatteredStart(const FitState& fit, Deviates& deviates) {
     if (fit.FitIA(l) != 0) start(l) += kLnRefConc * deviates.Next();
   }
   int l = fit.SharedBase();
-  for (const SharedParameter& parameter : fit.FitModel->parameters) {
-    if (fit.FitIA(++l) != 0) start(l) = Scattered(parameter.field, start(l), deviates.Next());
+  for (const ModelParameter& parameter : fit.FitModel->parameters) {
+    if (fit.FitIA(++l) != 0)
+      start(l) = Scattered(parameter.shared->kind, start(l), deviates.Next());
   }
   return start;
 }

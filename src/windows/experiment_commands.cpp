@@ -8,6 +8,7 @@
 #include "base/text.h"
 #include "core/new_experiment.h"
 #include "core/recent_files.h"
+#include "fit/models.h"
 #include "windows/busy_pointer.h"
 #include "windows/data_window.h"
 #include "windows/graphs_window.h"
@@ -107,7 +108,7 @@ void ExperimentCommands::Resume(ReadExperiment&& read) {
 
 void ExperimentCommands::ShowStore() {
   windows_.data.ShowNewStore();
-  windows_.data.LoadedData().SelectModel(windows_.session.Module.Setup.ModelIndex);
+  windows_.data.LoadedData().SelectModel(windows_.session.Module.Setup.FitModel->index);
   windows_.log.MoveToEnd();
   if (QWidget* graphs = windows_.graphs.parentWidget()) graphs->hide();
   emit ExperimentChanged();

@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "base/arithmetic.h"
+#include "fit/models.h"
 #include "windows/fit_rows.h"
 #include "windows/model_block.h"
 #include "windows/ni_warning.h"
@@ -97,7 +98,7 @@ bool FitControlTab::SetupEngine(int model) {
   QuorvaneModule& module = session_.Module;
   QString fault;
   try {
-    return ::SetupFit(module.Setup, module.FitPage, module.Store, model, host_);
+    return ::SetupFit(module.Setup, module.FitPage, module.Store, *FindModel(model), host_);
   } catch (const SubscriptFault& subscript) {
     fault = tr("%1.  At most %2 datasets can be fitted together.")
                 .arg(QString::fromUtf8(subscript.what()))

@@ -135,7 +135,7 @@ QWidget* LoadedDataTab::BuildFoot() {
   cmdRemoveAllData_ = Named(new QPushButton("Unload All"), "cmdRemoveAllData");
   cmdRemoveAllData_->setToolTip("Unload all datasets");
   cmbModel_ = Named(new QComboBox, "cmbModel");
-  for (const std::string_view name : ModelNames) {
+  for (const std::string_view name : ModelNames()) {
     cmbModel_->addItem(QString::fromLatin1(name.data(), static_cast<qsizetype>(name.size())));
   }
   auto* model = new QLabel("Mo&del:");

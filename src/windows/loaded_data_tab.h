@@ -26,7 +26,7 @@ class LoadedDataTab : public QWidget {
   // Shows what the store holds; a name that is being edited is lost.
   void Rebuild();
 
-  // Index in ModelNames.
+  // Index in Models().
   void SelectModel(int index);
   int ModelIndex() const;
 
@@ -40,7 +40,7 @@ class LoadedDataTab : public QWidget {
   void Unloading();                   // one or all datasets are about to go
   void DatasetsChanged();             // one was unloaded, renamed or blanked; rows are up to date
   void EditRequested(int dataset);    // position, from 0
-  void SetupFitRequested(int model);  // index in ModelNames
+  void SetupFitRequested(int model);  // index in Models()
 
  private:
   struct Row {

@@ -12,6 +12,7 @@
 #include "base/number_format.h"
 #include "base/text.h"
 #include "fit/fit_state.h"
+#include "fit/models.h"
 #include "stats/confidence.h"
 #include "windows/control_names.h"
 
@@ -132,8 +133,8 @@ void frmMinima::ShowOutcome(const FitState& fit, const MinimumRequest& request,
 
 void frmMinima::FillRows(const FitState& fit) {
   QStringList heads = {tr("Sum of squares"), tr("rms"), tr("Starts"), tr("This fit")};
-  for (const std::string_view caption : ConfidenceCaptions(fit.ModelIndex)) {
-    const std::string_view name = Trim(caption);
+  for (const ModelParameter& parameter : fit.FitModel->parameters) {
+    const std::string_view name = Trim(parameter.caption);
     heads << QString::fromUtf8(name.data(), static_cast<qsizetype>(name.size()));
   }
   gridMinima_->clear();

@@ -15,19 +15,28 @@
 
 namespace {
 
-// Row and column of a group in the block: weights, stoichiometries and constants side by side.
+// Where the group of a parameter stands in the block: weights, stoichiometries and constants side
+// by side.
 struct GroupPlace {
+  const SharedParameter& value;
   int row;
   int column;
 };
 
-// In the order of SharedValues; two that no model has together may share a place.
-constexpr std::array<GroupPlace, SharedValues.size()> kGroupPlaces = {
-    {{0, 0}, {1, 0}, {1, 0}, {0, 1}, {1, 1}, {1, 1}, {0, 2}, {1, 2}, {2, 2}}};
+// In the order of the Tab key; two that no model has together may share a place.
+constexpr std::array<GroupPlace, SharedParameters.size()> kGroupPlaces = {{{shared::kMW, 0, 0},
+                                                                           {shared::kMWB, 1, 0},
+                                                                           {shared::kVirialC, 1, 0},
+                                                                           {shared::kN1, 0, 1},
+                                                                           {shared::kN2, 1, 1},
+                                                                           {shared::kAlpha, 1, 1},
+                                                                           {shared::kLnK1, 0, 2},
+                                                                           {shared::kLnK2, 1, 2},
+                                                                           {shared::kLnK3, 2, 2}}};
 constexpr int kColumnsOfGroup = 4;  // label, box, check box, gap
 constexpr int kSwitchColumn = 3 * kColumnsOfGroup;
 
-QString ControlName(const char* prefix, const SharedValue& value) {
+QString ControlName(const char* prefix, const SharedParameter& value) {
   return QLatin1String(prefix) + QLatin1String(value.control);
 }
 
@@ -62,19 +71,19 @@ ModelBlock::ModelBlock(Session& session, FocusMarker& marker, QWidget* parent)
 }
 
 void ModelBlock::BuildGroups(QGridLayout& grid) {
-  for (std::size_t k = 0; k < SharedValues.size(); ++k) {
-    const Group& group = groups_.emplace_back(BuildGroup(SharedValues[k]));
-    const int column = kGroupPlaces[k].column * kColumnsOfGroup;
-    grid.addWidget(group.label, kGroupPlaces[k].row, column);
-    grid.addWidget(group.box, kGroupPlaces[k].row, column + 1);
-    grid.addWidget(group.check, kGroupPlaces[k].row, column + 2);
+  for (const GroupPlace& place : kGroupPlaces) {
+    const Group& group = groups_.emplace_back(BuildGroup(place.value));
+    const int column = place.column * kColumnsOfGroup;
+    grid.addWidget(group.label, place.row, column);
+    grid.addWidget(group.box, place.row, column + 1);
+    grid.addWidget(group.check, place.row, column + 2);
     grid.setColumnMinimumWidth(column + 3, 2 * fontMetrics().averageCharWidth());
     BindGroup(group);
     ConnectPopups(group);
   }
 }
 
-ModelBlock::Group ModelBlock::BuildGroup(const SharedValue& value) {
+ModelBlock::Group ModelBlock::BuildGroup(const SharedParameter& value) {
   const Group group = {&value, new QLabel, new ValueBox, new PageCheckBox};
   group.label->setObjectName(ControlName("lbl", value));
   group.label->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
@@ -133,7 +142,7 @@ void ModelBlock::BuildSwitches(QGridLayout& grid) {
 
 void ModelBlock::BindGroup(const Group& group) {
   QuorvaneModule& module = session_.Module;
-  const SharedValue& value = *group.value;
+  const SharedParameter& value = *group.value;
   BindEntry(
       *group.box, session_.Ask,
       [&module, &value](const std::string& text) { return Enter(value, module, text); },
@@ -144,8 +153,8 @@ void ModelBlock::BindGroup(const Group& group) {
 
 // The right button on labels and on the boxes of constants chooses how these are shown.
 void ModelBlock::ConnectPopups(const Group& group) {
-  if (group.value->form == SharedForm::kPlain) return;
-  const bool constant = IsAssociationConstant(*group.value);
+  const bool constant = group.value->kind == ParameterKind::kLnK;
+  if (!constant && group.value->kind != ParameterKind::kWeight) return;
   group.label->setContextMenuPolicy(Qt::CustomContextMenu);
   connect(group.label, &QLabel::customContextMenuRequested, this,
           [this, constant, label = group.label] {
@@ -160,8 +169,7 @@ void ModelBlock::ConnectPopups(const Group& group) {
 
 void ModelBlock::ShowAll() {
   const FitSetup& setup = session_.Module.Setup;
-  lblUseModel_->setText(
-      QString::fromUtf8(ModelNames[static_cast<std::size_t>(setup.ModelIndex)].data()));
+  lblUseModel_->setText(QString::fromUtf8(setup.FitModel->name.data()));
   lblDegC_->ShowStored(QString::fromStdString(TemperatureText(setup)));
   for (const Group& group : groups_) ShowGroup(group);
   ShowSwitches();

@@ -33,14 +33,14 @@ class ModelBlock : public QWidget {
 
  private:
   struct Group {
-    const SharedValue* value;
+    const SharedParameter* value;
     QLabel* label;
     ValueBox* box;
     PageCheckBox* check;
   };
 
   void BuildGroups(QGridLayout& grid);
-  Group BuildGroup(const SharedValue& value);
+  Group BuildGroup(const SharedParameter& value);
   void BuildTemperature(QGridLayout& grid);
   void BuildSwitches(QGridLayout& grid);
   void BindGroup(const Group& group);
@@ -54,7 +54,7 @@ class ModelBlock : public QWidget {
   Session& session_;
   FocusMarker& marker_;
   QLabel* lblUseModel_;
-  std::vector<Group> groups_;  // in the order of SharedValues
+  std::vector<Group> groups_;  // in the order of the Tab key
   ValueBox* lblDegC_;
   PageCheckBox* chkCalcConcs_;
   PageCheckBox* chkUseMC_;

@@ -35,10 +35,10 @@ std::string LogText(const std::string& bytes) {
 
 std::string ModelText(const Experiment& experiment) {
   const double index = experiment.FitPage.ModelIndex;
-  for (std::size_t k = 0; k < ModelNames.size(); ++k) {
-    if (index == static_cast<double>(k)) return std::string(ModelNames[k]);
+  for (const Model& model : Models()) {
+    if (index == static_cast<double>(model.index)) return std::string(model.name);
   }
-  return std::string(ModelNames[0]);
+  return std::string(FirstModel().name);
 }
 
 std::string OfferText(const Experiment& experiment, const UnsavedWork& work) {

@@ -6,6 +6,7 @@
 
 #include "archive/archive_samples.h"
 #include "base/files.h"
+#include "fit/models.h"
 #include "support/recording_host.h"
 #include "support/session.h"
 #include "support/temp_folder.h"
@@ -56,7 +57,7 @@ TEST_F(ExperimentTest, ReconcilesVbarAndModel) {
     EXPECT_EQ(module.FitPage.Vbar, test.vbarAfter);
     EXPECT_EQ(module.DefaultVbar, test.defaultAfter);
     EXPECT_EQ(module.DefaultDensity, 1.01);
-    EXPECT_EQ(module.Setup.ModelIndex, test.indexAfter) << test.index;
+    EXPECT_EQ(module.Setup.FitModel->index, test.indexAfter) << test.index;
   }
 }
 
@@ -71,7 +72,7 @@ TEST_F(ExperimentTest, WarnsOfTheOldLayoutAndSavesTheCurrentOne) {
                                        " was saved by a previous verion of Quorvane.\r\n"
                                        "Please update the format by saving it from this program!");
   EXPECT_EQ(module.FitPage.Vbar, 0.7);
-  ASSERT_TRUE(SaveExperiment(module, module.Setup.ModelIndex, folder / "a.exz", host));
+  ASSERT_TRUE(SaveExperiment(module, module.Setup.FitModel->index, folder / "a.exz", host));
   module.DefaultVbar = 0.73;
   ASSERT_TRUE(LoadExperiment(module, folder / "a.exz", host));
   EXPECT_EQ(host.messages.size(), 1U);
@@ -81,28 +82,28 @@ TEST_F(ExperimentTest, WarnsOfTheOldLayoutAndSavesTheCurrentOne) {
 
 TEST_F(ExperimentTest, SavesConstrainedRatiosAsLogarithms) {
   AddScan(module, {}, [](double, double) { return 0.5; }).NumPoints = 0;
-  module.Setup.ModelIndex = 7;
+  module.Setup.FitModel = FindModel(7);
   module.Setup.ConstrainKRatios = true;
   module.FitPage.ModelLnK1 = 10.0;
   module.FitPage.ModelLnK2 = 2.0;
   module.FitPage.ModelLnK3 = 3.0;
-  ASSERT_TRUE(SaveExperiment(module, module.Setup.ModelIndex, folder / "k.exz", host));
+  ASSERT_TRUE(SaveExperiment(module, module.Setup.FitModel->index, folder / "k.exz", host));
   EXPECT_EQ(module.FitPage.ModelLnK2, 2.0);
   EXPECT_EQ(module.FitPage.ModelIndex, 7.0);
   ASSERT_TRUE(LoadExperiment(module, folder / "k.exz", host));
   EXPECT_EQ(module.FitPage.ModelLnK2, std::log(2.0) + 10.0);
   EXPECT_EQ(module.FitPage.ModelLnK3, std::log(3.0) + 10.0);
-  EXPECT_EQ(module.Setup.ModelIndex, 7);
+  EXPECT_EQ(module.Setup.FitModel->index, 7);
 }
 
 TEST_F(ExperimentTest, SaysWhyItCannotSave) {
-  EXPECT_FALSE(SaveExperiment(module, module.Setup.ModelIndex, folder / "a.exz", host));
+  EXPECT_FALSE(SaveExperiment(module, module.Setup.FitModel->index, folder / "a.exz", host));
   AddScan(module, {}, [](double, double) { return 0.5; });
   module.Setup.ConstrainKRatios = true;
   module.FitPage.ModelLnK2 = -1.0;
-  EXPECT_FALSE(SaveExperiment(module, module.Setup.ModelIndex, folder / "a.exz", host));
+  EXPECT_FALSE(SaveExperiment(module, module.Setup.FitModel->index, folder / "a.exz", host));
   module.Setup.ConstrainKRatios = false;
-  EXPECT_FALSE(SaveExperiment(module, module.Setup.ModelIndex, folder.path(), host));
+  EXPECT_FALSE(SaveExperiment(module, module.Setup.FitModel->index, folder.path(), host));
   ASSERT_EQ(host.messages.size(), 3U);
   EXPECT_EQ(host.messages[0].text, "There is nothing to save!");
   EXPECT_EQ(host.messages[0].icon, MessageIcon::kStop);

@@ -6,6 +6,7 @@
 
 #include "base/arithmetic.h"
 #include "core/graph_store.h"
+#include "fit/models.h"
 #include "support/recording_host.h"
 #include "support/session.h"
 
@@ -33,7 +34,7 @@ std::string Kept(const QuorvaneModule& module) {
 TEST(RunFit, FinishesAndWritesBack) {
   QuorvaneModule module = IdealSession();
   RecordingHost host;
-  ASSERT_TRUE(SetupFit(module.Setup, module.FitPage, module.Store, 0, host));
+  ASSERT_TRUE(SetupFit(module.Setup, module.FitPage, module.Store, *FindModel(0), host));
   const FitOutcome outcome = RunFit(module, host);
   ASSERT_EQ(outcome.ending, FitEnding::kFinished);
   EXPECT_GE(outcome.iterations, 3);
@@ -68,7 +69,7 @@ TEST(RunFit, ModelsWithCellEndsAskAboutDefaultRadiiAndRefuseAWrongOrder) {
     QuorvaneModule module = IdealSession();
     RecordingHost host;
     host.answers = row.answers;
-    SetupFit(module.Setup, module.FitPage, module.Store, 4, host);
+    SetupFit(module.Setup, module.FitPage, module.Store, *FindModel(4), host);
     module.Setup.chkLnK1 = CheckState::kUnchecked;
     module.Setup.chkAlpha = CheckState::kUnchecked;
     module.FitPage.ModelLnK1 = -20.0;
@@ -86,7 +87,7 @@ TEST(RunFit, ModelsWithCellEndsAskAboutDefaultRadiiAndRefuseAWrongOrder) {
 TEST(RunFit, AStopKeepsDatasetsAndPage) {
   QuorvaneModule module = IdealSession();
   RecordingHost host;
-  SetupFit(module.Setup, module.FitPage, module.Store, 0, host);
+  SetupFit(module.Setup, module.FitPage, module.Store, *FindModel(0), host);
   const std::string before = Kept(module);
   host.onEvents = [&] {
     if (host.eventRuns == 6) module.Fit.FitKeepGoing = false;
@@ -126,7 +127,7 @@ TEST(RunFit, AFailureIsShownLoggedAndKeepsDatasetsAndPage) {
     SCOPED_TRACE(row.what);
     QuorvaneModule module = IdealSession();
     RecordingHost host;
-    SetupFit(module.Setup, module.FitPage, module.Store, 0, host);
+    SetupFit(module.Setup, module.FitPage, module.Store, *FindModel(0), host);
     row.spoil(module);
     const std::string before = Kept(module);
     const FitOutcome outcome = RunFit(module, host);
@@ -165,7 +166,7 @@ TEST(RunFit, FaultsOfTheReportComeAfterTheValuesWereWrittenBack) {
     SCOPED_TRACE(row.what);
     QuorvaneModule module = IdealSession();
     RecordingHost host;
-    SetupFit(module.Setup, module.FitPage, module.Store, 0, host);
+    SetupFit(module.Setup, module.FitPage, module.Store, *FindModel(0), host);
     row.spoil(module);
     const FitOutcome outcome = RunFit(module, host);
     EXPECT_EQ(outcome.ending, FitEnding::kFailed);
@@ -181,7 +182,7 @@ TEST(PlotDataFit, FollowsTheTwoOptionsAndLeavesMassPointsOut) {
   QuorvaneModule module = IdealSession();
   module.CellGeometries = {{1, "cell", {5.0F, 8.0F}, {1.0F, 1.0F}}};
   RecordingHost host;
-  SetupFit(module.Setup, module.FitPage, module.Store, 6, host);
+  SetupFit(module.Setup, module.FitPage, module.Store, *FindModel(6), host);
   module.Setup.UseMassConservation = true;
   module.Setup.chkMWB2 = CheckState::kUnchecked;
   module.FitPage.ModelLnK1 = 0.0;

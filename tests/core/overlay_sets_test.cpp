@@ -5,6 +5,7 @@
 #include <set>
 
 #include "core/fit_run.h"
+#include "fit/models.h"
 #include "support/recording_host.h"
 #include "support/session.h"
 
@@ -30,7 +31,7 @@ TEST(Overlay, DrawsGoodPointsAndFindsTheCurveAfterUnloading) {
   module.Store.Datasets[2].Good[5] = kFalse;
   RecordingHost host;
   module.Store.UseData[0] = false;
-  ASSERT_TRUE(SetupFit(module.Setup, module.FitPage, module.Store, 0, host));
+  ASSERT_TRUE(SetupFit(module.Setup, module.FitPage, module.Store, *FindModel(0), host));
   ASSERT_EQ(RunFit(module, host).ending, FitEnding::kFinished);
   RemoveDataset(module.Store, 1, host);
 

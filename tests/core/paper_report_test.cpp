@@ -14,7 +14,6 @@
 #include "core/report_html.h"
 #include "core/report_sources.h"
 #include "fit/models.h"
-#include "fit/reactions.h"
 #include "fit/report.h"
 #include "scan/scan_file.h"
 #include "stats/fit_quality.h"
@@ -59,7 +58,7 @@ class PaperReportTest : public testing::Test {
     module.Store.UseData[0] = false;
     module.Store.Datasets[1].Comment2.SetBytes("R 3 20.0 12000 BL");
     module.Store.Datasets[2].Good[7] = module.Store.Datasets[2].Good[8] = kFalse;
-    SetupFit(module.Setup, module.FitPage, module.Store, 2, host);
+    SetupFit(module.Setup, module.FitPage, module.Store, *FindModel(2), host);
     module.FitPage.ModelMW = 7000.0;
     module.FitPage.ModelLnK1 = 0.5;
     module.Setup.chkOffset[1] = CheckState::kUnchecked;
@@ -170,20 +169,15 @@ TEST_F(PaperReportTest, AnImpossibleErrorIsNotAvailable) {
   EXPECT_EQ(Find(MakePaperReport(module), "Values of each dataset", "1")[2], "n/a");
 }
 
-TEST(ModelReactions, NameEveryConstantOfTheirModel) {
-  for (std::size_t k = 0; k < ModelReactions.size(); ++k) {
-    const auto parameters = FindModel(static_cast<int>(k))->parameters;
-    const auto constants =
-        std::count_if(parameters.begin(), parameters.end(),
-                      [](const SharedParameter& p) { return p.name.starts_with("LnK"); });
-    const auto& names = ModelReactions[k].names;
-    EXPECT_EQ(std::count_if(names.begin(), names.end(), [](auto name) { return !name.empty(); }),
-              constants)
-        << ModelNames[k];
-    for (const std::string_view name : names) {
-      if (name.empty()) continue;
-      EXPECT_NE(ModelReactions[k].constants.find(std::string(name) + " = ["), std::string::npos)
-          << ModelNames[k];
+TEST(Models, DefineEveryConstantThatTheyName) {
+  for (const Model& model : Models()) {
+    for (const ModelParameter& parameter : model.parameters) {
+      const bool constant = parameter.shared->kind == ParameterKind::kLnK;
+      EXPECT_EQ(parameter.symbol.empty(), !constant) << model.name;
+      if (!constant) continue;
+      EXPECT_NE(model.reaction.constants.find(std::string(parameter.symbol) + " = ["),
+                std::string::npos)
+          << model.name;
     }
   }
 }

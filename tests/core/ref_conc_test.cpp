@@ -7,6 +7,7 @@
 
 #include "base/arithmetic.h"
 #include "core/fit_run.h"
+#include "fit/models.h"
 #include "support/recording_host.h"
 #include "support/session.h"
 
@@ -27,7 +28,7 @@ class RefConc : public testing::Test {
     module.Store.UseData[0] = false;
     module.FitPage.ModelMW = kBuoyant;
     module.Plots = {.SubtractOffsets = true, .PlotUsingPSI = true};
-    ASSERT_TRUE(SetupFit(module.Setup, module.FitPage, module.Store, model, host));
+    ASSERT_TRUE(SetupFit(module.Setup, module.FitPage, module.Store, *FindModel(model), host));
   }
 
   QuorvaneModule module;

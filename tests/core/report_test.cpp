@@ -41,7 +41,7 @@ TEST(Report, OneComponentWithLoadingConcentrations) {
   AddScan(module, {.name = "exactly-20-chars.dat", .speed = 14000}, signal);
   AddScan(module, {.name = "a-name-of-21-char.dat", .speed = 20000}, signal);
   RecordingHost host;
-  SetupFit(module.Setup, module.FitPage, module.Store, 0, host);
+  SetupFit(module.Setup, module.FitPage, module.Store, *FindModel(0), host);
   module.Setup.CalcLoadingConcs = true;
   module.Setup.chkOffset[0] = CheckState::kUnchecked;
   ASSERT_EQ(RunFit(module, host).ending, FitEnding::kFinished);
@@ -65,7 +65,7 @@ TEST(Report, TwoComponentsWithMassConservationAndConstrainedRatio) {
     dataset.BLoad = 0.25;
   }
   RecordingHost host;
-  SetupFit(module.Setup, module.FitPage, module.Store, 7, host);
+  SetupFit(module.Setup, module.FitPage, module.Store, *FindModel(7), host);
   module.Setup.UseMassConservation = true;
   module.Setup.chkMWB = module.Setup.chkMWB2 = CheckState::kUnchecked;
   module.Setup.chkOffset.assign(2, CheckState::kUnchecked);
@@ -85,7 +85,7 @@ TEST(Report, EveryModelHasItsLines) {
     return 0.02 + 0.4 * std::exp(7000 * omega * x);
   };
   RecordingHost all;
-  for (int model = 0; model < static_cast<int>(ModelNames.size()); ++model) {
+  for (const Model& model : Models()) {
     QuorvaneModule module;
     Dataset& dataset = AddScan(module, {.name = "one.dat"}, signal);
     dataset.Rmen = 6.39;
@@ -102,8 +102,8 @@ TEST(Report, EveryModelHasItsLines) {
     module.FitPage.ModelLnK1 = -5.0;
     module.FitPage.ModelLnK2 = -6.0;
     module.FitPage.ModelLnK3 = -7.0;
-    ASSERT_EQ(RunFit(module, host).ending, FitEnding::kFinished) << model;
-    all.lines.emplace_back(ModelNames[static_cast<std::size_t>(model)]);
+    ASSERT_EQ(RunFit(module, host).ending, FitEnding::kFinished) << model.name;
+    all.lines.emplace_back(model.name);
     const auto isHead = [](const auto& line) { return line.starts_with("Buoyant MW"); };
     const auto isEnd = [](const auto& line) { return line.starts_with("\r\nNumber of Iter"); };
     std::copy(std::find_if(host.lines.begin(), host.lines.end(), isHead),

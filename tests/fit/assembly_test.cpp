@@ -51,7 +51,7 @@ struct Session {
       store.Datasets.push_back(MakeDataset(number));
       store.UseData.push_back(number != 1);
     }
-    EXPECT_TRUE(SetupFit(setup, page, store, modelIndex, host));
+    EXPECT_TRUE(SetupFit(setup, page, store, *FindModel(modelIndex), host));
   }
   void Assemble() {
     SetupDataArrays(fit, setup, store.Datasets, kGeometries, kTolerance, host);
@@ -170,10 +170,10 @@ TEST(SetupFit, TakesAtMost101Datasets) {
   Session session(0);
   session.store.Datasets.resize(101, MakeDataset(1));
   session.store.UseData.assign(101, true);
-  EXPECT_TRUE(SetupFit(session.setup, session.page, session.store, 0, session.host));
+  EXPECT_TRUE(SetupFit(session.setup, session.page, session.store, *FindModel(0), session.host));
   EXPECT_EQ(session.setup.NumFitSets, 101);
   session.store.Datasets.push_back(MakeDataset(1));
   session.store.UseData.push_back(true);
-  EXPECT_THROW(SetupFit(session.setup, session.page, session.store, 0, session.host),
+  EXPECT_THROW(SetupFit(session.setup, session.page, session.store, *FindModel(0), session.host),
                SubscriptFault);
 }

@@ -43,7 +43,7 @@ class Reference {
   std::vector<Species> SpeciesOfModel() const {
     const Species a{1, 0, 0};
     const Species b{0, 1, 0};
-    switch (fit_.ModelIndex) {
+    switch (fit_.FitModel->index) {
       case 0:
         return {a};
       case 3:
@@ -82,7 +82,7 @@ class Reference {
 
   // Signal of the material that cannot associate: a fraction Alpha of all mass in the column.
   Real Incompetent(Real x) const {
-    const Species form = SpeciesOfModel()[fit_.ModelIndex == 4 ? 0 : 1];
+    const Species form = SpeciesOfModel()[fit_.FitModel->index == 4 ? 0 : 1];
     const Real competent = ColumnMean([&](Real at) {
       Real mass = 0;
       for (const Species& s : SpeciesOfModel()) mass += s.a * Concentration(s, at);
@@ -113,13 +113,13 @@ class Reference {
   Real DataPoint(int i) const {
     const Real x = fit_.FitX(i);
     const Real baseline = fit_.FitA(d_);
-    if (fit_.ModelIndex == 1) return baseline + Nonideal(x, fit_.FitY(i));
-    if (fit_.ModelIndex == 9) return baseline + Isodesmic(x);
+    if (fit_.FitModel->index == 1) return baseline + Nonideal(x, fit_.FitY(i));
+    if (fit_.FitModel->index == 9) return baseline + Isodesmic(x);
     Real sum = baseline;
     for (const Species& s : SpeciesOfModel()) {
       sum += (s.a * fit_.SetEpsA(d_) + s.b * fit_.SetEpsB(d_)) * Concentration(s, x);
     }
-    return NeedsCellEnds(fit_.ModelIndex) ? sum + Incompetent(x) : sum;
+    return fit_.FitModel->cellEnds ? sum + Incompetent(x) : sum;
   }
 
   // Target times mean over load; the mean weighted with the sector width.
@@ -174,7 +174,7 @@ void ExpectAgreesWithReference(FitState& fit) {
     const auto expected =
         static_cast<double>(mass ? reference.MassPoint(i) : reference.DataPoint(i));
     EXPECT_NEAR(ValueAt(fit, i), expected, kRounding * std::fabs(expected) * 10)
-        << "model " << fit.ModelIndex << ", point " << i;
+        << "model " << fit.FitModel->index << ", point " << i;
     EXPECT_EQ(fit.CurrentProc, fit.FitModel->funcsName);
   }
 }

@@ -13,13 +13,6 @@
 
 namespace {
 
-using PartialsRoutine = void (*)(FitState&, const Array1<double>&, Array1<double>&, int, int);
-
-// In the order of AllModels.
-const std::vector<PartialsRoutine> kRoutines = {PARTIALS0, PARTIALS1,  PARTIALS2,  PARTIALS3,
-                                                PARTIALS5, PARTIALS6,  PARTIALS7,  PARTIALS8,
-                                                PARTIALS9, PARTIALS10, PARTIALS11, PARTIALS4};
-
 double ValueMoved(FitState& fit, int j, int i, double h) {
   Array1<double> moved = fit.FitA;
   moved(j) += h;
@@ -48,8 +41,7 @@ double Derivative(FitState& fit, int j, int i, double h) {
 
 // A centred difference of step h is off by h^2/6 times the third derivative, and by rounding.
 TEST(PARTIALS, AreCentredDifferencesOfTheirOwnModel) {
-  for (std::size_t k = 0; k < kRoutines.size(); ++k) {
-    const int index = AllModels()[k];
+  for (const int index : AllModels()) {
     FitState fit =
         MakeProblem({.modelIndex = index, .sets = 3, .points = 8, .massConservation = true},
                     TypicalShared(index));
@@ -57,7 +49,7 @@ TEST(PARTIALS, AreCentredDifferencesOfTheirOwnModel) {
     FillSignal(fit, [](int i) { return 0.01 * std::cos(3.0 * i); });
     for (int i = 1; i <= fit.FitNumPoints; ++i) {
       Array1<double> dyda(fit.FitMA);
-      kRoutines[k](fit, fit.FitA, dyda, fit.FitMA, i);
+      PARTIALS(fit, fit.FitA, dyda, fit.FitMA, i);
       EXPECT_EQ(fit.CurrentProc, FindModel(index)->funcsName);
       const double value = ValueMoved(fit, 1, i, 0.0);
       for (int j = 1; j <= fit.FitMA; ++j) {

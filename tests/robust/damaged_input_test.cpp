@@ -49,7 +49,8 @@ void FitShortly(QuorvaneModule& module, int model) {
   host.onEvents = [&] {
     if (++events > 40) module.Fit.FitKeepGoing = false;
   };
-  if (SetupFit(module.Setup, module.FitPage, module.Store, model, host)) RunFit(module, host);
+  if (SetupFit(module.Setup, module.FitPage, module.Store, *FindModel(model), host))
+    RunFit(module, host);
 }
 
 // What windows and commands do with an experiment that was opened.
@@ -60,7 +61,7 @@ void UseExperiment(QuorvaneModule& module, const TempFolder& folder, std::uint64
   }
   FitShortly(module, static_cast<int>(seed % 11));
   RecordingHost host;
-  SaveExperiment(module, module.Setup.ModelIndex, folder / "again.exz", host);
+  SaveExperiment(module, module.Setup.FitModel->index, folder / "again.exz", host);
 }
 
 }  // namespace

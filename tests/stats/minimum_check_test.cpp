@@ -2,6 +2,7 @@
 // one; results that depend on the threads; a stop or a failing start that spoils the rest.
 #include "stats/minimum_check.h"
 
+#include <array>
 #include <cmath>
 
 #include "base/arithmetic.h"
@@ -19,15 +20,16 @@ void Wave(FitState& fit, int i, const Array1<double>& a, double& result) {
   fit.CurrentProc = "Wave";
   result = std::cos(a(3) * fit.FitX(i));
 }
-const std::vector<SharedParameter> kRate = {{"MW", &FitPage::ModelMW, &FitSetup::chkMWB}};
-const Model kWave = {.funcsName = "Wave",
+constexpr std::array kRate = {
+    ModelParameter{.shared = &shared::kMW, .name = "MW", .caption = "MW", .tag = ""}};
+const Model kWave = {.name = "Wave",
+                     .funcsName = "Wave",
                      .partialsName = "Wave",
-                     .funcs = Wave,
+                     .parameters = kRate,
                      .terms = nullptr,
+                     .funcs = Wave,
                      .firstStep = 1e-3,
-                     .stepAtZero = 1e-3,
-                     .secondComponent = false,
-                     .parameters = kRate};
+                     .stepAtZero = 1e-3};
 constexpr double kTrueRate = 10.0;
 
 // The fit of the wave that ends near `rate`.
@@ -204,7 +206,7 @@ TEST(CalcConfidence, RemembersABetterMinimumThatItMeets) {
   ASSERT_TRUE(found.better);
   EXPECT_NEAR(found.better->sum, best, 0.05 * best);
   EXPECT_NEAR(found.better->parameters(1), values(1), 0.03);  // on the way back from 0.05 off
-  EXPECT_EQ(host.CountLinesWith("etter"), 0);  // no line of the log tells of it
+  EXPECT_EQ(host.CountLinesWith("etter"), 0);                 // no line of the log tells of it
   EXPECT_TRUE(BetterFitText(fit, *found.better).starts_with("A better minimum was met"));
 }
 

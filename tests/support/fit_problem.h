@@ -74,7 +74,6 @@ struct ProblemSize {
 // FitY is 0; `FillSignal` makes it. Vbar 0.73, density 1, 20 deg C.
 inline FitState MakeProblem(const ProblemSize& size, const std::vector<double>& shared) {
   FitState fit;
-  fit.ModelIndex = size.modelIndex;
   fit.FitModel = FindModel(size.modelIndex);
   fit.TwoComponentModel = fit.FitModel->secondComponent;
   fit.UseMassConservation = size.massConservation;

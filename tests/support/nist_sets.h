@@ -65,7 +65,11 @@ inline void NistFuncs(FitState& fit, int i, const Array1<double>& a, double& res
   result =
       static_cast<double>(nistCurrent.scale * NistCurve(nistCurrent.set->name, b, fit.FitX(i)));
 }
-inline const Model kNistModel = {"NIST", "NIST", NistFuncs, nullptr, 0.01, 0.001, false, {}};
+inline const Model kNistModel = {.name = "NIST",
+                                 .funcsName = "NIST",
+                                 .partialsName = "NIST",
+                                 .terms = nullptr,
+                                 .funcs = NistFuncs};
 
 // Negative logarithm of the relative error: at most the 11 digits that are certified, 0 if none
 // agrees.

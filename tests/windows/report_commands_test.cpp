@@ -5,7 +5,7 @@
 
 #include "core/paper_report.h"
 #include "core/report_html.h"
-#include "fit/reactions.h"
+#include "fit/models.h"
 #include "main_window_fixture.h"
 #include "plot/report_pages.h"
 
@@ -35,9 +35,9 @@ PaperReport HostileReport() {
   const std::string hostile = "<script>\"&\x01</td>";
   PaperReport report{.title = hostile, .origin = hostile, .sections = {}, .charts = {}};
   ReportTable table{.title = hostile, .head = {hostile, "b"}, .rows = {{hostile, {hostile, true}}}};
-  for (const Reaction& reaction : ModelReactions) {
-    table.rows.push_back(
-        {{std::string(reaction.equation), true}, {std::string(reaction.constants), true}});
+  for (const Model& model : Models()) {
+    table.rows.push_back({{std::string(model.reaction.equation), true},
+                          {std::string(model.reaction.constants), true}});
   }
   report.sections = {{hostile, {hostile}, {table}}};
   report.charts = {{hostile, hostile, {{hostile, 1.0, {{hostile, {}, 0, {1, 2}, {1, 2}}}, {}}}}};
