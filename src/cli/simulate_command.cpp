@@ -65,12 +65,13 @@ Json ColumnJson(const Simulator& simulator, const SimReference& reference) {
   json["points"] = n;
   json["r"] = list(simulator.Column.r);
   json["signal"] = list(simulator.Column.signal);
-  if (model.totalConcentration) json["conc"] = list(simulator.Column.conc);
-  if (model.speciesColumns > 0) {
+  if (model.TotalConcentration()) json["conc"] = list(simulator.Column.conc);
+  if (!model.species.empty()) {
     Json& rows = json["species"] = Json::array();
     for (int i = 0; i < n; ++i) {
       const auto& row = simulator.Column.species[i];
-      rows.push_back(std::vector<double>(row.begin(), row.begin() + model.speciesColumns));
+      rows.push_back(std::vector<double>(
+          row.begin(), row.begin() + static_cast<std::ptrdiff_t>(model.species.size())));
     }
   }
   json["ref_a"] = reference.a;

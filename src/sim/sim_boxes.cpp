@@ -1,7 +1,7 @@
 #include "sim/sim_boxes.h"
 
+#include <array>
 #include <cstddef>
-#include <initializer_list>
 
 namespace {
 
@@ -92,62 +92,6 @@ constexpr std::array<SimBoxInfo, kSimBoxes> kBoxes = {{
      "The wavelength for an absorbance scan should be between 190 and 600 nm."},
 }};
 
-constexpr std::uint32_t Bit(SimBox box) {
-  return std::uint32_t{1} << static_cast<unsigned>(box);
-}
-
-constexpr std::uint32_t Bits(std::initializer_list<SimBox> boxes) {
-  std::uint32_t bits = 0;
-  for (const SimBox box : boxes) bits |= Bit(box);
-  return bits;
-}
-
-constexpr std::uint32_t kAllModels =
-    Bits({SimBox::kMW, SimBox::kLoadC, SimBox::kVbar, SimBox::kExtCoeff, SimBox::kDensity,
-          SimBox::kSpeed, SimBox::kTemp, SimBox::kRmen, SimBox::kRbase, SimBox::kRMS});
-constexpr std::uint32_t kNmer = Bits({SimBox::kN1mer, SimBox::kLnK1});
-constexpr std::uint32_t kNmerMmer = kNmer | Bits({SimBox::kN2mer, SimBox::kLnK2});
-constexpr std::uint32_t kIncompetent = kNmer | Bit(SimBox::kAlpha);
-constexpr std::uint32_t kAB =
-    Bits({SimBox::kLnK1, SimBox::kMWB, SimBox::kLoadCB, SimBox::kVbarB, SimBox::kExtCoeffB});
-constexpr std::uint32_t kAB2 = kAB | Bit(SimBox::kLnK2);
-constexpr std::uint32_t kAB3 = kAB2 | Bit(SimBox::kLnK3);
-constexpr std::uint32_t kAnB = kAB2 | Bit(SimBox::kN1mer);
-
-constexpr std::array<SimModel, kSimModels> kModels = {{
-    {"Ideal", 0, false, true, 0},
-    {"Nonideal", Bit(SimBox::kNonId), false, true, 0},
-    {"Mon-Nmer", kNmer, false, true, 2},
-    {"Mon-Nmer-Mmer", kNmerMmer, false, true, 3},
-    {"Inc.Mon.- Mon.-Nmer", kIncompetent, false, true, 3},
-    {"Mon.- Nmer - Inc.Nmer", kIncompetent, false, true, 3},
-    {"A+B<>AB", kAB, true, false, 3},
-    {"A+B<>AB+B<>AB2", kAB2, true, false, 4},
-    {"A+B<>AB+B<>AB2+B<>AB3", kAB3, true, false, 5},
-    {"Isodesmic Association", Bit(SimBox::kLnK1), false, true, 0},
-    {"nA<>An+B<>AnB", kAnB, true, false, 4},
-}};
-
-constexpr int kIsodesmicModel = 9;
-constexpr int kNmerHeteroModel = 10;
-
-bool IsKBox(SimBox box) {
-  return box == SimBox::kLnK1 || box == SimBox::kLnK2 || box == SimBox::kLnK3;
-}
-
-// What K of a box stands for in a model: short for the label, long for the tool tip.
-struct KName {
-  std::string_view inLabel;
-  std::string_view inToolTip;
-};
-
-KName KNameOf(SimBox box, int model) {
-  if (model == kIsodesmicModel && box == SimBox::kLnK1) return {"Ki", "Kisodesmic"};
-  if (model == kNmerHeteroModel && box == SimBox::kLnK1) return {"Ks", "Kself-assoc."};
-  if (model == kNmerHeteroModel && box == SimBox::kLnK2) return {"Kh", "Khetero-assoc."};
-  return {InfoOf(box).label, InfoOf(box).toolTip};
-}
-
 }  // namespace
 
 const SimBoxInfo& InfoOf(SimBox box) {
@@ -159,37 +103,4 @@ std::optional<SimBox> SimBoxOfKey(std::string_view key) {
     if (kBoxes[k].key == key) return static_cast<SimBox>(k);
   }
   return std::nullopt;
-}
-
-const SimModel& SimModelOf(int model) {
-  return kModels.at(static_cast<std::size_t>(model));
-}
-
-int SimModelIndexOf(std::string_view caption) {
-  for (int model = 0; model < kSimModels; ++model) {
-    if (SimModelOf(model).caption == caption) return model;
-  }
-  return -1;
-}
-
-bool UsesBox(int model, SimBox box) {
-  return ((kAllModels | SimModelOf(model).boxes) & Bit(box)) != 0;
-}
-
-std::string LabelOf(SimBox box, int model, KDisplay display) {
-  const SimBoxInfo& info = InfoOf(box);
-  if (IsKBox(box)) {
-    constexpr std::array<std::string_view, 3> kPrefix = {"Ln", "Log", ""};
-    return std::string(kPrefix[static_cast<std::size_t>(display)])
-        .append(KNameOf(box, model).inLabel);
-  }
-  const bool ofA = SimModelOf(model).secondComponent && !info.labelOfA.empty();
-  return std::string(ofA ? info.labelOfA : info.label);
-}
-
-std::string ToolTipOf(SimBox box, int model, KDisplay display) {
-  if (!IsKBox(box)) return std::string(InfoOf(box).toolTip);
-  constexpr std::array<std::string_view, 3> kPrefix = {"natural log of ", "Base 10 log of ", ""};
-  return std::string(kPrefix[static_cast<std::size_t>(display)])
-      .append(KNameOf(box, model).inToolTip);
 }

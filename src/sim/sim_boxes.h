@@ -1,11 +1,8 @@
-// The entry boxes of the simulator and its list of models: names, captions, defaults, bounds.
+// The entry boxes of the simulator: names, captions, defaults, bounds.
 #pragma once
 
-#include <array>
-#include <cstdint>
 #include <limits>
 #include <optional>
-#include <string>
 #include <string_view>
 
 enum class SimBox {
@@ -64,27 +61,3 @@ const SimBoxInfo& InfoOf(SimBox box);
 
 // The box with that key in a job file, if there is one.
 std::optional<SimBox> SimBoxOfKey(std::string_view key);
-
-struct SimModel {
-  std::string_view caption;
-  std::uint32_t boxes;  // one bit a box that it needs besides those that all models need
-  bool secondComponent;
-  bool totalConcentration;  // SimColumn::conc is written
-  int speciesColumns;       // of SimColumn::species that are written
-};
-
-inline constexpr int kSimModels = 11;
-
-// `model` from 0 to 10.
-const SimModel& SimModelOf(int model);
-
-// Index of the model with that caption, or -1.
-int SimModelIndexOf(std::string_view caption);
-
-// Whether the model reads the box. All read those of the sample, the rotor and the cell; the
-// wavelength belongs to the file, not to a model.
-bool UsesBox(int model, SimBox box);
-
-// Caption and tool tip of a box; those of the K boxes depend on the display of K.
-std::string LabelOf(SimBox box, int model, KDisplay display);
-std::string ToolTipOf(SimBox box, int model, KDisplay display);

@@ -29,22 +29,19 @@ struct SpeciesCurve {
   double factor;
 };
 
-std::vector<SpeciesCurve> OneComponentCurves(const SimInputs& inputs) {
-  const double EA = NumberIn(inputs, SimBox::kExtCoeff);
-  const double nmer = NumberIn(inputs, SimBox::kN1mer) * EA;
-  std::vector<SpeciesCurve> curves = {{"monomer", EA}, {"n-mer", nmer}};
-  if (inputs.model == 3) curves.push_back({"m-mer", NumberIn(inputs, SimBox::kN2mer) * EA});
-  if (inputs.model == 4) curves.push_back({"inc.monomer", EA});
-  if (inputs.model == 5) curves.push_back({"inc.n-mer", nmer});
-  return curves;
-}
-
 std::vector<SpeciesCurve> CurvesOf(const SimInputs& inputs) {
   const SimModel& model = SimModelOf(inputs.model);
-  if (!model.secondComponent) return OneComponentCurves(inputs);
-  if (UsesBox(inputs.model, SimBox::kN1mer)) return {{"A", 1}, {"B", 1}, {"An", 1}, {"AnB", 1}};
-  std::vector<SpeciesCurve> curves = {{"A", 1}, {"B", 1}, {"AB", 1}, {"AB2", 1}, {"AB3", 1}};
-  curves.resize(static_cast<std::size_t>(model.speciesColumns));
+  const double EA = NumberIn(inputs, SimBox::kExtCoeff);
+  std::vector<SpeciesCurve> curves;
+  for (const SimModelSpecies& species : model.species) {
+    double factor = 1.0;  // with a second component the columns are signals
+    if (!model.secondComponent) {
+      factor = EA;
+      if (species.a == SimDegree::kNmer) factor = NumberIn(inputs, SimBox::kN1mer) * EA;
+      if (species.a == SimDegree::kMmer) factor = NumberIn(inputs, SimBox::kN2mer) * EA;
+    }
+    curves.push_back({species.name, factor});
+  }
   return curves;
 }
 
@@ -68,9 +65,9 @@ bool SimGraphEnabled(int model, SimGraph graph) {
     case SimGraph::kTotalSignal:
       return true;
     case SimGraph::kTotalConc:
-      return SimModelOf(model).totalConcentration;
+      return SimModelOf(model).TotalConcentration();
     case SimGraph::kSpeciesSignal:
-      return SimModelOf(model).speciesColumns > 0;
+      return !SimModelOf(model).species.empty();
     case SimGraph::kSpeciesConc:
       break;
   }

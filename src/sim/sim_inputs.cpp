@@ -10,7 +10,6 @@
 namespace {
 
 constexpr std::array<SimBox, 3> kConstantBoxes = {SimBox::kLnK1, SimBox::kLnK2, SimBox::kLnK3};
-constexpr int kTwoSitesModel = 7;
 
 double ConstantFrom(double entry, KDisplay display) {
   double K = entry;
@@ -135,7 +134,7 @@ void ReadConstants(SimInputs& inputs) {
     const SimBox box = kConstantBoxes[k];
     if (!UsesBox(inputs.model, box)) continue;
     const double K = ConstantIn(inputs, box);
-    const bool replacesK1 = inputs.model == kTwoSitesModel && box == SimBox::kLnK2;
+    const bool replacesK1 = SimModelOf(inputs.model).k2ReplacesK1 && box == SimBox::kLnK2;
     inputs.K[replacesK1 ? 0 : k] = K;
   }
 }

@@ -7,7 +7,7 @@
 #include <string>
 #include <string_view>
 
-#include "sim/sim_boxes.h"
+#include "sim/sim_catalogue.h"
 
 // Kind of the scan file: interference or absorbance.
 enum class SimFileKind { kIP8, kRA8 };
@@ -56,6 +56,5 @@ std::optional<EntryRefusal> FirstRefusal(const SimInputs& inputs);
 
 // Reads the constants that the model uses into inputs.K, as a run does. The others keep what was
 // stored last.
-// Kept on purpose: with two sites (model 7) the entry for K2 replaces K1, and K2 is not read.
 // Throws ArithmeticFault (overflow).
 void ReadConstants(SimInputs& inputs);

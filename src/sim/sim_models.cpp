@@ -144,7 +144,8 @@ double SolveMonomer(LoadRoutine load, SolveRoutine solve, const SimProblem& prob
   return solve(problem, bracket.low, bracket.high, problem.p.LA * accuracy);
 }
 
-SimReference SelfAssociation(SimRun& run, int model, LoadRoutine load, SolveRoutine solve) {
+SimReference SelfAssociation(SimRun& run, const SimModel& model, LoadRoutine load,
+                             SolveRoutine solve) {
   const SimProblem problem = MakeProblemOf(model, run.p, run.column);
   const double c = SolveMonomer(load, solve, problem, run.p.LA, 1.0e-6);
   FillSelfAssociation(run, problem, c, 0);
@@ -152,23 +153,9 @@ SimReference SelfAssociation(SimRun& run, int model, LoadRoutine load, SolveRout
   return {c, 0.0};
 }
 
-SimReference SolveLoads(int model, const SimProblem& problem, Host& host) {
-  int count = 0;
-  switch (model) {
-    case 6:
-      return FitCloadCs(problem, host, count);
-    case 7:
-      return FitCloadCs2(problem, host, count);
-    case 8:
-      return FitCloadCs3(problem, host, count);
-    default:
-      return FitCloadCs4(problem, host, count);
-  }
-}
-
 }  // namespace
 
-SimReference SimIdeal(SimRun& run) {
+SimReference SimIdeal(SimRun& run, const SimModel&) {
   const double c0 = ClosedFormMeniscus(run.p, 1.0, 1.0);
   for (int i = 0; i < run.p.n; ++i) {
     TakePoint(run, i, [&](int k) { return FromEnd(run, 1.0, c0, k); });
@@ -176,7 +163,7 @@ SimReference SimIdeal(SimRun& run) {
   return {c0, 0.0};
 }
 
-SimReference SimNonideal(SimRun& run) {
+SimReference SimNonideal(SimRun& run, const SimModel&) {
   const SimProblem problem = {run.p, &run.column, {}};
   const LoadBracket bracket = BracketLoadBelow(LoadNonideal, problem, run.p.LA);
   const double c0 = SolveLoadNonideal(problem, bracket.low, bracket.high, run.p.LA * 1.0e-5);
@@ -185,16 +172,16 @@ SimReference SimNonideal(SimRun& run) {
   return {c0, 0.0};
 }
 
-SimReference SimNmer(SimRun& run) {
-  return SelfAssociation(run, 2, LoadNmer, SolveLoadNmer);
+SimReference SimNmer(SimRun& run, const SimModel& model) {
+  return SelfAssociation(run, model, LoadNmer, SolveLoadNmer);
 }
 
-SimReference SimNmerMmer(SimRun& run) {
-  return SelfAssociation(run, 3, LoadNmerMmer, SolveLoadNmerMmer);
+SimReference SimNmerMmer(SimRun& run, const SimModel& model) {
+  return SelfAssociation(run, model, LoadNmerMmer, SolveLoadNmerMmer);
 }
 
-SimReference SimIncompetent(SimRun& run, int model) {
-  const int m = model == 4 ? 1 : run.p.N;
+SimReference SimIncompetent(SimRun& run, const SimModel& model) {
+  const int m = DegreeOf(model.species.back().a, run.p);
   const double cInc = ClosedFormMeniscus(run.p, m, run.p.alpha);
   SimProblem problem = MakeProblemOf(model, run.p, run.column);
   for (int i = 0; i < run.p.n; ++i) {
@@ -209,7 +196,7 @@ SimReference SimIncompetent(SimRun& run, int model) {
   return {c, 0.0};
 }
 
-SimReference SimIsoD(SimRun& run) {
+SimReference SimIsoD(SimRun& run, const SimModel&) {
   const SimProblem problem = {run.p, &run.column, {}};
   const double c = SolveMonomer(LoadIso, SolveLoadIso, problem, run.p.LA / 100.0, 1.0e-6);
   for (int i = 0; i < run.p.n; ++i) {
@@ -221,9 +208,10 @@ SimReference SimIsoD(SimRun& run) {
   return {c, 0.0};
 }
 
-SimReference SimTwoComponent(SimRun& run, int model) {
+SimReference SimTwoComponent(SimRun& run, const SimModel& model) {
   const SimProblem problem = MakeProblemOf(model, run.p, run.column);
-  const SimReference c = SolveLoads(model, problem, run.host);
+  int count = 0;
+  const SimReference c = model.loads(problem, run.host, count);
   const std::vector<double> atReference = AtReference(problem, c);
   for (int i = 0; i < run.p.n; ++i) {
     std::array<double, 6> row = run.column.species[i];

@@ -3,6 +3,7 @@
 #include <cmath>
 #include <cstdint>
 #include <limits>
+#include <utility>
 
 #include "base/arithmetic.h"
 
@@ -23,34 +24,17 @@ int GridPoints(const SimParameters& p) {
       RoundHalfEven((p.Rb - p.Rm) / kRadialStep + 1.0, Limits::min(), Limits::max()));
 }
 
-std::vector<SimSpecies> SpeciesOf(int model, const SimParameters& p) {
-  const auto [K1, K2, K3] = p.K;
-  const SimSpecies freeA = {.a = 1};
-  const SimSpecies freeB = {.b = 1};
-  const SimSpecies nmer = {.a = p.N, .K = {K1, 1.0, 1.0}};
-  const SimSpecies mmer = {.a = p.M, .K = {K2, 1.0, 1.0}};
-  const SimSpecies ab = {.a = 1, .b = 1, .K = {K1, 1.0, 1.0}};
-  const SimSpecies ab2 = {.a = 1, .b = 2, .K = {K1, K2, 1.0}};
-  const SimSpecies ab3 = {.a = 1, .b = 3, .K = {K1, K2, K3}};
-  const SimSpecies anb = {.a = p.N, .b = 1, .K = {K1, K2, 1.0}};
-  switch (model) {
-    case 2:
-    case 4:
-    case 5:
-      return {freeA, nmer};
-    case 3:
-      return {freeA, nmer, mmer};
-    case 6:
-      return {freeA, freeB, ab};
-    case 7:
-      return {freeA, freeB, ab, ab2};
-    case 8:
-      return {freeA, freeB, ab, ab2, ab3};
-    case 10:
-      return {freeA, freeB, nmer, anb};
-    default:
-      return {};
+std::vector<SimSpecies> SpeciesOf(const SimModel& model, const SimParameters& p) {
+  std::vector<SimSpecies> species;
+  for (const SimModelSpecies& entry : model.species) {
+    if (entry.apart) continue;
+    SimSpecies one = {.a = DegreeOf(entry.a, p), .b = entry.b};
+    for (std::size_t k = 0; k < one.K.size(); ++k) {
+      if (entry.constants[k]) one.K[k] = p.K[k];
+    }
+    species.push_back(std::move(one));
   }
+  return species;
 }
 
 void FillExponentials(const SimProblem& problem, SimSpecies& species) {
@@ -97,11 +81,25 @@ void BuildGrid(const SimParameters& p, SimColumn& column) {
   for (int i = 0; i < p.n; ++i) column.r[i] = i * kRadialStep + p.Rm;
 }
 
+int DegreeOf(SimDegree degree, const SimParameters& p) {
+  switch (degree) {
+    case SimDegree::kNone:
+      return 0;
+    case SimDegree::kOne:
+      return 1;
+    case SimDegree::kNmer:
+      return p.N;
+    case SimDegree::kMmer:
+      break;
+  }
+  return p.M;
+}
+
 double SimSpecies::AtReference(double cA, double cB) const {
   return std::pow(cA, a) * std::pow(cB, b) * K[0] * K[1] * K[2];
 }
 
-SimProblem MakeProblemOf(int model, const SimParameters& p, const SimColumn& column) {
+SimProblem MakeProblemOf(const SimModel& model, const SimParameters& p, const SimColumn& column) {
   SimProblem problem = {p, &column, SpeciesOf(model, p)};
   CheckArithmetic([&] {
     for (SimSpecies& species : problem.species) FillExponentials(problem, species);

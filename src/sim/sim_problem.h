@@ -4,6 +4,7 @@
 #include <array>
 #include <vector>
 
+#include "sim/sim_catalogue.h"
 #include "sim/sim_column.h"
 #include "sim/sim_inputs.h"
 
@@ -43,6 +44,9 @@ struct SimParameters {
 // Throws ArithmeticFault.
 SimParameters ReadParameters(const SimInputs& inputs);
 
+// The number that a degree of association stands for.
+int DegreeOf(SimDegree degree, const SimParameters& p);
+
 // r[i] = i dr + Rm for i = 0 to n - 1: the last one need not be Rb.
 // Throws SubscriptFault past 2049 points.
 void BuildGrid(const SimParameters& p, SimColumn& column);
@@ -72,7 +76,6 @@ struct SimProblem {
   std::vector<SimSpecies> species;    // empty for the ideal, nonideal and isodesmic models
 };
 
-// Species of a model, in the order of SimColumn::species, for models 2 to 8 and 10; the incompetent
-// species of models 4 and 5 is not among them. R0 lies two thirds down the grid.
-// Throws ArithmeticFault.
-SimProblem MakeProblemOf(int model, const SimParameters& p, const SimColumn& column);
+// Species of a model, in the order of SimColumn::species, without one that stands apart. R0 lies
+// two thirds down the grid. Throws ArithmeticFault.
+SimProblem MakeProblemOf(const SimModel& model, const SimParameters& p, const SimColumn& column);

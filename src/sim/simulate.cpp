@@ -7,26 +7,6 @@
 
 namespace {
 
-SimReference RunModel(SimRun& run, int model) {
-  switch (model) {
-    case 0:
-      return SimIdeal(run);
-    case 1:
-      return SimNonideal(run);
-    case 2:
-      return SimNmer(run);
-    case 3:
-      return SimNmerMmer(run);
-    case 4:
-    case 5:
-      return SimIncompetent(run, model);
-    case 9:
-      return SimIsoD(run);
-    default:
-      return SimTwoComponent(run, model);
-  }
-}
-
 SimReference RunGuarded(Simulator& simulator, UniformSource& uniform, Host& host) {
   ReadConstants(simulator.Inputs);
   const SimParameters p = ReadParameters(simulator.Inputs);
@@ -38,7 +18,8 @@ SimReference RunGuarded(Simulator& simulator, UniformSource& uniform, Host& host
   file.AddLine(summary);
   file.AddLine(simulator.SimHeader);
   SimRun run = {p, simulator.Column, uniform, file, host};
-  return RunModel(run, simulator.Inputs.model);
+  const SimModel& model = SimModelOf(simulator.Inputs.model);
+  return model.run(run, model);
 }
 
 SimOutcome Failure(const char* description, Host& host) {

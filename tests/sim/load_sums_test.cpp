@@ -17,7 +17,7 @@ struct Prepared {
     EXPECT_FALSE(StoreEntries(inputs, entries));
     const SimParameters p = ReadParameters(inputs);
     BuildGrid(p, column);
-    problem = MakeProblemOf(model, p, column);
+    problem = MakeProblemOf(SimModelOf(model), p, column);
   }
   SimColumn column;
   SimProblem problem;
