@@ -113,3 +113,16 @@ TEST(SaveLoadedData, WritesFixedColumnsThatLoadBack) {
   EXPECT_TRUE(a.R == b.R && a.C == b.C && a.Err == b.Err && a.Good == b.Good);
   EXPECT_TRUE(a.Comment1 == b.Comment1 && a.Comment2 == b.Comment2);
 }
+
+TEST(SaveLoadedData, KeepsAFileThatMayNotBeOverwritten) {
+  Session s;
+  s.store = StoreOf({"mine.dat", "new.dat"});
+  const auto mine = s.folder.Write("mine.dat", "not to be lost");
+  s.host.answers = {false};
+  ASSERT_TRUE(SaveLoadedData(s.store, s.folder.path(), SavedSignal::kAsLoaded, ExistingFiles::kAsk,
+                             s.host));
+  ASSERT_EQ(s.host.questions.size(), 1u);
+  EXPECT_EQ(s.host.questions[0].text, PathText(mine) + " already exists!  Overwrite?");
+  EXPECT_EQ(ReadWholeFile(mine, 1000), "not to be lost");
+  EXPECT_TRUE(FileExists(s.folder / "new.dat"));  // No means this one only
+}
