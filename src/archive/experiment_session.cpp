@@ -86,7 +86,7 @@ void TakeUp(ReadExperiment&& read, const fs::path& path, QuorvaneModule& module,
     host.ShowMessage("Old Version EXP File",
                      PathText(path) +
                          " was saved by a previous verion of Quorvane.\r\n"
-                         "Please update the format by saving it from this program!",
+                         " Please update the format by saving it from this program!",
                      MessageIcon::kExclamation);
   }
   for (const std::string& warning : read.warnings) {
