@@ -182,14 +182,16 @@ void RunSearches(std::vector<std::unique_ptr<Search>>& searches, FitState& fit, 
   std::exception_ptr fault;
   for (std::size_t k = 0; k < searches.size(); ++k) {
     AwaitSearch(results[k], *searches[k], fit, stop, host);
+    const bool over = fault || outcome.stopped;  // the rest only has to end
     try {
       results[k].get();
     } catch (...) {
-      if (!fault) fault = std::current_exception();
+      if (!over) fault = std::current_exception();
       stop = true;
     }
-    if (fault || outcome.stopped) continue;  // the rest only has to end
+    if (over) continue;
     for (const std::string& line : searches[k]->host.lines) host.PrintIt(line);
+    if (fault) continue;
     if (searches[k]->finished) {
       LogInterval(*searches[k], host);
       outcome.intervals.push_back(searches[k]->interval);
