@@ -77,12 +77,9 @@ void TakeSession(Experiment&& experiment, QuorvaneModule& module) {
   module.GraphStreams = std::move(experiment.GraphStreams);
 }
 
-void TakeUp(ReadExperiment&& read, const fs::path& path, QuorvaneModule& module,
-            SessionHost& host) {
-  const bool old = read.experiment.layout == kOldLayout;
-  const std::string log = std::move(read.experiment.log);
-  TakeSession(std::move(read.experiment), module);
-  if (old) {
+// What the user should know of the file that was read.
+void SayWhatWasRead(const ReadExperiment& read, const fs::path& path, Host& host) {
+  if (read.experiment.layout == kOldLayout) {
     host.ShowMessage("Old Version EXP File",
                      PathText(path) +
                          " was saved by a previous verion of Quorvane.\r\n"
@@ -92,9 +89,6 @@ void TakeUp(ReadExperiment&& read, const fs::path& path, QuorvaneModule& module,
   for (const std::string& warning : read.warnings) {
     host.ShowMessage("Bad EXP File", warning, MessageIcon::kExclamation);
   }
-  host.LoadLog(log);
-  module.ExperimentOpen = true;
-  host.PrintIt("\r\nThe current directory is " + PathText(FolderOf(path)) + "\r\n");
 }
 
 }  // namespace
@@ -142,7 +136,8 @@ bool LoadExperiment(QuorvaneModule& module, const fs::path& path, SessionHost& h
     return false;
   }
   try {
-    TakeUp(ReadExperimentFile(path), path, module, host);
+    TakeUpExperiment(module, ReadExperimentFile(path), path, host);
+    host.PrintIt("\r\nThe current directory is " + PathText(FolderOf(path)) + "\r\n");
     return true;
   } catch (const UnknownLayout&) {
     SayBad(path, "", host);
@@ -152,6 +147,12 @@ bool LoadExperiment(QuorvaneModule& module, const fs::path& path, SessionHost& h
     SayBad(path, fault.what(), host);
   }
   return false;
+}
+
+void TakeUpExperiment(QuorvaneModule& module, ReadExperiment&& read, const fs::path& path,
+                      SessionHost& host) {
+  SayWhatWasRead(read, path, host);
+  ResumeExperiment(module, std::move(read), host);
 }
 
 void ResumeExperiment(QuorvaneModule& module, ReadExperiment&& read, SessionHost& host) {

@@ -10,7 +10,7 @@
 #include "base/text.h"
 #include "cli/dataset_table.h"
 #include "cli/json_records.h"
-#include "cli/log_document.h"
+#include "cli/terminal_host.h"
 
 namespace {
 
@@ -58,7 +58,7 @@ const char* LayoutName(const Experiment& experiment) {
   return experiment.layout == kOldLayout ? "old" : "current";
 }
 
-void PrintExperiment(const Experiment& experiment, const LogDocument& log, std::ostream& out) {
+void PrintExperiment(const Experiment& experiment, const std::string& log, std::ostream& out) {
   out << "Layout: " << LayoutName(experiment) << " (" << experiment.layout << ")\n"
       << "Directory: " << DirectoryText(experiment) << "\n\nParameter page\n";
   for (const auto& [name, field] : kPageFields) {
@@ -74,10 +74,10 @@ void PrintExperiment(const Experiment& experiment, const LogDocument& log, std::
     out << "  " << (title.empty() ? "(a chart of another program)" : title) << ", " << graph.size()
         << " bytes\n";
   }
-  out << "\nLog\n" << log.Text();
+  out << "\nLog\n" << log;
 }
 
-Json ExperimentJson(const Experiment& experiment, const LogDocument& log) {
+Json ExperimentJson(const Experiment& experiment, const std::string& log) {
   Json json = {{"layout", LayoutName(experiment)},
                {"version_marker", experiment.layout},
                {"directory", DirectoryText(experiment)}};
@@ -90,34 +90,33 @@ Json ExperimentJson(const Experiment& experiment, const LogDocument& log) {
     graphs.push_back(
         {{"number", graphs.size() + 1}, {"bytes", graph.size()}, {"title", TitleOf(graph)}});
   }
-  json["log"] = log.Text();
+  json["log"] = log;
   return json;
 }
 
 }  // namespace
 
 ExitStatus RunArchive(const ArchiveArguments& arguments, const CommandStreams& streams) {
-  const ReadExperiment read = Read(arguments.file);
-  for (const std::string& warning : read.warnings) streams.err << warning << '\n';
-  LogDocument log;
-  if (!log.Load(read.experiment.log)) streams.err << "The log is no rich text.\n";
-  PrintExperiment(read.experiment, log, streams.out);
+  ReadExperiment read = Read(arguments.file);
+  const Experiment stored = read.experiment;  // what is listed is what the file holds
+  QuorvaneModule module;
+  TerminalHost host(streams, true, module.Fit.FitKeepGoing);
+  TakeUpExperiment(module, std::move(read), PathFromText(arguments.file), host);
+  PrintExperiment(stored, host.Log(), streams.out);
   if (!arguments.json.empty()) {
-    WriteWholeFile(PathFromText(arguments.json), JsonText(ExperimentJson(read.experiment, log)));
+    WriteWholeFile(PathFromText(arguments.json), JsonText(ExperimentJson(stored, host.Log())));
   }
-  if (!arguments.saveAs.empty()) {
-    const auto path = PathFromText(arguments.saveAs);
-    const FileLock lock = LockForWriting(path, streams.err);
-    WriteExperimentFile(path, read.experiment);
-  }
-  return ExitStatus::kDone;
+  if (arguments.saveAs.empty()) return ExitStatus::kDone;
+  return SaveSession(PathFromText(arguments.saveAs), module, host, streams);
 }
 
-FileLock LockForWriting(const std::filesystem::path& path, std::ostream& err) {
-  FileLock lock = LockArchive(path);
+ExitStatus SaveSession(const std::filesystem::path& path, QuorvaneModule& module,
+                       TerminalHost& host, const CommandStreams& streams) {
+  const FileLock lock = LockArchive(path);
   if (!lock.Holder().empty()) {
-    err << PathText(path) << " is open in another Quorvane (" << lock.Holder()
-        << "); it is replaced all the same.\n";
+    streams.err << PathText(path) << " is open in another Quorvane (" << lock.Holder()
+                << "); it is replaced all the same.\n";
   }
-  return lock;
+  if (SaveExperiment(module, module.Setup.ModelIndex, path, host)) return ExitStatus::kDone;
+  return module.Store.Datasets.empty() ? ExitStatus::kNotDone : ExitStatus::kFileFault;
 }
