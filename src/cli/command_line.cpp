@@ -160,11 +160,8 @@ Command AddArchive(CLI::App& app) {
       ->type_name("NEW.exz");
   command->footer(
       "Lists parameter page, datasets, graphs and log of the experiment. A file that is no such\n"
-      "archive or is damaged is refused with what is wrong and where. What --save-as writes is "
-      "the\n"
-      "experiment as the program loads it.\n"
-      "Exit status: 0 done, 1 there is nothing to save, 2 bad usage, 3 a file could not be read "
-      "or\n"
+      "archive or is damaged is refused with what is wrong and where.\n"
+      "Exit status: 0 done, 1 nothing to save, 2 bad usage, 3 a file could not be read or\n"
       "written.");
   return [arguments](const CommandStreams& streams) { return RunArchive(*arguments, streams); };
 }
