@@ -40,6 +40,7 @@ void Reconcile(double& value, double& defaultValue) {
 
 void TakePage(const Experiment& experiment, QuorvaneModule& module) {
   FitPage& page = module.FitPage = experiment.FitPage;
+  module.ConstantsSet = {};
   if (experiment.layout == kOldLayout) {
     page.Vbar = module.DefaultVbar;
     page.VbarB = module.DefaultVbarB;

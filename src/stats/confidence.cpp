@@ -17,6 +17,7 @@
 #include "base/text.h"
 #include "fit/assembly.h"
 #include "fit/fit_state.h"
+#include "fit/levmarq.h"
 #include "stats/limit_search.h"
 #include "stats/minimum_check.h"
 #include "stats/quantiles.h"
@@ -239,7 +240,8 @@ void LogFault(const std::exception& fault, Host& host) {
 std::string BetterFitText(const FitState& fit, const BetterFit& better) {
   const auto sum = [](double value) { return FormatNumber(value, "0.00000E+00"); };
   return "A better minimum was met in the search: its sum of squares is " + sum(better.sum) +
-         ", that of the fit " + sum(AcceptedSum(fit)) + ". The intervals are of the worse one.";
+         ", that of the fit's values " + sum(AcceptedSum(fit)) +
+         ". The intervals are of the worse one.";
 }
 
 std::string MissingLimitsText(const ConfidenceOutcome& outcome) {
