@@ -100,7 +100,6 @@ TEST_F(ArchiveCommand, SavesAgainWhatALoadMakesOfIt) {
     double rawVbar, rawModel, vbar, model;
     const char* says;
   } cases[] = {{padded, 0, 0.0, 11.0, 0.73, 0.0, ""},
-               {SampleMembers(0.7, 2.5), 0, 0.7, 2.5, 0.7, 2.0, ""},
                {old, 0, 0.73, 0.0, 0.73, 0.0, "Old Version EXP File: "},
                {empty, 1, 0.75, 3.0, 0.0, 0.0, "There is nothing to save!\n"}};
   for (const auto& test : cases) {
