@@ -27,7 +27,12 @@ bool SaveExperiment(QuorvaneModule& module, int modelIndex, const std::filesyste
 // the fit, all other datasets are; the parameter page is as before "Setup Fit".
 bool LoadExperiment(QuorvaneModule& module, const std::filesystem::path& path, SessionHost& host);
 
-// Takes up an experiment as LoadExperiment does, but goes on with its log where it ended.
+// Takes up an experiment that was read from `path` as LoadExperiment does, its boxes about an old
+// layout and missing parts included, but goes on with its log where it ended.
+void TakeUpExperiment(QuorvaneModule& module, ReadExperiment&& read,
+                      const std::filesystem::path& path, SessionHost& host);
+
+// The same without a box.
 void ResumeExperiment(QuorvaneModule& module, ReadExperiment&& read, SessionHost& host);
 
 // The lock that says that a program has the archive at `path` open. All names that lead to a file

@@ -70,12 +70,15 @@ void SetConstant(QuorvaneModule& module, Constant constant, double value) {
   switch (constant) {
     case Constant::kVbar:
       module.FitPage.Vbar = module.DefaultVbar = value;
+      module.ConstantsSet.Vbar = true;
       return;
     case Constant::kVbarB:
       module.FitPage.VbarB = module.DefaultVbarB = value;
+      module.ConstantsSet.VbarB = true;
       return;
     case Constant::kDensity:
       module.FitPage.Density = module.DefaultDensity = value;
+      module.ConstantsSet.Density = true;
       return;
     case Constant::kMCTolerance:
       module.MCTolerance = value;

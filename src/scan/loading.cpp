@@ -57,6 +57,11 @@ LoadResult Trapped(const fs::path& path, Host& host, Load&& load) {
 }
 
 // Each chosen channel of the file, in the order of the letters.
+// The centerpiece by which a file is cut into its channels.
+Centerpiece CutAs(const ScanLoadSettings& settings) {
+  return settings.kind == FileKind::kIpRa ? settings.centerpiece : Centerpiece::kTwoChannels;
+}
+
 void LoadChannels(DatasetStore& store, const ScanLoadSettings& settings, const fs::path& path,
                   const std::string& header, ElWavelength elWavelength, Host& host,
                   LoadResult& result) {
@@ -72,15 +77,18 @@ void LoadChannels(DatasetStore& store, const ScanLoadSettings& settings, const f
 
 }  // namespace
 
+bool IsCut(const ScanLoadSettings& settings) {
+  return ChannelCount(CutAs(settings)) > 1;
+}
+
 std::vector<LoadWindow> WindowsOf(const ScanLoadSettings& settings) {
-  const bool channelled = settings.kind == FileKind::kIpRa;
-  const Centerpiece centerpiece = channelled ? settings.centerpiece : Centerpiece::kTwoChannels;
+  const Centerpiece centerpiece = CutAs(settings);
   const auto column = settings.kind == FileKind::kEl ? std::size_t{kElectrophoresisColumn}
                                                      : static_cast<std::size_t>(centerpiece);
   const int channels = ChannelCount(centerpiece);
   std::vector<LoadWindow> windows;
   for (std::size_t c = 0; c < static_cast<std::size_t>(channels); ++c) {
-    if (channels > 1 && !settings.chkChannel[c]) continue;
+    if (IsCut(settings) && !settings.chkChannel[c]) continue;
     windows.push_back(
         {ChannelLetters[c], ChannelLowRadius[c][column], ChannelHighRadius[c][column]});
   }

@@ -22,6 +22,10 @@ struct LoadWindow {
   float high;
 };
 
+// Whether files are cut into channels, and so the choice of channels counts: those of kind "IP,RA"
+// for a cell of 6 or 8 channels.
+bool IsCut(const ScanLoadSettings& settings);
+
 // The windows that the settings cut out of a file, in the order of the letters.
 std::vector<LoadWindow> WindowsOf(const ScanLoadSettings& settings);
 

@@ -17,7 +17,7 @@ const std::array<const char*, kCount> kTips = {
     "Name of the dataset; its number stands in front",
     "Data points of the fit; mass conservation points do not count",
     "Root mean square of the residuals, signal units: to be compared with the noise",
-    "Share of the sum of squares of all datasets",
+    "Share of the sum of squares of all datasets, at the values of the fit",
     "Residuals above and below the curve",
     "Runs: stretches of residuals with the same sign, along the radius",
     "Runs to be expected of noise",

@@ -78,7 +78,8 @@ void frmFitQuality::ConnectSignals() {
 
 void frmFitQuality::ShowFit(const QuorvaneModule& module) {
   try {
-    const FitQuality quality = CalcFitQuality(module.Fit, module.FitPage, module.CriticalCCCValue);
+    const FitQuality quality =
+        CalcFitQuality(module.Fit, module.FitPage, module.ConstantsSet, module.CriticalCCCValue);
     rows_.Show(quality, NamesOf(quality, module.Store.Datasets));
     txtQualityRemarks_->setPlainText(RemarkText(quality));
     gridQuality_->resizeColumnsToContents();
