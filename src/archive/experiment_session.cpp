@@ -77,8 +77,10 @@ void TakeSession(Experiment&& experiment, QuorvaneModule& module) {
   module.GraphStreams = std::move(experiment.GraphStreams);
 }
 
-void TakeUp(ReadExperiment&& read, const fs::path& path, QuorvaneModule& module,
-            SessionHost& host) {
+}  // namespace
+
+void TakeUpExperiment(QuorvaneModule& module, ReadExperiment&& read, const fs::path& path,
+                      SessionHost& host) {
   const bool old = read.experiment.layout == kOldLayout;
   const std::string log = std::move(read.experiment.log);
   TakeSession(std::move(read.experiment), module);
@@ -96,8 +98,6 @@ void TakeUp(ReadExperiment&& read, const fs::path& path, QuorvaneModule& module,
   module.ExperimentOpen = true;
   host.PrintIt("\r\nThe current directory is " + PathText(FolderOf(path)) + "\r\n");
 }
-
-}  // namespace
 
 Experiment ExperimentOf(const QuorvaneModule& module, int modelIndex, const fs::path& folder) {
   Experiment experiment;
@@ -136,14 +136,13 @@ bool SaveExperiment(QuorvaneModule& module, int modelIndex, const fs::path& path
   return false;
 }
 
-bool LoadExperiment(QuorvaneModule& module, const fs::path& path, SessionHost& host) {
+std::optional<ReadExperiment> OpenExperiment(const fs::path& path, Host& host) {
   if (!FileExists(path)) {
     host.ShowMessage("No File Found", PathText(path) + " not found!", MessageIcon::kExclamation);
-    return false;
+    return std::nullopt;
   }
   try {
-    TakeUp(ReadExperimentFile(path), path, module, host);
-    return true;
+    return ReadExperimentFile(path);
   } catch (const UnknownLayout&) {
     SayBad(path, "", host);
   } catch (const ArchiveFault& fault) {
@@ -151,7 +150,13 @@ bool LoadExperiment(QuorvaneModule& module, const fs::path& path, SessionHost& h
   } catch (const FileFault& fault) {
     SayBad(path, fault.what(), host);
   }
-  return false;
+  return std::nullopt;
+}
+
+bool LoadExperiment(QuorvaneModule& module, const fs::path& path, SessionHost& host) {
+  std::optional<ReadExperiment> read = OpenExperiment(path, host);
+  if (read) TakeUpExperiment(module, std::move(*read), path, host);
+  return read.has_value();
 }
 
 void ResumeExperiment(QuorvaneModule& module, ReadExperiment&& read, SessionHost& host) {

@@ -2,11 +2,13 @@
 #pragma once
 
 #include <filesystem>
+#include <optional>
 
 #include "archive/experiment_file.h"
 #include "base/file_lock.h"
 #include "core/program_state.h"
 
+class Host;
 class SessionHost;
 
 // The session as an archive in `folder` holds it, but without its log. `modelIndex` is the chosen
@@ -21,10 +23,17 @@ Experiment ExperimentOf(const QuorvaneModule& module, int modelIndex,
 bool SaveExperiment(QuorvaneModule& module, int modelIndex, const std::filesystem::path& path,
                     SessionHost& host);
 
-// Takes up the experiment saved at `path` in place of the session's, its log in place of the
-// host's. True if loaded; otherwise a message box has said why, and nothing has changed.
-// Vbar, density of an experiment that knows them become the defaults. Blanks are not chosen for
-// the fit, all other datasets are; the parameter page is as before "Setup Fit".
+// The experiment saved at `path`; nothing if it cannot be read, and a message box has said why.
+std::optional<ReadExperiment> OpenExperiment(const std::filesystem::path& path, Host& host);
+
+// Takes up an experiment that was read from `path` in place of the session's, its log in place of
+// the host's; tells what was found odd in it. Vbar, density of an experiment that knows them become
+// the defaults. Blanks are not chosen for the fit, all other datasets are; the parameter page is as
+// before "Setup Fit".
+void TakeUpExperiment(QuorvaneModule& module, ReadExperiment&& read,
+                      const std::filesystem::path& path, SessionHost& host);
+
+// Both. True if loaded; otherwise nothing has changed.
 bool LoadExperiment(QuorvaneModule& module, const std::filesystem::path& path, SessionHost& host);
 
 // Takes up an experiment as LoadExperiment does, but goes on with its log where it ended.
