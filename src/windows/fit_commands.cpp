@@ -22,6 +22,7 @@ void FitCommands::Calculate(Work&& work) {
   Session& session = windows_.session;
   session.Calculating = true;
   session.StopRequested = false;
+  windows_.log.MoveToEnd();  // not into an older report that the user has clicked in
   emit CalculatingChanged(true);
   {
     const BusyPointer busy;
@@ -33,7 +34,7 @@ void FitCommands::Calculate(Work&& work) {
 
 void FitCommands::RunFit() {
   QuorvaneModule& module = windows_.session.Module;
-  if (windows_.session.Calculating || !windows_.data.CommitPending()) return;
+  if (windows_.session.Calculating || !windows_.session.CommitPending()) return;
   FitState last = module.Fit;
   FitRecord record = std::move(module.LastFit);
   FitOutcome outcome;
@@ -89,6 +90,7 @@ MinimumOutcome FitCommands::RunMinimumCheck(const MinimumRequest& request) {
 }
 
 void FitCommands::UseAsStart(const Array1<double>& parameters) {
+  if (!windows_.session.CommitPending()) return;
   try {
     TakeAsStart(windows_.session.Module, parameters);
   } catch (const ArithmeticFault& fault) {

@@ -203,7 +203,10 @@ void ModelBlock::Constrain(bool on) {
   }
   const Refusal refusal = on ? ConstrainShownRatios(module) : ReleaseShownRatios(module);
   ShowAll();
-  if (refusal.empty()) return;
+  if (refusal.empty()) {
+    emit RatiosSwitched();
+    return;
+  }
   session_.Ask.ShowMessage(window(), kEntryErrorTitle, QString::fromStdString(refusal),
                            MessageIcon::kExclamation);
 }
