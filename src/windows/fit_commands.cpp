@@ -51,7 +51,14 @@ void FitCommands::RunFit() {
 void FitCommands::ShowOutcome(const FitOutcome& outcome) {
   // A fault in the report comes after the values were taken over.
   windows_.data.FitControl().ShowValues();
-  if (outcome.ending == FitEnding::kFailed) windows_.data.FitControl().SetFitDone(false);
+  if (outcome.ending == FitEnding::kFailed) {
+    windows_.data.FitControl().SetFitDone(false);
+    if (outcome.error == DescribeFault(FaultKind::kOverflow)) {
+      windows_.session.Remark(
+          tr("Overflow: the start values lie too far from the data. \"Preview Fit\" (F7) shows "
+             "their curves, if they have any."));
+    }
+  }
   if (outcome.ending != FitEnding::kFinished) return;
   windows_.data.FitControl().SetFitDone(true);
   windows_.data.Results().ShowFit();

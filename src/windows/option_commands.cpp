@@ -36,6 +36,7 @@ void OptionCommands::AskConstant(Constant constant) {
       QString::fromStdString(FormatNumber(ValueOf(module, constant), dialog.pattern)));
   if (!answer || answer->isEmpty()) return;
   const std::optional<double> value = ParseNumeric(answer->toStdString());
+  if (!value || !InRange(constant, *value)) windows_.session.Remark(dialog.taken);
   if (!value) {
     windows_.host.ShowMessage(dialog.notANumberTitle, "Illegal Value Entered",
                               MessageIcon::kExclamation);
