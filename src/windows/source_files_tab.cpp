@@ -311,6 +311,7 @@ void SourceFilesTab::SetNames(const std::vector<std::string>& names) {
 void SourceFilesTab::ShowComments() {
   CheckSoon();
   if (SelectedPath().empty()) return;
+  session_.Remark({});  // what was wrong with another file
   const std::string lines = GetCommentLines(session_.Module.Store, SelectedPath(), host_);
   if (!lines.empty()) txtFileComment_->setPlainText(QString::fromStdString(lines));
 }
