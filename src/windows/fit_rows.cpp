@@ -208,7 +208,7 @@ void FitRows::ConnectLink(int row) {
   BindRow(
       box, row,
       [this, &setup, row](Dataset&, const std::string& text) {
-        const Refusal refusal = EnterLink(setup, row, text);
+        Refusal refusal = EnterLink(setup, row, text);
         ShowRowLink(rows_[static_cast<std::size_t>(row)], setup, row);
         return refusal;
       },
