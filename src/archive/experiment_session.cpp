@@ -131,15 +131,13 @@ bool SaveExperiment(QuorvaneModule& module, int modelIndex, const fs::path& path
   return false;
 }
 
-bool LoadExperiment(QuorvaneModule& module, const fs::path& path, SessionHost& host) {
+std::optional<ReadExperiment> OpenExperiment(const fs::path& path, Host& host) {
   if (!FileExists(path)) {
     host.ShowMessage("No File Found", PathText(path) + " not found!", MessageIcon::kExclamation);
-    return false;
+    return std::nullopt;
   }
   try {
-    TakeUpExperiment(module, ReadExperimentFile(path), path, host);
-    host.PrintIt("\r\nThe current directory is " + PathText(FolderOf(path)) + "\r\n");
-    return true;
+    return ReadExperimentFile(path);
   } catch (const UnknownLayout&) {
     SayBad(path, "", host);
   } catch (const ArchiveFault& fault) {
@@ -147,7 +145,19 @@ bool LoadExperiment(QuorvaneModule& module, const fs::path& path, SessionHost& h
   } catch (const FileFault& fault) {
     SayBad(path, fault.what(), host);
   }
-  return false;
+  return std::nullopt;
+}
+
+bool LoadExperiment(QuorvaneModule& module, const fs::path& path, SessionHost& host) {
+  std::optional<ReadExperiment> read = OpenExperiment(path, host);
+  if (read) LoadReadExperiment(module, std::move(*read), path, host);
+  return read.has_value();
+}
+
+void LoadReadExperiment(QuorvaneModule& module, ReadExperiment&& read, const fs::path& path,
+                        SessionHost& host) {
+  TakeUpExperiment(module, std::move(read), path, host);
+  host.PrintIt("\r\nThe current directory is " + PathText(FolderOf(path)) + "\r\n");
 }
 
 void TakeUpExperiment(QuorvaneModule& module, ReadExperiment&& read, const fs::path& path,

@@ -128,6 +128,10 @@ Refusal Enter(const SharedValue& value, QuorvaneModule& module, std::string_view
   return {};
 }
 
+std::string TakenBy(const SharedValue& value, const QuorvaneModule& module) {
+  return MustBePositive(value, module) ? kTakesAboveZero : kTakesAnyNumber;
+}
+
 Refusal ConstrainShownRatios(QuorvaneModule& module) {
   const SharedValue& k2 = SharedValueOf(&FitPage::ModelLnK2);
   const SharedValue& k3 = SharedValueOf(&FitPage::ModelLnK3);

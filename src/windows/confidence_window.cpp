@@ -155,6 +155,7 @@ bool frmConfInterval::StoreLevel(const QString& text) {
   if (entry == LevelEntry::kTaken) return true;
   cmbFStat_->hidePopup();
   const bool number = entry == LevelEntry::kOutOfRange;
+  session_.Remark(tr("The probability takes a number between 50 and 100."));
   session_.Ask.ShowMessage(this, number ? "Parameter Out of Range!" : "Parameter Entry Error!",
                            number ? "Value must be 50 < P < 100 " : "Illegal Value Entered",
                            MessageIcon::kExclamation);

@@ -11,6 +11,7 @@
 
 #include "base/number_format.h"
 #include "plot/chart_widget.h"
+#include "scan/dataset.h"
 #include "windows/edit_tab.h"
 #include "windows/fit_control_tab.h"
 #include "windows/hint_window.h"
@@ -26,6 +27,12 @@ constexpr int kSourceFiles = 0;
 constexpr int kLoadedData = 1;
 constexpr int kFitControl = 2;
 constexpr int kEdit = 3;
+
+std::vector<bool> BlanksOf(const std::vector<Dataset>& datasets) {
+  std::vector<bool> blanks;
+  for (const Dataset& dataset : datasets) blanks.push_back(IsBlank(dataset));
+  return blanks;
+}
 
 }  // namespace
 
@@ -74,6 +81,7 @@ void DataWindow::ConnectTabs() {
   connect(control_, &FitControlTab::CalcCIRequested, this, &DataWindow::CalcCIRequested);
   connect(control_, &FitControlTab::ShowCCCsRequested, this, &DataWindow::ShowCCCsRequested);
   connect(control_, &FitControlTab::FitOutdated, this, &DataWindow::FitOutdated);
+  connect(control_, &FitControlTab::PageClosing, this, &DataWindow::PageClosing);
   connect(control_, &FitControlTab::KDisplayChosen, this, &DataWindow::KDisplayChosen);
   connect(control_, &FitControlTab::MwDisplayChosen, this, &DataWindow::MwDisplayChosen);
   connect(edit_, &EditTab::Edited, control_, &FitControlTab::ShowValues);
@@ -93,7 +101,9 @@ void DataWindow::ConnectKeys() {
   const auto bind = [this](const QKeySequence& key, auto action) {
     auto* shortcut = new QShortcut(key, this);
     shortcut->setContext(Qt::ApplicationShortcut);
-    connect(shortcut, &QShortcut::activated, this, action);
+    connect(shortcut, &QShortcut::activated, this, [this, action] {
+      if (session_.CommitPending()) action();
+    });
   };
   for (int tab = 0; tab < dataTab_->count(); ++tab) {
     bind(QKeySequence(QStringLiteral("Ctrl+%1").arg(tab + 1)), [this, tab] {
@@ -128,9 +138,10 @@ void DataWindow::RefreshDisplay() {
   results_->Redraw();
 }
 
+// A new name comes last, because it shows the page anew.
 bool DataWindow::CommitPending() {
-  return loaded_->CommitPending() &&
-         (!dataTab_->isTabEnabled(kFitControl) || control_->CommitPending());
+  return (!dataTab_->isTabEnabled(kFitControl) || control_->CommitPending()) &&
+         loaded_->CommitPending();
 }
 
 void DataWindow::SetCalculating(bool on) {
@@ -153,9 +164,10 @@ void DataWindow::UpdateTabs() {
   ForgetChosenSets(session_.Module.Setup);
   control_->SetFitDone(false);
   control_->ShowValues();  // a text that was not stored goes with the old page
-  datasets_ = session_.Module.Store.NumDatasets();
-  const bool any = datasets_ > 0;
+  blanks_ = BlanksOf(session_.Module.Store.Datasets);
+  const bool any = !blanks_.empty();
   dataTab_->setTabEnabled(kLoadedData, any);
+  if (any && dataTab_->currentIndex() == kFitControl) dataTab_->setCurrentIndex(kLoadedData);
   dataTab_->setTabEnabled(kFitControl, false);
   dataTab_->setTabEnabled(kEdit, any);
   if (!any) dataTab_->setCurrentIndex(kSourceFiles);
@@ -166,12 +178,13 @@ void DataWindow::AfterLoad() {
   AfterStoreChange();
 }
 
-// Unloading, renaming and subtracting a blank come here as well as loading.
+// Unloading, renaming and subtracting a blank come here as well as loading. A dataset that became a
+// blank, or is none any more, changes what can be fitted as one that came or went does.
 void DataWindow::AfterStoreChange() {
-  const int datasets = session_.Module.Store.NumDatasets();
-  if (datasets < datasets_) edit_->Clear();  // positions have moved
+  const std::vector<bool> blanks = BlanksOf(session_.Module.Store.Datasets);
+  if (blanks.size() < blanks_.size()) edit_->Clear();  // positions have moved
   edit_->Redraw();
-  if (datasets != datasets_) {
+  if (blanks != blanks_) {
     emit PageClosing();
     results_->Clear();
     UpdateTabs();
@@ -200,8 +213,7 @@ void DataWindow::ShowHint() {
 }
 
 void DataWindow::SetUpFit(int model) {
-  emit PageClosing();
-  if (!control_->SetupFit(model)) return;
+  if (!session_.CommitPending() || !control_->SetupFit(model)) return;
   results_->Clear();
   dataTab_->setTabEnabled(kFitControl, true);
   dataTab_->setCurrentIndex(kFitControl);

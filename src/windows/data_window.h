@@ -2,6 +2,7 @@
 #pragma once
 
 #include <QWidget>
+#include <vector>
 
 #include "windows/printable.h"
 
@@ -75,6 +76,6 @@ class DataWindow : public QWidget, public Printable {
   ResultPanel* results_;
   EditTab* edit_;
   QLabel* status_;
-  int datasets_ = 0;        // that the tabs were set for
-  bool hintShown_ = false;  // in this run
+  std::vector<bool> blanks_;  // of the datasets that the tabs were set for: which are blanks
+  bool hintShown_ = false;    // in this run
 };

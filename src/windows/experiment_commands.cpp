@@ -84,8 +84,11 @@ void ExperimentCommands::Load(const QString& name) {
   if (lock == nullptr) return;
   const BusyPointer busy;
   Session& session = windows_.session;
+  session.Remark({});
+  std::optional<ReadExperiment> read = OpenExperiment(ToPath(path), windows_.host);
+  if (!read) return;
   windows_.data.ClosePage();
-  if (!LoadExperiment(session.Module, ToPath(path), windows_.host)) return;
+  LoadReadExperiment(session.Module, std::move(*read), ToPath(path), windows_.host);
   lock_ = lock;
   ChangeFolder(QFileInfo(path).absolutePath());
   AddRecentFile(ToPath(path), session.Settings, windows_.host);
@@ -119,7 +122,7 @@ void ExperimentCommands::Save() {
     SaveExperiment(session.Module, 0, {}, windows_.host);
     return;
   }
-  if (!windows_.data.CommitPending()) return;
+  if (!session.CommitPending()) return;
   const QString path = session.Ask.SaveFile(
       &windows_.frame,
       {QStringLiteral("Save"), ToQString(session.CurrentFolder), kArchiveFilter, {}});
@@ -131,15 +134,15 @@ void ExperimentCommands::Save() {
                       windows_.host))
     return;
   lock_ = lock;
-  ChangeFolder(QFileInfo(path).absolutePath());
+  session.CurrentFolder = ToPath(QFileInfo(path).absolutePath());
+  windows_.data.SourceFiles().FollowSave();
   AddRecentFile(ToPath(path), session.Settings, windows_.host);
   emit NothingUnsaved();
 }
 
 void ExperimentCommands::SaveLoadedData(SavedSignal signal) {
   Session& session = windows_.session;
-  if (!windows_.data.CommitPending() || !NamesCanBeUsed(session.Module.Store, windows_.host))
-    return;
+  if (!session.CommitPending() || !NamesCanBeUsed(session.Module.Store, windows_.host)) return;
   const QString folder =
       session.Ask.ChooseFolder(&windows_.frame, QStringLiteral("Save All Data Sets"),
                                SaveFolder(ToQString(session.CurrentFolder)));
@@ -150,15 +153,17 @@ void ExperimentCommands::SaveLoadedData(SavedSignal signal) {
   } catch (const FileFault& fault) {
     windows_.host.ShowMessage("", fault.what(), MessageIcon::kExclamation);
   }
+  windows_.data.SourceFiles().FollowSave();
 }
 
 void ExperimentCommands::OpenDropped(const QStringList& paths) {
+  if (!windows_.session.CommitPending()) return;
   for (const QString& path : paths) {
     if (!path.endsWith(QStringLiteral(".exz"), Qt::CaseInsensitive)) continue;
     LoadAsked(path);
     return;
   }
-  if (windows_.data.CommitPending()) windows_.data.SourceFiles().LoadFiles(paths);
+  windows_.data.SourceFiles().LoadFiles(paths);
 }
 
 void ExperimentCommands::OpenArgument(const QString& argument) {

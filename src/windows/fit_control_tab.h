@@ -47,6 +47,7 @@ class FitControlTab : public QWidget {
   void CalcCIRequested();
   void ShowCCCsRequested();
   void FitOutdated();  // there is no fit any more whose error analysis can be shown
+  void PageClosing();  // the page is about to be built anew
   void RefConcRequested(int row);
   void KDisplayChosen(int kFormat);
   void MwDisplayChosen(bool buoyant);

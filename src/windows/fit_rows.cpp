@@ -130,28 +130,40 @@ void FitRows::RemoveLastRow() {
 // A text that is left over from a page whose datasets are gone is dropped.
 void FitRows::BindRow(ValueBox& box, int row,
                       std::function<Refusal(Dataset&, const std::string&)> enter,
-                      std::function<std::string(const Dataset&)> shown) {
+                      std::function<std::string(const Dataset&)> shown, std::string taken) {
   QuorvaneModule& module = session_.Module;
-  BindEntry(
-      box, session_.Ask,
-      [this, &module, row, enter = std::move(enter)](const std::string& text) {
-        return AreCurrent() ? enter(DatasetOfRow(module, row), text) : Refusal();
-      },
-      [this, &module, row, shown = std::move(shown)] {
-        return AreCurrent() ? shown(DatasetOfRow(module, row)) : std::string();
-      });
+  BindEntry(box, session_,
+            {.enter =
+                 [this, &module, row, enter = std::move(enter)](const std::string& text) {
+                   return AreCurrent() ? enter(DatasetOfRow(module, row), text) : Refusal();
+                 },
+             .shown =
+                 [this, &module, row, shown = std::move(shown)] {
+                   return AreCurrent() ? shown(DatasetOfRow(module, row)) : std::string();
+                 },
+             .name = [this, &box] { return NameOfBox(box); },
+             .taken = [taken = std::move(taken)] { return taken; }});
+}
+
+// "Baseline of row 2": the head of its column, and the number of its row.
+QString FitRows::NameOfBox(QWidget& box) const {
+  int row = 0;
+  int column = 0;
+  int span = 0;
+  grid_->getItemPosition(grid_->indexOf(&box), &row, &column, &span, &span);
+  return tr("%1 of row %2").arg(heads_->CaptionOf(column)).arg(row + 1);
 }
 
 void FitRows::ConnectBoxes(int row) {
   const FitRow& controls = rows_.back();
-  BindRow(*controls.lblRunSpeed, row, EnterSpeed, SpeedText);
+  BindRow(*controls.lblRunSpeed, row, EnterSpeed, SpeedText, kTakesAboveZero);
   for (std::size_t k = 0; k < RowValues.size(); ++k) {
     const RowValue& value = RowValues[k];
     ValueBox& box = *controls.boxes[k];
     BindRow(
         box, row,
         [&value](Dataset& dataset, const std::string& text) { return Enter(value, dataset, text); },
-        [&value](const Dataset& dataset) { return TextOf(value, dataset); });
+        [&value](const Dataset& dataset) { return TextOf(value, dataset); }, TakenBy(value));
     if (value.spreads) {
       connect(&box, &ValueBox::CtrlClicked, this, [this, &value, row] {
         if (!CommitRows())
@@ -196,11 +208,12 @@ void FitRows::ConnectLink(int row) {
   BindRow(
       box, row,
       [this, &setup, row](Dataset&, const std::string& text) {
-        const Refusal refusal = EnterLink(setup, row, text);
+        Refusal refusal = EnterLink(setup, row, text);
         ShowRowLink(rows_[static_cast<std::size_t>(row)], setup, row);
         return refusal;
       },
-      [&setup, row](const Dataset&) { return LinkText(setup, row); });
+      [&setup, row](const Dataset&) { return LinkText(setup, row); },
+      "the number of a row that is not linked itself");
   connect(&box, &ValueBox::RightReleased, this, [this, row] { AskLink(row); });
 }
 

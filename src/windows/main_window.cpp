@@ -183,6 +183,11 @@ void MainWindow::ConnectWindows() {
   });
   connect(host_.get(), &WindowHost::ProgressReported, status_, &QLabel::setText);
   connect(host_.get(), &WindowHost::FailureReported, status_, &QLabel::setText);
+  const QPointer<MainWindow> self(this);  // the session may outlive this window, or have another
+  session_.CommitPending = [self] { return self == nullptr || self->CommitPending(); };
+  session_.Remark = [self](const QString& text) {
+    if (self) self->ShowRemark(text);
+  };
   connect(escape_, &QShortcut::activated, fits_, &FitCommands::Stop);
   escape_->setEnabled(false);
   qApp->installEventFilter(this);
@@ -238,8 +243,7 @@ void MainWindow::ConnectEvaluations() {
 
 // The report of a fit, and the plot of datasets that follows all that happens to them.
 void MainWindow::ConnectReports() {
-  connect(reports_, &ReportCommands::Saved, this,
-          [this] { data_->SourceFiles().RefreshDirectory(); });
+  connect(reports_, &ReportCommands::Saved, this, [this] { data_->SourceFiles().FollowSave(); });
   connect(data_, &DataWindow::DatasetsChanged, overlay_, &OverlayWindow::Refresh);
   connect(&data_->Editing(), &EditTab::Edited, overlay_, &OverlayWindow::Refresh);
   connect(fits_, &FitCommands::CalculationEnded, overlay_, &OverlayWindow::Refresh);
@@ -254,9 +258,7 @@ void MainWindow::ConnectAutosave() {
   connect(fits_, &FitCommands::CalculatingChanged, autosave_, [this](bool on) {
     if (on) autosave_->Keep();
   });
-  connect(autosave_, &Autosave::Failed, this, [this](const QString& why) {
-    host_->ReportFailure(tr("Unsaved work is not kept: %1").arg(why).toStdString());
-  });
+  connect(autosave_, &Autosave::Failed, this, [this] { ShowRemark({}); });
 }
 
 void MainWindow::KeepUnsavedWork(const std::filesystem::path& folder,
@@ -435,7 +437,7 @@ void MainWindow::ConnectSimulation() {
     Action("cmdStop")->setEnabled(false);  // a simulation runs to its end
     if (!on && closeAfterStop_) QTimer::singleShot(0, this, &MainWindow::close);
   });
-  connect(sim_, &SimWindow::FileSaved, this, [this] { data_->SourceFiles().RefreshDirectory(); });
+  connect(sim_, &SimWindow::FileSaved, this, [this] { data_->SourceFiles().FollowSave(); });
 }
 
 void MainWindow::ShowHelp(bool search) {

@@ -55,6 +55,8 @@ class MainWindow : public QMainWindow {
  private:
   // Menus (main_menus.cpp); each action bears its name in the domain.
   template <class Slot>
+  void Bind(QAction* action, Slot slot);
+  template <class Slot>
   QAction* AddAction(QMenu* menu, const char* name, const QString& caption, Slot slot);
   QAction* AddToggle(QMenu* menu, const char* name, const QString& caption, bool& flag);
   QMenu* AddMenu(QMenu* parent, const char* name, const QString& caption);
@@ -99,6 +101,8 @@ class MainWindow : public QMainWindow {
   void ShowHelp(bool search);
   void ShowAbout();
   bool MayClose();
+  bool CommitPending();
+  void ShowRemark(const QString& text);
 
   Session& session_;
   QMdiArea* area_;

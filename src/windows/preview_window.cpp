@@ -53,6 +53,7 @@ QSize PreviewWindow::sizeHint() const {
 }
 
 void PreviewWindow::Preview() {
+  host_.GoToEndOfLog();
   ModelCurves curves = PreviewFit(session_.Module, host_);
   if (curves.fault) TellFault(*curves.fault, host_);
   if (curves.charts.empty()) return;

@@ -75,18 +75,6 @@ TEST(RenameDataset, KeepsTheOldNameWhenTheNewOneIsRefused) {
   }
 }
 
-// A sample renamed to a blank stayed in the fit.
-TEST(RenameDataset, TakesABlankOutOfTheFit) {
-  DatasetStore store = StoreOf({"a", "c"});
-  RecordingHost host;
-  EXPECT_TRUE(RenameDataset(store, 0, "BL_a", host));
-  EXPECT_EQ(store.UseData, (std::vector<bool>{false, true}));
-  ChooseFrom(store, 0, true);
-  EXPECT_EQ(store.UseData, (std::vector<bool>{false, true}));
-  EXPECT_TRUE(RenameDataset(store, 0, "a", host));
-  EXPECT_EQ(store.UseData, (std::vector<bool>{true, true}));
-}
-
 TEST(SaveLoadedData, WritesFixedColumnsThatLoadBack) {
   Session s;
   const auto load = [&](const char* file, const char* name) {

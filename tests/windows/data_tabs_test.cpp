@@ -202,6 +202,7 @@ TEST_F(DataTabs, LoadsManyInTheOrderOfTheirNames) {
   Click("cmdMultiLoad");
   EXPECT_EQ(Loaded(), (Names{"9_3A20280.dat", "B_3A20280.dat"}));
   EXPECT_EQ(dialogs.requests[1].title, "Load Multiple Files");
+  EXPECT_TRUE(dialogs.requests[1].filter.endsWith(";;All files (*)"));
 }
 
 TEST_F(DataTabs, TellsWhatCannotBeLoaded) {
