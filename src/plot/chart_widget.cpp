@@ -2,6 +2,9 @@
 
 #include <qcustomplot.h>
 
+#include <QHelpEvent>
+#include <QTextDocument>
+#include <QToolTip>
 #include <QVBoxLayout>
 #include <algorithm>
 #include <cmath>
@@ -12,6 +15,12 @@
 namespace {
 
 const QColor kBandColor(0, 114, 178, 30);
+
+void ApplyAxes(QCustomPlot& plot, bool shown) {
+  for (QCPAxisRect* panel : plot.axisRects()) {
+    for (QCPAxis* axis : panel->axes()) axis->setVisible(shown && axis->visible());
+  }
+}
 
 }  // namespace
 
@@ -40,6 +49,7 @@ void ChartWidget::SetChart(const Chart& chart) {
   chart_ = chart;
   bands_.clear();
   FillPlot(*plot_, chart_);
+  ApplyAxes(*plot_, axesShown_);
   whole_ = Area();
   PlotFilled();
   connect(plot_->axisRect(0)->axis(QCPAxis::atBottom),
@@ -100,6 +110,25 @@ void ChartWidget::SetBands(const std::vector<ChartBand>& bands) {
     }
   }
   plot_->replot(QCustomPlot::rpQueuedReplot);
+}
+
+void ChartWidget::SetAxesShown(bool shown) {
+  const Chart zoomed = ShownChart();
+  const std::vector<ChartBand> bands = bands_;
+  axesShown_ = shown;
+  SetChart(Chart(chart_));
+  SetBands(bands);
+  if (zoomed.view) ZoomTo(*zoomed.view);
+}
+
+bool ChartWidget::event(QEvent* event) {
+  if (event->type() != QEvent::ToolTip || chart_.title.empty()) return QWidget::event(event);
+  const auto* help = static_cast<QHelpEvent*>(event);
+  if (help->pos().y() >= plot_->axisRect(0)->top()) return QWidget::event(event);
+  const QString title = QString::fromStdString(chart_.title);
+  QToolTip::showText(help->globalPos(),
+                     Qt::mightBeRichText(title) ? Qt::convertFromPlainText(title) : title, this);
+  return true;
 }
 
 void ChartWidget::ShowAll() {

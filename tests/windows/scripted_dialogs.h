@@ -35,6 +35,14 @@ class ScriptedDialogs : public Dialogs {
     questions.push_back({title, text, MessageIcon::kQuestion});
     return Next(yesNo, false, text);
   }
+  // Takes a plain Yes or No too.
+  DiscardChoice AskDiscard(QWidget* parent, const QString& title, const QString& text) override {
+    if (discards.empty()) {
+      return AskYesNo(parent, title, text) ? DiscardChoice::kYes : DiscardChoice::kNo;
+    }
+    questions.push_back({title, text, MessageIcon::kQuestion});
+    return Next(discards, DiscardChoice::kNo, text);
+  }
   WorkChoice OfferWork(QWidget*, const QString& title, const QString& text) override {
     questions.push_back({title, text, MessageIcon::kQuestion});
     return Next(works, WorkChoice::kLater, text);
@@ -68,6 +76,7 @@ class ScriptedDialogs : public Dialogs {
   std::vector<Said> questions;
   std::vector<FileRequest> requests;
   std::deque<bool> yesNo;
+  std::deque<DiscardChoice> discards;
   std::deque<WorkChoice> works;
   std::deque<std::optional<QString>> texts;
   std::deque<QString> files;
