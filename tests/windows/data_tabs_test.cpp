@@ -1,5 +1,6 @@
 // Faults caught here: rows that do not follow the store, a name that lands on the wrong dataset,
 // controls that stay enabled, refusals without their words. All of it runs under a German locale.
+#include <QAction>
 #include <QCheckBox>
 #include <QComboBox>
 #include <QLabel>
@@ -159,7 +160,7 @@ TEST_F(DataTabs, CenterpieceSetsTheChannelsAndKeepsThePreview) {
   folder.Write("a.RA1", Scan());
   source->RefreshDirectory();
   Click("cmdPreviewIt");
-  const auto* preview = Find<ChartWidget>("TChartPreview");
+  auto* preview = Find<ChartWidget>("TChartPreview");
   const char* cases[][2] = {{"optCntrpiece(1)", "1+1+1+0-"},  // by channel: checked, enabled
                             {"optCntrpiece(2)", "1+1+1+1+"},
                             {"optCntrpiece(0)", "1-0-0-0-"}};
@@ -174,6 +175,16 @@ TEST_F(DataTabs, CenterpieceSetsTheChannelsAndKeepsThePreview) {
     EXPECT_EQ(states, expected) << option;
     EXPECT_FALSE(preview->GetChart().panels.empty());
   }
+  auto* axes = preview->findChild<QAction*>("mnuShowAxes");
+  QImage shown[3];
+  for (QImage& picture : shown) {
+    QCoreApplication::processEvents();  // it is drawn later
+    picture = preview->grab().toImage();
+    axes->toggle();
+  }
+  EXPECT_NE(shown[0], shown[1]);
+  EXPECT_EQ(shown[0], shown[2]);
+  EXPECT_EQ(settings.Get("Quorvane", "PreviewAxes"), "1");
   Click("cmdRefreshLB");
   EXPECT_TRUE(preview->GetChart().panels.empty());
 }

@@ -64,7 +64,8 @@ class ScriptedDialogs : public Dialogs {
   std::optional<QColor> ChooseColor(QWidget*, const QColor&) override {
     return Next(colors, std::optional<QColor>(), "a colour");
   }
-  std::optional<QFont> ChooseFont(QWidget*, const QFont&) override {
+  std::optional<QFont> ChooseFont(QWidget*, const QFont& start) override {
+    fontOffered = start;
     return Next(fonts, std::optional<QFont>(), "a font");
   }
   bool AskPrinter(QWidget*, QPrinter& printer, const PrintJob& job) override {
@@ -83,6 +84,7 @@ class ScriptedDialogs : public Dialogs {
   std::deque<QStringList> fileLists;
   std::deque<std::optional<QColor>> colors;
   std::deque<std::optional<QFont>> fonts;
+  QFont fontOffered;
   std::deque<PrinterSetUp> printers;
 
  private:
