@@ -31,6 +31,7 @@ ChartWidget::ChartWidget(QWidget* parent) : QWidget(parent), plot_(new QCustomPl
   plot_->setMinimumSize(1, 1);  // a plot squeezed to nothing has nothing to paint on
   plot_->setInteractions(QCP::iRangeZoom);
   plot_->setSelectionRectMode(QCP::srmCustom);
+  plot_->installEventFilter(this);
   connect(plot_, &QCustomPlot::mousePress, this,
           [this](const QMouseEvent* event) { pressed_ = event->pos(); });
   connect(plot_->selectionRect(), &QCPSelectionRect::accepted, this,
@@ -121,14 +122,19 @@ void ChartWidget::SetAxesShown(bool shown) {
   if (zoomed.view) ZoomTo(*zoomed.view);
 }
 
-bool ChartWidget::event(QEvent* event) {
-  if (event->type() != QEvent::ToolTip || chart_.title.empty()) return QWidget::event(event);
-  const auto* help = static_cast<QHelpEvent*>(event);
-  if (help->pos().y() >= plot_->axisRect(0)->top()) return QWidget::event(event);
-  const QString title = QString::fromStdString(chart_.title);
-  QToolTip::showText(help->globalPos(),
-                     Qt::mightBeRichText(title) ? Qt::convertFromPlainText(title) : title, this);
-  return true;
+bool ChartWidget::eventFilter(QObject* watched, QEvent* event) {
+  if (event->type() == QEvent::ContextMenu && contextMenuPolicy() == Qt::ActionsContextMenu) {
+    return QCoreApplication::sendEvent(this, event);
+  }
+  if (event->type() == QEvent::ToolTip && !chart_.title.empty()) {
+    const auto* help = static_cast<QHelpEvent*>(event);
+    if (help->pos().y() >= plot_->axisRect(0)->top()) return false;
+    const QString title = QString::fromStdString(chart_.title);
+    QToolTip::showText(help->globalPos(),
+                       Qt::mightBeRichText(title) ? Qt::convertFromPlainText(title) : title, this);
+    return true;
+  }
+  return QWidget::eventFilter(watched, event);
 }
 
 void ChartWidget::ShowAll() {

@@ -60,7 +60,9 @@ class ChartWidget : public QWidget {
   void BottomRangeChanged();  // by a zoom or another chart
 
  protected:
-  bool event(QEvent* event) override;  // a title that was cut is whole in its tool tip
+  // What the plot itself would keep from its parents: the tool tip of the title, in which one that
+  // was cut is whole, and the menu of this widget's actions.
+  bool eventFilter(QObject* watched, QEvent* event) override;
 
   QCustomPlot& Plot() const { return *plot_; }
 

@@ -1,8 +1,10 @@
 // Faults caught here: rows that do not follow the store, a name that lands on the wrong dataset,
 // controls that stay enabled, refusals without their words. All of it runs under a German locale.
 #include <QAction>
+#include <QApplication>
 #include <QCheckBox>
 #include <QComboBox>
+#include <QContextMenuEvent>
 #include <QLabel>
 #include <QLineEdit>
 #include <QListWidget>
@@ -14,6 +16,7 @@
 #include <QSignalSpy>
 #include <QTableWidget>
 #include <QTest>
+#include <QTimer>
 #include <QVBoxLayout>
 #include <clocale>
 
@@ -180,7 +183,13 @@ TEST_F(DataTabs, CenterpieceSetsTheChannelsAndKeepsThePreview) {
   for (QImage& picture : shown) {
     QCoreApplication::processEvents();  // it is drawn later
     picture = preview->grab().toImage();
-    axes->toggle();
+    QTimer::singleShot(20, &window, [axes] {
+      QApplication::activePopupWidget()->close();
+      axes->trigger();
+    });
+    QWidget* plot = preview->childAt(preview->rect().center());
+    QContextMenuEvent menu(QContextMenuEvent::Mouse, {}, plot->mapToGlobal(QPoint()));
+    QCoreApplication::sendEvent(plot, &menu);
   }
   EXPECT_NE(shown[0], shown[1]);
   EXPECT_EQ(shown[0], shown[2]);

@@ -131,6 +131,8 @@ TEST_F(FrameTest, TheTitleTellsTheNameAndWhatIsUnsaved) {
     EXPECT_EQ(title(), after);
   }
   EXPECT_EQ(dialogs.requests.front().defaultName, "experiment.exz");
+  ASSERT_EQ(dialogs.messages.size(), 1U);  // a cancel says nothing
+  EXPECT_TRUE(dialogs.messages[0].text.startsWith("The experiment was not saved!"));
   dialogs.yesNo = {true};
   Trigger("mnuFileNew");
   EXPECT_EQ(title(), "Quorvane[*]");
@@ -155,6 +157,10 @@ TEST_F(FrameTest, NothingIsDiscardedBehindSave) {
     }
     EXPECT_TRUE(dialogs.files.empty());
   }
+  dialogs.files = {ToQString(folder / "gone")};
+  dialogs.messages.clear();
+  Trigger("mnuFileSaveSets");
+  EXPECT_EQ(dialogs.messages.size(), 1U);
   dialogs.discards = {DiscardChoice::kSave};
   dialogs.files = {ToQString(folder / "saved.exz")};
   EXPECT_TRUE(window->close());
