@@ -143,19 +143,6 @@ TEST_F(FitControlTabTest, ValuesAreShownAndStoredInTheirForms) {
   EXPECT_TRUE(dialogs.messages.empty());
 }
 
-TEST_F(FitControlTabTest, ALongNameIsCutAndWholeInItsTip) {
-  SetUp(0, 1);
-  Scan(0).FilePath.SetBytes("/lab/scan.ra1");
-  const std::pair<const char*, const char*> cases[] = {{"a name of 17 char", "a name of 17 char"},
-                                                       {"one name of 18 ch.", "...name of 18 ch."}};
-  for (const auto& [name, shown] : cases) {
-    Scan(0).FileName.SetBytes(name);
-    tab.ShowValues();
-    EXPECT_EQ(Find<QLabel>("lblFitData(0)")->text(), shown);
-    EXPECT_EQ(Find("lblFitData(0)")->toolTip(), QString(name) + "\n/lab/scan.ra1");
-  }
-}
-
 TEST_F(FitControlTabTest, RefusalsKeepTheValueAndTheFocus) {
   SetUp(8, 2);
   session.Module.UseBuoyantMW = false;

@@ -3,6 +3,7 @@
 // keeps or a kept one loses, a hint that comes again.
 #include <QCheckBox>
 #include <QComboBox>
+#include <QLabel>
 #include <QLineEdit>
 #include <QMdiArea>
 #include <QMdiSubWindow>
@@ -163,6 +164,19 @@ TEST_F(RefConcWindowsTest, DeviationsAreTheOtherPlotOfAFitAndOfItsPreview) {
   EXPECT_EQ(Find<ChartWidget>("TChartFitting")->GetChart().panels.size(), 1U);
   Click("optResultPlot(0)");
   EXPECT_EQ(Find<ChartWidget>("TChartFitting")->GetChart().panels.size(), 2U);
+}
+
+TEST_F(RefConcWindowsTest, ALongNameIsCutAndWholeInItsTip) {
+  Dataset& dataset = session.Module.Store.Datasets[0];
+  dataset.FilePath.SetBytes("/lab/scan.ra1");
+  const std::pair<const char*, const char*> cases[] = {{"a name of 17 char", "a name of 17 char"},
+                                                       {"one name of 18 ch.", "...name of 18 ch."}};
+  for (const auto& [name, shown] : cases) {
+    dataset.FileName.SetBytes(name);
+    Find<DataWindow>("frmData")->FitControl().ShowValues();
+    EXPECT_EQ(Find<QLabel>("lblFitData(0)")->text(), shown);
+    EXPECT_EQ(Find("lblFitData(0)")->toolTip(), QString(name) + "\n/lab/scan.ra1");
+  }
 }
 
 TEST_F(RefConcWindowsTest, TheHintComesOnceAndNeverWhenTold) {
