@@ -82,6 +82,7 @@ struct QuorvaneModule {
   double DefaultDensity = 1.0;
   double CriticalCCCValue = 0.95;
   double MCTolerance = 0.25;
+  bool PreviewAxes = false;  // whether the preview of a file has axes
 };
 
 // "1.0.0"

@@ -13,8 +13,9 @@ class Host;
 
 // What an evaluation gave.
 struct ModelCurves {
-  std::vector<Chart> charts;    // data and curve, one a dataset; none if it did not succeed
-  std::optional<Notice> fault;  // still to be told; a check that asked has told its own
+  std::vector<Chart> charts;      // data and curve, one a dataset; none if it did not succeed
+  std::vector<Chart> deviations;  // alone, as many
+  std::optional<Notice> fault;    // still to be told; a check that asked has told its own
 };
 
 // The box of `fault`, and its line in the log.

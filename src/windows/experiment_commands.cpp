@@ -28,8 +28,25 @@ ExperimentCommands::ExperimentCommands(WindowSet windows, QObject* parent)
     : QObject(parent), windows_(windows) {}
 
 bool ExperimentCommands::MayDiscard(const QString& question, const QString& title) {
+  return !windows_.session.Module.ExperimentOpen || AskToDiscard(question, title);
+}
+
+bool ExperimentCommands::AskToDiscard(const QString& question, const QString& title) {
   const Session& session = windows_.session;
-  return !session.Module.ExperimentOpen || session.Ask.AskYesNo(&windows_.frame, title, question);
+  if (session.Calculating || session.Module.Store.Datasets.empty()) {
+    return session.Ask.AskYesNo(&windows_.frame, title, question);
+  }
+  const DiscardChoice choice = session.Ask.AskDiscard(&windows_.frame, title, question);
+  return choice == DiscardChoice::kSave ? Save() : choice == DiscardChoice::kYes;
+}
+
+QString ExperimentCommands::Name() const {
+  return QFileInfo(file_).completeBaseName();
+}
+
+void ExperimentCommands::SetFile(const QString& path) {
+  file_ = path;
+  emit NameChanged();
 }
 
 std::shared_ptr<FileLock> ExperimentCommands::Lock(const QString& path, const QString& question) {
@@ -55,6 +72,7 @@ void ExperimentCommands::New() {
   session.Module.ExperimentOpen = false;  // the head lines are no work of the user
   windows_.data.ShowNewStore();
   lock_.reset();
+  SetFile({});
   emit ExperimentChanged();
   emit NothingUnsaved();
 }
@@ -93,6 +111,7 @@ void ExperimentCommands::Load(const QString& name) {
   ChangeFolder(QFileInfo(path).absolutePath());
   AddRecentFile(ToPath(path), session.Settings, windows_.host);
   ShowStore();
+  SetFile(path);
   emit NothingUnsaved();
 }
 
@@ -104,6 +123,7 @@ void ExperimentCommands::Resume(ReadExperiment&& read) {
   windows_.data.ClosePage();
   ResumeExperiment(session.Module, std::move(read), windows_.host);
   lock_.reset();
+  SetFile({});
   if (QFileInfo(folder).isDir()) ChangeFolder(folder);
   ShowStore();
 }
@@ -114,30 +134,33 @@ void ExperimentCommands::ShowStore() {
   windows_.log.MoveToEnd();
   if (QWidget* graphs = windows_.graphs.parentWidget()) graphs->hide();
   emit ExperimentChanged();
+  windows_.log.TakeFocus();
 }
 
-void ExperimentCommands::Save() {
+bool ExperimentCommands::Save() {
   Session& session = windows_.session;
   if (session.Module.Store.Datasets.empty()) {  // says so before a name is asked for
-    SaveExperiment(session.Module, 0, {}, windows_.host);
-    return;
+    return SaveExperiment(session.Module, 0, {}, windows_.host);
   }
-  if (!session.CommitPending()) return;
+  if (!session.CommitPending()) return false;
   const QString path = session.Ask.SaveFile(
-      &windows_.frame,
-      {QStringLiteral("Save"), ToQString(session.CurrentFolder), kArchiveFilter, {}});
-  if (path.isEmpty()) return;
+      &windows_.frame, {QStringLiteral("Save"), ToQString(session.CurrentFolder), kArchiveFilter,
+                        QFileInfo(file_).fileName()});
+  if (path.isEmpty()) return false;
   const auto lock = Lock(path, tr("Save over it all the same?"));
-  if (lock == nullptr) return;
+  if (lock == nullptr) return false;
   const BusyPointer busy;
   if (!SaveExperiment(session.Module, windows_.data.LoadedData().ModelIndex(), ToPath(path),
-                      windows_.host))
-    return;
+                      windows_.host)) {
+    return false;
+  }
   lock_ = lock;
   session.CurrentFolder = ToPath(QFileInfo(path).absolutePath());
   windows_.data.SourceFiles().FollowSave();
   AddRecentFile(ToPath(path), session.Settings, windows_.host);
+  SetFile(path);
   emit NothingUnsaved();
+  return true;
 }
 
 void ExperimentCommands::SaveLoadedData(SavedSignal signal) {

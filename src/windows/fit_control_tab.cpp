@@ -168,5 +168,8 @@ void FitControlTab::SetCalculating(bool on) {
   if (on) focused_ = focusWidget();
   top_->setEnabled(!on);
   rows_->SetContentEnabled(!on);
-  if (!on && focused_ != nullptr) focused_->setFocus();
+}
+
+void FitControlTab::RestoreFocus() {
+  if (focused_ != nullptr) focused_->setFocus();
 }

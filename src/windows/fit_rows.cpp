@@ -6,6 +6,7 @@
 
 #include "core/row_choices.h"
 #include "windows/control_names.h"
+#include "windows/dataset_tip.h"
 #include "windows/page_controls.h"
 #include "windows/row_heads.h"
 #include "windows/row_keys.h"
@@ -27,7 +28,6 @@ FitRows::FitRows(Session& session, FocusMarker& marker, QWidget* parent)
   grid_->setContentsMargins(4, 2, 4, 2);
   grid_->setVerticalSpacing(2);
   grid_->setHorizontalSpacing(4);
-  grid_->setColumnStretch(kColumnCount, 1);  // takes what the boxes leave
   setMinimumHeight(7 * fontMetrics().height());
   setViewportMargins(0, heads_->sizeHint().height(), 0, 0);
   content_->installEventFilter(this);
@@ -245,12 +245,15 @@ void FitRows::AskLink(int row) {
     return;
   }
   QMenu* menu = MakePopup("mnuLinkTo", "LinkMenu", this);
+  menu->setToolTipsVisible(true);
   for (int target = 0; target < setup.NumFitSets; ++target) {
-    const std::string name = FitDataText(DatasetOfRow(session_.Module, target));
+    const Dataset& dataset = DatasetOfRow(session_.Module, target);
+    const std::string name = FitDataText(dataset);
     QAction* entry = menu->addAction(QStringLiteral("%1  %2")
                                          .arg(target + 1)
                                          .arg(QString::fromStdString(name).replace('&', "&&")));
     entry->setObjectName(ElementName("mnuLinkToSet", target));
+    entry->setToolTip(DatasetTip(dataset));
     entry->setEnabled(MayLinkTo(setup, row, target));
     connect(entry, &QAction::triggered, this, [this, row, target] { Link(row, target); });
   }

@@ -10,6 +10,7 @@
 
 #include "core/recent_files.h"
 #include "windows/autosave.h"
+#include "windows/child_area.h"
 #include "windows/child_window.h"
 #include "windows/data_files.h"
 #include "windows/data_window.h"
@@ -262,11 +263,13 @@ void MainWindow::BuildWindowMenu() {
   QMenu* window = AddMenu(nullptr, "mnuWindow", tr("&Window"));
   AddAction(window, "mnuWindowNewWindow", tr("&New Window"), [this] { NewDocument(); });
   window->addSeparator();
-  AddAction(window, "mnuWindowCascade", tr("&Cascade"), [this] { Cascade(); });
+  AddAction(window, "mnuWindowCascade", tr("&Cascade"), [this] { area_->Cascade(); });
   AddAction(window, "mnuWindowTileHorizontal", tr("Tile &Horizontal"),
-            [this] { Tile(Qt::Horizontal); });
-  AddAction(window, "mnuWindowTileVertical", tr("Tile &Vertical"), [this] { Tile(Qt::Vertical); });
-  AddAction(window, "mnuWindowArrangeIcons", tr("&Arrange Icons"), [this] { ArrangeIcons(); });
+            [this] { area_->Tile(Qt::Horizontal); });
+  AddAction(window, "mnuWindowTileVertical", tr("Tile &Vertical"),
+            [this] { area_->Tile(Qt::Vertical); });
+  AddAction(window, "mnuWindowArrangeIcons", tr("&Arrange Icons"),
+            [this] { area_->ArrangeIcons(); });
 }
 
 void MainWindow::BuildHelpMenu() {

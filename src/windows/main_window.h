@@ -11,6 +11,7 @@
 #include "windows/window_set.h"
 
 class Autosave;
+class ChildArea;
 class DataWindow;
 class ErrorCommands;
 class ExperimentCommands;
@@ -25,11 +26,11 @@ class PrintCommands;
 class PreviewWindow;
 class ReportCommands;
 class QLabel;
-class QMdiArea;
 class QMdiSubWindow;
 class QShortcut;
 class SimWindow;
 class SetRefConcWindow;
+class UnsavedMark;
 class WindowHost;
 class frmCCCs;
 class frmFitQuality;
@@ -86,12 +87,8 @@ class MainWindow : public QMainWindow {
   void ConnectEvaluations();
   void ConnectReports();
   void ConnectAutosave();
-  void RestorePlace();
-  void SavePlace();
+  void ShowTitle();
   void ArrangeFirst();
-  void Tile(Qt::Orientation orientation);
-  void Cascade();
-  void ArrangeIcons();
   bool HandleDrop(QEvent* event);
   void SetCalculating(bool on);
   void NewDocument();
@@ -105,7 +102,7 @@ class MainWindow : public QMainWindow {
   void ShowRemark(const QString& text);
 
   Session& session_;
-  QMdiArea* area_;
+  ChildArea* area_;
   LogWindow* log_;
   std::unique_ptr<WindowHost> host_;
   DataWindow* data_;
@@ -122,6 +119,7 @@ class MainWindow : public QMainWindow {
   PrintCommands* prints_ = nullptr;
   ReportCommands* reports_ = nullptr;
   Autosave* autosave_ = nullptr;
+  UnsavedMark* unsaved_ = nullptr;
   QMdiSubWindow* dataChild_;
   QMdiSubWindow* logChild_;
   QMdiSubWindow* graphsChild_;

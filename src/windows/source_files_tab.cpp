@@ -1,5 +1,6 @@
 #include "windows/source_files_tab.h"
 
+#include <QAction>
 #include <QCheckBox>
 #include <QComboBox>
 #include <QGridLayout>
@@ -13,6 +14,7 @@
 #include <algorithm>
 #include <optional>
 
+#include "core/settings.h"
 #include "plot/chart_widget.h"
 #include "scan/file_check.h"
 #include "scan/file_list.h"
@@ -60,7 +62,10 @@ void SourceFilesTab::BuildWidgets() {
   btnChangeDir_ = Button("btnChangeDir", "Change Folder", "Select another folder");
   lblPreview_ = Named(new QLabel, "lblPreview");
   lblPreview_->setTextFormat(Qt::PlainText);
+  // A long name has its tool tip; it does not widen the page.
+  lblPreview_->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
   TChartPreview_ = Named(new ChartWidget, "TChartPreview");
+  OfferAxes();
 
   auto* settings = new QVBoxLayout;
   settings->addWidget(BuildKindBox());
@@ -76,6 +81,21 @@ void SourceFilesTab::BuildWidgets() {
   layout->addWidget(TChartPreview_, 2, 1);
   layout->setRowStretch(2, 1);
   layout->setColumnStretch(1, 1);
+}
+
+// The preview is a look at a shape; its axes come on demand, and are there the next time too.
+void SourceFilesTab::OfferAxes() {
+  auto* axes = Named(new QAction("Show Axes", TChartPreview_), "mnuShowAxes");
+  axes->setCheckable(true);
+  axes->setChecked(session_.Module.PreviewAxes);
+  TChartPreview_->SetAxesShown(session_.Module.PreviewAxes);
+  TChartPreview_->addAction(axes);
+  TChartPreview_->setContextMenuPolicy(Qt::ActionsContextMenu);
+  connect(axes, &QAction::toggled, this, [this](bool on) {
+    session_.Module.PreviewAxes = on;
+    TChartPreview_->SetAxesShown(on);
+    SaveOwnSettings(session_.Module, session_.Settings, host_);
+  });
 }
 
 QGroupBox* SourceFilesTab::BuildKindBox() {
@@ -310,6 +330,7 @@ void SourceFilesTab::SetNames(const std::vector<std::string>& names) {
 
 void SourceFilesTab::ShowComments() {
   CheckSoon();
+  comboDataFile_->setToolTip(ToQString(SelectedPath()));  // the name may have no room
   if (SelectedPath().empty()) return;
   session_.Remark({});  // what was wrong with another file
   const std::string lines = GetCommentLines(session_.Module.Store, SelectedPath(), host_);
@@ -339,6 +360,7 @@ void SourceFilesTab::Preview() {
 
 void SourceFilesTab::ShowPreview(const Chart& chart, const QString& fileName) {
   lblPreview_->setText(fileName);
+  lblPreview_->setToolTip(fileName);
   TChartPreview_->SetChart(chart);
   if (!chart.panels.empty()) MarkChannels();
 }

@@ -46,6 +46,7 @@ class SourceFilesTab : public QWidget {
 
  private:
   void BuildWidgets();
+  void OfferAxes();
   QGroupBox* BuildKindBox();
   QGroupBox* BuildCenterpieceBox();
   QGroupBox* BuildFileBox();

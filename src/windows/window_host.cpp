@@ -60,6 +60,7 @@ void WindowHost::ReportFailure(std::string_view text) {
 
 void WindowHost::GoToEndOfLog() {
   log_.MoveToEnd();
+  log_.TakeFocus();
 }
 
 void WindowHost::SendPictureToLog(const Chart& chart) {

@@ -274,20 +274,6 @@ TEST_F(MainWindowTest, FilesDroppedAnywhereAreLoaded) {
   EXPECT_FALSE(LogText().contains("file://"));
 }
 
-TEST_F(MainWindowTest, AFailedSaveLeavesEverything) {
-  SetUpExample();
-  dialogs.files = {ToQString(folder / "no such folder" / "a.exz"), QString()};
-  Trigger("mnuFileSave");
-  ASSERT_EQ(dialogs.messages.size(), 1U);
-  EXPECT_TRUE(dialogs.messages[0].text.startsWith("The experiment was not saved!"));
-  EXPECT_EQ(session.Module.Store.NumDatasets(), 9);
-  Trigger("mnuFileSave");  // a cancel says nothing
-  EXPECT_EQ(dialogs.messages.size(), 1U);
-  dialogs.files = {ToQString(folder / "gone")};
-  Trigger("mnuFileSaveSets");
-  EXPECT_EQ(dialogs.messages.size(), 2U);
-}
-
 TEST_F(MainWindowTest, HelpAndAboutOpen) {
   session.ProgramFolder = QUORVANE_SOURCE_DIR;
   Trigger("mnuHelpContents");
