@@ -60,6 +60,9 @@ void WindowHost::ReportFailure(std::string_view text) {
 
 void WindowHost::GoToEndOfLog() {
   log_.MoveToEnd();
+}
+
+void WindowHost::FocusLog() {
   log_.TakeFocus();
 }
 
