@@ -40,6 +40,7 @@ void Reconcile(double& value, double& defaultValue) {
 
 void TakePage(const Experiment& experiment, QuorvaneModule& module) {
   FitPage& page = module.FitPage = experiment.FitPage;
+  module.ConstantsSet = {};
   if (experiment.layout == kOldLayout) {
     page.Vbar = module.DefaultVbar;
     page.VbarB = module.DefaultVbarB;
@@ -77,24 +78,18 @@ void TakeSession(Experiment&& experiment, QuorvaneModule& module) {
   module.GraphStreams = std::move(experiment.GraphStreams);
 }
 
-void TakeUp(ReadExperiment&& read, const fs::path& path, QuorvaneModule& module,
-            SessionHost& host) {
-  const bool old = read.experiment.layout == kOldLayout;
-  const std::string log = std::move(read.experiment.log);
-  TakeSession(std::move(read.experiment), module);
-  if (old) {
+// What the user should know of the file that was read.
+void SayWhatWasRead(const ReadExperiment& read, const fs::path& path, Host& host) {
+  if (read.experiment.layout == kOldLayout) {
     host.ShowMessage("Old Version EXP File",
                      PathText(path) +
                          " was saved by a previous verion of Quorvane.\r\n"
-                         "Please update the format by saving it from this program!",
+                         " Please update the format by saving it from this program!",
                      MessageIcon::kExclamation);
   }
   for (const std::string& warning : read.warnings) {
     host.ShowMessage("Bad EXP File", warning, MessageIcon::kExclamation);
   }
-  host.LoadLog(log);
-  module.ExperimentOpen = true;
-  host.PrintIt("\r\nThe current directory is " + PathText(FolderOf(path)) + "\r\n");
 }
 
 }  // namespace
@@ -136,14 +131,13 @@ bool SaveExperiment(QuorvaneModule& module, int modelIndex, const fs::path& path
   return false;
 }
 
-bool LoadExperiment(QuorvaneModule& module, const fs::path& path, SessionHost& host) {
+std::optional<ReadExperiment> OpenExperiment(const fs::path& path, Host& host) {
   if (!FileExists(path)) {
     host.ShowMessage("No File Found", PathText(path) + " not found!", MessageIcon::kExclamation);
-    return false;
+    return std::nullopt;
   }
   try {
-    TakeUp(ReadExperimentFile(path), path, module, host);
-    return true;
+    return ReadExperimentFile(path);
   } catch (const UnknownLayout&) {
     SayBad(path, "", host);
   } catch (const ArchiveFault& fault) {
@@ -151,7 +145,25 @@ bool LoadExperiment(QuorvaneModule& module, const fs::path& path, SessionHost& h
   } catch (const FileFault& fault) {
     SayBad(path, fault.what(), host);
   }
-  return false;
+  return std::nullopt;
+}
+
+bool LoadExperiment(QuorvaneModule& module, const fs::path& path, SessionHost& host) {
+  std::optional<ReadExperiment> read = OpenExperiment(path, host);
+  if (read) LoadReadExperiment(module, std::move(*read), path, host);
+  return read.has_value();
+}
+
+void LoadReadExperiment(QuorvaneModule& module, ReadExperiment&& read, const fs::path& path,
+                        SessionHost& host) {
+  TakeUpExperiment(module, std::move(read), path, host);
+  host.PrintIt("\r\nThe current directory is " + PathText(FolderOf(path)) + "\r\n");
+}
+
+void TakeUpExperiment(QuorvaneModule& module, ReadExperiment&& read, const fs::path& path,
+                      SessionHost& host) {
+  SayWhatWasRead(read, path, host);
+  ResumeExperiment(module, std::move(read), host);
 }
 
 void ResumeExperiment(QuorvaneModule& module, ReadExperiment&& read, SessionHost& host) {

@@ -2,11 +2,13 @@
 #pragma once
 
 #include <filesystem>
+#include <optional>
 
 #include "archive/experiment_file.h"
 #include "base/file_lock.h"
 #include "core/program_state.h"
 
+class Host;
 class SessionHost;
 
 // The session as an archive in `folder` holds it, but without its log. `modelIndex` is the chosen
@@ -21,13 +23,24 @@ Experiment ExperimentOf(const QuorvaneModule& module, int modelIndex,
 bool SaveExperiment(QuorvaneModule& module, int modelIndex, const std::filesystem::path& path,
                     SessionHost& host);
 
-// Takes up the experiment saved at `path` in place of the session's, its log in place of the
-// host's. True if loaded; otherwise a message box has said why, and nothing has changed.
-// Vbar, density of an experiment that knows them become the defaults. Blanks are not chosen for
-// the fit, all other datasets are; the parameter page is as before "Setup Fit".
+// The experiment saved at `path`; nothing if it cannot be read, and a message box has said why.
+std::optional<ReadExperiment> OpenExperiment(const std::filesystem::path& path, Host& host);
+
+// Takes up an experiment that was read from `path` in place of the session's, its log in place of
+// the host's; boxes tell of an old layout and of missing parts. Vbar, density of an experiment that
+// knows them become the defaults. Blanks are not chosen for the fit, all other datasets are; the
+// parameter page is as before "Setup Fit". The log goes on where it ended.
+void TakeUpExperiment(QuorvaneModule& module, ReadExperiment&& read,
+                      const std::filesystem::path& path, SessionHost& host);
+
+// The same, and the log says where the session goes on.
+void LoadReadExperiment(QuorvaneModule& module, ReadExperiment&& read,
+                        const std::filesystem::path& path, SessionHost& host);
+
+// OpenExperiment and LoadReadExperiment. True if loaded; otherwise nothing has changed.
 bool LoadExperiment(QuorvaneModule& module, const std::filesystem::path& path, SessionHost& host);
 
-// Takes up an experiment as LoadExperiment does, but goes on with its log where it ended.
+// TakeUpExperiment without a box.
 void ResumeExperiment(QuorvaneModule& module, ReadExperiment&& read, SessionHost& host);
 
 // The lock that says that a program has the archive at `path` open. All names that lead to a file

@@ -38,6 +38,9 @@ class Host {
   // has nothing to do.
   virtual void GoToEndOfLog() {}
 
+  // The keyboard goes to the log, where there is one.
+  virtual void FocusLog() {}
+
   // Puts a picture of `chart` at the end of the log.
   virtual void SendPictureToLog(const Chart& chart) = 0;
 };

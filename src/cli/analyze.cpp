@@ -194,17 +194,6 @@ bool Begin(const Job& job, const CommandStreams& streams, QuorvaneModule& module
   return true;
 }
 
-// The whole session as an archive.
-ExitStatus SaveSession(const Job& job, const CommandStreams& streams, QuorvaneModule& module,
-                       TerminalHost& host) {
-  if (!job.output.archive) return ExitStatus::kDone;
-  const FileLock lock = LockForWriting(*job.output.archive, streams.err);
-  if (SaveExperiment(module, module.Setup.FitModel->index, *job.output.archive, host)) {
-    return ExitStatus::kDone;
-  }
-  return module.Store.Datasets.empty() ? ExitStatus::kNotDone : ExitStatus::kFileFault;
-}
-
 Json ResultsJson(const Job& job, const QuorvaneModule& module, const FitOutcome& outcome,
                  const Json& analysis, const TerminalHost& host) {
   Json json = DocumentHead();
@@ -234,7 +223,8 @@ ExitStatus RunAnalyze(const AnalyzeArguments& arguments, const CommandStreams& s
   Json analysis;  // of the errors of the fit
   const ExitStatus analysed = AnalyseErrors(job, outcome, module, analysis, host);
   const bool fitted = job.fit && outcome.ending == FitEnding::kFinished;
-  const ExitStatus saved = SaveSession(job, streams, module, host);
+  ExitStatus saved = ExitStatus::kDone;
+  if (job.output.archive) saved = SaveSession(*job.output.archive, module, host, streams);
   const ExitStatus written = Worst({Guarded(host, [&] { return WriteData(job, module, host); }),
                                     WriteFit(job, module, fitted, host)});
   const ExitStatus logged = Guarded(host, [&] {

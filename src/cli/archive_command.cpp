@@ -10,8 +10,8 @@
 #include "base/text.h"
 #include "cli/dataset_table.h"
 #include "cli/json_records.h"
-#include "cli/log_document.h"
-#include "fit/model_parameters.h"
+#include "cli/terminal_host.h"
+#include "fit/models.h"
 
 namespace {
 
@@ -36,8 +36,17 @@ ReadExperiment Read(const std::string& file) {
   }
 }
 
-std::string DirectoryText(const Experiment& experiment) {
-  return Cp1252ToUtf8(Trim(experiment.directory.View()));
+// What a file holds, as it stands there.
+struct Contents {
+  std::int32_t layout;
+  std::string directory;
+  FitPage page;
+  std::vector<Dataset> datasets;
+};
+
+Contents ContentsOf(const Experiment& experiment) {
+  return {experiment.layout, Cp1252ToUtf8(Trim(experiment.directory.View())), experiment.FitPage,
+          experiment.Datasets};
 }
 
 // The title of a kept graph, empty for one of another program.
@@ -49,69 +58,71 @@ std::string TitleOf(const Bytes& graph) {
   }
 }
 
-const char* LayoutName(const Experiment& experiment) {
-  return experiment.layout == kOldLayout ? "old" : "current";
+const char* LayoutName(const Contents& contents) {
+  return contents.layout == kOldLayout ? "old" : "current";
 }
 
-void PrintExperiment(const Experiment& experiment, const LogDocument& log, std::ostream& out) {
-  out << "Layout: " << LayoutName(experiment) << " (" << experiment.layout << ")\n"
-      << "Directory: " << DirectoryText(experiment) << "\n\nParameter page\n";
-  for (const auto& [name, value] : PageFields(experiment.FitPage)) {
+void PrintExperiment(const Contents& contents, const std::vector<Bytes>& graphs,
+                     const std::string& log, std::ostream& out) {
+  out << "Layout: " << LayoutName(contents) << " (" << contents.layout << ")\n"
+      << "Directory: " << contents.directory << "\n\nParameter page\n";
+  for (const auto& [name, value] : PageFields(contents.page)) {
     out << "  " << name << " = " << (std::isfinite(value) ? FormatParam(value) : "no number")
         << '\n';
   }
   out << "\nDatasets\n";
-  PrintDatasetTable(experiment.Datasets, out);
-  out << "\nGraphs: " << experiment.GraphStreams.size() << '\n';
-  for (const Bytes& graph : experiment.GraphStreams) {
+  PrintDatasetTable(contents.datasets, out);
+  out << "\nGraphs: " << graphs.size() << '\n';
+  for (const Bytes& graph : graphs) {
     const std::string title = TitleOf(graph);
     out << "  " << (title.empty() ? "(a chart of another program)" : title) << ", " << graph.size()
         << " bytes\n";
   }
-  out << "\nLog\n" << log.Text();
+  out << "\nLog\n" << log;
 }
 
-Json ExperimentJson(const Experiment& experiment, const LogDocument& log) {
-  Json json = {{"layout", LayoutName(experiment)},
-               {"version_marker", experiment.layout},
-               {"directory", DirectoryText(experiment)}};
-  for (const auto& [name, value] : PageFields(experiment.FitPage)) {
+Json ExperimentJson(const Contents& contents, const std::vector<Bytes>& graphs,
+                    const std::string& log) {
+  Json json = {{"layout", LayoutName(contents)},
+               {"version_marker", contents.layout},
+               {"directory", contents.directory}};
+  for (const auto& [name, value] : PageFields(contents.page)) {
     json["fit_page"][std::string(name)] = value;
   }
-  json["datasets"] = DatasetsJson(experiment.Datasets);
-  Json& graphs = json["graphs"] = Json::array();
-  for (const Bytes& graph : experiment.GraphStreams) {
-    graphs.push_back(
-        {{"number", graphs.size() + 1}, {"bytes", graph.size()}, {"title", TitleOf(graph)}});
+  json["datasets"] = DatasetsJson(contents.datasets);
+  Json& list = json["graphs"] = Json::array();
+  for (const Bytes& graph : graphs) {
+    list.push_back(
+        {{"number", list.size() + 1}, {"bytes", graph.size()}, {"title", TitleOf(graph)}});
   }
-  json["log"] = log.Text();
+  json["log"] = log;
   return json;
 }
 
 }  // namespace
 
 ExitStatus RunArchive(const ArchiveArguments& arguments, const CommandStreams& streams) {
-  const ReadExperiment read = Read(arguments.file);
-  for (const std::string& warning : read.warnings) streams.err << warning << '\n';
-  LogDocument log;
-  if (!log.Load(read.experiment.log)) streams.err << "The log is no rich text.\n";
-  PrintExperiment(read.experiment, log, streams.out);
+  ReadExperiment read = Read(arguments.file);
+  const Contents contents = ContentsOf(read.experiment);
+  QuorvaneModule module;
+  TerminalHost host(streams, true, module.Fit.FitKeepGoing);
+  TakeUpExperiment(module, std::move(read), PathFromText(arguments.file), host);
+  PrintExperiment(contents, module.GraphStreams, host.Log(), streams.out);
   if (!arguments.json.empty()) {
-    WriteWholeFile(PathFromText(arguments.json), JsonText(ExperimentJson(read.experiment, log)));
+    WriteWholeFile(PathFromText(arguments.json),
+                   JsonText(ExperimentJson(contents, module.GraphStreams, host.Log())));
   }
-  if (!arguments.saveAs.empty()) {
-    const auto path = PathFromText(arguments.saveAs);
-    const FileLock lock = LockForWriting(path, streams.err);
-    WriteExperimentFile(path, read.experiment);
-  }
-  return ExitStatus::kDone;
+  if (arguments.saveAs.empty()) return ExitStatus::kDone;
+  return SaveSession(PathFromText(arguments.saveAs), module, host, streams);
 }
 
-FileLock LockForWriting(const std::filesystem::path& path, std::ostream& err) {
-  FileLock lock = LockArchive(path);
+ExitStatus SaveSession(const std::filesystem::path& path, QuorvaneModule& module,
+                       TerminalHost& host, const CommandStreams& streams) {
+  const FileLock lock = LockArchive(path);
   if (!lock.Holder().empty()) {
-    err << PathText(path) << " is open in another Quorvane (" << lock.Holder()
-        << "); it is replaced all the same.\n";
+    streams.err << PathText(path) << " is open in another Quorvane (" << lock.Holder()
+                << "); it is replaced all the same.\n";
   }
-  return lock;
+  if (SaveExperiment(module, module.Setup.FitModel->index, path, host)) return ExitStatus::kDone;
+  return module.Store.Datasets.empty() ? ExitStatus::kNotDone : ExitStatus::kFileFault;
 }

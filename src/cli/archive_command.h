@@ -3,8 +3,10 @@
 
 #include <string>
 
-#include "base/file_lock.h"
 #include "cli/command_line.h"
+#include "core/program_state.h"
+
+class TerminalHost;
 
 struct ArchiveArguments {
   std::string file;
@@ -15,6 +17,7 @@ struct ArchiveArguments {
 // Throws FileFault, also for what is no archive.
 ExitStatus RunArchive(const ArchiveArguments& arguments, const CommandStreams& streams);
 
-// The lock of an archive that is about to be written. If the window program has it open, `err` says
-// so; it is written all the same.
-FileLock LockForWriting(const std::filesystem::path& path, std::ostream& err);
+// Saves session and log as an archive. If the window program has that one open, standard error says
+// so; it is written all the same. A session without datasets is not done, and writes nothing.
+ExitStatus SaveSession(const std::filesystem::path& path, QuorvaneModule& module,
+                       TerminalHost& host, const CommandStreams& streams);

@@ -156,12 +156,13 @@ Command AddArchive(CLI::App& app) {
       ->type_name("OUT.json");
   command
       ->add_option("--save-as", arguments->saveAs,
-                   "Write it again, in the current layout, to this file")
+                   "Load it and save it again, in the current layout, to this file")
       ->type_name("NEW.exz");
   command->footer(
       "Lists parameter page, datasets, graphs and log of the experiment. A file that is no such\n"
       "archive or is damaged is refused with what is wrong and where.\n"
-      "Exit status: 0 done, 2 bad usage, 3 a file could not be read or written.");
+      "Exit status: 0 done, 1 nothing to save, 2 bad usage, 3 a file could not be read or\n"
+      "written.");
   return [arguments](const CommandStreams& streams) { return RunArchive(*arguments, streams); };
 }
 

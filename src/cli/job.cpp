@@ -50,6 +50,7 @@ std::vector<JobLoad> ReadLoads(TableReader& root, const fs::path& folder) {
     words.centerpiece = table.Text("centerpiece");
     words.channels = table.Texts("channels");
     load.settings = LoadSettingsOf(words, load.file, table);
+    load.channelsNamed = words.channels.has_value();
     load.blank = table.Flag("blank").value_or(false);
     table.RefuseUnknownKeys();
     loads.push_back(std::move(load));
@@ -284,7 +285,9 @@ ScanLoadSettings LoadSettingsOf(const LoadWords& words, const fs::path& file,
   ScanLoadSettings settings;
   settings.kind = KindOf(words, file, table);
   settings.centerpiece = CenterpieceOf(words, table);
-  const auto count = static_cast<std::size_t>(ChannelCount(settings.centerpiece));
+  // Where nothing is cut any channel that some cell has is taken, and none counts.
+  const auto count = IsCut(settings) ? static_cast<std::size_t>(ChannelCount(settings.centerpiece))
+                                     : ChannelLetters.size();
   for (std::size_t c = 0; c < settings.chkChannel.size(); ++c) {
     settings.chkChannel[c] = c < count && !words.channels;
   }

@@ -27,6 +27,7 @@ struct LoadWords {
 struct JobLoad {
   std::filesystem::path file;
   ScanLoadSettings settings;
+  bool channelsNamed = false;
   bool blank = false;
 };
 

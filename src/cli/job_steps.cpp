@@ -170,6 +170,11 @@ LoadResult LoadOne(const JobLoad& load, DatasetStore& store, Host& host) {
   std::error_code error;
   std::filesystem::path path = std::filesystem::absolute(load.file, error).lexically_normal();
   if (error) path = load.file;
+  if (load.channelsNamed && !IsCut(load.settings)) {
+    host.ReportFailure(PathText(load.file) +
+                       ": the choice of channels does not count; only \"IP,RA\" files of a cell "
+                       "with 6 or 8 channels are cut.");
+  }
   GetCommentLines(store, path, host);
   if (load.blank) return LoadBlankFile(store, load.settings.kind, path, host);
   return LoadSelectedFile(store, load.settings, path, host);

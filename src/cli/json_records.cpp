@@ -4,6 +4,7 @@
 
 #include "base/arithmetic.h"
 #include "base/text.h"
+#include "fit/levmarq.h"
 #include "fit/mass_conservation.h"
 #include "fit/models.h"
 #include "fit/report.h"
@@ -169,6 +170,7 @@ Json FitJson(const QuorvaneModule& module, const FitOutcome& outcome) {
                {"fitted_parameters", statistics.fitted},
                {"degrees_of_freedom", statistics.freedom},
                {"chi_squared", fit.FitChiSq},
+               {"best_sum", AcceptedSum(fit)},
                {"variance", statistics.variance},
                {"rms", std::sqrt(statistics.variance)}};
   if (!stopped) {
@@ -185,7 +187,8 @@ Json FitJson(const QuorvaneModule& module, const FitOutcome& outcome) {
 }
 
 Json QualityJson(const QuorvaneModule& module) {
-  const FitQuality quality = CalcFitQuality(module.Fit, module.FitPage, module.CriticalCCCValue);
+  const FitQuality quality =
+      CalcFitQuality(module.Fit, module.FitPage, module.ConstantsSet, module.CriticalCCCValue);
   Json sets = Json::array();
   for (const SetQuality& set : quality.sets) sets.push_back(SetQualityJson(set, module));
   Json pairs = Json::array();

@@ -66,6 +66,7 @@ ExitStatus RunMatch(const MatchArguments& arguments, const CommandStreams& strea
   MatchSeries series;
   const ExitStatus loaded = StatusOf(Load(arguments, series, host));
   if (loaded != ExitStatus::kDone) return loaded;
+  if (const std::string remark = SpeedRemark(series); !remark.empty()) host.ReportFailure(remark);
   const FittingRange range = arguments.range.empty()
                                  ? WholeRange(series)
                                  : FittingRange{arguments.range[0], arguments.range[1]};

@@ -50,7 +50,9 @@ ExitStatus RunScan(const ScanArguments& arguments, const CommandStreams& streams
   ExitStatus status = ExitStatus::kDone;
   for (const std::string& file : arguments.files) {
     const std::filesystem::path path = PathFromText(file);
-    const JobLoad load{path, LoadSettingsOf(words, path, options), false};
+    const JobLoad load{.file = path,
+                       .settings = LoadSettingsOf(words, path, options),
+                       .channelsNamed = words.channels.has_value()};
     PrintWarnings(file, load.settings, streams.err);
     const LoadResult result = LoadOne(load, module.Store, host);
     if (result.outcome == LoadOutcome::kUnreadable) {

@@ -3,23 +3,33 @@
 const ConstantDialog& DialogOf(Constant constant) {
   static constexpr ConstantDialog kVbar = {
       "Set vbar / vbar(A)",
-      "Enter a value for vbar for single component models, or vbar(A) for hetero-models", "0.###0",
-      "Vbar Value Error", "Vbar Entry Error"};
-  static constexpr ConstantDialog kVbarB = {"Set vbar(B)",
-                                            "Enter a value for vbar(B) for hetero-models", "0.###0",
-                                            "Vbar Value Error", "Vbar Entry Error"};
-  static constexpr ConstantDialog kDensity = {"Set solution density", "Enter a value for density",
-                                              "0.######", "Density Value Error",
-                                              "Density Entry Error"};
+      "Enter a value for vbar for single component models, or vbar(A) for hetero-models",
+      "0.###0",
+      "Vbar Value Error",
+      "Vbar Entry Error",
+      "vbar/vbar(A) takes a number above 0.25."};
+  static constexpr ConstantDialog kVbarB = {
+      "Set vbar(B)",      "Enter a value for vbar(B) for hetero-models",
+      "0.###0",           "Vbar Value Error",
+      "Vbar Entry Error", "vbar(B) takes a number above 0.25."};
+  static constexpr ConstantDialog kDensity = {
+      "Set solution density", "Enter a value for density", "0.######",
+      "Density Value Error",  "Density Entry Error",       "The density takes a number above 0.5."};
   static constexpr ConstantDialog kTolerance = {
       " Set mass conservation fitting tolerance ",
-      "Enter a value for MC tolerance\r\n[ (tight) 0 < MCTol <= 10 (loose) ]", "#0.######",
-      "MC Tolerance Value Error", "MC Tolerance Entry Error"};
+      "Enter a value for MC tolerance\r\n[ (tight) 0 < MCTol <= 10 (loose) ]",
+      "#0.######",
+      "MC Tolerance Value Error",
+      "MC Tolerance Entry Error",
+      "The MC tolerance takes a number above 0, up to 10."};
   static constexpr ConstantDialog kCritical = {
       "Set critical CCC value",
       "Enter a value for the absolute value of the \r\ncritical cross-correlation "
       "coefficient\r\n(for display purposes only)",
-      "0.######", "Critical CCC Value Error", "Critical CCC Value Error"};
+      "0.######",
+      "Critical CCC Value Error",
+      "Critical CCC Value Error",
+      "The critical CCC takes a number between 0 and 1."};
   switch (constant) {
     case Constant::kVbar:
       return kVbar;
@@ -70,12 +80,15 @@ void SetConstant(QuorvaneModule& module, Constant constant, double value) {
   switch (constant) {
     case Constant::kVbar:
       module.FitPage.Vbar = module.DefaultVbar = value;
+      module.ConstantsSet.Vbar = true;
       return;
     case Constant::kVbarB:
       module.FitPage.VbarB = module.DefaultVbarB = value;
+      module.ConstantsSet.VbarB = true;
       return;
     case Constant::kDensity:
       module.FitPage.Density = module.DefaultDensity = value;
+      module.ConstantsSet.Density = true;
       return;
     case Constant::kMCTolerance:
       module.MCTolerance = value;

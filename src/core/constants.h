@@ -7,13 +7,15 @@
 
 enum class Constant { kVbar, kVbarB, kDensity, kMCTolerance, kCriticalCCC };
 
-// Title, prompt and number pattern of the dialog of a constant, and the titles of its refusals.
+// Title, prompt and number pattern of the dialog of a constant, the titles of its refusals, and
+// what a remark says that it takes.
 struct ConstantDialog {
   const char* title;
   const char* prompt;
   const char* pattern;
   const char* outOfRangeTitle;
   const char* notANumberTitle;
+  const char* taken;  // "vbar(B) takes a number above 0.25."
 };
 
 const ConstantDialog& DialogOf(Constant constant);

@@ -101,6 +101,7 @@ void RememberFit(QuorvaneModule& module, int iterations) {
             .iterations = iterations,
             .datasets = module.Store.Datasets,
             .page = module.FitPage,
+            .constantsSet = module.ConstantsSet,
             .cells = {},
             .intervals = {}};
   for (const std::int16_t channel : module.Setup.SetCellChannel) {

@@ -12,6 +12,7 @@ void SaveGraph(QuorvaneModule& module, const Chart& chart) {
 void SendGraphToLog(QuorvaneModule& module, const Chart& chart, Host& host) {
   if (module.SaveGraphs) SaveGraph(module, chart);
   host.GoToEndOfLog();
+  host.FocusLog();
   if (module.LogGraphs) host.SendPictureToLog(chart);
 }
 

@@ -10,6 +10,7 @@
 #include "base/text.h"
 #include "core/display_form.h"
 #include "core/report_sources.h"
+#include "fit/levmarq.h"
 #include "fit/mass_conservation.h"
 #include "fit/models.h"
 #include "fit/report.h"
@@ -83,7 +84,7 @@ class Maker {
  public:
   explicit Maker(const QuorvaneModule& module)
       : module_(module), fit_(module.Fit), record_(module.LastFit) {
-    statistics_ = CalcFitStatistics(fit_);
+    statistics_ = CalcFitStatistics(fit_, AcceptedSum(fit_));
   }
 
   PaperReport Make() const {
@@ -106,6 +107,8 @@ class Maker {
   // Position, from 1, whose reference concentrations dataset d uses.
   int LinkOf(int d) const { return fit_.RefLink[static_cast<std::size_t>(d - 1)] + 1; }
   bool Two() const { return fit_.TwoComponentModel; }
+  // Whether the loads that were entered have a part in the fit.
+  bool LoadsCount() const { return Two() && fit_.UseMassConservation; }
   bool NeedsWidth() const { return Two() ? fit_.UseMassConservation : fit_.CalcLoadingConcs; }
 
   // Texts of all datasets of the fit, each once, in the order of their first.
@@ -175,17 +178,34 @@ class Maker {
         Number(record_.page.Vbar, "0.000##") + " ml/g");
     if (Two()) add("Partial specific volume of B", Number(record_.page.VbarB, "0.000##") + " ml/g");
     add("Solvent density", Number(record_.page.Density, "0.0000#") + " g/ml");
-    if (Two() && fit_.UseMassConservation) {
+    if (LoadsCount()) {
       add("Mass conservation", "soft, tolerance " + Number(fit_.MCTolerance, "#0.0###"));
     }
     return table;
   }
 
+  // Ends of a column that the model takes, or that somebody moved from where the load put them.
+  bool MeniscusCounts(const Dataset& set) const {
+    return fit_.FitModel->cellEnds || set.Rmen != set.R.front();
+  }
+  bool BaseCounts(const Dataset& set) const {
+    return fit_.FitModel->cellEnds || set.Rbase != LastRadius(set);
+  }
+  bool EndsCount() const {
+    for (int d = 1; d <= fit_.NumFitSets; ++d) {
+      if (MeniscusCounts(DatasetOf(d)) || BaseCounts(DatasetOf(d))) return true;
+    }
+    return false;
+  }
+
   ReportTable Scans() const {
-    ReportTable table{.title = "Datasets",
-                      .head = {"No.", "Dataset", "Optics", "Wavelength (nm)", "Speed (rpm)",
-                               "Temp. (\u00b0C)", "Meniscus (cm)", "Base (cm)", "Blank subtracted"},
-                      .rows = {}};
+    ReportTable table{
+        .title = "Datasets",
+        .head = {"No.", "Dataset", "Optics", "Wavelength (nm)", "Speed (rpm)", "Temp. (\u00b0C)"},
+        .rows = {}};
+    const bool ends = EndsCount();
+    if (ends) table.head.insert(table.head.end(), {"Meniscus (cm)", "Base (cm)"});
+    table.head.emplace_back("Blank subtracted");
     if (NeedsWidth()) table.head.emplace_back("Cell");
     for (int d = 1; d <= fit_.NumFitSets; ++d) {
       const Dataset& set = DatasetOf(d);
@@ -194,22 +214,16 @@ class Maker {
                    OpticsOf(set),
                    Number(set.Wavelength, "##0"),
                    Number(set.Speed, "#####0"),
-                   Number(static_cast<double>(set.Temperature), "#0.0"),
-                   Number(set.Rmen, "0.0000"),
-                   Number(set.Rbase, "0.0000"),
-                   IsBlanked(set) ? "yes" : "no"};
+                   Number(static_cast<double>(set.Temperature), "#0.0")};
+      if (ends) {
+        row.emplace_back(MeniscusCounts(set) ? Number(set.Rmen, "0.0000") : kNone);
+        row.emplace_back(BaseCounts(set) ? Number(set.Rbase, "0.0000") : kNone);
+      }
+      row.emplace_back(IsBlanked(set) ? "yes" : "no");
       if (NeedsWidth()) row.emplace_back(record_.cells[static_cast<std::size_t>(d - 1)]);
       table.rows.push_back(std::move(row));
     }
     return table;
-  }
-
-  // Whether any dataset says how much was loaded.
-  bool LoadsKnown() const {
-    for (int d = 1; d <= fit_.NumFitSets; ++d) {
-      if (DatasetOf(d).ALoad != 0.0 || DatasetOf(d).BLoad != 0.0) return true;
-    }
-    return false;
   }
 
   ReportTable Points() const {
@@ -218,8 +232,7 @@ class Maker {
                                Two() ? "Ext. coeff. A" : "Ext. coeff."},
                       .rows = {}};
     if (Two()) table.head.emplace_back("Ext. coeff. B");
-    if (LoadsKnown()) table.head.emplace_back(Two() ? "Load A" : "Load");
-    if (LoadsKnown() && Two()) table.head.emplace_back("Load B");
+    if (LoadsCount()) table.head.insert(table.head.end(), {"Load A", "Load B"});
     for (int d = 1; d <= fit_.NumFitSets; ++d) {
       const Dataset& set = DatasetOf(d);
       const int good = CountGoodPoints(set);
@@ -230,8 +243,10 @@ class Maker {
                    Number(set.RefRadius, "0.0000"),
                    Number(set.ExtCoeff, "0.000E+00")};
       if (Two()) row.emplace_back(Number(set.ExtCoeff2, "0.000E+00"));
-      if (LoadsKnown()) row.emplace_back(Number(set.ALoad, "0.00E+00"));
-      if (LoadsKnown() && Two()) row.emplace_back(Number(set.BLoad, "0.00E+00"));
+      if (LoadsCount()) {
+        row.emplace_back(Number(set.ALoad, "0.00E+00"));
+        row.emplace_back(Number(set.BLoad, "0.00E+00"));
+      }
       table.rows.push_back(std::move(row));
     }
     return table;
@@ -293,8 +308,24 @@ class Maker {
     return section;
   }
 
+  // Which of the two sums of squares of a fit counts here.
+  std::string SumText() const {
+    const auto sum = [](double value) { return Number(value, "0.0000E+00"); };
+    std::string text =
+        "They, the variance and the sum of squares are those of the values that the fit ended "
+        "with. ";
+    if (sum(fit_.FitChiSq) != sum(AcceptedSum(fit_))) {
+      text +=
+          "The log and the confidence intervals count the sum of the last step, which was "
+          "tried and not taken: " +
+          sum(fit_.FitChiSq) + ". ";
+    }
+    return text;
+  }
+
   std::string IntervalText() const {
-    const std::string errors = "Errors are standard errors from the covariance matrix. ";
+    const std::string errors =
+        "Errors are standard errors from the covariance matrix. " + SumText();
     if (!record_.intervals) return errors + "No confidence intervals were searched.";
     const auto& [request, outcome] = *record_.intervals;
     return errors + "Confidence intervals at the " + Level() +
@@ -512,7 +543,8 @@ class Maker {
   ReportSection Quality() const {
     ReportSection section{.title = "Quality of the fit", .paragraphs = {}, .tables = {WholeFit()}};
     try {
-      FitQuality quality = CalcFitQuality(fit_, record_.page, module_.CriticalCCCValue);
+      FitQuality quality =
+          CalcFitQuality(fit_, record_.page, record_.constantsSet, module_.CriticalCCCValue);
       for (int d = 1; d <= fit_.NumFitSets; ++d) {  // as they are numbered here
         quality.sets[static_cast<std::size_t>(d - 1)].dataset = d;
       }
@@ -529,13 +561,13 @@ class Maker {
     const auto count = [&](const char* name, int number) {
       table.rows.push_back({name, std::to_string(number)});
     };
-    const bool massPoints = Two() && fit_.UseMassConservation;
-    count(massPoints ? "Points, two a dataset of mass conservation" : "Points", fit_.FitNumPoints);
+    count(LoadsCount() ? "Points, two a dataset of mass conservation" : "Points",
+          fit_.FitNumPoints);
     count("Fitted parameters", statistics_.fitted);
     count("Parameters held or linked", fit_.FitMA - statistics_.fitted);
     count("Degrees of freedom", statistics_.freedom);
     count("Iterations", record_.iterations);
-    table.rows.push_back({"Sum of squared residuals", Number(fit_.FitChiSq, "0.0000E+00")});
+    table.rows.push_back({"Sum of squared residuals", Number(AcceptedSum(fit_), "0.0000E+00")});
     table.rows.push_back({"Variance", Number(statistics_.variance, "0.0000E+00")});
     table.rows.push_back({"Root mean square deviation",
                           Number(std::sqrt(statistics_.variance), "0.000E+00") + " signal units"});

@@ -41,6 +41,7 @@ struct FitRecord {
   int iterations = 0;                       // of the fit
   std::vector<Dataset> datasets;            // the whole store, with the fitted values
   struct FitPage page;                      // with the fitted values
+  struct ConstantsSet constantsSet;         // of that page
   std::vector<std::string> cells;           // name of the cell geometry, by position in the fit
   std::optional<IntervalSearch> intervals;  // the last search around this fit that found one
 };
@@ -48,6 +49,7 @@ struct FitRecord {
 struct QuorvaneModule {
   DatasetStore Store;
   struct FitPage FitPage;
+  struct ConstantsSet ConstantsSet;
   FitSetup Setup;
   FitState Fit;
   FitRecord LastFit;
@@ -80,6 +82,7 @@ struct QuorvaneModule {
   double DefaultDensity = 1.0;
   double CriticalCCCValue = 0.95;
   double MCTolerance = 0.25;
+  bool PreviewAxes = false;  // whether the preview of a file has axes
 };
 
 // "1.0.0"

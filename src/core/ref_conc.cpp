@@ -25,6 +25,7 @@ ModelCurves EvaluateModels(const QuorvaneModule& module, const char* caller, Ass
     ModelCurves curves;
     for (int set = 0; set < fit.NumFitSets; ++set) {
       curves.charts.push_back(PlotDataCurve(fit, module.Store.Datasets, set));
+      curves.deviations.push_back(PlotDeviations(fit, module.Store.Datasets, set));
     }
     return curves;
   } catch (const ArithmeticFault& fault) {
@@ -33,6 +34,7 @@ ModelCurves EvaluateModels(const QuorvaneModule& module, const char* caller, Ass
     description = fault.what();
   }
   return {
+      {},
       {},
       Notice{std::string("Fitting Error in ") + caller, FittingErrorText(fit, description), kRule}};
 }
@@ -92,7 +94,7 @@ ModelCurves RefConcAdjustment::Move(Component component, int bar) {
     Assemble(fit, quiet);
   });
   const std::optional<Notice> fault = FaultOfCellEnds(module_, row_, 1);
-  return fault ? ModelCurves{{}, fault} : curves;
+  return fault ? ModelCurves{{}, {}, fault} : curves;
 }
 
 void RefConcAdjustment::Assemble(FitState& fit, Host& host) const {

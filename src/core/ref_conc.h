@@ -8,13 +8,15 @@
 #include "base/chart.h"
 #include "core/fit_checks.h"
 #include "core/program_state.h"
+#include "fit/model_terms.h"
 
 class Host;
 
 // What an evaluation gave.
 struct ModelCurves {
-  std::vector<Chart> charts;    // data and curve, one a dataset; none if it did not succeed
-  std::optional<Notice> fault;  // still to be told; a check that asked has told its own
+  std::vector<Chart> charts;      // data and curve, one a dataset; none if it did not succeed
+  std::vector<Chart> deviations;  // alone, as many
+  std::optional<Notice> fault;    // still to be told; a check that asked has told its own
 };
 
 // The box of `fault`, and its line in the log.
@@ -27,8 +29,6 @@ inline constexpr int kBarEnd = 10000;  // the bars reach from minus this to this
 
 // `saved` times 10^(bar / 1000). Throws ArithmeticFault if that overflows or vanishes.
 double RefConcAtBar(double saved, int bar);
-
-enum class Component { kA, kB };
 
 // The adjustment of the reference concentrations of one dataset of the fit.
 class RefConcAdjustment {

@@ -51,6 +51,18 @@ Refusal Enter(const RowValue& value, Dataset& dataset, std::string_view text) {
   return {};
 }
 
+std::string TakenBy(const RowValue& value) {
+  switch (value.test) {
+    case RowTest::kAboveZero:
+      return kTakesAboveZero;
+    case RowTest::kNotNegative:
+      return "0 or a number above it";
+    case RowTest::kAny:
+      break;
+  }
+  return kTakesAnyNumber;
+}
+
 std::string SpeedText(const Dataset& dataset) {
   return FormatNumber(dataset.Speed, "#####");
 }

@@ -40,6 +40,9 @@ Dataset& DatasetOfRow(QuorvaneModule& module, int row);
 std::string TextOf(const RowValue& value, const Dataset& dataset);
 Refusal Enter(const RowValue& value, Dataset& dataset, std::string_view text);
 
+// The numbers that the box takes.
+std::string TakenBy(const RowValue& value);
+
 // Rotor speed, rpm: a whole number above 0 once it is rounded.
 std::string SpeedText(const Dataset& dataset);
 Refusal EnterSpeed(Dataset& dataset, std::string_view text);

@@ -15,6 +15,7 @@ namespace {
 
 constexpr const char* kSettings = "Settings";
 constexpr const char* kLogFont = "LogFont";
+constexpr const char* kOwn = "Quorvane";
 
 // A stored text that is not what its key wants.
 struct NotConverted {};
@@ -144,6 +145,10 @@ void LoadSettings(QuorvaneModule& module, const SettingsStore& store) {
     ReadAll(module, SectionReader(store, kSettings));
   } catch (const NotConverted&) {  // the keys behind it keep what they were
   }
+  try {
+    SectionReader(store, kOwn).Read("PreviewAxes", module.PreviewAxes);
+  } catch (const NotConverted&) {
+  }
 }
 
 void SaveSettings(const QuorvaneModule& module, const std::filesystem::path& currentFolder,
@@ -165,6 +170,10 @@ void SaveSettings(const QuorvaneModule& module, const std::filesystem::path& cur
          {"MassConservationTolerance", ShortestText(module.MCTolerance)},
          {"CriticalCCC", ShortestText(module.CriticalCCCValue)}},
         host);
+}
+
+void SaveOwnSettings(const QuorvaneModule& module, SettingsStore& store, Host& host) {
+  Store(store, kOwn, {{"PreviewAxes", Flag(module.PreviewAxes)}}, host);
 }
 
 void SaveShowHints(const QuorvaneModule& module, SettingsStore& store, Host& host) {

@@ -37,6 +37,10 @@ void LoadSettings(QuorvaneModule& module, const SettingsStore& store);
 void SaveSettings(const QuorvaneModule& module, const std::filesystem::path& currentFolder,
                   SettingsStore& store, Host& host);
 
+// Section "Quorvane", which LoadSettings reads last: choices that are kept as soon as they are
+// made.
+void SaveOwnSettings(const QuorvaneModule& module, SettingsStore& store, Host& host);
+
 // ShowHints alone, at once.
 void SaveShowHints(const QuorvaneModule& module, SettingsStore& store, Host& host);
 

@@ -106,6 +106,10 @@ Refusal Enter(const SharedParameter& value, QuorvaneModule& module, std::string_
   return {};
 }
 
+std::string TakenBy(const SharedParameter& value, const QuorvaneModule& module) {
+  return MustBePositive(value, module) ? kTakesAboveZero : kTakesAnyNumber;
+}
+
 Refusal ConstrainShownRatios(QuorvaneModule& module) {
   try {
     const double lnK1 = LnKAsShown(shared::kLnK1, module);

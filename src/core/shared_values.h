@@ -21,6 +21,9 @@ std::string TextOf(const SharedParameter& value, const QuorvaneModule& module);
 // Takes the text of its box. A value that could not be shown is refused too.
 Refusal Enter(const SharedParameter& value, QuorvaneModule& module, std::string_view text);
 
+// The numbers that its box takes in the display modes of `module`.
+std::string TakenBy(const SharedParameter& value, const QuorvaneModule& module);
+
 // Switches K2 and K3 to the ratios K2/K1 and K3/K1 of what the boxes show, held, and back. Both are
 // refused with nothing changed if a value is beyond double.
 Refusal ConstrainShownRatios(QuorvaneModule& module);

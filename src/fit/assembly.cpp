@@ -53,7 +53,7 @@ void LogOutside(const OutsideCounts& counts, int d, Host& host) {
   if (counts.below == 0 && counts.above == 0) return;
   host.PrintIt("\r\nDataset #" + FormatNumber(d, "###") +
                "   WARNING :: Datapoints outside the range defined for the chosen cell geometry "
-               "have been found.\r\n  This may result in an incorrect calculation of the median "
+               "have been found.  This may result in an incorrect calculation of the median "
                "cell concentration.");
   const auto say = [&](std::int32_t count, const char* side) {
     if (count == 0) return;

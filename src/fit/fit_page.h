@@ -23,4 +23,11 @@ struct FitPage {
   std::array<double, 508> FitPageSpare{};
 };
 
+// Which constants of a page somebody has set, if only to the value that they begin with.
+struct ConstantsSet {
+  bool Vbar = false;
+  bool VbarB = false;
+  bool Density = false;
+};
+
 static_assert(std::is_trivially_copyable_v<FitPage> && sizeof(FitPage) == 4168);

@@ -252,6 +252,10 @@ void MRQMIN1(FitState& fit, Host& host, Array1<double>& a, Matrix1<double>& cova
   }
 }
 
+double AcceptedSum(const FitState& fit) {
+  return fit.Memory.bestChiSq;
+}
+
 void FitData(FitState& fit, Host& host, int& iterations) {
   constexpr int kPassesToEnd = 2;
   fit.FitCovar = Matrix1<double>(fit.FitMA, fit.FitMA);

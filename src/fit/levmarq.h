@@ -19,6 +19,9 @@ struct FitState;
 // then holds the last accepted values.
 void FitData(FitState& fit, Host& host, int& iterations);
 
+// The sum of squares at FitA, the values that a fit ended with: of the last step that was accepted.
+double AcceptedSum(const FitState& fit);
+
 // One Levenberg-Marquardt step; lambda < 0 starts, 0 closes with the covariance. Lambda is tested
 // in single precision, so one below about 7e-46 closes too: kept on purpose.
 // a [1..MA], covar and alpha [1..MA][1..MA], chisq and lambda are updated in place.

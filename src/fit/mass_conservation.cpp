@@ -1,6 +1,7 @@
 #include "fit/mass_conservation.h"
 
 #include "base/arithmetic.h"
+#include "fit/models.h"
 
 namespace {
 
@@ -18,6 +19,14 @@ double MeanOfSet(const FitState& fit, int d, double baseline) {
   return weighted / widths;
 }
 
+// The mean concentration that the model gives at FitA. Without a rise of the signal the target of
+// the mass conservation points is 0, and so is their value, which then tells nothing.
+double MeanOfFlatSet(const FitState& fit, int d, int kind) {
+  SetTerms terms;
+  fit.FitModel->terms(fit, *fit.FitModel, fit.FitA, d, terms);
+  return MeanConcentration(fit, terms, d, kind == 1 ? Component::kA : Component::kB);
+}
+
 }  // namespace
 
 void CalcLoadConcs(FitState& fit, const std::vector<Dataset>& datasets) {
@@ -31,6 +40,9 @@ double CalculatedLoad(const FitState& fit, int d, int kind) {
   const int i = fit.SetFirstPoint(d) + fit.SetPointCount(d) - (kind == 1 ? 2 : 1);
   const double load = kind == 1 ? fit.SetALoad(d) : fit.SetBLoad(d);
   double result = 0.0;
-  CheckArithmetic([&] { result = load * fit.FitYCalc(i) / fit.FitY(i); });
+  CheckArithmetic([&] {
+    result =
+        fit.FitY(i) == 0.0 ? MeanOfFlatSet(fit, d, kind) : load * fit.FitYCalc(i) / fit.FitY(i);
+  });
   return result;
 }

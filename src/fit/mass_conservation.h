@@ -12,5 +12,5 @@
 void CalcLoadConcs(FitState& fit, const std::vector<Dataset>& datasets);
 
 // Mean concentration of A (kind 1) or B (kind 2) in dataset d, from 1: its loading concentration
-// times FitYCalc over FitY at its mass conservation point.
+// times FitYCalc over FitY at its mass conservation point. Throws ArithmeticFault.
 double CalculatedLoad(const FitState& fit, int d, int kind);

@@ -80,7 +80,9 @@ void SetDerivatives(FitState& fit, const SetPoints& points, int d, const BaseVal
                     std::size_t column) {
   PassWorkspace& work = fit.Workspace;
   const std::size_t stride = PaddedColumns(work.touching.size());
-  const std::size_t total = points.n + points.extra;
+  const std::size_t all = points.n + points.extra;
+  const bool flat = points.extra > 0 && points.y[points.n] == 0.0;  // targets that nothing touches
+  const std::size_t total = flat ? points.n : all;
   const double a0 = work.work(l);
   const double first = FirstStep(*fit.FitModel, a0);
   const double common = a0 * 0.001;
@@ -98,6 +100,7 @@ void SetDerivatives(FitState& fit, const SetPoints& points, int d, const BaseVal
                                 work.value[j], work.work);
     }
   }
+  for (std::size_t j = total; j < all; ++j) work.derivative[j * stride + column] = 0.0;
 }
 
 // Values and derivatives of dataset d, the whole dataset at a time.

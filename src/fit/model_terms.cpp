@@ -6,9 +6,6 @@
 
 namespace {
 
-// Component A or B in a mass conservation sum.
-enum class Component { kA, kB };
-
 double TotalFactor(const SpeciesTerm& term, Component component) {
   return component == Component::kA ? term.totalA : term.totalB;
 }
@@ -67,11 +64,10 @@ double MeanConcentration(const SetPoints& points, TotalAt&& totalAt) {
 
 // Value of a mass conservation point: the mean concentration over the loading concentration, times
 // the target of the point.
-template <class TotalAt>
-double MassPointValue(const SetPoints& points, Component component, TotalAt&& totalAt) {
+double MassPointValue(const SetPoints& points, Component component, double mean) {
   const std::size_t at = points.n + (component == Component::kA ? 0 : 1);
   const double load = component == Component::kA ? points.aLoad : points.bLoad;
-  return MeanConcentration(points, totalAt) * points.y[at] / load;
+  return mean * points.y[at] / load;
 }
 
 double Exponential(const SpeciesTerm& term, double x) {
@@ -199,22 +195,30 @@ void EvaluateSet(const SetTerms& terms, const SetPoints& points, const Exponenti
   if (points.extra == 0) return;
   for (const Component component : {Component::kA, Component::kB}) {
     const std::size_t place = points.n + (component == Component::kA ? 0 : 1);
-    values[place] = MassPointValue(
-        points, component, [&](std::size_t j) { return TotalFrom(terms, component, at(j)); });
+    const double mean = MeanConcentration(
+        points, [&](std::size_t j) { return TotalFrom(terms, component, at(j)); });
+    values[place] = MassPointValue(points, component, mean);
   }
 }
 
+double MeanConcentration(const FitState& fit, const SetTerms& terms, int d, Component component) {
+  const SetPoints points = PointsOf(fit, d);
+  return MeanConcentration(points, [&](std::size_t j) {
+    return TotalFrom(terms, component, [&](int k) {
+      return Exponential(terms.species[static_cast<std::size_t>(k)], points.x[j]);
+    });
+  });
+}
+
 double EvaluatePoint(const FitState& fit, const SetTerms& terms, int i) {
-  const auto at = [&terms](double x) {
-    return
-        [&terms, x](int k) { return Exponential(terms.species[static_cast<std::size_t>(k)], x); };
-  };
-  const bool massPoint = ExtraPoints(fit) > 0 && fit.PointKind(i) != 0;
-  if (!massPoint) return SignalFrom(terms, fit.FitX(i), fit.FitY(i), at(fit.FitX(i)));
-  const SetPoints points = PointsOf(fit, fit.FitSet(i));
-  const Component component = fit.PointKind(i) == 1 ? Component::kA : Component::kB;
-  return MassPointValue(points, component, [&](std::size_t j) {
-    return TotalFrom(terms, component, at(points.x[j]));
+  if (ExtraPoints(fit) > 0 && fit.PointKind(i) != 0) {
+    const int d = fit.FitSet(i);
+    const Component component = fit.PointKind(i) == 1 ? Component::kA : Component::kB;
+    return MassPointValue(PointsOf(fit, d), component, MeanConcentration(fit, terms, d, component));
+  }
+  const double x = fit.FitX(i);
+  return SignalFrom(terms, x, fit.FitY(i), [&terms, x](int k) {
+    return Exponential(terms.species[static_cast<std::size_t>(k)], x);
   });
 }
 

@@ -28,6 +28,9 @@ enum class SignalForm {
   kIsodesmic,   // closed sum over all chain lengths
 };
 
+// Component A or B in a mass conservation sum.
+enum class Component { kA, kB };
+
 // A Model at one dataset and one parameter vector.
 struct SetTerms {
   SignalForm form = SignalForm::kSpeciesSum;
@@ -71,6 +74,10 @@ Exponentials ComputeExponentials(const SetTerms& terms, const SetPoints& points,
 // Model values at the data points and then at the mass conservation points of a dataset.
 void EvaluateSet(const SetTerms& terms, const SetPoints& points, const Exponentials& exponentials,
                  std::span<double> values);
+
+// Mean concentration of a component over the data points of dataset d, from 1, weighted with the
+// sector width (trapezoid rule).
+double MeanConcentration(const FitState& fit, const SetTerms& terms, int d, Component component);
 
 // Model value at flat point i alone, the same to the last bit.
 double EvaluatePoint(const FitState& fit, const SetTerms& terms, int i);

@@ -19,6 +19,7 @@ double ValueWith(FitState& fit, const Model& model, int j, double value, int i,
 
 double DerivativeAt(FitState& fit, const Model& model, int j, int i, double f0,
                     Array1<double>& work) {
+  if (model.secondComponent && fit.PointKind(i) != 0 && fit.FitY(i) == 0.0) return 0.0;
   const double a0 = work(j);
   double h = FirstStep(model, a0);
   double up = ValueWith(fit, model, j, a0 + h, i, work);

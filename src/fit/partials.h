@@ -37,7 +37,8 @@ inline double CentredDifference(double up, double down, double h) {
 }
 
 // Derivative with respect to a(j) at flat point i; f0 is the model value at a. `work` is a copy of
-// a and is left as such.
+// a and is left as such. A mass conservation point with a target of 0 is 0 whatever the parameters
+// are: no step is looked for, which for a parameter of 0 would divide by zero.
 double DerivativeAt(FitState& fit, const Model& model, int j, int i, double f0,
                     Array1<double>& work);
 

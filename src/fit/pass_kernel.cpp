@@ -229,18 +229,17 @@ void AddWeighted(const SetPlan& plan, const Chunk& chunk, BasisSums& sums) {
 
 }  // namespace
 
-const PassKernel& PortableKernel() {
-  static constexpr PassKernel kernel = {Evaluate, TestStep, AddProducts, AddWeighted};
-  return kernel;
-}
-
-const PassKernel& BestKernel() {
+std::span<const PassKernel> RunnableKernels() {
+  static constexpr PassKernel kPortable = {"any", Evaluate, TestStep, AddProducts, AddWeighted};
 #if defined(QUORVANE_WIDER_KERNELS)
-  static constexpr PassKernel avx2 = {EvaluateAvx2, TestStepAvx2, AddProductsAvx2, AddWeightedAvx2};
-  static constexpr PassKernel avx512 = {EvaluateAvx512, TestStepAvx512, AddProductsAvx512,
-                                        AddWeightedAvx512};
-  if (__builtin_cpu_supports("avx512f") && __builtin_cpu_supports("avx512dq")) return avx512;
-  if (__builtin_cpu_supports("avx2")) return avx2;
+  static constexpr std::array<PassKernel, 3> kernels = {
+      {{"AVX-512", EvaluateAvx512, TestStepAvx512, AddProductsAvx512, AddWeightedAvx512},
+       {"AVX2", EvaluateAvx2, TestStepAvx2, AddProductsAvx2, AddWeightedAvx2},
+       kPortable}};
+  const bool widest = __builtin_cpu_supports("avx512f") && __builtin_cpu_supports("avx512dq");
+  const std::size_t skipped = widest ? 0 : __builtin_cpu_supports("avx2") ? 1 : 2;
+  return std::span(kernels).subspan(skipped);
+#else
+  return {&kPortable, 1};
 #endif
-  return PortableKernel();
 }

@@ -5,6 +5,7 @@
 
 #include <array>
 #include <cstddef>
+#include <span>
 
 #include "fit/model_terms.h"
 
@@ -105,6 +106,7 @@ struct BasisSums {
 };
 
 struct PassKernel {
+  const char* name;
   // Fills all of `chunk` behind x, y and weight. Returns the greatest doubt.
   double (*evaluate)(const SetPlan& plan, Chunk& chunk);
   // Puts in chunk.doubt what the first step in one parameter says; returns the greatest.
@@ -115,6 +117,5 @@ struct PassKernel {
   void (*addWeighted)(const SetPlan& plan, const Chunk& chunk, BasisSums& sums);
 };
 
-// For any processor; for the one that the program runs on.
-const PassKernel& PortableKernel();
-const PassKernel& BestKernel();
+// The kernels that this machine can run, the fastest first; the last is for any processor.
+std::span<const PassKernel> RunnableKernels();

@@ -182,13 +182,17 @@ std::string ReferenceText(const ReportSource& source, int k) {
 }  // namespace
 
 FitStatistics CalcFitStatistics(const FitState& fit) {
+  return CalcFitStatistics(fit, fit.FitChiSq);
+}
+
+FitStatistics CalcFitStatistics(const FitState& fit, double sum) {
   FitStatistics statistics;
   for (int l = 1; l <= fit.FitMA; ++l) statistics.fitted += fit.FitIA(l) != 0;
   for (int d = 1; d <= fit.NumFitSets; ++d) {
     statistics.maxSpeed = std::max(statistics.maxSpeed, static_cast<int>(fit.SetSpeed(d)));
   }
   statistics.freedom = fit.FitNumPoints - statistics.fitted;
-  statistics.variance = Checked([&] { return fit.FitChiSq / statistics.freedom; });
+  statistics.variance = Checked([&] { return sum / statistics.freedom; });
   return statistics;
 }
 

@@ -18,8 +18,10 @@ struct FitStatistics {
   int maxSpeed = 0;       // highest rotor speed of the fit, rpm; 0 if none is above 0
 };
 
+// From FitChiSq, as the lines of the log take it, or another sum of squares of the fit.
 // Throws ArithmeticFault for NDF of 0.
 FitStatistics CalcFitStatistics(const FitState& fit);
+FitStatistics CalcFitStatistics(const FitState& fit, double sum);
 
 // Standard error of FitA(k): square root of the variance times FitCovar(k, k).
 // Throws ArithmeticFault for a negative one.

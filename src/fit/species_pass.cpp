@@ -450,7 +450,7 @@ bool SumSpeciesSet(FitState& fit, const SetPoints& points, int d, SetSums& sums)
   Planner planner(fit, points, d);
   if (!planner.Build()) return false;
   const SetPlan& plan = planner.plan;
-  const PassKernel& kernel = BestKernel();
+  const PassKernel& kernel = RunnableKernels().front();
   BasisSums basis;
   Chunk chunk;
   for (std::size_t first = 0; first < points.n; first += kChunk) {

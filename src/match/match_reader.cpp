@@ -14,6 +14,16 @@ std::string_view TimeColumns(const LineBuffer& header, TimeField timeField) {
   return timeField == TimeField::kElectrophoresis ? header.Columns(14, 23) : header.Columns(16, 22);
 }
 
+// Matching does not need it, so it refuses no scan.
+std::int32_t SpeedOf(const LineBuffer& header, TimeField timeField) {
+  if (timeField == TimeField::kElectrophoresis) return 0;
+  try {
+    return FieldInt32(header.Columns(9, 14));
+  } catch (const ArithmeticFault&) {
+    return 0;
+  }
+}
+
 bool IsBlankLine(std::string_view line) {
   return line.find_first_not_of(" \t\r") == std::string_view::npos;
 }
@@ -34,7 +44,9 @@ RawScan ReadRawScan(std::istream& in, TimeField timeField, std::string_view sour
     while (scan.radius.size() < kMaxPoints && ReadLine(in, text)) {
       ++line;
       if (line == 2) {
-        scan.time = FieldInt32(TimeColumns(LineBuffer(text), timeField));
+        const LineBuffer header(text);
+        scan.time = FieldInt32(TimeColumns(header, timeField));
+        scan.speed = SpeedOf(header, timeField);
       } else if (line > 2 && !IsBlankLine(text)) {
         TakePoint(LineBuffer(text), scan);
       }

@@ -12,6 +12,7 @@ struct RawScan {
   std::int32_t time = 0;       // s, from the header line; 0 if it has none
   std::vector<double> radius;  // cm, in the order of the file, at most kMaxPoints
   std::vector<double> signal;  // as many as radius
+  std::int32_t speed = 0;      // rpm, from the header line; 0 if it has none
   bool operator==(const RawScan&) const = default;
 };
 
@@ -21,7 +22,8 @@ enum class TimeField {
   kElectrophoresis,  // columns 14 to 23
 };
 
-// Reads line 2 for the time, rounded to whole seconds, and from line 3 on a radius (columns 1 to
+// Reads line 2 for the time, rounded to whole seconds, and the speed (columns 9 to 14, none for
+// electrophoresis; what is no speed does no harm), and from line 3 on a radius (columns 1 to
 // 11) and a signal (columns 12 to 26) a line, each as FieldVal reads it: what is no number is 0.
 // Blank lines are passed over; lines behind the point kMaxPoints are not read. A file that ends
 // early gives what it has. `source` is for messages.

@@ -1,10 +1,12 @@
 #include "match/match_series.h"
 
 #include <algorithm>
+#include <set>
 #include <system_error>
 
 #include "base/files.h"
 #include "base/host.h"
+#include "base/number_format.h"
 #include "scan/dataset.h"
 
 namespace fs = std::filesystem;
@@ -22,6 +24,25 @@ std::string FolderOfFile(const fs::path& path) {
 }
 
 }  // namespace
+
+std::string FactsOf(const RawScan& scan) {
+  constexpr double kSecondsAnHour = 3600.0;
+  const std::string time = FormatNumber(scan.time / kSecondsAnHour, "0.00 h");
+  return scan.speed == 0 ? time : std::to_string(scan.speed) + " rpm, " + time;
+}
+
+std::string SpeedRemark(const MatchSeries& series) {
+  std::set<std::int32_t> speeds;
+  for (const RawScan& scan : series.scans) {
+    if (scan.speed != 0) speeds.insert(scan.speed);
+  }
+  if (speeds.size() < 2) return {};
+  std::string list;
+  for (const std::int32_t speed : speeds)
+    list += (list.empty() ? "" : ", ") + std::to_string(speed);
+  return "The scans were taken at different speeds: " + list +
+         " rpm. Each speed has an equilibrium of its own.";
+}
 
 std::vector<std::size_t> EveryNth(std::size_t count, std::size_t n) {
   std::vector<std::size_t> places;

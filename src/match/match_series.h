@@ -17,6 +17,13 @@ struct MatchSeries {
   std::vector<RawScan> scans;      // as many as names
 };
 
+// "18000 rpm, 12.50 h" as the scan's header has it; the time alone without a speed.
+std::string FactsOf(const RawScan& scan);
+
+// One sentence with the speeds, if the scans were not all taken at one; otherwise empty. Scans
+// without a speed do not count.
+std::string SpeedRemark(const MatchSeries& series);
+
 struct MatchLoadSettings {
   TimeField timeField = TimeField::kCentrifuge;
   std::size_t every = 1;  // load every Nth file, the first included

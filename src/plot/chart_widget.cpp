@@ -2,6 +2,9 @@
 
 #include <qcustomplot.h>
 
+#include <QHelpEvent>
+#include <QTextDocument>
+#include <QToolTip>
 #include <QVBoxLayout>
 #include <algorithm>
 #include <cmath>
@@ -13,6 +16,12 @@ namespace {
 
 const QColor kBandColor(0, 114, 178, 30);
 
+void ApplyAxes(QCustomPlot& plot, bool shown) {
+  for (QCPAxisRect* panel : plot.axisRects()) {
+    for (QCPAxis* axis : panel->axes()) axis->setVisible(shown && axis->visible());
+  }
+}
+
 }  // namespace
 
 ChartWidget::ChartWidget(QWidget* parent) : QWidget(parent), plot_(new QCustomPlot(this)) {
@@ -22,6 +31,7 @@ ChartWidget::ChartWidget(QWidget* parent) : QWidget(parent), plot_(new QCustomPl
   plot_->setMinimumSize(1, 1);  // a plot squeezed to nothing has nothing to paint on
   plot_->setInteractions(QCP::iRangeZoom);
   plot_->setSelectionRectMode(QCP::srmCustom);
+  plot_->installEventFilter(this);
   connect(plot_, &QCustomPlot::mousePress, this,
           [this](const QMouseEvent* event) { pressed_ = event->pos(); });
   connect(plot_->selectionRect(), &QCPSelectionRect::accepted, this,
@@ -40,6 +50,7 @@ void ChartWidget::SetChart(const Chart& chart) {
   chart_ = chart;
   bands_.clear();
   FillPlot(*plot_, chart_);
+  ApplyAxes(*plot_, axesShown_);
   whole_ = Area();
   PlotFilled();
   connect(plot_->axisRect(0)->axis(QCPAxis::atBottom),
@@ -100,6 +111,30 @@ void ChartWidget::SetBands(const std::vector<ChartBand>& bands) {
     }
   }
   plot_->replot(QCustomPlot::rpQueuedReplot);
+}
+
+void ChartWidget::SetAxesShown(bool shown) {
+  const Chart zoomed = ShownChart();
+  const std::vector<ChartBand> bands = bands_;
+  axesShown_ = shown;
+  SetChart(Chart(chart_));
+  SetBands(bands);
+  if (zoomed.view) ZoomTo(*zoomed.view);
+}
+
+bool ChartWidget::eventFilter(QObject* watched, QEvent* event) {
+  if (event->type() == QEvent::ContextMenu && contextMenuPolicy() == Qt::ActionsContextMenu) {
+    return QCoreApplication::sendEvent(this, event);
+  }
+  if (event->type() == QEvent::ToolTip && !chart_.title.empty()) {
+    const auto* help = static_cast<QHelpEvent*>(event);
+    if (help->pos().y() >= plot_->axisRect(0)->top()) return false;
+    const QString title = QString::fromStdString(chart_.title);
+    QToolTip::showText(help->globalPos(),
+                       Qt::mightBeRichText(title) ? Qt::convertFromPlainText(title) : title, this);
+    return true;
+  }
+  return QWidget::eventFilter(watched, event);
 }
 
 void ChartWidget::ShowAll() {

@@ -37,6 +37,9 @@ class ChartWidget : public QWidget {
   // Stretches shaded behind the data of the top panel, until the next SetChart.
   void SetBands(const std::vector<ChartBand>& bands);
 
+  // Without axes only the data are drawn, in the room that the axes would take too.
+  void SetAxesShown(bool shown);
+
   void ShowAll();
 
   // The stretch of the bottom axis that is shown, in its units.
@@ -57,6 +60,10 @@ class ChartWidget : public QWidget {
   void BottomRangeChanged();  // by a zoom or another chart
 
  protected:
+  // What the plot itself would keep from its parents: the tool tip of the title, in which one that
+  // was cut is whole, and the menu of this widget's actions.
+  bool eventFilter(QObject* watched, QEvent* event) override;
+
   QCustomPlot& Plot() const { return *plot_; }
 
   // The plot holds new items and axes; those of before are gone.
@@ -72,6 +79,7 @@ class ChartWidget : public QWidget {
   Chart chart_;
   ChartArea whole_;  // that the axes show without a zoom
   std::vector<ChartBand> bands_;
+  bool axesShown_ = true;
   QCustomPlot* plot_;
   QPoint pressed_;
 };

@@ -1,6 +1,7 @@
 #include "scan/dataset_names.h"
 
 #include <algorithm>
+#include <array>
 
 #include "base/arithmetic.h"
 #include "base/text.h"
@@ -48,6 +49,11 @@ std::string ElName(std::string_view stem, const LineBuffer& header, ElWavelength
 }
 
 }  // namespace
+
+const char* KindName(FileKind kind) {
+  constexpr std::array<const char*, 4> kNames = {"IP,RA", "DAT", "FI", "EL"};
+  return kNames[static_cast<std::size_t>(kind)];
+}
 
 int CellNumber(std::string_view header) {
   return FieldInt32(LineBuffer(header).Columns(3, 3));

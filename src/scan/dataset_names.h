@@ -7,6 +7,9 @@
 // Kinds of scan file; the value is the index of the file type options.
 enum class FileKind { kIpRa = 0, kDat = 1, kFi = 2, kEl = 3 };
 
+// Its caption: "IP,RA", "DAT", "FI", "EL".
+const char* KindName(FileKind kind);
+
 // Where the wavelength of an "EL" header stands for a name: one column apart between the two ways
 // of loading, kept on purpose.
 enum class ElWavelength { kSingleLoad, kMultipleLoad };

@@ -96,11 +96,6 @@ ChannelReading Summary(char letter, const std::vector<Point>& points) {
   return reading;
 }
 
-const char* KindName(FileKind kind) {
-  constexpr std::array<const char*, 4> kNames = {"IP,RA", "DAT", "FI", "EL"};
-  return kNames[static_cast<std::size_t>(kind)];
-}
-
 std::string KindOfLetter(char letter) {
   switch (letter) {
     case 'R':

@@ -22,14 +22,15 @@ bool IsNameOfKind(const std::string& fileName, FileKind kind) {
   return false;
 }
 
-std::vector<std::string> ListScanFiles(const fs::path& folder, FileKind kind) {
+std::vector<std::string> ListScanFiles(const fs::path& folder, std::optional<FileKind> kind) {
   std::vector<std::string> names;
   std::error_code error;
   fs::directory_iterator entry(folder, error);
   for (; !error && entry != fs::directory_iterator(); entry.increment(error)) {
     const std::string name = PathText(entry->path().filename());
     std::error_code ignored;  // a link that leads nowhere is no file
-    if (IsNameOfKind(name, kind) && entry->is_regular_file(ignored)) names.push_back(name);
+    const bool listed = kind ? IsNameOfKind(name, *kind) : !name.starts_with('.');
+    if (listed && entry->is_regular_file(ignored)) names.push_back(name);
   }
   if (error) throw FileFault(PathText(folder) + ": " + error.message());
   std::sort(names.begin(), names.end());

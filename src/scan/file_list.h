@@ -2,6 +2,7 @@
 #pragma once
 
 #include <filesystem>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -12,5 +13,7 @@
 bool IsNameOfKind(const std::string& fileName, FileKind kind);
 
 // Names of the files of the kind in `folder`, UTF-8, in rising order by plain comparison of
-// characters. Throws FileFault if the folder cannot be read.
-std::vector<std::string> ListScanFiles(const std::filesystem::path& folder, FileKind kind);
+// characters; without a kind of all files but hidden ones. Throws FileFault if the folder cannot be
+// read.
+std::vector<std::string> ListScanFiles(const std::filesystem::path& folder,
+                                       std::optional<FileKind> kind);

@@ -1,11 +1,13 @@
 #include "scan/loading.h"
 
 #include <algorithm>
+#include <set>
 
 #include "base/arithmetic.h"
 #include "base/files.h"
 #include "base/host.h"
 #include "base/text.h"
+#include "scan/file_check.h"
 
 namespace fs = std::filesystem;
 
@@ -40,6 +42,44 @@ std::string ReasonToLeaveOut(const fs::path& path) {
   return IsBinaryFile(path) ? PathText(path) + " is a binary file!" : "";
 }
 
+// Lines of a message box, of which it has room for so many.
+class Lines {
+ public:
+  void Add(const std::string& line) {
+    if (++count_ <= kMost) text_ += (count_ > 1 ? "\r\n" : "") + line;
+  }
+  bool Empty() const { return count_ == 0; }
+  std::string Text() const {
+    return count_ > kMost ? text_ + "\r\nand " + std::to_string(count_ - kMost) + " more" : text_;
+  }
+
+ private:
+  static constexpr int kMost = 10;
+  int count_ = 0;
+  std::string text_;
+};
+
+// What a look at the file finds odd about it; the first thing, if there are several.
+void AddWarning(const fs::path& path, const ScanLoadSettings& settings, Lines& lines) {
+  const FileCheck check = CheckFile(path, settings);
+  if (!check.fault.empty()) {
+    lines.Add(check.fault);
+  } else if (!check.warnings.empty()) {
+    lines.Add(PathText(path.filename()) + ": " + check.warnings.front());
+  }
+}
+
+void LoadChecked(DatasetStore& store, const ScanLoadSettings& settings, std::vector<fs::path> paths,
+                 Lines& warnings, Host& host) {
+  std::stable_sort(paths.begin(), paths.end(), [](const fs::path& a, const fs::path& b) {
+    return FileNameOf(a) < FileNameOf(b);
+  });
+  for (const fs::path& path : paths) {
+    AddWarning(path, settings, warnings);
+    LoadNamedFile(store, settings, path, host);
+  }
+}
+
 // A load with its trap: a header number out of range gives the file up.
 template <class Load>
 LoadResult Trapped(const fs::path& path, Host& host, Load&& load) {
@@ -57,6 +97,11 @@ LoadResult Trapped(const fs::path& path, Host& host, Load&& load) {
 }
 
 // Each chosen channel of the file, in the order of the letters.
+// The centerpiece by which a file is cut into its channels.
+Centerpiece CutAs(const ScanLoadSettings& settings) {
+  return settings.kind == FileKind::kIpRa ? settings.centerpiece : Centerpiece::kTwoChannels;
+}
+
 void LoadChannels(DatasetStore& store, const ScanLoadSettings& settings, const fs::path& path,
                   const std::string& header, ElWavelength elWavelength, Host& host,
                   LoadResult& result) {
@@ -72,15 +117,18 @@ void LoadChannels(DatasetStore& store, const ScanLoadSettings& settings, const f
 
 }  // namespace
 
+bool IsCut(const ScanLoadSettings& settings) {
+  return ChannelCount(CutAs(settings)) > 1;
+}
+
 std::vector<LoadWindow> WindowsOf(const ScanLoadSettings& settings) {
-  const bool channelled = settings.kind == FileKind::kIpRa;
-  const Centerpiece centerpiece = channelled ? settings.centerpiece : Centerpiece::kTwoChannels;
+  const Centerpiece centerpiece = CutAs(settings);
   const auto column = settings.kind == FileKind::kEl ? std::size_t{kElectrophoresisColumn}
                                                      : static_cast<std::size_t>(centerpiece);
   const int channels = ChannelCount(centerpiece);
   std::vector<LoadWindow> windows;
   for (std::size_t c = 0; c < static_cast<std::size_t>(channels); ++c) {
-    if (channels > 1 && !settings.chkChannel[c]) continue;
+    if (IsCut(settings) && !settings.chkChannel[c]) continue;
     windows.push_back(
         {ChannelLetters[c], ChannelLowRadius[c][column], ChannelHighRadius[c][column]});
   }
@@ -109,31 +157,30 @@ LoadResult LoadNamedFile(DatasetStore& store, const ScanLoadSettings& settings,
 
 void LoadNamedFiles(DatasetStore& store, const ScanLoadSettings& settings,
                     std::vector<fs::path> paths, Host& host) {
-  std::stable_sort(paths.begin(), paths.end(), [](const fs::path& a, const fs::path& b) {
-    return FileNameOf(a) < FileNameOf(b);
-  });
-  for (const fs::path& path : paths) LoadNamedFile(store, settings, path, host);
+  Lines warnings;
+  LoadChecked(store, settings, std::move(paths), warnings, host);
+  if (!warnings.Empty()) {
+    host.ShowMessage("Load Multiple Files", warnings.Text(), MessageIcon::kExclamation);
+  }
 }
 
 void LoadDroppedFiles(DatasetStore& store, const ScanLoadSettings& settings,
                       const std::vector<fs::path>& paths, Host& host) {
-  constexpr int kMostNamed = 10;  // more would not fit a message box
   std::vector<fs::path> files;
-  std::string refusals;
-  int refused = 0;
+  Lines lines;
   for (const fs::path& path : paths) {
     const std::string reason = ReasonToLeaveOut(path);
     if (reason.empty()) {
       files.push_back(path);
-    } else if (++refused <= kMostNamed) {
-      refusals += (refused > 1 ? "\r\n" : "") + reason;
+    } else {
+      lines.Add(reason);
     }
   }
-  LoadNamedFiles(store, settings, std::move(files), host);
-  if (refused > kMostNamed) {
-    refusals += "\r\nand " + std::to_string(refused - kMostNamed) + " more";
-  }
-  if (refused > 0) host.ShowMessage("Invalid Data File", refusals, MessageIcon::kExclamation);
+  const bool refused = !lines.Empty();
+  LoadChecked(store, settings, std::move(files), lines, host);
+  if (lines.Empty()) return;
+  host.ShowMessage(refused ? "Invalid Data File" : "Load Multiple Files", lines.Text(),
+                   MessageIcon::kExclamation);
 }
 
 LoadResult LoadBlankFile(DatasetStore& store, FileKind kind, const fs::path& path, Host& host) {
@@ -147,4 +194,19 @@ LoadResult LoadBlankFile(DatasetStore& store, FileKind kind, const fs::path& pat
     Note(result, LoadDataFile(store, kind, path, name, ChannelLowRadius[0][column],
                               ChannelHighRadius[0][column], host));
   });
+}
+
+std::string TakenForText(const DatasetStore& store, int first, FileKind kind) {
+  std::set<std::string> files;
+  for (auto k = static_cast<std::size_t>(first); k < store.Datasets.size(); ++k) {
+    files.insert(PathOf(store.Datasets[k]));
+  }
+  const std::string path = PathOf(store.Datasets.at(static_cast<std::size_t>(first)));
+  std::string text = PathText(PathFromText(path).filename());
+  const std::size_t others = files.size() - 1;
+  if (others > 0) {
+    text += " and " + std::to_string(others) + (others == 1 ? " other file" : " other files");
+  }
+  return text + (others == 0 ? " was" : " were") + " taken for the file type " + KindName(kind) +
+         ".";
 }

@@ -3,6 +3,7 @@
 
 #include <array>
 #include <filesystem>
+#include <string>
 #include <vector>
 
 #include "scan/channel_windows.h"
@@ -21,6 +22,10 @@ struct LoadWindow {
   float low;    // cm, both inclusive; for "EL" r^2/2 in cm^2
   float high;
 };
+
+// Whether files are cut into channels, and so the choice of channels counts: those of kind "IP,RA"
+// for a cell of 6 or 8 channels.
+bool IsCut(const ScanLoadSettings& settings);
 
 // The windows that the settings cut out of a file, in the order of the letters.
 std::vector<LoadWindow> WindowsOf(const ScanLoadSettings& settings);
@@ -42,15 +47,20 @@ LoadResult LoadNamedFile(DatasetStore& store, const ScanLoadSettings& settings,
                          const std::filesystem::path& path, Host& host);
 
 // "Load Multiple": the files in rising order of their names (plain comparison of characters), each
-// as LoadNamedFile does; one that fails is passed over.
+// as LoadNamedFile does; one that fails is passed over. Each is checked before, and one message
+// afterwards names those that the check warns of.
 void LoadNamedFiles(DatasetStore& store, const ScanLoadSettings& settings,
                     std::vector<std::filesystem::path> paths, Host& host);
 
 // Files dropped on a window: as LoadNamedFiles, but folders, binary files and what cannot be opened
-// are left out, and one message names them.
+// are left out, and the message names them too.
 void LoadDroppedFiles(DatasetStore& store, const ScanLoadSettings& settings,
                       const std::vector<std::filesystem::path>& paths, Host& host);
 
 // "Load Blank": one dataset from the file over the whole window, whatever channels are set.
 LoadResult LoadBlankFile(DatasetStore& store, FileKind kind, const std::filesystem::path& path,
                          Host& host);
+
+// Which kind the files were taken for that the datasets from position `first` (from 0) came from,
+// whatever their names say: one sentence, of the first file and the number of the others.
+std::string TakenForText(const DatasetStore& store, int first, FileKind kind);

@@ -17,6 +17,7 @@
 #include "base/text.h"
 #include "fit/assembly.h"
 #include "fit/fit_state.h"
+#include "fit/levmarq.h"
 #include "fit/models.h"
 #include "stats/limit_search.h"
 #include "stats/minimum_check.h"
@@ -184,14 +185,16 @@ void RunSearches(std::vector<std::unique_ptr<Search>>& searches, FitState& fit, 
   std::exception_ptr fault;
   for (std::size_t k = 0; k < searches.size(); ++k) {
     AwaitSearch(results[k], *searches[k], fit, stop, host);
+    const bool over = fault || outcome.stopped;  // the rest only has to end
     try {
       results[k].get();
     } catch (...) {
-      if (!fault) fault = std::current_exception();
+      if (!over) fault = std::current_exception();
       stop = true;
     }
-    if (fault || outcome.stopped) continue;  // the rest only has to end
+    if (over) continue;
     for (const std::string& line : searches[k]->host.lines) host.PrintIt(line);
+    if (fault) continue;
     if (searches[k]->finished) {
       LogInterval(*searches[k], host);
       outcome.intervals.push_back(searches[k]->interval);
@@ -239,7 +242,8 @@ void LogFault(const std::exception& fault, Host& host) {
 std::string BetterFitText(const FitState& fit, const BetterFit& better) {
   const auto sum = [](double value) { return FormatNumber(value, "0.00000E+00"); };
   return "A better minimum was met in the search: its sum of squares is " + sum(better.sum) +
-         ", that of the fit " + sum(AcceptedSum(fit)) + ". The intervals are of the worse one.";
+         ", that of the fit's values " + sum(AcceptedSum(fit)) +
+         ". The intervals are of the worse one.";
 }
 
 std::string MissingLimitsText(const ConfidenceOutcome& outcome) {

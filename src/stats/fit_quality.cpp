@@ -103,12 +103,14 @@ std::vector<ImplausibleValue> ImplausibleValues(const FitState& fit, const FitPa
   return values;
 }
 
-std::vector<std::string> ConstantsAtDefault(const FitState& fit, const FitPage& page) {
+std::vector<std::string> ConstantsAtDefault(const FitState& fit, const FitPage& page,
+                                            const ConstantsSet& set) {
   const FitPage fresh;
   std::vector<std::string> names;
-  if (page.Vbar == fresh.Vbar) names.emplace_back("vbar");
-  if (fit.TwoComponentModel && page.VbarB == fresh.VbarB) names.emplace_back("vbar(B)");
-  if (page.Density == fresh.Density) names.emplace_back("density");
+  if (!set.Vbar && page.Vbar == fresh.Vbar) names.emplace_back("vbar");
+  if (fit.TwoComponentModel && !set.VbarB && page.VbarB == fresh.VbarB)
+    names.emplace_back("vbar(B)");
+  if (!set.Density && page.Density == fresh.Density) names.emplace_back("density");
   return names;
 }
 
@@ -228,7 +230,8 @@ std::optional<double> DurbinWatson(std::span<const double> residuals) {
   return differences / squares;
 }
 
-FitQuality CalcFitQuality(const FitState& fit, const FitPage& page, double critical) {
+FitQuality CalcFitQuality(const FitState& fit, const FitPage& page, const ConstantsSet& set,
+                          double critical) {
   FitQuality quality;
   CheckArithmetic([&] { quality.sets = QualityOfSets(fit); });
   try {
@@ -237,7 +240,7 @@ FitQuality CalcFitQuality(const FitState& fit, const FitPage& page, double criti
     quality.correlationsKnown = false;
   }
   quality.implausible = ImplausibleValues(fit, page);
-  quality.atDefault = ConstantsAtDefault(fit, page);
+  quality.atDefault = ConstantsAtDefault(fit, page, set);
   return quality;
 }
 

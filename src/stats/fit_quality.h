@@ -72,11 +72,13 @@ struct FitQuality {
   std::vector<std::string> atDefault;  // "vbar", "vbar(B)", "density" nobody has set
 };
 
-// The quality of the finished fit `fit`, whose shared values and constants stand in `page`.
+// The quality of the finished fit `fit`, whose shared values and constants stand in `page`; `set`
+// says which of the constants somebody has set.
 // Correlations count as strong above `critical` in magnitude. Needs FitYCalc and FitCovar.
 // A buoyant weight must have the sign of 1 - vbar density, alpha lie in 0 to 1, N be at least 1.
 // Throws ArithmeticFault.
-FitQuality CalcFitQuality(const FitState& fit, const FitPage& page, double critical);
+FitQuality CalcFitQuality(const FitState& fit, const FitPage& page, const ConstantsSet& set,
+                          double critical);
 
 // What to look at, in plain sentences, those about single datasets last; none if nothing was found.
 std::vector<std::string> QualityRemarks(const FitQuality& quality);

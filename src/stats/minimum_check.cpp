@@ -16,6 +16,7 @@
 #include "base/quiet_host.h"
 #include "fit/assembly.h"
 #include "fit/fit_state.h"
+#include "fit/levmarq.h"
 #include "fit/models.h"
 #include "fit/report.h"
 #include "fit/settled_fit.h"
@@ -239,10 +240,6 @@ std::vector<FoundMinimum> GroupEnds(const FitState& fit, const std::vector<Start
 
 }  // namespace
 
-double AcceptedSum(const FitState& fit) {
-  return std::min(fit.FitChiSq, fit.Memory.bestChiSq);
-}
-
 bool IsLowerSum(const FitState& fit, double sum, double than) {
   constexpr double kRelative = 1e-6;
   return sum < than * (1.0 - kRelative) - Rounding(fit);
@@ -293,7 +290,7 @@ std::string MinimumSummary(const MinimumOutcome& outcome, const MinimumRequest& 
             sum(outcome.currentSum) + " to " + sum(outcome.minima[*outcome.better].sum) + ".";
   } else {
     text += "A better minimum was found: its sum of squares is " +
-            sum(outcome.minima[*outcome.better].sum) + ", that of the fit " +
+            sum(outcome.minima[*outcome.better].sum) + ", that of the fit's values " +
             sum(outcome.currentSum) + ".";
   }
   if (outcome.failed > 0) {

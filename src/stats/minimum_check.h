@@ -59,7 +59,3 @@ std::string MinimumSummary(const MinimumOutcome& outcome, const MinimumRequest& 
 // Whether a sum of squares is lower than `than` by more than rounding, in the sense of
 // CheckMinimum.
 bool IsLowerSum(const FitState& fit, double sum, double than);
-
-// The lowest sum of squares that the finished `fit` has accepted. (FitChiSq may be that of a
-// rejected last step.)
-double AcceptedSum(const FitState& fit);

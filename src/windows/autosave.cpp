@@ -8,12 +8,12 @@
 #include "archive/experiment_session.h"
 #include "base/arithmetic.h"
 #include "base/files.h"
-#include "base/fingerprint.h"
 #include "rtf/rtf_writer.h"
 #include "windows/data_window.h"
 #include "windows/loaded_data_tab.h"
 #include "windows/log_window.h"
 #include "windows/session.h"
+#include "windows/unsaved_mark.h"
 
 namespace {
 
@@ -84,14 +84,7 @@ int Autosave::ModelIndex() const {
 }
 
 Autosave::State Autosave::CurrentState() const {
-  const QuorvaneModule& module = windows_.session.Module;
-  Fingerprint print;
-  print.Add(std::as_bytes(std::span(&module.FitPage, 1)));
-  print.Add(std::as_bytes(std::span(module.Store.Datasets)));
-  for (const auto& graph : module.GraphStreams) print.Add(graph);
-  const int choices[] = {ModelIndex(), module.Setup.ConstrainKRatios ? 1 : 0};
-  print.Add(std::as_bytes(std::span(choices)));
-  return {print.Value(), log_.Edits()};
+  return {SessionFingerprint(windows_), log_.Edits()};
 }
 
 void Autosave::Keep() {

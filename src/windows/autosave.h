@@ -39,6 +39,9 @@ class Autosave : public QObject {
   // The same for good, at the normal end of the program. Waits for a write under way.
   void End();
 
+  // Why it could not be kept the last time; empty if it was.
+  const QString& Failure() const { return failure_; }
+
  signals:
   void Kept();                       // it is on the disk
   void Failed(const QString& text);  // why it could not be kept; told once a cause
@@ -70,6 +73,6 @@ class Autosave : public QObject {
   State kept_;
   std::shared_ptr<Job> job_;  // the one under way
   bool again_ = false;        // the session was to be kept while a job was under way
-  QString failure_;           // told last
-  QThreadPool writer_;        // one thread, in order
+  QString failure_;
+  QThreadPool writer_;  // one thread, in order
 };

@@ -39,6 +39,7 @@ frmConfInterval::frmConfInterval(Session& session, QWidget* parent)
   ShowRows();
   cmbFStat_->setCurrentIndex(1);
   ShowLevel();
+  ShowMeaning();
   ConnectSignals();
 }
 
@@ -93,6 +94,10 @@ QWidget* frmConfInterval::BuildLevel() {
         Named(optVRmethod_[static_cast<std::size_t>(k)], ElementName("optVRmethod", k)));
   }
   layout->addWidget(ratio);
+  lblMeaning_ = Named(new QLabel, "lblMeaning");
+  lblMeaning_->setWordWrap(true);
+  lblMeaning_->setMinimumWidth(fontMetrics().averageCharWidth() * 52);
+  layout->addWidget(lblMeaning_);
   return box;
 }
 
@@ -119,6 +124,7 @@ QWidget* frmConfInterval::BuildParameters() {
 void frmConfInterval::ConnectSignals() {
   connect(cmbFStat_, &QComboBox::activated, this, &frmConfInterval::ShowLevel);
   txtConfPercent_->SetStore([this](const QString& text) { return StoreLevel(text); });
+  connect(optVRmethod_[0], &QRadioButton::toggled, this, &frmConfInterval::ShowMeaning);
   connect(cmdClose_, &QPushButton::clicked, this, &QDialog::reject);
   connect(cmdCalcCI_, &QPushButton::clicked, this, &frmConfInterval::Calculate);
 }
@@ -148,6 +154,24 @@ void frmConfInterval::ShowLevel() {
   txtConfPercent_->setEnabled(place == static_cast<int>(kUserLevel));
 }
 
+void frmConfInterval::ShowMeaning() {
+  const FitState& fit = session_.Module.Fit;
+  int fitted = 0;
+  for (int l = 1; l <= fit.FitMA; ++l) fitted += fit.FitIA(l) != 0 ? 1 : 0;
+  QString text = fitted > 1
+                     ? tr("The interval is joint for all %1 fitted parameters (baselines and "
+                          "reference concentrations count): it allows for errors of all of "
+                          "them at once, and is several times wider than the interval of "
+                          "one parameter alone.")
+                           .arg(fitted)
+                     : tr("One parameter was fitted: the interval is its own.");
+  if (optVRmethod_[0]->isChecked()) {
+    text += ' ' + tr("This ratio compares two variances as if they came from two experiments; its "
+                     "intervals are as a rule wider still.");
+  }
+  lblMeaning_->setText(text);
+}
+
 bool frmConfInterval::StoreLevel(const QString& text) {
   if (!isVisible()) return true;  // the window was closed with an entry that nobody needs
   const LevelEntry entry = EnterConfidenceLevel(session_.Module, text.toStdString());
@@ -155,6 +179,7 @@ bool frmConfInterval::StoreLevel(const QString& text) {
   if (entry == LevelEntry::kTaken) return true;
   cmbFStat_->hidePopup();
   const bool number = entry == LevelEntry::kOutOfRange;
+  session_.Remark(tr("The probability takes a number between 50 and 100."));
   session_.Ask.ShowMessage(this, number ? "Parameter Out of Range!" : "Parameter Entry Error!",
                            number ? "Value must be 50 < P < 100 " : "Illegal Value Entered",
                            MessageIcon::kExclamation);

@@ -35,6 +35,7 @@ class frmConfInterval : public QDialog {
   void ConnectSignals();
   void ShowRows();
   void ShowLevel();
+  void ShowMeaning();
   bool StoreLevel(const QString& text);
   void Calculate();
 
@@ -45,6 +46,7 @@ class frmConfInterval : public QDialog {
   std::array<QLabel*, kRows> names_{};
   std::array<QLabel*, kRows> values_{};
   std::array<QCheckBox*, kRows> chkParam_{};
+  QLabel* lblMeaning_;
   QPushButton* cmdCalcCI_;
   QPushButton* cmdClose_;
 };

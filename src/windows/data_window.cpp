@@ -2,6 +2,7 @@
 
 #include <QAbstractButton>
 #include <QLabel>
+#include <QMdiSubWindow>
 #include <QShortcut>
 #include <QSplitter>
 #include <QTabBar>
@@ -11,10 +12,14 @@
 
 #include "base/number_format.h"
 #include "plot/chart_widget.h"
+#include "scan/dataset.h"
+#include "windows/child_area.h"
+#include "windows/child_window.h"
 #include "windows/edit_tab.h"
 #include "windows/fit_control_tab.h"
 #include "windows/hint_window.h"
 #include "windows/loaded_data_tab.h"
+#include "windows/page_scroll.h"
 #include "windows/result_panel.h"
 #include "windows/session.h"
 #include "windows/source_files_tab.h"
@@ -26,6 +31,12 @@ constexpr int kSourceFiles = 0;
 constexpr int kLoadedData = 1;
 constexpr int kFitControl = 2;
 constexpr int kEdit = 3;
+
+std::vector<bool> BlanksOf(const std::vector<Dataset>& datasets) {
+  std::vector<bool> blanks;
+  for (const Dataset& dataset : datasets) blanks.push_back(IsBlank(dataset));
+  return blanks;
+}
 
 }  // namespace
 
@@ -50,10 +61,10 @@ DataWindow::DataWindow(Session& session, SessionHost& host, QWidget* parent)
   control->setChildrenCollapsible(false);
   control->setStretchFactor(0, 3);
   control->setStretchFactor(1, 2);
-  dataTab_->addTab(source_, tr("Source Files"));
-  dataTab_->addTab(loaded_, tr("Loaded Data"));
-  dataTab_->addTab(control, tr("Fit Control"));
-  dataTab_->addTab(edit_, tr("Edit"));
+  dataTab_->addTab(new PageScroll(source_), tr("Source Files"));
+  dataTab_->addTab(new PageScroll(loaded_), tr("Loaded Data"));
+  dataTab_->addTab(new PageScroll(control), tr("Fit Control"));
+  dataTab_->addTab(new PageScroll(edit_), tr("Edit"));
   addActions(edit_->actions());  // their keys work on the bar of the tabs too
   auto* layout = new QVBoxLayout(this);
   layout->setContentsMargins(4, 4, 4, 4);
@@ -74,6 +85,7 @@ void DataWindow::ConnectTabs() {
   connect(control_, &FitControlTab::CalcCIRequested, this, &DataWindow::CalcCIRequested);
   connect(control_, &FitControlTab::ShowCCCsRequested, this, &DataWindow::ShowCCCsRequested);
   connect(control_, &FitControlTab::FitOutdated, this, &DataWindow::FitOutdated);
+  connect(control_, &FitControlTab::PageClosing, this, &DataWindow::PageClosing);
   connect(control_, &FitControlTab::KDisplayChosen, this, &DataWindow::KDisplayChosen);
   connect(control_, &FitControlTab::MwDisplayChosen, this, &DataWindow::MwDisplayChosen);
   connect(edit_, &EditTab::Edited, control_, &FitControlTab::ShowValues);
@@ -83,9 +95,7 @@ void DataWindow::ConnectTabs() {
   });
   connect(this, &DataWindow::DatasetsChanged, source_, &SourceFilesTab::CheckSoon);
   connect(dataTab_, &QTabWidget::currentChanged, status_, &QLabel::clear);
-  connect(dataTab_, &QTabWidget::currentChanged, this, [this](int tab) {
-    if (tab == kFitControl) ShowHint();
-  });
+  connect(dataTab_, &QTabWidget::currentChanged, this, &DataWindow::FollowTab);
 }
 
 // Ctrl and a digit open a tab, others press a button of a tab, whichever window is active.
@@ -93,13 +103,15 @@ void DataWindow::ConnectKeys() {
   const auto bind = [this](const QKeySequence& key, auto action) {
     auto* shortcut = new QShortcut(key, this);
     shortcut->setContext(Qt::ApplicationShortcut);
-    connect(shortcut, &QShortcut::activated, this, action);
+    connect(shortcut, &QShortcut::activated, this, [this, action] {
+      if (session_.CommitPending()) action();
+    });
   };
   for (int tab = 0; tab < dataTab_->count(); ++tab) {
     bind(QKeySequence(QStringLiteral("Ctrl+%1").arg(tab + 1)), [this, tab] {
-      if (dataTab_->isTabEnabled(tab) && dataTab_->tabBar()->isEnabled()) {
-        dataTab_->setCurrentIndex(tab);
-      }
+      if (!dataTab_->isTabEnabled(tab) || !dataTab_->tabBar()->isEnabled()) return;
+      dataTab_->setCurrentIndex(tab);
+      ShowChild(*this);  // the log may stand before it
     });
   }
   const auto press = [this, &bind](const char* button, int tab, const QKeySequence& key) {
@@ -128,9 +140,10 @@ void DataWindow::RefreshDisplay() {
   results_->Redraw();
 }
 
+// A new name comes last, because it shows the page anew.
 bool DataWindow::CommitPending() {
-  return loaded_->CommitPending() &&
-         (!dataTab_->isTabEnabled(kFitControl) || control_->CommitPending());
+  return (!dataTab_->isTabEnabled(kFitControl) || control_->CommitPending()) &&
+         loaded_->CommitPending();
 }
 
 void DataWindow::SetCalculating(bool on) {
@@ -140,6 +153,9 @@ void DataWindow::SetCalculating(bool on) {
   control_->SetCalculating(on);
   results_->setEnabled(!on);
   edit_->SetCalculating(on);
+  // Unless the pictures of the fit, or the user, have taken it to another window.
+  const QWidget* focus = window()->focusWidget();
+  if (!on && (focus == nullptr || isAncestorOf(focus))) control_->RestoreFocus();
 }
 
 PrintContent DataWindow::Printed() const {
@@ -153,9 +169,10 @@ void DataWindow::UpdateTabs() {
   ForgetChosenSets(session_.Module.Setup);
   control_->SetFitDone(false);
   control_->ShowValues();  // a text that was not stored goes with the old page
-  datasets_ = session_.Module.Store.NumDatasets();
-  const bool any = datasets_ > 0;
+  blanks_ = BlanksOf(session_.Module.Store.Datasets);
+  const bool any = !blanks_.empty();
   dataTab_->setTabEnabled(kLoadedData, any);
+  if (any && dataTab_->currentIndex() == kFitControl) dataTab_->setCurrentIndex(kLoadedData);
   dataTab_->setTabEnabled(kFitControl, false);
   dataTab_->setTabEnabled(kEdit, any);
   if (!any) dataTab_->setCurrentIndex(kSourceFiles);
@@ -166,12 +183,13 @@ void DataWindow::AfterLoad() {
   AfterStoreChange();
 }
 
-// Unloading, renaming and subtracting a blank come here as well as loading.
+// Unloading, renaming and subtracting a blank come here as well as loading. A dataset that became a
+// blank, or is none any more, changes what can be fitted as one that came or went does.
 void DataWindow::AfterStoreChange() {
-  const int datasets = session_.Module.Store.NumDatasets();
-  if (datasets < datasets_) edit_->Clear();  // positions have moved
+  const std::vector<bool> blanks = BlanksOf(session_.Module.Store.Datasets);
+  if (blanks.size() < blanks_.size()) edit_->Clear();  // positions have moved
   edit_->Redraw();
-  if (datasets != datasets_) {
+  if (blanks != blanks_) {
     emit PageClosing();
     results_->Clear();
     UpdateTabs();
@@ -188,29 +206,45 @@ void DataWindow::EditDataset(int dataset) {
   dataTab_->setCurrentIndex(kEdit);
 }
 
+// The hint comes and goes with its tab until it is closed.
+void DataWindow::FollowTab(int tab) {
+  if (tab == kFitControl && hint_ == nullptr) ShowHint();
+  if (hint_ != nullptr) hint_->setVisible(tab == kFitControl);
+}
+
 void DataWindow::ShowHint() {
   if (hintShown_ || !session_.Module.ShowHints) return;
   hintShown_ = true;
-  auto* hint = new HintWindow(session_, host_, this);
-  hint->setAttribute(Qt::WA_DeleteOnClose);
-  hint->adjustSize();
-  const int left = (width() - hint->width()) / 2;
-  hint->move(mapToGlobal(QPoint(left, height() - 2 * hint->height())));  // below the table
-  hint->show();
+  hint_ = new HintWindow(session_, host_, this);
+  hint_->setAttribute(Qt::WA_DeleteOnClose);
+  hint_->adjustSize();
+  const int left = (width() - hint_->width()) / 2;
+  hint_->move(mapToGlobal(QPoint(left, height() - 2 * hint_->height())));  // below the table
 }
 
 void DataWindow::SetUpFit(int model) {
-  emit PageClosing();
-  if (!control_->SetupFit(model)) return;
+  if (!session_.CommitPending() || !control_->SetupFit(model)) return;
   results_->Clear();
   dataTab_->setTabEnabled(kFitControl, true);
   dataTab_->setCurrentIndex(kFitControl);
   QTimer::singleShot(0, this, &DataWindow::GrowToPage);  // its size is known once it is laid out
 }
 
-// A sub-window does not follow when the parts of a model need more room.
+// A sub-window does not follow when the parts of a model need more room; there may be some.
 void DataWindow::GrowToPage() {
-  QWidget* child = parentWidget();
+  auto* child = qobject_cast<QMdiSubWindow*>(parentWidget());
   if (child == nullptr || child->isMaximized() || child->isMinimized()) return;
-  child->resize(child->size().expandedTo(child->minimumSizeHint()));
+  if (auto* area = qobject_cast<ChildArea*>(child->mdiArea())) {
+    area->Grow(*child, Page(kFitControl)->Lack());
+  }
+}
+
+PageScroll* DataWindow::Page(int tab) const {
+  return qobject_cast<PageScroll*>(dataTab_->widget(tab));
+}
+
+QSize DataWindow::WholeSize() const {
+  QSize need;
+  for (int tab = 0; tab < dataTab_->count(); ++tab) need = need.expandedTo(Page(tab)->Need());
+  return minimumSizeHint() - Page(0)->minimumSizeHint() + need;
 }

@@ -1,13 +1,17 @@
 // frmData: the datasets from their files to the fit, a tab for each step.
 #pragma once
 
+#include <QPointer>
 #include <QWidget>
+#include <vector>
 
 #include "windows/printable.h"
 
 class EditTab;
 class FitControlTab;
+class HintWindow;
 class LoadedDataTab;
+class PageScroll;
 class QLabel;
 class QTabWidget;
 class ResultPanel;
@@ -38,6 +42,9 @@ class DataWindow : public QWidget, public Printable {
   // While a calculation runs nothing here can be changed.
   void SetCalculating(bool on);
 
+  // At which no tab needs to scroll.
+  QSize WholeSize() const;
+
   // Lets go what adjusts values of the page. Comes before the store is replaced, when the values
   // can still go back to their datasets.
   void ClosePage() { emit PageClosing(); }
@@ -62,9 +69,11 @@ class DataWindow : public QWidget, public Printable {
   void AfterLoad();
   void AfterStoreChange();
   void EditDataset(int dataset);
+  void FollowTab(int tab);
   void ShowHint();
   void SetUpFit(int model);
   void GrowToPage();
+  PageScroll* Page(int tab) const;
 
   Session& session_;
   SessionHost& host_;
@@ -75,6 +84,7 @@ class DataWindow : public QWidget, public Printable {
   ResultPanel* results_;
   EditTab* edit_;
   QLabel* status_;
-  int datasets_ = 0;        // that the tabs were set for
-  bool hintShown_ = false;  // in this run
+  QPointer<HintWindow> hint_;  // until it is closed
+  std::vector<bool> blanks_;   // of the datasets that the tabs were set for: which are blanks
+  bool hintShown_ = false;     // in this run
 };

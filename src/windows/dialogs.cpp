@@ -66,6 +66,18 @@ bool QtDialogs::AskYesNo(QWidget* parent, const QString& title, const QString& t
   return box.exec() == QMessageBox::Yes;
 }
 
+DiscardChoice QtDialogs::AskDiscard(QWidget* parent, const QString& title, const QString& text) {
+  QMessageBox box(QMessageBox::Question, title.isEmpty() ? kProgram : title, text,
+                  QMessageBox::Yes | QMessageBox::No, parent);
+  box.setTextFormat(Qt::PlainText);
+  const QPushButton* save = box.addButton(QObject::tr("&Save..."), QMessageBox::ActionRole);
+  box.setDefaultButton(QMessageBox::Yes);
+  box.setEscapeButton(QMessageBox::No);
+  const int answer = box.exec();
+  if (box.clickedButton() == save) return DiscardChoice::kSave;
+  return answer == QMessageBox::Yes ? DiscardChoice::kYes : DiscardChoice::kNo;
+}
+
 WorkChoice QtDialogs::OfferWork(QWidget* parent, const QString& title, const QString& text) {
   QMessageBox box(QMessageBox::Question, title, text, QMessageBox::NoButton, parent);
   box.setTextFormat(Qt::PlainText);

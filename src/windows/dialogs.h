@@ -22,6 +22,7 @@ struct FileRequest {
 };
 
 enum class WorkChoice { kOpen, kDelete, kLater };
+enum class DiscardChoice { kYes, kNo, kSave };
 
 class Dialogs {
  public:
@@ -32,6 +33,9 @@ class Dialogs {
 
   // A question with Yes and No; true for Yes.
   virtual bool AskYesNo(QWidget* parent, const QString& title, const QString& text) = 0;
+
+  // The same with a third button "Save..."; kNo also on Esc and when the box is closed.
+  virtual DiscardChoice AskDiscard(QWidget* parent, const QString& title, const QString& text) = 0;
 
   // What to do with unsaved work; kLater also on Esc and when the box is closed.
   virtual WorkChoice OfferWork(QWidget* parent, const QString& title, const QString& text) = 0;
@@ -59,6 +63,7 @@ class QtDialogs : public Dialogs {
   void ShowMessage(QWidget* parent, const QString& title, const QString& text,
                    MessageIcon icon) override;
   bool AskYesNo(QWidget* parent, const QString& title, const QString& text) override;
+  DiscardChoice AskDiscard(QWidget* parent, const QString& title, const QString& text) override;
   WorkChoice OfferWork(QWidget* parent, const QString& title, const QString& text) override;
   std::optional<QString> AskText(QWidget* parent, const QString& title, const QString& prompt,
                                  const QString& value) override;

@@ -26,8 +26,14 @@ ErrorCommands::ErrorCommands(WindowSet windows, FitCommands& fits, frmCCCs& coef
       coefficients_(coefficients),
       quality_(quality) {}
 
+// An entry that was pending may have outdated the fit.
+bool ErrorCommands::MayAnalyse() {
+  return !windows_.session.Calculating && windows_.session.CommitPending() &&
+         windows_.data.FitControl().FitDone();
+}
+
 void ErrorCommands::OpenConfidence() {
-  if (windows_.session.Calculating || !windows_.data.CommitPending()) return;
+  if (!MayAnalyse()) return;
   CloseForFit();
   confidence_ = new frmConfInterval(windows_.session, &windows_.frame);
   connect(confidence_, &frmConfInterval::CalculateRequested, this, &ErrorCommands::Search);
@@ -38,6 +44,7 @@ void ErrorCommands::OpenConfidence() {
 
 // The window is hidden while its search runs and goes for good afterwards.
 void ErrorCommands::Search(const ConfidenceRequest& request) {
+  if (!MayAnalyse()) return;
   const QPointer<frmConfInterval> window = confidence_;
   window->hide();
   fits_.RunConfidence(request);
@@ -45,8 +52,7 @@ void ErrorCommands::Search(const ConfidenceRequest& request) {
 }
 
 void ErrorCommands::OpenMinima() {
-  if (windows_.session.Calculating || !windows_.data.CommitPending()) return;
-  if (!windows_.data.FitControl().FitDone()) return;  // the entry that was pending outdated it
+  if (!MayAnalyse()) return;
   CloseForFit();
   minima_ = new frmMinima(&windows_.frame);
   connect(minima_, &frmMinima::CheckRequested, this, &ErrorCommands::CheckMinima);
@@ -57,6 +63,7 @@ void ErrorCommands::OpenMinima() {
 }
 
 void ErrorCommands::CheckMinima(const MinimumRequest& request) {
+  if (!MayAnalyse()) return;
   const QPointer<frmMinima> window = minima_;
   checking_ = true;
   window->SetRunning(true);
@@ -73,6 +80,7 @@ void ErrorCommands::CloseForFit() {
 }
 
 void ErrorCommands::ShowCoefficients() {
+  if (!MayAnalyse()) return;
   const QuorvaneModule& module = windows_.session.Module;
   try {
     coefficients_.ShowFit(module.Fit, module.CriticalCCCValue);

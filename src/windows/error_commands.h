@@ -46,6 +46,7 @@ class ErrorCommands : public QObject {
   void CloseForFit();
 
  private:
+  bool MayAnalyse();
   void CheckMinima(const MinimumRequest& request);
   void Search(const ConfidenceRequest& request);
 

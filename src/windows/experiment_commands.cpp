@@ -29,8 +29,25 @@ ExperimentCommands::ExperimentCommands(WindowSet windows, QObject* parent)
     : QObject(parent), windows_(windows) {}
 
 bool ExperimentCommands::MayDiscard(const QString& question, const QString& title) {
+  return !windows_.session.Module.ExperimentOpen || AskToDiscard(question, title);
+}
+
+bool ExperimentCommands::AskToDiscard(const QString& question, const QString& title) {
   const Session& session = windows_.session;
-  return !session.Module.ExperimentOpen || session.Ask.AskYesNo(&windows_.frame, title, question);
+  if (session.Calculating || session.Module.Store.Datasets.empty()) {
+    return session.Ask.AskYesNo(&windows_.frame, title, question);
+  }
+  const DiscardChoice choice = session.Ask.AskDiscard(&windows_.frame, title, question);
+  return choice == DiscardChoice::kSave ? Save() : choice == DiscardChoice::kYes;
+}
+
+QString ExperimentCommands::Name() const {
+  return QFileInfo(file_).completeBaseName();
+}
+
+void ExperimentCommands::SetFile(const QString& path) {
+  file_ = path;
+  emit NameChanged();
 }
 
 std::shared_ptr<FileLock> ExperimentCommands::Lock(const QString& path, const QString& question) {
@@ -56,6 +73,7 @@ void ExperimentCommands::New() {
   session.Module.ExperimentOpen = false;  // the head lines are no work of the user
   windows_.data.ShowNewStore();
   lock_.reset();
+  SetFile({});
   emit ExperimentChanged();
   emit NothingUnsaved();
 }
@@ -85,12 +103,16 @@ void ExperimentCommands::Load(const QString& name) {
   if (lock == nullptr) return;
   const BusyPointer busy;
   Session& session = windows_.session;
+  session.Remark({});
+  std::optional<ReadExperiment> read = OpenExperiment(ToPath(path), windows_.host);
+  if (!read) return;
   windows_.data.ClosePage();
-  if (!LoadExperiment(session.Module, ToPath(path), windows_.host)) return;
+  LoadReadExperiment(session.Module, std::move(*read), ToPath(path), windows_.host);
   lock_ = lock;
   ChangeFolder(QFileInfo(path).absolutePath());
   AddRecentFile(ToPath(path), session.Settings, windows_.host);
   ShowStore();
+  SetFile(path);
   emit NothingUnsaved();
 }
 
@@ -102,6 +124,7 @@ void ExperimentCommands::Resume(ReadExperiment&& read) {
   windows_.data.ClosePage();
   ResumeExperiment(session.Module, std::move(read), windows_.host);
   lock_.reset();
+  SetFile({});
   if (QFileInfo(folder).isDir()) ChangeFolder(folder);
   ShowStore();
 }
@@ -112,35 +135,38 @@ void ExperimentCommands::ShowStore() {
   windows_.log.MoveToEnd();
   if (QWidget* graphs = windows_.graphs.parentWidget()) graphs->hide();
   emit ExperimentChanged();
+  windows_.log.TakeFocus();
 }
 
-void ExperimentCommands::Save() {
+bool ExperimentCommands::Save() {
   Session& session = windows_.session;
   if (session.Module.Store.Datasets.empty()) {  // says so before a name is asked for
-    SaveExperiment(session.Module, 0, {}, windows_.host);
-    return;
+    return SaveExperiment(session.Module, 0, {}, windows_.host);
   }
-  if (!windows_.data.CommitPending()) return;
+  if (!session.CommitPending()) return false;
   const QString path = session.Ask.SaveFile(
-      &windows_.frame,
-      {QStringLiteral("Save"), ToQString(session.CurrentFolder), kArchiveFilter, {}});
-  if (path.isEmpty()) return;
+      &windows_.frame, {QStringLiteral("Save"), ToQString(session.CurrentFolder), kArchiveFilter,
+                        QFileInfo(file_).fileName()});
+  if (path.isEmpty()) return false;
   const auto lock = Lock(path, tr("Save over it all the same?"));
-  if (lock == nullptr) return;
+  if (lock == nullptr) return false;
   const BusyPointer busy;
   if (!SaveExperiment(session.Module, windows_.data.LoadedData().ModelIndex(), ToPath(path),
-                      windows_.host))
-    return;
+                      windows_.host)) {
+    return false;
+  }
   lock_ = lock;
-  ChangeFolder(QFileInfo(path).absolutePath());
+  session.CurrentFolder = ToPath(QFileInfo(path).absolutePath());
+  windows_.data.SourceFiles().FollowSave();
   AddRecentFile(ToPath(path), session.Settings, windows_.host);
+  SetFile(path);
   emit NothingUnsaved();
+  return true;
 }
 
 void ExperimentCommands::SaveLoadedData(SavedSignal signal) {
   Session& session = windows_.session;
-  if (!windows_.data.CommitPending() || !NamesCanBeUsed(session.Module.Store, windows_.host))
-    return;
+  if (!session.CommitPending() || !NamesCanBeUsed(session.Module.Store, windows_.host)) return;
   const QString folder =
       session.Ask.ChooseFolder(&windows_.frame, QStringLiteral("Save All Data Sets"),
                                SaveFolder(ToQString(session.CurrentFolder)));
@@ -151,15 +177,17 @@ void ExperimentCommands::SaveLoadedData(SavedSignal signal) {
   } catch (const FileFault& fault) {
     windows_.host.ShowMessage("", fault.what(), MessageIcon::kExclamation);
   }
+  windows_.data.SourceFiles().FollowSave();
 }
 
 void ExperimentCommands::OpenDropped(const QStringList& paths) {
+  if (!windows_.session.CommitPending()) return;
   for (const QString& path : paths) {
     if (!path.endsWith(QStringLiteral(".exz"), Qt::CaseInsensitive)) continue;
     LoadAsked(path);
     return;
   }
-  if (windows_.data.CommitPending()) windows_.data.SourceFiles().LoadFiles(paths);
+  windows_.data.SourceFiles().LoadFiles(paths);
 }
 
 void ExperimentCommands::OpenArgument(const QString& argument) {

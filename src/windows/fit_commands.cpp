@@ -22,6 +22,7 @@ void FitCommands::Calculate(Work&& work) {
   Session& session = windows_.session;
   session.Calculating = true;
   session.StopRequested = false;
+  windows_.log.MoveToEnd();  // not into an older report that the user has clicked in
   emit CalculatingChanged(true);
   {
     const BusyPointer busy;
@@ -33,7 +34,7 @@ void FitCommands::Calculate(Work&& work) {
 
 void FitCommands::RunFit() {
   QuorvaneModule& module = windows_.session.Module;
-  if (windows_.session.Calculating || !windows_.data.CommitPending()) return;
+  if (windows_.session.Calculating || !windows_.session.CommitPending()) return;
   FitState last = module.Fit;
   FitRecord record = std::move(module.LastFit);
   FitOutcome outcome;
@@ -50,7 +51,14 @@ void FitCommands::RunFit() {
 void FitCommands::ShowOutcome(const FitOutcome& outcome) {
   // A fault in the report comes after the values were taken over.
   windows_.data.FitControl().ShowValues();
-  if (outcome.ending == FitEnding::kFailed) windows_.data.FitControl().SetFitDone(false);
+  if (outcome.ending == FitEnding::kFailed) {
+    windows_.data.FitControl().SetFitDone(false);
+    if (outcome.error == DescribeFault(FaultKind::kOverflow)) {
+      windows_.session.Remark(
+          tr("Overflow: the start values lie too far from the data. \"Preview Fit\" (F7) shows "
+             "their curves, if they have any."));
+    }
+  }
   if (outcome.ending != FitEnding::kFinished) return;
   windows_.data.FitControl().SetFitDone(true);
   windows_.data.Results().ShowFit();
@@ -89,6 +97,7 @@ MinimumOutcome FitCommands::RunMinimumCheck(const MinimumRequest& request) {
 }
 
 void FitCommands::UseAsStart(const Array1<double>& parameters) {
+  if (!windows_.session.CommitPending()) return;
   try {
     TakeAsStart(windows_.session.Module, parameters);
   } catch (const ArithmeticFault& fault) {

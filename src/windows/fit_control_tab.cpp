@@ -70,7 +70,11 @@ void FitControlTab::ConnectSignals() {
   });
   connect(cmdCalcCI_, &QPushButton::clicked, this, &FitControlTab::CalcCIRequested);
   connect(cmdShowCCCs_, &QPushButton::clicked, this, &FitControlTab::ShowCCCsRequested);
-  connect(block_, &ModelBlock::PartsChanged, rows_, &FitRows::ShowParts);
+  connect(block_, &ModelBlock::PartsChanged, this, [this] {
+    CommitPending();  // a click on the text beside a box leaves the focus where it is
+    rows_->ShowParts();
+  });
+  connect(block_, &ModelBlock::RatiosSwitched, this, [this] { SetFitDone(false); });
   connect(block_, &ModelBlock::KDisplayChosen, this, [this](int kFormat) {
     if (CommitPending()) emit KDisplayChosen(kFormat);
   });
@@ -94,11 +98,18 @@ bool FitControlTab::SetupFit(int model) {
   return true;
 }
 
+// On copies, so that what belongs to the page stays open when the page cannot be built.
 bool FitControlTab::SetupEngine(int model) {
   QuorvaneModule& module = session_.Module;
+  FitSetup setup = module.Setup;
+  FitPage page = module.FitPage;
   QString fault;
   try {
-    return ::SetupFit(module.Setup, module.FitPage, module.Store, *FindModel(model), host_);
+    if (!::SetupFit(setup, page, module.Store, *FindModel(model), host_)) return false;
+    emit PageClosing();
+    module.Setup = std::move(setup);
+    module.FitPage = page;
+    return true;
   } catch (const SubscriptFault& subscript) {
     fault = tr("%1.  At most %2 datasets can be fitted together.")
                 .arg(QString::fromUtf8(subscript.what()))
@@ -158,5 +169,8 @@ void FitControlTab::SetCalculating(bool on) {
   if (on) focused_ = focusWidget();
   top_->setEnabled(!on);
   rows_->SetContentEnabled(!on);
-  if (!on && focused_ != nullptr) focused_->setFocus();
+}
+
+void FitControlTab::RestoreFocus() {
+  if (focused_ != nullptr) focused_->setFocus();
 }

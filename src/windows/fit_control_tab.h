@@ -41,12 +41,16 @@ class FitControlTab : public QWidget {
   // While a calculation runs the page can be looked at, not changed.
   void SetCalculating(bool on);
 
+  // The focus goes back to where it was before the last calculation.
+  void RestoreFocus();
+
  signals:
   void FitRequested();
   void PreviewRequested();
   void CalcCIRequested();
   void ShowCCCsRequested();
   void FitOutdated();  // there is no fit any more whose error analysis can be shown
+  void PageClosing();  // the page is about to be built anew
   void RefConcRequested(int row);
   void KDisplayChosen(int kFormat);
   void MwDisplayChosen(bool buoyant);
@@ -68,5 +72,5 @@ class FitControlTab : public QWidget {
   QPushButton* cmdCalcCI_;
   QPushButton* cmdShowCCCs_;
   bool fitDone_ = false;
-  QPointer<QWidget> focused_;  // before the calculation that runs
+  QPointer<QWidget> focused_;  // before the calculation that runs, or the last one
 };

@@ -4,6 +4,7 @@
 
 #include "core/row_choices.h"
 #include "windows/control_names.h"
+#include "windows/dataset_tip.h"
 #include "windows/page_controls.h"
 #include "windows/value_box.h"
 
@@ -90,6 +91,7 @@ FitRow MakeFitRow(QGridLayout& grid, int row) {
     made.boxes[k] = Place<ValueBox>(grid, row, kBoxPlaces[k].column, RowValues[k].control,
                                     kBoxPlaces[k].toolTip);
     ShapeNumberBox(*made.boxes[k]);
+    made.boxes[k]->setMaximumWidth(QWIDGETSIZE_MAX);  // its column takes its share of the row
   }
   made.chkOffset = Place<PageCheckBox>(grid, row, kOffsetCheckColumn, "chkOffset", kCheckTip);
   made.chkRefC = Place<PageCheckBox>(grid, row, kRefConcCheckColumn, "chkRefC", kCheckTip);
@@ -135,7 +137,7 @@ void ShowRowValues(const FitRow& controls, QuorvaneModule& module, int row) {
   const auto place = static_cast<std::size_t>(row);
   controls.lblFitNum->setNum(row + 1);
   controls.lblFitData->setText(QString::fromStdString(FitDataText(dataset)));
-  controls.lblFitData->setToolTip(QString::fromStdString(NameOf(dataset)));
+  controls.lblFitData->setToolTip(DatasetTip(dataset));
   controls.lblRunSpeed->ShowStored(QString::fromStdString(SpeedText(dataset)));
   controls.lblLambda->setNum(dataset.Wavelength);
   for (std::size_t k = 0; k < RowValues.size(); ++k) {

@@ -6,6 +6,7 @@
 
 #include "core/row_choices.h"
 #include "windows/control_names.h"
+#include "windows/dataset_tip.h"
 #include "windows/page_controls.h"
 #include "windows/row_heads.h"
 #include "windows/row_keys.h"
@@ -27,7 +28,6 @@ FitRows::FitRows(Session& session, FocusMarker& marker, QWidget* parent)
   grid_->setContentsMargins(4, 2, 4, 2);
   grid_->setVerticalSpacing(2);
   grid_->setHorizontalSpacing(4);
-  grid_->setColumnStretch(kColumnCount, 1);  // takes what the boxes leave
   setMinimumHeight(7 * fontMetrics().height());
   setViewportMargins(0, heads_->sizeHint().height(), 0, 0);
   content_->installEventFilter(this);
@@ -130,28 +130,40 @@ void FitRows::RemoveLastRow() {
 // A text that is left over from a page whose datasets are gone is dropped.
 void FitRows::BindRow(ValueBox& box, int row,
                       std::function<Refusal(Dataset&, const std::string&)> enter,
-                      std::function<std::string(const Dataset&)> shown) {
+                      std::function<std::string(const Dataset&)> shown, std::string taken) {
   QuorvaneModule& module = session_.Module;
-  BindEntry(
-      box, session_.Ask,
-      [this, &module, row, enter = std::move(enter)](const std::string& text) {
-        return AreCurrent() ? enter(DatasetOfRow(module, row), text) : Refusal();
-      },
-      [this, &module, row, shown = std::move(shown)] {
-        return AreCurrent() ? shown(DatasetOfRow(module, row)) : std::string();
-      });
+  BindEntry(box, session_,
+            {.enter =
+                 [this, &module, row, enter = std::move(enter)](const std::string& text) {
+                   return AreCurrent() ? enter(DatasetOfRow(module, row), text) : Refusal();
+                 },
+             .shown =
+                 [this, &module, row, shown = std::move(shown)] {
+                   return AreCurrent() ? shown(DatasetOfRow(module, row)) : std::string();
+                 },
+             .name = [this, &box] { return NameOfBox(box); },
+             .taken = [taken = std::move(taken)] { return taken; }});
+}
+
+// "Baseline of row 2": the head of its column, and the number of its row.
+QString FitRows::NameOfBox(QWidget& box) const {
+  int row = 0;
+  int column = 0;
+  int span = 0;
+  grid_->getItemPosition(grid_->indexOf(&box), &row, &column, &span, &span);
+  return tr("%1 of row %2").arg(heads_->CaptionOf(column)).arg(row + 1);
 }
 
 void FitRows::ConnectBoxes(int row) {
   const FitRow& controls = rows_.back();
-  BindRow(*controls.lblRunSpeed, row, EnterSpeed, SpeedText);
+  BindRow(*controls.lblRunSpeed, row, EnterSpeed, SpeedText, kTakesAboveZero);
   for (std::size_t k = 0; k < RowValues.size(); ++k) {
     const RowValue& value = RowValues[k];
     ValueBox& box = *controls.boxes[k];
     BindRow(
         box, row,
         [&value](Dataset& dataset, const std::string& text) { return Enter(value, dataset, text); },
-        [&value](const Dataset& dataset) { return TextOf(value, dataset); });
+        [&value](const Dataset& dataset) { return TextOf(value, dataset); }, TakenBy(value));
     if (value.spreads) {
       connect(&box, &ValueBox::CtrlClicked, this, [this, &value, row] {
         if (!CommitRows())
@@ -196,11 +208,12 @@ void FitRows::ConnectLink(int row) {
   BindRow(
       box, row,
       [this, &setup, row](Dataset&, const std::string& text) {
-        const Refusal refusal = EnterLink(setup, row, text);
+        Refusal refusal = EnterLink(setup, row, text);
         ShowRowLink(rows_[static_cast<std::size_t>(row)], setup, row);
         return refusal;
       },
-      [&setup, row](const Dataset&) { return LinkText(setup, row); });
+      [&setup, row](const Dataset&) { return LinkText(setup, row); },
+      "the number of a row that is not linked itself");
   connect(&box, &ValueBox::RightReleased, this, [this, row] { AskLink(row); });
 }
 
@@ -232,12 +245,15 @@ void FitRows::AskLink(int row) {
     return;
   }
   QMenu* menu = MakePopup("mnuLinkTo", "LinkMenu", this);
+  menu->setToolTipsVisible(true);
   for (int target = 0; target < setup.NumFitSets; ++target) {
-    const std::string name = FitDataText(DatasetOfRow(session_.Module, target));
+    const Dataset& dataset = DatasetOfRow(session_.Module, target);
+    const std::string name = FitDataText(dataset);
     QAction* entry = menu->addAction(QStringLiteral("%1  %2")
                                          .arg(target + 1)
                                          .arg(QString::fromStdString(name).replace('&', "&&")));
     entry->setObjectName(ElementName("mnuLinkToSet", target));
+    entry->setToolTip(DatasetTip(dataset));
     entry->setEnabled(MayLinkTo(setup, row, target));
     connect(entry, &QAction::triggered, this, [this, row, target] { Link(row, target); });
   }

@@ -53,7 +53,8 @@ class FitRows : public QScrollArea {
   void AddRow();
   void RemoveLastRow();
   void BindRow(ValueBox& box, int row, std::function<Refusal(Dataset&, const std::string&)> enter,
-               std::function<std::string(const Dataset&)> shown);
+               std::function<std::string(const Dataset&)> shown, std::string taken);
+  QString NameOfBox(QWidget& box) const;
   void ConnectBoxes(int row);
   void ConnectRefConc(ValueBox& box, int row);
   void ConnectChecks(int row);

@@ -14,6 +14,7 @@
 #include "fit/models.h"
 #include "scan/blank.h"
 #include "windows/control_names.h"
+#include "windows/dataset_tip.h"
 #include "windows/info_window.h"
 #include "windows/page_controls.h"
 #include "windows/row_icons.h"
@@ -239,7 +240,7 @@ void LoadedDataTab::ShowRow(int i) {
   const Row& row = rows_[static_cast<std::size_t>(i)];
   const Dataset& dataset = session_.Module.Store.Datasets[static_cast<std::size_t>(i)];
   row.txtLoadData->ShowStored(QString::fromStdString(NameOf(dataset)));
-  row.txtLoadData->setToolTip(QString::fromStdString(PathOf(dataset)));
+  row.txtLoadData->setToolTip(DatasetTip(dataset));
   row.chkUseData->setEnabled(!IsBlank(dataset));
   row.cmdBlankData->setEnabled(!IsBlank(dataset) && !IsBlanked(dataset));
   ShowEditState(i);
@@ -333,7 +334,7 @@ void LoadedDataTab::OfferBlanks(int i) {
     QAction* entry =
         mnuBlank_->addAction(QString::number(k + 1), this, [this, i, k] { Blank(i, k); });
     entry->setObjectName(ElementName("mnuBlankSets", entries++));
-    entry->setToolTip(QString::fromStdString(NameOf(blank)));
+    entry->setToolTip(DatasetTip(blank));
   }
   if (entries == 0) {
     host_.ShowMessage("Load Blank Sets", "No Blank Datasets Loaded!", MessageIcon::kNone);

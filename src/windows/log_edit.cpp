@@ -1,10 +1,12 @@
 #include "windows/log_edit.h"
 
+#include <QAbstractTextDocumentLayout>
 #include <QContextMenuEvent>
 #include <QFontMetricsF>
 #include <QKeyEvent>
 #include <QMimeData>
 #include <QMouseEvent>
+#include <QScrollBar>
 #include <QTextBlock>
 #include <QWheelEvent>
 #include <algorithm>
@@ -18,11 +20,14 @@ namespace {
 
 constexpr double kTabPixels = 48.0;  // half an inch, as RTF has it
 
-// Columns that are set apart by blanks.
-bool IsWideTable(const QString& line) {
-  constexpr int kFewestGaps = 5;
-  return line.size() > kTableColumns && !line.contains(QChar::ObjectReplacementCharacter) &&
-         line.count(QLatin1String("   ")) >= kFewestGaps;
+// Columns that are set apart by blanks, or a rule.
+bool IsTable(const QString& paragraph) {
+  constexpr int kFewestGaps = 2;
+  const QString line = paragraph.trimmed();
+  if (line.contains(QChar::ObjectReplacementCharacter)) return false;
+  const auto isText = [](QChar c) { return c.isLetterOrNumber(); };
+  return line.count(QLatin1String("   ")) >= kFewestGaps ||
+         (!line.isEmpty() && std::none_of(line.begin(), line.end(), isText));
 }
 
 }  // namespace
@@ -31,26 +36,29 @@ LogEdit::LogEdit(std::function<bool()> locked, QWidget* parent)
     : QTextEdit(parent), locked_(std::move(locked)) {
   PictureObject::Install(*document());
   setTabStopDistance(kTabPixels);
-  setLineWrapMode(QTextEdit::FixedPixelWidth);
   QPalette paper = palette();
   paper.setColor(QPalette::Base, Qt::white);
   paper.setColor(QPalette::Text, Qt::black);
   setPalette(paper);
-  FitWrapWidth();
 }
 
 QSize LogEdit::sizeHint() const {
-  return {lineWrapColumnOrWidth() + 2 * fontMetrics().averageCharWidth(),
-          40 * fontMetrics().lineSpacing()};
+  const double columns = QFontMetricsF(font()).horizontalAdvance('0') * (kTableColumns + 2);
+  const double margins = 2.0 * document()->documentMargin();
+  return {static_cast<int>(std::ceil(columns + margins)), 40 * fontMetrics().lineSpacing()};
 }
 
 void LogEdit::KeepTablesWhole(int from, int to) {
-  QTextBlockFormat whole;
-  whole.setNonBreakableLines(true);
+  QTextCursor all(document());
+  all.beginEditBlock();  // laid out once
   for (QTextBlock block = document()->findBlock(from); block.isValid() && block.position() <= to;
        block = block.next()) {
-    if (IsWideTable(block.text())) QTextCursor(block).mergeBlockFormat(whole);
+    QTextBlockFormat format = block.blockFormat();
+    if (format.nonBreakableLines() == IsTable(block.text())) continue;
+    format.setNonBreakableLines(!format.nonBreakableLines());
+    QTextCursor(block).setBlockFormat(format);
   }
+  all.endEditBlock();
 }
 
 // The lock is a plain flag that tells nobody when it changes: each event looks at it first.
@@ -94,21 +102,15 @@ void LogEdit::contextMenuEvent(QContextMenuEvent* event) {
   emit MenuWanted(event->globalPos());
 }
 
+// The lines that were looked at stay in sight, wherever the new width breaks those before them.
 void LogEdit::resizeEvent(QResizeEvent* event) {
-  FitWrapWidth();
+  QScrollBar* bar = verticalScrollBar();
+  const bool atEnd = bar->maximum() - bar->value() < fontMetrics().lineSpacing();
+  const QTextCursor top = cursorForPosition(QPoint());
+  const int above = cursorRect(top).top();
   QTextEdit::resizeEvent(event);
-}
-
-void LogEdit::changeEvent(QEvent* event) {
-  QTextEdit::changeEvent(event);
-  if (event->type() == QEvent::FontChange) FitWrapWidth();
-}
-
-void LogEdit::FitWrapWidth() {
-  const double columns = QFontMetricsF(font()).horizontalAdvance('0') * kTableColumns;
-  const int width = static_cast<int>(std::ceil(columns + 2.0 * document()->documentMargin()));
-  const int wrap = std::max(width, viewport()->width());
-  if (wrap != lineWrapColumnOrWidth()) setLineWrapColumnOrWidth(wrap);
+  if (atEnd) document()->documentLayout()->documentSize();  // or the end is not yet known
+  bar->setValue(atEnd ? bar->maximum() : bar->value() + cursorRect(top).top() - above);
 }
 
 QMimeData* LogEdit::createMimeDataFromSelection() const {

@@ -7,9 +7,8 @@
 inline constexpr int kTableColumns = 112;  // the widest report of a fit, and a little more
 
 // Shows black on white, whatever the palette: the page that is saved and printed.
-// Lines wrap at the right border of the window, but never before the columns that the tables of a
-// report need; a narrower window scrolls sideways, which leaves the tables readable and spares a
-// new layout of a long log at each resize.
+// Lines and pictures that follow each other wrap at the right border of the window. Those of tables
+// do not: a window that is too narrow for one scrolls sideways, which leaves it readable.
 class LogEdit : public QTextEdit {
   Q_OBJECT
  public:
@@ -18,8 +17,8 @@ class LogEdit : public QTextEdit {
 
   QSize sizeHint() const override;
 
-  // Lines of still wider tables, as that of many coefficients, are not broken in the paragraphs of
-  // the positions `from` to `to`. What is saved and printed knows nothing of it.
+  // Of the paragraphs at the positions `from` to `to`, those that are lines of a table are not
+  // broken. What is saved and printed knows nothing of it.
   void KeepTablesWhole(int from, int to);
 
  signals:
@@ -34,14 +33,12 @@ class LogEdit : public QTextEdit {
   void wheelEvent(QWheelEvent* event) override;
   void contextMenuEvent(QContextMenuEvent* event) override;
   void resizeEvent(QResizeEvent* event) override;
-  void changeEvent(QEvent* event) override;
   QMimeData* createMimeDataFromSelection() const override;
   bool canInsertFromMimeData(const QMimeData* source) const override;
   void insertFromMimeData(const QMimeData* source) override;
 
  private:
   void FollowLock();
-  void FitWrapWidth();
 
   std::function<bool()> locked_;
 };

@@ -1,9 +1,13 @@
 #include "windows/log_window.h"
 
 #include <QAction>
+#include <QApplication>
 #include <QCloseEvent>
-#include <QGuiApplication>
+#include <QFontDatabase>
+#include <QFontInfo>
 #include <QLabel>
+#include <QMdiArea>
+#include <QMdiSubWindow>
 #include <QMenu>
 #include <QTextBlock>
 #include <QTextCursor>
@@ -29,6 +33,14 @@ CharFormat LookOf(const LogFont& font) {
   look.bold = font.Bold;
   look.italic = font.Italic;
   return look;
+}
+
+// The family that letters of `font` are drawn in.
+QString StandInFor(const QFont& font) {
+  const QFontInfo drawn(font);
+  const bool mono = font.styleHint() == QFont::TypeWriter;
+  if (!mono || drawn.exactMatch() || drawn.fixedPitch()) return drawn.family();
+  return QFontInfo(QFontDatabase::systemFont(QFontDatabase::FixedFont)).family();
 }
 
 }  // namespace
@@ -119,10 +131,15 @@ void LogWindow::SetDefaultLook(const CharFormat& look) {
   logFile_->setFont(FontOf(look));
 }
 
-// Without a selection the font is that of what comes next, at the caret or at the end.
+// Without a selection the font is that of what comes next, at the caret or at the end. A font that
+// the machine lacks keeps its name unless the user takes another than the one that stands in.
 void LogWindow::ChangeFont() {
-  const std::optional<QFont> font = session_.Ask.ChooseFont(this, logFile_->font());
+  QFont shown = logFile_->font();
+  const QString family = shown.family();
+  shown.setFamily(StandInFor(shown));
+  std::optional<QFont> font = session_.Ask.ChooseFont(this, shown);
   if (!font) return;
+  if (font->family() == shown.family()) font->setFamily(family);
   CharFormat look = FromTextFormat({}, *font);
   logFile_->mergeCurrentCharFormat(ToTextFormat(look));
   QTextCursor end(logFile_->document());
@@ -141,16 +158,20 @@ void LogWindow::AppendLogText(const QString& text) {
   }
   QString line = text + '\n';
   line.replace(QChar::ParagraphSeparator, QChar::LineSeparator);
-  if (line.size() > kTableColumns) {
-    caret.beginEditBlock();
-    const int from = caret.position();
-    caret.insertText(line);
-    logFile_->KeepTablesWhole(from, caret.position() - 1);
-    caret.endEditBlock();
-  } else {
-    caret.insertText(line);
-  }
+  caret.beginEditBlock();
+  const int from = caret.position();
+  caret.insertText(line);
+  logFile_->KeepTablesWhole(from, caret.position() - 1);
+  caret.endEditBlock();
   follow_.start(0);
+}
+
+void LogWindow::TakeFocus() {
+  auto* child = qobject_cast<QMdiSubWindow*>(parentWidget());
+  if (!isVisible() || (child != nullptr && child->isMinimized())) return;
+  if (QApplication::activeModalWidget() != nullptr) return;
+  if (child != nullptr) child->mdiArea()->setActiveSubWindow(child);
+  logFile_->setFocus();
 }
 
 void LogWindow::MoveToEnd() {
@@ -163,7 +184,10 @@ void LogWindow::InsertPictureAtEnd(const std::string& png) {
   const Picture picture = PictureFromFile(png);
   QTextCursor caret = logFile_->textCursor();
   caret.movePosition(QTextCursor::End);
+  caret.beginEditBlock();
   InsertPicture(picture, caret);
+  logFile_->KeepTablesWhole(caret.position(), caret.position());
+  caret.endEditBlock();
   logFile_->setTextCursor(caret);
   follow_.start(0);
 }

@@ -34,6 +34,10 @@ class LogWindow : public QWidget, public Printable {
   // The caret goes to the end, and the view with it.
   void MoveToEnd();
 
+  // What is typed in the frame comes here. Another program, or a dialog that is open, keeps the
+  // keys as long as it is in front.
+  void TakeFocus();
+
   // A picture file behind all text; the caret goes there too. Throws PictureFault for other bytes.
   void InsertPictureAtEnd(const std::string& png);
 

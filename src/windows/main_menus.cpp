@@ -1,12 +1,16 @@
 // The menus and the tool bar of frmMain.
 #include <QAction>
 #include <QActionGroup>
+#include <QLabel>
 #include <QMenu>
 #include <QMenuBar>
 #include <QStyle>
 #include <QToolBar>
+#include <type_traits>
 
 #include "core/recent_files.h"
+#include "windows/autosave.h"
+#include "windows/child_area.h"
 #include "windows/child_window.h"
 #include "windows/data_files.h"
 #include "windows/data_window.h"
@@ -21,6 +25,7 @@
 #include "windows/print_commands.h"
 #include "windows/report_commands.h"
 #include "windows/result_panel.h"
+#include "windows/sim_window.h"
 #include "windows/source_files_tab.h"
 
 namespace {
@@ -36,11 +41,37 @@ QMenu* MainWindow::AddMenu(QMenu* parent, const char* name, const QString& capti
   return menu;
 }
 
+// A command begins: what was said of the last one goes.
+bool MainWindow::CommitPending() {
+  ShowRemark({});
+  return data_->CommitPending() && (sim_ == nullptr || sim_->CommitPending());
+}
+
+void MainWindow::ShowRemark(const QString& text) {
+  const QString& unkept = autosave_->Failure();
+  const QString standing = unkept.isEmpty() ? " " : tr("Unsaved work is not kept: %1").arg(unkept);
+  status_->setText(text.isEmpty() ? standing : text);
+}
+
+// What is being typed is stored first; where it is refused, the command does not run.
+template <class Slot>
+void MainWindow::Bind(QAction* action, Slot slot) {
+  connect(action, &QAction::triggered, this, [this, action, slot](bool on) {
+    if (!session_.CommitPending()) {
+      if (action->isCheckable()) action->setChecked(!on);
+    } else if constexpr (std::is_invocable_v<Slot, bool>) {
+      slot(on);
+    } else {
+      slot();
+    }
+  });
+}
+
 template <class Slot>
 QAction* MainWindow::AddAction(QMenu* menu, const char* name, const QString& caption, Slot slot) {
   QAction* action = menu->addAction(caption);
   action->setObjectName(QString::fromLatin1(name));
-  connect(action, &QAction::triggered, this, slot);
+  Bind(action, slot);
   return action;
 }
 
@@ -98,7 +129,7 @@ void MainWindow::BuildFileMenu() {
     experiments_->SaveLoadedData(SavedSignal::kBaselineSubtracted);
   })->setVisible(ShowElectrophoresis);
   AddAction(file, "mnuSaveLog", tr("Save Log &File"), [this] {
-    if (log_->SaveLog()) data_->SourceFiles().RefreshDirectory();
+    if (log_->SaveLog()) data_->SourceFiles().FollowSave();
   })->setShortcut(Qt::CTRL | Qt::SHIFT | Qt::Key_L);
   AddAction(file, "mnuSaveReport", tr("Save &Report"), [this] {
     reports_->Save();
@@ -117,8 +148,7 @@ void MainWindow::BuildRecentFiles() {
     const QString caption = QString::fromStdString(path);
     QAction* action = menu->addAction(QString(caption).replace('&', "&&"));
     action->setObjectName(QStringLiteral("mnuRecDocs(%1)").arg(number++));
-    connect(action, &QAction::triggered, this,
-            [this, caption] { experiments_->LoadAsked(caption); });
+    Bind(action, [this, caption] { experiments_->LoadAsked(caption); });
   }
   if (number > 0) return;
   QAction* empty = menu->addAction(tr("Empty"));
@@ -150,7 +180,7 @@ void MainWindow::BuildPrintCommand() {
   QAction* print = menuBar()->addAction(tr("&Print"));
   print->setObjectName("mnuPrint");
   print->setShortcut(QKeySequence::Print);
-  connect(print, &QAction::triggered, this, [this] { prints_->PrintActive(); });
+  Bind(print, [this] { prints_->PrintActive(); });
 }
 
 void MainWindow::BuildOptionMenu() {
@@ -220,24 +250,26 @@ void MainWindow::BuildFittingMenu(QMenu* options) {
 void MainWindow::BuildSimulationMenu() {
   QAction* action = menuBar()->addAction(tr("&Simulation"));
   action->setObjectName("mnuSimulate");
-  connect(action, &QAction::triggered, this, &MainWindow::ShowSimulation);
+  Bind(action, [this] { ShowSimulation(); });
 }
 
 void MainWindow::BuildMatchMenu() {
   QAction* action = menuBar()->addAction(tr("&Match"));
   action->setObjectName("mnuMatch");
-  connect(action, &QAction::triggered, this, &MainWindow::ShowMatch);
+  Bind(action, [this] { ShowMatch(); });
 }
 
 void MainWindow::BuildWindowMenu() {
   QMenu* window = AddMenu(nullptr, "mnuWindow", tr("&Window"));
   AddAction(window, "mnuWindowNewWindow", tr("&New Window"), [this] { NewDocument(); });
   window->addSeparator();
-  AddAction(window, "mnuWindowCascade", tr("&Cascade"), [this] { Cascade(); });
+  AddAction(window, "mnuWindowCascade", tr("&Cascade"), [this] { area_->Cascade(); });
   AddAction(window, "mnuWindowTileHorizontal", tr("Tile &Horizontal"),
-            [this] { Tile(Qt::Horizontal); });
-  AddAction(window, "mnuWindowTileVertical", tr("Tile &Vertical"), [this] { Tile(Qt::Vertical); });
-  AddAction(window, "mnuWindowArrangeIcons", tr("&Arrange Icons"), [this] { ArrangeIcons(); });
+            [this] { area_->Tile(Qt::Horizontal); });
+  AddAction(window, "mnuWindowTileVertical", tr("Tile &Vertical"),
+            [this] { area_->Tile(Qt::Vertical); });
+  AddAction(window, "mnuWindowArrangeIcons", tr("&Arrange Icons"),
+            [this] { area_->ArrangeIcons(); });
 }
 
 void MainWindow::BuildHelpMenu() {

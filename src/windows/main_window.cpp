@@ -6,14 +6,11 @@
 #include <QContextMenuEvent>
 #include <QDragEnterEvent>
 #include <QLabel>
-#include <QMdiArea>
 #include <QMdiSubWindow>
 #include <QMenuBar>
 #include <QMimeData>
-#include <QScreen>
 #include <QShortcut>
 #include <QStatusBar>
-#include <QStyle>
 #include <QTimer>
 #include <QToolBar>
 #include <QUrl>
@@ -24,6 +21,7 @@
 #include "windows/about_window.h"
 #include "windows/app_icon.h"
 #include "windows/autosave.h"
+#include "windows/child_area.h"
 #include "windows/child_window.h"
 #include "windows/correlation_window.h"
 #include "windows/data_files.h"
@@ -47,34 +45,21 @@
 #include "windows/set_ref_conc_window.h"
 #include "windows/sim_window.h"
 #include "windows/source_files_tab.h"
+#include "windows/unsaved_mark.h"
 #include "windows/window_host.h"
+#include "windows/window_place.h"
 
 namespace {
 
 constexpr float kCoefficientsWidth = 8000.0F;  // of frmCCCs at first, twips
 constexpr float kCoefficientsHeight = 6000.0F;
 
-// 15 at 96 logical pixels an inch.
-double TwipsPerPixel() {
-  constexpr double kTwipsPerInch = 1440.0;
-  return kTwipsPerInch / QGuiApplication::primaryScreen()->logicalDotsPerInch();
-}
-
-int ToPixels(float twips) {
-  constexpr double kMost = 1.0e6;
-  return static_cast<int>(std::clamp(static_cast<double>(twips) / TwipsPerPixel(), -kMost, kMost));
-}
-
-float ToTwips(int pixels) {
-  return static_cast<float>(pixels * TwipsPerPixel());
-}
-
 }  // namespace
 
 MainWindow::MainWindow(Session& session, QWidget* parent)
     : QMainWindow(parent),
       session_(session),
-      area_(new QMdiArea),
+      area_(new ChildArea),
       log_(new LogWindow(session)),
       host_(std::make_unique<WindowHost>(session, *log_, *this)),
       data_(new DataWindow(session, *host_)),
@@ -87,14 +72,9 @@ MainWindow::MainWindow(Session& session, QWidget* parent)
       status_(new QLabel(QStringLiteral(" "))),
       escape_(new QShortcut(Qt::Key_Escape, this)) {
   setObjectName("frmMain");
-  setWindowTitle(tr("Quorvane"));
   setWindowIcon(AppIcon());
   setAcceptDrops(true);
   setCentralWidget(area_);
-  // The frame fits a small screen even if the children do not; they can be scrolled then.
-  area_->setMinimumSize(320, 240);
-  area_->setHorizontalScrollBarPolicy(Qt::ScrollBarAsNeeded);
-  area_->setVerticalScrollBarPolicy(Qt::ScrollBarAsNeeded);
   status_->setObjectName("sbStatusBar");
   statusBar()->addWidget(status_, 1);
   dataChild_ = AddChild(data_, false);
@@ -112,18 +92,21 @@ MainWindow::MainWindow(Session& session, QWidget* parent)
   prints_ = new PrintCommands(AllWindows(), *area_, this);
   reports_ = new ReportCommands(AllWindows(), this);
   autosave_ = new Autosave(AllWindows(), this);
+  unsaved_ = new UnsavedMark(AllWindows(), this);
   BuildMenus();
   ConnectWindows();
   ConnectErrorAnalysis();
   ConnectEvaluations();
   ConnectReports();
   ConnectAutosave();
-  RestorePlace();
+  RestorePlace(*this, session.Settings);
   LogHead(*host_);
   session_.Module.ExperimentOpen = false;  // the head lines are no work of the user
   Action("mnuSaveLog")->setEnabled(false);
   data_->ShowNewStore();
   data_->SourceFiles().RefreshDirectory();
+  unsaved_->Clean();
+  ShowTitle();
 }
 
 MainWindow::~MainWindow() {
@@ -136,8 +119,7 @@ WindowSet MainWindow::AllWindows() {
 
 // Data window and log cannot be closed; closing another child of the program hides it.
 QMdiSubWindow* MainWindow::AddChild(QWidget* widget, bool closable) {
-  QMdiSubWindow* child = area_->addSubWindow(widget);
-  child->setAttribute(Qt::WA_DeleteOnClose, false);
+  QMdiSubWindow* child = area_->AddChild(widget);
   child->setWindowIcon(AppIcon());
   if (!closable) {
     child->setWindowFlags(Qt::SubWindow | Qt::CustomizeWindowHint | Qt::WindowTitleHint |
@@ -183,6 +165,11 @@ void MainWindow::ConnectWindows() {
   });
   connect(host_.get(), &WindowHost::ProgressReported, status_, &QLabel::setText);
   connect(host_.get(), &WindowHost::FailureReported, status_, &QLabel::setText);
+  const QPointer<MainWindow> self(this);  // the session may outlive this window, or have another
+  session_.CommitPending = [self] { return self == nullptr || self->CommitPending(); };
+  session_.Remark = [self](const QString& text) {
+    if (self) self->ShowRemark(text);
+  };
   connect(escape_, &QShortcut::activated, fits_, &FitCommands::Stop);
   escape_->setEnabled(false);
   qApp->installEventFilter(this);
@@ -238,8 +225,7 @@ void MainWindow::ConnectEvaluations() {
 
 // The report of a fit, and the plot of datasets that follows all that happens to them.
 void MainWindow::ConnectReports() {
-  connect(reports_, &ReportCommands::Saved, this,
-          [this] { data_->SourceFiles().RefreshDirectory(); });
+  connect(reports_, &ReportCommands::Saved, this, [this] { data_->SourceFiles().FollowSave(); });
   connect(data_, &DataWindow::DatasetsChanged, overlay_, &OverlayWindow::Refresh);
   connect(&data_->Editing(), &EditTab::Edited, overlay_, &OverlayWindow::Refresh);
   connect(fits_, &FitCommands::CalculationEnded, overlay_, &OverlayWindow::Refresh);
@@ -254,9 +240,17 @@ void MainWindow::ConnectAutosave() {
   connect(fits_, &FitCommands::CalculatingChanged, autosave_, [this](bool on) {
     if (on) autosave_->Keep();
   });
-  connect(autosave_, &Autosave::Failed, this, [this](const QString& why) {
-    host_->ReportFailure(tr("Unsaved work is not kept: %1").arg(why).toStdString());
-  });
+  connect(experiments_, &ExperimentCommands::NothingUnsaved, unsaved_, &UnsavedMark::Clean);
+  connect(data_, &DataWindow::DatasetsChanged, unsaved_, &UnsavedMark::Look);
+  connect(unsaved_, &UnsavedMark::Changed, this, &MainWindow::ShowTitle);
+  connect(experiments_, &ExperimentCommands::NameChanged, this, &MainWindow::ShowTitle);
+  connect(autosave_, &Autosave::Failed, this, [this] { ShowRemark({}); });
+}
+
+void MainWindow::ShowTitle() {
+  const QString name = experiments_->Name().replace("[*]", "[*][*]");  // a star of its own
+  setWindowTitle(name.isEmpty() ? tr("Quorvane[*]") : tr("%1[*] - Quorvane").arg(name));
+  setWindowModified(unsaved_->Unsaved());
 }
 
 void MainWindow::KeepUnsavedWork(const std::filesystem::path& folder,
@@ -290,37 +284,6 @@ void MainWindow::SetCalculating(bool on) {
   overlay_->setEnabled(!on);
 }
 
-// Place and size as Qt counts them: the corner of the frame with its title, the size without.
-void MainWindow::RestorePlace() {
-  const WindowPlace place = LoadWindowPlace(session_.Settings);
-  const QRect screen = QGuiApplication::primaryScreen()->availableGeometry();
-  QPoint corner(ToPixels(place.MainLeft), ToPixels(place.MainTop));
-  QSize size(ToPixels(place.MainWidth), ToPixels(place.MainHeight));
-  if (!session_.Settings.Get("Settings", "MainWidth")) {
-    // The first start: data window and log stand side by side.
-    const QFontMetrics metrics = fontMetrics();
-    size = size.expandedTo({metrics.averageCharWidth() * 230, metrics.height() * 50});
-    corner = screen.topLeft();
-  }
-  const int border = style()->pixelMetric(QStyle::PM_MdiSubWindowFrameWidth);
-  const QSize chrome(2 * border, style()->pixelMetric(QStyle::PM_TitleBarHeight) + border);
-  size = size.boundedTo(screen.size() - chrome);
-  const QSize spare = screen.size() - chrome - size;
-  corner.setX(std::clamp(corner.x(), screen.left(), screen.left() + spare.width()));
-  corner.setY(std::clamp(corner.y(), screen.top(), screen.top() + spare.height()));
-  move(corner);
-  resize(size);
-}
-
-void MainWindow::SavePlace() {
-  if (isMinimized()) return;
-  const QPoint corner = isMaximized() ? normalGeometry().topLeft() : pos();
-  const QSize frame = isMaximized() ? normalGeometry().size() : size();
-  SaveWindowPlace(
-      {ToTwips(corner.x()), ToTwips(corner.y()), ToTwips(frame.width()), ToTwips(frame.height())},
-      session_.Settings, *host_);
-}
-
 void MainWindow::showEvent(QShowEvent* event) {
   QMainWindow::showEvent(event);
   if (arranged_) return;
@@ -335,58 +298,15 @@ void MainWindow::ArrangeFirst() {
   graphsChild_->hide();
   coefficientsChild_->hide();
   coefficientsChild_->resize(ToPixels(kCoefficientsWidth), ToPixels(kCoefficientsHeight));
-  const QRect room = area_->viewport()->rect();
+  const QRect room = area_->Room();
   coefficientsChild_->move(std::max(0, room.width() - coefficientsChild_->width()), room.top());
   const int dataWidth =
       std::max(std::clamp(data_->sizeHint().width() + 12, room.width() / 2, room.width() * 3 / 5),
-               dataChild_->minimumSizeHint().width());
+               data_->WholeSize().width() + dataChild_->width() - data_->width());
   dataChild_->setGeometry(room.left(), room.top(), dataWidth, room.height());
   logChild_->setGeometry(room.left() + dataWidth, room.top(), room.width() - dataWidth,
                          room.height());
   area_->setActiveSubWindow(dataChild_);
-}
-
-void MainWindow::Tile(Qt::Orientation orientation) {
-  QList<QMdiSubWindow*> shown;
-  for (QMdiSubWindow* child : area_->subWindowList()) {
-    if (child->isVisible() && !child->isMinimized()) shown.push_back(child);
-  }
-  if (shown.isEmpty()) return;
-  const QRect room = area_->viewport()->rect();
-  const int count = static_cast<int>(shown.size());
-  for (int k = 0; k < count; ++k) {
-    shown[k]->showNormal();
-    if (orientation == Qt::Horizontal) {
-      const int top = room.height() * k / count;
-      shown[k]->setGeometry(0, top, room.width(), room.height() * (k + 1) / count - top);
-    } else {
-      const int left = room.width() * k / count;
-      shown[k]->setGeometry(left, 0, room.width() * (k + 1) / count - left, room.height());
-    }
-  }
-}
-
-void MainWindow::Cascade() {
-  const QRect room = area_->viewport()->rect();
-  const int step = style()->pixelMetric(QStyle::PM_TitleBarHeight) + 4;
-  QPoint corner;
-  for (QMdiSubWindow* child : area_->subWindowList()) {
-    if (!child->isVisible() || child->isMinimized()) continue;
-    child->showNormal();
-    child->setGeometry({corner, room.size() * 3 / 4});
-    child->raise();
-    corner += QPoint(step, step);
-  }
-}
-
-void MainWindow::ArrangeIcons() {
-  const QRect room = area_->viewport()->rect();
-  int left = 0;
-  for (QMdiSubWindow* child : area_->subWindowList()) {
-    if (!child->isMinimized()) continue;
-    child->move(left, room.height() - child->height());
-    left += child->width();
-  }
 }
 
 void MainWindow::NewDocument() {
@@ -394,7 +314,7 @@ void MainWindow::NewDocument() {
   document->setObjectName(QStringLiteral("frmDocument(%1)").arg(++documents_));
   document->setWindowTitle(tr("Document %1").arg(documents_));
   connect(document, &LogWindow::Clicked, fits_, &FitCommands::Stop);
-  QMdiSubWindow* child = area_->addSubWindow(document);
+  QMdiSubWindow* child = area_->AddChild(document);
   child->setAttribute(Qt::WA_DeleteOnClose);
   child->show();
 }
@@ -435,7 +355,7 @@ void MainWindow::ConnectSimulation() {
     Action("cmdStop")->setEnabled(false);  // a simulation runs to its end
     if (!on && closeAfterStop_) QTimer::singleShot(0, this, &MainWindow::close);
   });
-  connect(sim_, &SimWindow::FileSaved, this, [this] { data_->SourceFiles().RefreshDirectory(); });
+  connect(sim_, &SimWindow::FileSaved, this, [this] { data_->SourceFiles().FollowSave(); });
 }
 
 void MainWindow::ShowHelp(bool search) {
@@ -465,7 +385,7 @@ void MainWindow::ShowAbout() {
 
 bool MainWindow::MayClose() {
   if (closeAfterStop_) return true;  // was asked while the calculation ran
-  return session_.Ask.AskYesNo(this, {}, QStringLiteral("Exit Program?"));
+  return experiments_->AskToDiscard(QStringLiteral("Exit Program?"), {});
 }
 
 void MainWindow::closeEvent(QCloseEvent* event) {
@@ -481,7 +401,7 @@ void MainWindow::closeEvent(QCloseEvent* event) {
   }
   log_->SaveFont(*host_);
   SaveSettings(session_.Module, session_.CurrentFolder, session_.Settings, *host_);
-  SavePlace();
+  SavePlace(*this, session_.Settings, *host_);
   if (help_ != nullptr) help_->close();
   errors_->CloseForFit();
   autosave_->End();

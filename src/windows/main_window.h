@@ -11,6 +11,7 @@
 #include "windows/window_set.h"
 
 class Autosave;
+class ChildArea;
 class DataWindow;
 class ErrorCommands;
 class ExperimentCommands;
@@ -25,11 +26,11 @@ class PrintCommands;
 class PreviewWindow;
 class ReportCommands;
 class QLabel;
-class QMdiArea;
 class QMdiSubWindow;
 class QShortcut;
 class SimWindow;
 class SetRefConcWindow;
+class UnsavedMark;
 class WindowHost;
 class frmCCCs;
 class frmFitQuality;
@@ -54,6 +55,8 @@ class MainWindow : public QMainWindow {
 
  private:
   // Menus (main_menus.cpp); each action bears its name in the domain.
+  template <class Slot>
+  void Bind(QAction* action, Slot slot);
   template <class Slot>
   QAction* AddAction(QMenu* menu, const char* name, const QString& caption, Slot slot);
   QAction* AddToggle(QMenu* menu, const char* name, const QString& caption, bool& flag);
@@ -84,12 +87,8 @@ class MainWindow : public QMainWindow {
   void ConnectEvaluations();
   void ConnectReports();
   void ConnectAutosave();
-  void RestorePlace();
-  void SavePlace();
+  void ShowTitle();
   void ArrangeFirst();
-  void Tile(Qt::Orientation orientation);
-  void Cascade();
-  void ArrangeIcons();
   bool HandleDrop(QEvent* event);
   void SetCalculating(bool on);
   void NewDocument();
@@ -99,9 +98,11 @@ class MainWindow : public QMainWindow {
   void ShowHelp(bool search);
   void ShowAbout();
   bool MayClose();
+  bool CommitPending();
+  void ShowRemark(const QString& text);
 
   Session& session_;
-  QMdiArea* area_;
+  ChildArea* area_;
   LogWindow* log_;
   std::unique_ptr<WindowHost> host_;
   DataWindow* data_;
@@ -118,6 +119,7 @@ class MainWindow : public QMainWindow {
   PrintCommands* prints_ = nullptr;
   ReportCommands* reports_ = nullptr;
   Autosave* autosave_ = nullptr;
+  UnsavedMark* unsaved_ = nullptr;
   QMdiSubWindow* dataChild_;
   QMdiSubWindow* logChild_;
   QMdiSubWindow* graphsChild_;

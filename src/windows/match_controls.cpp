@@ -8,10 +8,40 @@
 #include <QPushButton>
 #include <QRadioButton>
 #include <QSpinBox>
+#include <QStyledItemDelegate>
 
 #include "match/match_plots.h"
 #include "windows/control_names.h"
 #include "windows/page_controls.h"
+
+namespace {
+
+constexpr int kFactsRole = Qt::UserRole;  // speed and time
+
+// A line of a list with its facts at the right border.
+class ScanDelegate : public QStyledItemDelegate {
+ public:
+  using QStyledItemDelegate::QStyledItemDelegate;
+
+  QSize sizeHint(const QStyleOptionViewItem& option, const QModelIndex& index) const override {
+    const int gap = 4 * option.fontMetrics.averageCharWidth();
+    const int facts = option.fontMetrics.horizontalAdvance(index.data(kFactsRole).toString());
+    return QStyledItemDelegate::sizeHint(option, index) + QSize(facts + gap, 0);
+  }
+
+  void paint(QPainter* painter, const QStyleOptionViewItem& option,
+             const QModelIndex& index) const override {
+    QStyledItemDelegate::paint(painter, option, index);
+    const bool selected = option.state.testFlag(QStyle::State_Selected);
+    const auto role = selected ? QPalette::HighlightedText : QPalette::Text;
+    const int margin = option.fontMetrics.averageCharWidth();
+    option.widget->style()->drawItemText(painter, option.rect.adjusted(0, 0, -margin, 0),
+                                         Qt::AlignRight | Qt::AlignVCenter, option.palette, true,
+                                         index.data(kFactsRole).toString(), role);
+  }
+};
+
+}  // namespace
 
 QSpinBox* MakeStepBox(const char* name, const char* textName, int value) {
   constexpr int kMost = 9999;
@@ -31,17 +61,23 @@ QPushButton* MakeButton(const char* name, const QString& caption, const QString&
   return button;
 }
 
-void ListScans(QListWidget& list, const std::vector<std::string>& names) {
+void ListScans(QListWidget& list, const MatchSeries& series) {
   constexpr int kSide = 12;  // pixels
-  const std::vector<ChartColor> colors = ScanColors(names.size());
+  const std::vector<ChartColor> colors = ScanColors(series.names.size());
+  delete list.itemDelegate();
+  list.setItemDelegate(new ScanDelegate(&list));
   list.clear();
-  for (std::size_t i = 0; i < names.size(); ++i) {
+  for (std::size_t i = 0; i < series.names.size(); ++i) {
     const int bgr = static_cast<int>(colors[i]);
     QPixmap square(kSide, kSide);
     square.fill(Qt::white);  // a frame, without which black is lost on a dark list
     QPainter(&square).fillRect(square.rect().adjusted(1, 1, -1, -1),
                                QColor(bgr & 0xFF, bgr >> 8 & 0xFF, bgr >> 16 & 0xFF));
-    list.addItem(new QListWidgetItem(square, QString::fromStdString(names[i])));
+    auto* item = new QListWidgetItem(square, QString::fromStdString(series.names[i]), &list);
+    const QString facts = QString::fromStdString(FactsOf(series.scans[i]));
+    item->setData(kFactsRole, facts);
+    item->setData(Qt::AccessibleTextRole, QString(item->text() + ", " + facts));
+    item->setToolTip(item->text() + "\n" + facts);
   }
 }
 

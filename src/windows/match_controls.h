@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "match/match.h"
+#include "match/match_series.h"
 
 class QListWidget;
 class QPushButton;
@@ -20,8 +21,8 @@ QSpinBox* MakeStepBox(const char* name, const char* textName, int value);
 QPushButton* MakeButton(const char* name, const QString& caption, const QString& tip,
                         const char* keys);
 
-// A line for each scan, with its colour in the plots.
-void ListScans(QListWidget& list, const std::vector<std::string>& names);
+// A line for each scan: its name, its colour in the plots, and to the right its speed and time.
+void ListScans(QListWidget& list, const MatchSeries& series);
 
 // "Use Fitted Offsets": which shifts the deviations are shown after.
 class OffsetChoice : public QGroupBox {

@@ -38,7 +38,7 @@ QGroupBox* MatchDeviationTab::BuildFileBox() {
   lisPlotDevs_ = Named(new QListWidget, "lisPlotDevs");
   lisPlotDevs_->setSelectionMode(QAbstractItemView::ExtendedSelection);
   lisPlotDevs_->setAccessibleName("Scans");
-  plotEvery_ = Named(new QRadioButton("Plot every Nth;  N="), "optPlotChoice(1)");
+  plotEvery_ = Named(new QRadioButton("Plot every Nth;  N= "), "optPlotChoice(1)");
   plotEvery_->setChecked(true);
   upDownPlotBy_ = MakeStepBox("upDownPlotBy", "txtPlotByN", 1);
   upDownPlotBy_->setAccessibleName("N");
@@ -68,7 +68,7 @@ void MatchDeviationTab::ConnectSignals() {
 
 void MatchDeviationTab::ShowMatch() {
   Clear();
-  ListScans(*lisPlotDevs_, series_.names);
+  ListScans(*lisPlotDevs_, series_);
 }
 
 void MatchDeviationTab::Clear() {

@@ -157,7 +157,7 @@ MatchLoadSettings MatchLoadTab::Settings() const {
 void MatchLoadTab::ShowSeries(const MatchSeries& series) {
   txtMatchDir_->setText(QString::fromStdString(series.folder));
   txtMatchDir_->setToolTip(txtMatchDir_->text());
-  ListScans(*lisMatchFiles_, series.names);
+  ListScans(*lisMatchFiles_, series);
 }
 
 QString MatchLoadTab::Folder() const {

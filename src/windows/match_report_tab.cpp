@@ -65,7 +65,9 @@ void MatchReportTab::Append(const MatchReport& report) {
 void MatchReportTab::AppendLine(const std::string& text) {
   QTextCursor end(rtMatchBox_->document());
   end.movePosition(QTextCursor::End);
+  const int from = end.position();
   end.insertText(QString::fromStdString(text) + '\n');
+  rtMatchBox_->KeepTablesWhole(from, end.position() - 1);  // names may be long
 }
 
 void MatchReportTab::AppendPicture(const Chart& chart) {

@@ -102,6 +102,7 @@ void MatchWindow::Load() {
   rms_->Clear();
   OpenResults(false);
   SSTab1_->setCurrentIndex(kSetRange);
+  status_->setText(QString::fromStdString(SpeedRemark(series_)));
 }
 
 void MatchWindow::Match() {
@@ -129,6 +130,7 @@ void MatchWindow::ShowMatch() {
   save_->setEnabled(true);
   OpenResults(true);
   SSTab1_->setCurrentIndex(kResults);
+  status_->setText(QString::fromStdString(SpeedRemark(series_)));
 }
 
 void MatchWindow::SaveReport() {

@@ -104,10 +104,11 @@ void ModelBlock::BuildTemperature(QGridLayout& grid) {
   lblDegC_->setToolTip(tr("Temperature in deg C"));
   ShapeNumberBox(*lblDegC_);
   FitSetup& setup = session_.Module.Setup;
-  BindEntry(
-      *lblDegC_, session_.Ask,
-      [&setup](const std::string& text) { return EnterTemperature(setup, text); },
-      [&setup] { return TemperatureText(setup); });
+  BindEntry(*lblDegC_, session_,
+            {.enter = [&setup](const std::string& text) { return EnterTemperature(setup, text); },
+             .shown = [&setup] { return TemperatureText(setup); },
+             .name = [caption] { return caption->text(); },
+             .taken = [] { return kTakesAnyNumber; }});
   grid.addWidget(caption, 0, kSwitchColumn);
   grid.addWidget(lblDegC_, 0, kSwitchColumn + 1);
   grid.addWidget(new QLabel(QStringLiteral("\u00B0C")), 0, kSwitchColumn + 2);
@@ -144,9 +145,11 @@ void ModelBlock::BindGroup(const Group& group) {
   QuorvaneModule& module = session_.Module;
   const SharedParameter& value = *group.value;
   BindEntry(
-      *group.box, session_.Ask,
-      [&module, &value](const std::string& text) { return Enter(value, module, text); },
-      [&module, &value] { return TextOf(value, module); });
+      *group.box, session_,
+      {.enter = [&module, &value](const std::string& text) { return Enter(value, module, text); },
+       .shown = [&module, &value] { return TextOf(value, module); },
+       .name = [label = group.label] { return label->text(); },
+       .taken = [&module, &value] { return TakenBy(value, module); }});
   connect(group.check, &PageCheckBox::clicked, this,
           [&module, &value, check = group.check] { module.Setup.*value.check = check->State(); });
 }
@@ -211,7 +214,10 @@ void ModelBlock::Constrain(bool on) {
   }
   const Refusal refusal = on ? ConstrainShownRatios(module) : ReleaseShownRatios(module);
   ShowAll();
-  if (refusal.empty()) return;
+  if (refusal.empty()) {
+    emit RatiosSwitched();
+    return;
+  }
   session_.Ask.ShowMessage(window(), kEntryErrorTitle, QString::fromStdString(refusal),
                            MessageIcon::kExclamation);
 }

@@ -28,6 +28,8 @@ class ModelBlock : public QWidget {
  signals:
   // chkUseMC or chkCalcConcs was clicked.
   void PartsChanged();
+  // chkConstrainKratios was clicked: the boxes of K2 and K3 hold ratios now, or no longer.
+  void RatiosSwitched();
   void KDisplayChosen(int kFormat);
   void MwDisplayChosen(bool buoyant);
 

@@ -28,9 +28,7 @@ std::uint32_t FromQColor(const QColor& color) {
 OptionCommands::OptionCommands(WindowSet windows, QObject* parent)
     : QObject(parent), windows_(windows) {}
 
-// Each command first stores the entry that is being edited: it is in the old form.
 void OptionCommands::AskConstant(Constant constant) {
-  if (!windows_.data.CommitPending()) return;
   QuorvaneModule& module = windows_.session.Module;
   const ConstantDialog& dialog = DialogOf(constant);
   const std::optional<QString> answer = windows_.session.Ask.AskText(
@@ -38,6 +36,7 @@ void OptionCommands::AskConstant(Constant constant) {
       QString::fromStdString(FormatNumber(ValueOf(module, constant), dialog.pattern)));
   if (!answer || answer->isEmpty()) return;
   const std::optional<double> value = ParseNumeric(answer->toStdString());
+  if (!value || !InRange(constant, *value)) windows_.session.Remark(dialog.taken);
   if (!value) {
     windows_.host.ShowMessage(dialog.notANumberTitle, "Illegal Value Entered",
                               MessageIcon::kExclamation);
@@ -52,20 +51,12 @@ void OptionCommands::AskConstant(Constant constant) {
 }
 
 void OptionCommands::SetKFormat(int format) {
-  if (!windows_.data.CommitPending()) {
-    emit Changed();  // the menu's mark goes back
-    return;
-  }
   windows_.session.Module.KFormat = static_cast<std::int16_t>(format);
   windows_.data.RefreshDisplay();
   emit Changed();
 }
 
 void OptionCommands::SetBuoyant(bool buoyant) {
-  if (!windows_.data.CommitPending()) {
-    emit Changed();
-    return;
-  }
   windows_.session.Module.UseBuoyantMW = buoyant;
   windows_.data.RefreshDisplay();
   emit Changed();

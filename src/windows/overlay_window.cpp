@@ -18,6 +18,7 @@
 #include "windows/chart_clipboard.h"
 #include "windows/child_window.h"
 #include "windows/control_names.h"
+#include "windows/dataset_tip.h"
 #include "windows/export_dialog.h"
 
 namespace {
@@ -134,6 +135,7 @@ void OverlayWindow::ListDatasets() {
     const auto known = checks.find(key);
     item->setIcon(ColorIcon(OverlayLookOf(static_cast<std::size_t>(number - 1)).color));
     item->setData(kKey, key);
+    item->setToolTip(DatasetTip(dataset));
     item->setFlags(Qt::ItemIsEnabled | Qt::ItemIsSelectable | Qt::ItemIsUserCheckable);
     item->setCheckState(known != checks.end() ? known->second
                         : IsBlank(dataset)    ? Qt::Unchecked

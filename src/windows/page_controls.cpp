@@ -6,7 +6,7 @@
 #include <QStyle>
 #include <QStyleOptionFocusRect>
 
-#include "windows/dialogs.h"
+#include "windows/session.h"
 #include "windows/value_box.h"
 
 void PageCheckBox::ShowState(CheckState state) {
@@ -93,17 +93,19 @@ void FocusMarker::Surround(QWidget* box) {
   raise();
 }
 
-void BindEntry(ValueBox& box, Dialogs& ask, std::function<Refusal(const std::string&)> enter,
-               std::function<std::string()> shown) {
-  box.SetStore(
-      [&box, &ask, enter = std::move(enter), shown = std::move(shown)](const QString& text) {
-        const Refusal refusal = enter(text.toStdString());
-        box.ShowStored(QString::fromStdString(shown()));
-        if (refusal.empty()) return true;
-        ask.ShowMessage(box.window(), kEntryErrorTitle, QString::fromStdString(refusal),
-                        MessageIcon::kExclamation);
-        return false;
-      });
+void BindEntry(ValueBox& box, Session& session, BoxEntry entry) {
+  box.SetStore([&box, &session, entry = std::move(entry)](const QString& text) {
+    const Refusal refusal = entry.enter(text.toStdString());
+    box.ShowStored(QString::fromStdString(entry.shown()));
+    session.Remark(
+        refusal.empty()
+            ? QString()
+            : QObject::tr("%1 takes %2.").arg(entry.name(), QString::fromStdString(entry.taken())));
+    if (refusal.empty()) return true;
+    session.Ask.ShowMessage(box.window(), kEntryErrorTitle, QString::fromStdString(refusal),
+                            MessageIcon::kExclamation);
+    return false;
+  });
 }
 
 void ShapeNumberBox(ValueBox& box, const QString& longest) {

@@ -9,6 +9,7 @@
 #include "plot/chart_widget.h"
 #include "windows/child_window.h"
 #include "windows/control_names.h"
+#include "windows/plot_switch.h"
 #include "windows/session.h"
 
 namespace {
@@ -34,6 +35,7 @@ PreviewWindow::PreviewWindow(Session& session, Host& host, QWidget* parent)
     : QWidget(parent),
       session_(session),
       host_(host),
+      plots_(new PlotSwitch("optPreviewPlot")),
       teePreview_(Named(new ChartWidget, "teePreview")),
       hsPreview_(Named(new PageBar(Qt::Horizontal), "hsPreview")) {
   setObjectName("frmPreview");
@@ -43,9 +45,11 @@ PreviewWindow::PreviewWindow(Session& session, Host& host, QWidget* parent)
   hsPreview_->setFocusPolicy(Qt::StrongFocus);
   auto* layout = new QVBoxLayout(this);
   layout->setContentsMargins(6, 6, 6, 6);
+  layout->addWidget(plots_, 0, Qt::AlignLeft);
   layout->addWidget(teePreview_, 1);
   layout->addWidget(hsPreview_);
   connect(hsPreview_, &QScrollBar::valueChanged, this, &PreviewWindow::ShowPage);
+  connect(plots_, &PlotSwitch::Changed, this, &PreviewWindow::ShowPage);
 }
 
 QSize PreviewWindow::sizeHint() const {
@@ -53,21 +57,25 @@ QSize PreviewWindow::sizeHint() const {
 }
 
 void PreviewWindow::Preview() {
+  host_.GoToEndOfLog();
   ModelCurves curves = PreviewFit(session_.Module, host_);
   if (curves.fault) TellFault(*curves.fault, host_);
   if (curves.charts.empty()) return;
   charts_ = std::move(curves.charts);
+  deviations_ = std::move(curves.deviations);
   {
     const QSignalBlocker quiet(hsPreview_);
     hsPreview_->setRange(0, static_cast<int>(charts_.size()) - 1);
     hsPreview_->setPageStep(1);
     hsPreview_->setValue(0);
   }
-  ShowPage(0);
+  ShowPage();
   ShowChild(*this);
   hsPreview_->setFocus();
 }
 
-void PreviewWindow::ShowPage(int page) {
-  teePreview_->SetChart(charts_[static_cast<std::size_t>(page)]);
+void PreviewWindow::ShowPage() {
+  const std::vector<Chart>& charts = plots_->Deviations() ? deviations_ : charts_;
+  const auto page = static_cast<std::size_t>(hsPreview_->value());
+  if (page < charts.size()) teePreview_->SetChart(charts[page]);
 }

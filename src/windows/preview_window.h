@@ -8,6 +8,7 @@
 
 class ChartWidget;
 class Host;
+class PlotSwitch;
 class QScrollBar;
 struct Session;
 
@@ -22,11 +23,13 @@ class PreviewWindow : public QWidget {
   QSize sizeHint() const override;
 
  private:
-  void ShowPage(int page);
+  void ShowPage();
 
   Session& session_;
   Host& host_;
-  std::vector<Chart> charts_;  // a page each
+  std::vector<Chart> charts_;      // a page each
+  std::vector<Chart> deviations_;  // the same pages
+  PlotSwitch* plots_;
   ChartWidget* teePreview_;
   QScrollBar* hsPreview_;
 };

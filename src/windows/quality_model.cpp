@@ -17,7 +17,7 @@ const std::array<const char*, kCount> kTips = {
     "Name of the dataset; its number stands in front",
     "Data points of the fit; mass conservation points do not count",
     "Root mean square of the residuals, signal units: to be compared with the noise",
-    "Share of the sum of squares of all datasets",
+    "Share of the sum of squares of all datasets, at the values of the fit",
     "Residuals above and below the curve",
     "Runs: stretches of residuals with the same sign, along the radius",
     "Runs to be expected of noise",
@@ -68,7 +68,7 @@ QString CellText(const SetQuality& set, const QString& name, int column) {
 
 }  // namespace
 
-void QualityModel::Show(FitQuality quality, QStringList names) {
+void QualityModel::Show(FitQuality quality, std::vector<RowName> names) {
   beginResetModel();
   quality_ = std::move(quality);
   names_ = std::move(names);
@@ -86,17 +86,19 @@ int QualityModel::columnCount(const QModelIndex& parent) const {
 QVariant QualityModel::data(const QModelIndex& cell, int role) const {
   if (!cell.isValid()) return {};
   const SetQuality& set = quality_.sets[static_cast<std::size_t>(cell.row())];
+  const RowName& name = names_[static_cast<std::size_t>(cell.row())];
   const int column = cell.column();
   const bool text = column == kName || column == kFlags;
   const bool flagged =
       (column == kZ && set.OutOfRandomRuns()) || (column == kDurbin && set.OutOfRandomDurbin());
   switch (role) {
     case Qt::DisplayRole:
-      return CellText(set, names_.value(cell.row()), column);
+      return CellText(set, name.name, column);
     case Qt::TextAlignmentRole:
       return int((text ? Qt::AlignLeft : Qt::AlignRight) | Qt::AlignVCenter);
     case Qt::ToolTipRole:
-      return QString::fromLatin1(kTips[static_cast<std::size_t>(column)]);
+      return column == kName ? name.tip
+                             : QString::fromLatin1(kTips[static_cast<std::size_t>(column)]);
     case Qt::BackgroundRole:
       return flagged ? QVariant(QBrush(QColor(255, 128, 32))) : QVariant();
     case Qt::ForegroundRole:

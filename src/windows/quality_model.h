@@ -2,9 +2,15 @@
 #pragma once
 
 #include <QAbstractTableModel>
-#include <QStringList>
+#include <QString>
+#include <vector>
 
 #include "stats/fit_quality.h"
+
+struct RowName {
+  QString name;
+  QString tip;  // the name in full, and what belongs to it
+};
 
 // A row for each dataset of the fit, its number as the header. Z and Durbin-Watson outside their
 // bounds are orange and named in the last column; such a cell says its ink too, so that it can be
@@ -15,7 +21,7 @@ class QualityModel : public QAbstractTableModel {
   using QAbstractTableModel::QAbstractTableModel;
 
   // `names` are those of the datasets, row by row.
-  void Show(FitQuality quality, QStringList names);
+  void Show(FitQuality quality, std::vector<RowName> names);
   void Clear() { Show({}, {}); }
 
   int rowCount(const QModelIndex& parent = {}) const override;
@@ -25,5 +31,5 @@ class QualityModel : public QAbstractTableModel {
 
  private:
   FitQuality quality_;
-  QStringList names_;
+  std::vector<RowName> names_;
 };

@@ -12,15 +12,16 @@
 #include "base/arithmetic.h"
 #include "core/program_state.h"
 #include "windows/control_names.h"
+#include "windows/dataset_tip.h"
 #include "windows/grid_text.h"
 
 namespace {
 
-QStringList NamesOf(const FitQuality& quality, const std::vector<Dataset>& datasets) {
-  QStringList names;
+std::vector<RowName> NamesOf(const FitQuality& quality, const std::vector<Dataset>& datasets) {
+  std::vector<RowName> names;
   for (const SetQuality& set : quality.sets) {
     const Dataset& dataset = datasets.at(static_cast<std::size_t>(set.dataset - 1));
-    names << QString::fromStdString(NameOf(dataset));
+    names.push_back({QString::fromStdString(NameOf(dataset)), DatasetTip(dataset)});
   }
   return names;
 }
@@ -78,7 +79,8 @@ void frmFitQuality::ConnectSignals() {
 
 void frmFitQuality::ShowFit(const QuorvaneModule& module) {
   try {
-    const FitQuality quality = CalcFitQuality(module.Fit, module.FitPage, module.CriticalCCCValue);
+    const FitQuality quality =
+        CalcFitQuality(module.Fit, module.FitPage, module.ConstantsSet, module.CriticalCCCValue);
     rows_.Show(quality, NamesOf(quality, module.Store.Datasets));
     txtQualityRemarks_->setPlainText(RemarkText(quality));
     gridQuality_->resizeColumnsToContents();

@@ -7,6 +7,8 @@
 
 #include "fit/fit_plots.h"
 #include "plot/chart_widget.h"
+#include "windows/dataset_tip.h"
+#include "windows/plot_switch.h"
 #include "windows/session.h"
 
 namespace {
@@ -28,7 +30,8 @@ ResultPanel::ResultPanel(Session& session, QWidget* parent)
       chart_(new ChartWidget),
       back_(StepButton("cmdResultBack", Qt::LeftArrow, tr("Previous dataset of the fit"))),
       forward_(StepButton("cmdResultForward", Qt::RightArrow, tr("Next dataset of the fit"))),
-      which_(new QLabel) {
+      which_(new QLabel),
+      plots_(new PlotSwitch("optResultPlot")) {
   chart_->setObjectName("TChartFitting");
   which_->setObjectName("lblResult");
   auto* steps = new QHBoxLayout;
@@ -36,12 +39,14 @@ ResultPanel::ResultPanel(Session& session, QWidget* parent)
   steps->addWidget(forward_);
   steps->addWidget(which_);
   steps->addStretch();
+  steps->addWidget(plots_);
   auto* layout = new QVBoxLayout(this);
   layout->setContentsMargins(0, 0, 0, 0);
   layout->addLayout(steps);
   layout->addWidget(chart_, 1);
   connect(back_, &QToolButton::clicked, this, [this] { StepTo(position_ - 1); });
   connect(forward_, &QToolButton::clicked, this, [this] { StepTo(position_ + 1); });
+  connect(plots_, &PlotSwitch::Changed, this, &ResultPanel::Redraw);
   Clear();
 }
 
@@ -70,7 +75,11 @@ void ResultPanel::StepTo(int position) {
   const int count = fit_.NumFitSets;
   if (position < 0 || position >= count) return;
   position_ = position;
-  chart_->SetChart(PlotDataFit(fit_, module.Store.Datasets, position, module.Plots));
+  const std::vector<Dataset>& datasets = module.Store.Datasets;
+  chart_->SetChart(plots_->Deviations() ? PlotDeviations(fit_, datasets, position)
+                                        : PlotDataFit(fit_, datasets, position, module.Plots));
+  const auto place = static_cast<std::size_t>(position);
+  which_->setToolTip(DatasetTip(datasets[static_cast<std::size_t>(fit_.FitSetList[place])]));
   which_->setText(tr("Dataset %1 of %2 in the fit").arg(position + 1).arg(count));
   back_->setEnabled(position > 0);
   forward_->setEnabled(position + 1 < count);

@@ -6,11 +6,13 @@
 #include "fit/fit_state.h"
 
 class ChartWidget;
+class PlotSwitch;
 class QLabel;
 class QToolButton;
 struct Session;
 
-// TChartFitting with its steps: data, curve and deviations of a position of the last fit.
+// TChartFitting with its steps: data, curve and deviations of a position of the last fit, or the
+// deviations alone.
 class ResultPanel : public QWidget {
   Q_OBJECT
  public:
@@ -35,4 +37,5 @@ class ResultPanel : public QWidget {
   QToolButton* back_;
   QToolButton* forward_;
   QLabel* which_;
+  PlotSwitch* plots_;
 };

@@ -2,6 +2,7 @@
 
 #include <QGridLayout>
 #include <QLabel>
+#include <algorithm>
 #include <array>
 
 #include "windows/fit_row.h"
@@ -81,6 +82,14 @@ void RowHeads::Show(const FitSetup& setup, QGridLayout& grid) {
     grid.setColumnMinimumWidth(kHeads[k].first, shown ? heads_[k]->sizeHint().width() : 0);
     grid.setColumnStretch(kHeads[k].first, shown && kHeads[k].grows ? 1 : 0);
   }
+}
+
+QString RowHeads::CaptionOf(int column) const {
+  const auto* head = std::find_if(kHeads.begin(), kHeads.end(), [column](const Head& h) {
+    return h.first <= column && column <= h.last;
+  });
+  if (head == kHeads.end()) return {};
+  return heads_[static_cast<std::size_t>(head - kHeads.begin())]->text();
 }
 
 void RowHeads::Place(const QGridLayout& grid, int offset) {

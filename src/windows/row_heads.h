@@ -19,6 +19,9 @@ class RowHeads : public QWidget {
   // Captions and visibility by model and switches; the columns of `grid` follow them.
   void Show(const FitSetup& setup, QGridLayout& grid);
 
+  // The caption of the head over column `column` of the grid.
+  QString CaptionOf(int column) const;
+
   // Puts each head over its columns in `grid`, whose content begins at `offset` of the view.
   void Place(const QGridLayout& grid, int offset);
 

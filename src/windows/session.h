@@ -3,6 +3,7 @@
 
 #include <QString>
 #include <filesystem>
+#include <functional>
 
 #include "base/files.h"
 #include "core/program_state.h"
@@ -24,6 +25,13 @@ struct Session {
   bool LockArchives = false;            // whether other programs are told which archive is open
   bool StopRequested = false;  // by a click, Esc, Stop or a close, since the calculation began
   bool Calculating = false;    // a fit or search runs; no other command may start
+
+  // Set by the main window while it lives.
+  // Stores what is being typed, in whatever window. False if it was refused: the message was shown,
+  // and the box is in sight and has the focus. Comes before every command.
+  std::function<bool()> CommitPending = [] { return true; };
+  // A line for the status bar, in place of the last one; empty clears it.
+  std::function<void(const QString& text)> Remark = [](const QString&) {};
 };
 
 inline QString ToQString(const std::filesystem::path& path) {

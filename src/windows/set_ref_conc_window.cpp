@@ -78,6 +78,7 @@ QSize SetRefConcWindow::sizeHint() const {
 void SetRefConcWindow::Adjust(int row) {
   emit Began();
   const RefConcAdjustment adjustment(session_.Module, row);
+  host_.GoToEndOfLog();
   const ModelCurves curves = adjustment.Begin(host_);
   if (curves.fault) Tell(*curves.fault);
   if (curves.charts.empty()) return;

@@ -8,6 +8,7 @@
 #include <QRadioButton>
 #include <QVBoxLayout>
 #include <algorithm>
+#include <cmath>
 #include <string>
 
 #include "windows/control_names.h"
@@ -39,6 +40,19 @@ int LabelWidth(const QFontMetrics& metrics) {
     }
   }
   return width;
+}
+
+// The numbers that a box takes.
+std::string TakenBy(SimBox box) {
+  const Bounds& bounds = InfoOf(box).bounds;
+  const auto text = [](double value) { return QString::number(value, 'g', 10).toStdString(); };
+  const bool whole = box == SimBox::kN1mer || box == SimBox::kN2mer;
+  const std::string number = whole ? "a whole number " : "a number ";
+  if (std::isinf(bounds.low)) return kTakesAnyNumber;
+  if (!bounds.lowIncluded) return number + "above " + text(bounds.low);
+  if (std::isinf(bounds.high)) return text(bounds.low) + " or a number above it";
+  return number + "from " + text(bounds.low) +
+         (bounds.highIncluded ? " to " : " up to, but not, ") + text(bounds.high);
 }
 
 // A hidden control keeps its room, so that nothing moves when the model changes.
@@ -176,8 +190,12 @@ void SimInputTab::ConnectSignals() {
       if (!message && box == SimBox::kWaveL) emit HeaderChanged();
       return Refusal(message.value_or(""));
     };
-    BindEntry(*entries_[static_cast<std::size_t>(box)].box, session_.Ask, enter,
-              [this, box] { return simulator_.Inputs.Text(box); });
+    const Entry& entry = entries_[static_cast<std::size_t>(box)];
+    BindEntry(*entry.box, session_,
+              {.enter = enter,
+               .shown = [this, box] { return simulator_.Inputs.Text(box); },
+               .name = [label = entry.label] { return label->text(); },
+               .taken = [box] { return TakenBy(box); }});
   }
 }
 

@@ -65,14 +65,19 @@ void SimWindow::RefreshDisplay() {
   input_->ShowInputs();
 }
 
+bool SimWindow::CommitPending() {
+  return input_->CommitPending();
+}
+
 void SimWindow::SetCalculating(bool on) {
   tabSim_->setEnabled(!on);
 }
 
 void SimWindow::Calculate() {
-  if (session_.Calculating || !input_->CommitPending() || !input_->CheckEntries()) return;
+  if (session_.Calculating || !session_.CommitPending() || !input_->CheckEntries()) return;
   const QPointer<QWidget> focus = focusWidget();  // disabling takes it away
   session_.Calculating = true;
+  host_.GoToEndOfLog();
   emit CalculatingChanged(true);
   SimOutcome outcome;
   {

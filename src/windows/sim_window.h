@@ -22,6 +22,9 @@ class SimWindow : public QWidget, public Printable {
   // The display of K may have changed: shows the entries in the new form.
   void RefreshDisplay();
 
+  // Stores what is being typed. False if it was refused.
+  bool CommitPending();
+
   // While a calculation runs nothing here can be changed.
   void SetCalculating(bool on);
 

@@ -1,5 +1,6 @@
 #include "windows/source_files_tab.h"
 
+#include <QAction>
 #include <QCheckBox>
 #include <QComboBox>
 #include <QGridLayout>
@@ -10,7 +11,10 @@
 #include <QPushButton>
 #include <QRadioButton>
 #include <QTimer>
+#include <algorithm>
+#include <optional>
 
+#include "core/settings.h"
 #include "plot/chart_widget.h"
 #include "scan/file_check.h"
 #include "scan/file_list.h"
@@ -20,7 +24,6 @@
 
 namespace {
 
-constexpr std::array<const char*, 4> kKindCaptions = {"IP,RA", "DAT", "FI", "EL"};
 constexpr std::array<const char*, 3> kCenterpieceCaptions = {"2 channels", "6 channels",
                                                              "8 channels"};
 
@@ -59,7 +62,10 @@ void SourceFilesTab::BuildWidgets() {
   btnChangeDir_ = Button("btnChangeDir", "Change Folder", "Select another folder");
   lblPreview_ = Named(new QLabel, "lblPreview");
   lblPreview_->setTextFormat(Qt::PlainText);
+  // A long name has its tool tip; it does not widen the page.
+  lblPreview_->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
   TChartPreview_ = Named(new ChartWidget, "TChartPreview");
+  OfferAxes();
 
   auto* settings = new QVBoxLayout;
   settings->addWidget(BuildKindBox());
@@ -77,15 +83,33 @@ void SourceFilesTab::BuildWidgets() {
   layout->setColumnStretch(1, 1);
 }
 
+// The preview is a look at a shape; its axes come on demand, and are there the next time too.
+void SourceFilesTab::OfferAxes() {
+  auto* axes = Named(new QAction("Show Axes", TChartPreview_), "mnuShowAxes");
+  axes->setCheckable(true);
+  axes->setChecked(session_.Module.PreviewAxes);
+  TChartPreview_->SetAxesShown(session_.Module.PreviewAxes);
+  TChartPreview_->addAction(axes);
+  TChartPreview_->setContextMenuPolicy(Qt::ActionsContextMenu);
+  connect(axes, &QAction::toggled, this, [this](bool on) {
+    session_.Module.PreviewAxes = on;
+    TChartPreview_->SetAxesShown(on);
+    SaveOwnSettings(session_.Module, session_.Settings, host_);
+  });
+}
+
 QGroupBox* SourceFilesTab::BuildKindBox() {
   auto* box = new QGroupBox("File Type");
   auto* layout = new QHBoxLayout(box);
   for (std::size_t k = 0; k < optFileType_.size(); ++k) {
-    optFileType_[k] =
-        Named(new QRadioButton(kKindCaptions[k]), ElementName("optFileType", static_cast<int>(k)));
+    optFileType_[k] = Named(new QRadioButton(KindName(static_cast<FileKind>(k))),
+                            ElementName("optFileType", static_cast<int>(k)));
     layout->addWidget(optFileType_[k]);
   }
   layout->addStretch();
+  chkAllFiles_ = Named(new QCheckBox("All files"), "chkAllFiles");
+  chkAllFiles_->setToolTip("List every file of the folder, whatever its name");
+  layout->addWidget(chkAllFiles_);
   optFileType_[0]->setChecked(true);
   optFileType_[3]->setVisible(ShowElectrophoresis);
   return box;
@@ -170,6 +194,7 @@ void SourceFilesTab::ConnectSignals() {
   }
   connect(checkTimer_, &QTimer::timeout, this, &SourceFilesTab::ShowCheck);
   connect(btnChangeDir_, &QPushButton::clicked, this, &SourceFilesTab::ChangeFolder);
+  connect(chkAllFiles_, &QCheckBox::toggled, this, &SourceFilesTab::FillFileList);
   connect(cmdRefreshLB_, &QPushButton::clicked, this, &SourceFilesTab::FillFileList);
   connect(comboDataFile_, &QComboBox::currentIndexChanged, this, &SourceFilesTab::ShowComments);
   connect(cmdPreviewIt_, &QPushButton::clicked, this, &SourceFilesTab::Preview);
@@ -220,6 +245,30 @@ void SourceFilesTab::RefreshDirectory() {
   FillFileList();
 }
 
+void SourceFilesTab::FollowSave() {
+  std::error_code error;
+  if (!std::filesystem::equivalent(session_.CurrentFolder, listed_, error)) {
+    RefreshDirectory();
+    return;
+  }
+  const QString selected = comboDataFile_->currentText();
+  std::vector<std::string> names;
+  try {
+    names = NamesIn(listed_);
+  } catch (const FileFault& fault) {
+    host_.ReportFailure(fault.what());
+    return;
+  }
+  if (std::find(names.begin(), names.end(), selected.toStdString()) == names.end()) {
+    ShowFileNames(names);
+    return;
+  }
+  SetNames(names);
+  const QSignalBlocker quiet(comboDataFile_);
+  comboDataFile_->setCurrentText(selected);
+  CheckSoon();  // the file may be the one that was written
+}
+
 void SourceFilesTab::ShowFolder(qsizetype longest, qsizetype kept) {
   const QString folder = ToQString(session_.CurrentFolder);
   const QString shown = folder.size() > longest ? "..." + folder.right(kept) : folder;
@@ -233,22 +282,28 @@ void SourceFilesTab::ChangeFolder() {
   if (chosen.isEmpty()) return;
   std::vector<std::string> names;
   try {
-    names = ListScanFiles(ToPath(chosen), Kind());
+    names = NamesIn(ToPath(chosen));
   } catch (const FileFault& fault) {
     host_.ShowMessage("", fault.what(), MessageIcon::kExclamation);
     return;
   }
-  session_.CurrentFolder = ToPath(chosen);
+  session_.CurrentFolder = listed_ = ToPath(chosen);
   ShowFolder(40, 37);
   host_.PrintIt("\r\nThe current directory is " + chosen.toStdString());
   ShowFileNames(names);
   emit FolderChanged();
 }
 
+std::vector<std::string> SourceFilesTab::NamesIn(const std::filesystem::path& folder) const {
+  return ListScanFiles(folder, chkAllFiles_->isChecked() ? std::nullopt : std::optional(Kind()));
+}
+
 void SourceFilesTab::FillFileList() {
+  session_.Remark({});
+  listed_ = session_.CurrentFolder;
   std::vector<std::string> names;
   try {
-    names = ListScanFiles(session_.CurrentFolder, Kind());
+    names = NamesIn(listed_);
   } catch (const FileFault& fault) {
     host_.ReportFailure(fault.what());
   }
@@ -256,24 +311,28 @@ void SourceFilesTab::FillFileList() {
 }
 
 void SourceFilesTab::ShowFileNames(const std::vector<std::string>& names) {
+  ShowPreview({}, {});
+  SetNames(names);
+  if (names.empty()) txtFileComment_->clear();
+  ShowComments();
+}
+
+void SourceFilesTab::SetNames(const std::vector<std::string>& names) {
   QStringList list;
   for (const std::string& name : names) list << QString::fromStdString(name);
-  ShowPreview({}, {});
-  {
-    const QSignalBlocker quiet(comboDataFile_);
-    comboDataFile_->clear();
-    comboDataFile_->addItems(list);
-  }
+  const QSignalBlocker quiet(comboDataFile_);
+  comboDataFile_->clear();
+  comboDataFile_->addItems(list);
   for (QPushButton* button : {cmdPreviewIt_, cmdLoadFile_, cmdLoadBlank_}) {
     button->setEnabled(!list.isEmpty());
   }
-  if (list.isEmpty()) txtFileComment_->clear();
-  ShowComments();
 }
 
 void SourceFilesTab::ShowComments() {
   CheckSoon();
+  comboDataFile_->setToolTip(ToQString(SelectedPath()));  // the name may have no room
   if (SelectedPath().empty()) return;
+  session_.Remark({});  // what was wrong with another file
   const std::string lines = GetCommentLines(session_.Module.Store, SelectedPath(), host_);
   if (!lines.empty()) txtFileComment_->setPlainText(QString::fromStdString(lines));
 }
@@ -301,6 +360,7 @@ void SourceFilesTab::Preview() {
 
 void SourceFilesTab::ShowPreview(const Chart& chart, const QString& fileName) {
   lblPreview_->setText(fileName);
+  lblPreview_->setToolTip(fileName);
   TChartPreview_->SetChart(chart);
   if (!chart.panels.empty()) MarkChannels();
 }
@@ -328,10 +388,14 @@ bool SourceFilesTab::SomeChannelChosen() {
 
 template <class Load>
 void SourceFilesTab::RunLoad(Load&& load) {
+  session_.Remark({});
+  host_.GoToEndOfLog();
   DatasetStore& store = session_.Module.Store;
   const int before = store.NumDatasets();
   load(store);
-  if (store.NumDatasets() != before) emit DatasetsChanged();
+  if (store.NumDatasets() == before) return;
+  session_.Remark(QString::fromStdString(TakenForText(store, before, Kind())));
+  emit DatasetsChanged();
 }
 
 void SourceFilesTab::LoadOne() {
@@ -347,9 +411,11 @@ void SourceFilesTab::LoadBlank() {
 
 void SourceFilesTab::LoadMany() {
   if (!SomeChannelChosen()) return;
-  const QString filter = kFilters[static_cast<std::size_t>(Kind())];
+  const QString filter =
+      kFilters[static_cast<std::size_t>(Kind())] + QStringLiteral(";;All files (*)");
   const QStringList chosen = session_.Ask.OpenFiles(
       this, {"Load Multiple Files", ToQString(session_.CurrentFolder), filter, {}});
+  if (chosen.isEmpty()) return;
   std::vector<std::filesystem::path> paths;
   for (const QString& path : chosen) paths.push_back(ToPath(path));
   RunLoad([&](DatasetStore& store) { LoadNamedFiles(store, Settings(), paths, host_); });

@@ -29,6 +29,10 @@ class SourceFilesTab : public QWidget {
   // Shows session.CurrentFolder and lists its files anew.
   void RefreshDirectory();
 
+  // After a file was saved: the same if session.CurrentFolder is another one. Otherwise new files
+  // join the list, and the selected one stays selected as it was looked at.
+  void FollowSave();
+
   // Loads dropped files with the current settings; what is no scan is named in a message.
   void LoadFiles(const QStringList& paths);
 
@@ -42,6 +46,7 @@ class SourceFilesTab : public QWidget {
 
  private:
   void BuildWidgets();
+  void OfferAxes();
   QGroupBox* BuildKindBox();
   QGroupBox* BuildCenterpieceBox();
   QGroupBox* BuildFileBox();
@@ -57,6 +62,8 @@ class SourceFilesTab : public QWidget {
   void ChangeFolder();
   void ShowFolder(qsizetype longest, qsizetype kept);
   void FillFileList();
+  std::vector<std::string> NamesIn(const std::filesystem::path& folder) const;
+  void SetNames(const std::vector<std::string>& names);
   void ShowFileNames(const std::vector<std::string>& names);
   void ShowComments();
   void ShowCheck();
@@ -68,14 +75,17 @@ class SourceFilesTab : public QWidget {
   void LoadOne();
   void LoadMany();
   void LoadBlank();
+  // Loads by `load`. If that added datasets it emits DatasetsChanged, and a remark says which kind
+  // their files were taken for.
   template <class Load>
-  void RunLoad(Load&& load);  // emits DatasetsChanged if `load` added datasets
+  void RunLoad(Load&& load);
 
   Session& session_;
   SessionHost& host_;
   QLabel* lblCurrentDir_;
   QPushButton* btnChangeDir_;
   std::array<QRadioButton*, 4> optFileType_;
+  QCheckBox* chkAllFiles_;
   std::array<QRadioButton*, 3> optCntrpiece_;
   std::array<QCheckBox*, kMaxChannels> chkChannel_;
   QComboBox* comboDataFile_;
@@ -89,4 +99,5 @@ class SourceFilesTab : public QWidget {
   QPushButton* cmdMultiLoad_;
   QLabel* lblPreview_;
   ChartWidget* TChartPreview_;
+  std::filesystem::path listed_;  // the folder whose files the list shows
 };

@@ -6,6 +6,7 @@
 #include <QMouseEvent>
 #include <QPointer>
 #include <QScrollArea>
+#include <QTabWidget>
 #include <QTimer>
 
 ValueBox::ValueBox(QWidget* parent) : QLineEdit(parent) {}
@@ -23,17 +24,22 @@ bool ValueBox::Commit() {
   if (!self) return taken;  // the message's event loop closed the window
   committing_ = false;
   if (!taken) {
+    ComeIntoSight();
     setFocus(Qt::OtherFocusReason);
     selectAll();
-    ComeIntoSight();
   }
   return taken;
 }
 
-// The refused box may have been scrolled away before it was left.
+// The refused box may have been left for another tab, or scrolled away.
 void ValueBox::ComeIntoSight() {
   for (QWidget* above = parentWidget(); above != nullptr; above = above->parentWidget()) {
     if (auto* area = qobject_cast<QScrollArea*>(above)) area->ensureWidgetVisible(this);
+    auto* tabs = qobject_cast<QTabWidget*>(above);
+    if (tabs == nullptr) continue;
+    for (int k = 0; k < tabs->count(); ++k) {
+      if (tabs->widget(k)->isAncestorOf(this)) tabs->setCurrentIndex(k);
+    }
   }
 }
 

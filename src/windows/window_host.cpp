@@ -62,6 +62,10 @@ void WindowHost::GoToEndOfLog() {
   log_.MoveToEnd();
 }
 
+void WindowHost::FocusLog() {
+  log_.TakeFocus();
+}
+
 void WindowHost::SendPictureToLog(const Chart& chart) {
   constexpr PictureSize kSize = {400, 360};
   log_.InsertPictureAtEnd(RenderChart(chart, PictureFormat::kPng, kSize));

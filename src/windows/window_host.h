@@ -25,6 +25,7 @@ class WindowHost : public QObject, public SessionHost {
   void ReportProgress(const Progress& progress) override;
   void ReportFailure(std::string_view text) override;
   void GoToEndOfLog() override;
+  void FocusLog() override;
   void SendPictureToLog(const Chart& chart) override;
   std::string LogAsRtf() override;
   void LoadLog(std::string_view rtf) override;

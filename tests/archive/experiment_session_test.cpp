@@ -70,7 +70,7 @@ TEST_F(ExperimentTest, WarnsOfTheOldLayoutAndSavesTheCurrentOne) {
   EXPECT_EQ(host.messages[0].title, "Old Version EXP File");
   EXPECT_EQ(host.messages[0].text, PathText(folder / "a.exz") +
                                        " was saved by a previous verion of Quorvane.\r\n"
-                                       "Please update the format by saving it from this program!");
+                                       " Please update the format by saving it from this program!");
   EXPECT_EQ(module.FitPage.Vbar, 0.7);
   ASSERT_TRUE(SaveExperiment(module, module.Setup.FitModel->index, folder / "a.exz", host));
   module.DefaultVbar = 0.73;

@@ -1,6 +1,8 @@
 #include "cli/command_fixture.h"
 
 #include "archive/archive_samples.h"
+#include "archive/experiment_file.h"
+#include "base/text.h"
 
 namespace {
 
@@ -84,13 +86,46 @@ TEST_F(ArchiveCommand, RefusesWhatIsNoArchive) {
   EXPECT_EQ(Run({"archive", Path("a.exz"), "--save-as", Path("no/b.exz")}), 3);
 }
 
-TEST_F(ArchiveCommand, KeepsForeignGraphs) {
-  folder.Write("a.exz", StoredZip(SampleMembers()));
-  ASSERT_EQ(Run({"archive", Path("a.exz"), "--save-as", Path("b.exz")}), 0) << err.str();
-  ASSERT_EQ(Archive("b.exz"), 0);
-  EXPECT_EQ(Result()["graphs"][0]["bytes"], 3);
-  EXPECT_EQ(Result()["graphs"][0]["title"], "");
-  EXPECT_EQ(Result()["directory"], "C:\\lab");
+// Saving again goes the road of a load: what that changes is changed, all else kept.
+TEST_F(ArchiveCommand, SavesAgainWhatALoadMakesOfIt) {
+  StoredMembers padded = SampleMembers(0.0, 11.0);
+  padded[0].second.replace(263 + 4168, 9, "   a.dat ");
+  StoredMembers old = SampleMembers();
+  old[0].second = DataHead(51919, 1) + OldPage() + OldRecord("o.dat");
+  StoredMembers empty = SampleMembers();
+  empty[0].second = DataHead(51916, 0) + CurrentPage(0.75, 3.0);
+  const struct {
+    StoredMembers members;
+    int status;
+    double rawVbar, rawModel, vbar, model;
+    const char* says;
+  } cases[] = {{padded, 0, 0.0, 11.0, 0.73, 0.0, ""},
+               {old, 0, 0.73, 0.0, 0.73, 0.0, "Old Version EXP File: "},
+               {empty, 1, 0.75, 3.0, 0.0, 0.0, "There is nothing to save!\n"}};
+  for (const auto& test : cases) {
+    std::filesystem::remove(folder / "b.exz");
+    folder.Write("a.exz", StoredZip(test.members));
+    EXPECT_EQ(
+        Run({"archive", Path("a.exz"), "--json", Path("out.json"), "--save-as", Path("b.exz")}),
+        test.status);
+    EXPECT_EQ(err.str().substr(0, std::string(test.says).size()), test.says);
+    EXPECT_EQ(err.str().empty(), test.says[0] == '\0') << err.str();
+    EXPECT_EQ(Result()["fit_page"]["Vbar"], test.rawVbar);
+    EXPECT_EQ(Result()["fit_page"]["ModelIndex"], test.rawModel);
+    EXPECT_EQ(std::filesystem::exists(folder / "b.exz"), test.status == 0);
+    if (test.status != 0) continue;
+    const ReadExperiment again = ReadExperimentFile(folder / "b.exz");
+    const Experiment& saved = again.experiment;
+    EXPECT_EQ(saved.layout, kCurrentLayout);
+    EXPECT_EQ(saved.FitPage.Vbar, test.vbar);
+    EXPECT_EQ(saved.FitPage.ModelIndex, test.model);
+    EXPECT_NE(saved.Datasets[0].FileName.View().front(), ' ');
+    EXPECT_EQ(saved.GraphStreams.size(), 2U);
+    EXPECT_EQ(Cp1252ToUtf8(Trim(saved.directory.View())), folder.path().string());
+    ASSERT_EQ(Archive("b.exz"), 0);
+    EXPECT_EQ(Result()["log"], "log\n");  // no line of its own
+    EXPECT_EQ(Result()["graphs"][0]["bytes"], 3);
+  }
 }
 
 TEST_F(ArchiveCommand, WritesTheLogWithItsPictures) {

@@ -33,6 +33,20 @@ TEST_F(MatchCommandTest, WritesReportAndJson) {
   EXPECT_GT(Result()["radii"][0], 6.45);
 }
 
+// Columns 16 to 22 of line 2 hold the seconds of a scan, of an electrophoresis scan 14 to 23.
+TEST_F(MatchCommandTest, TakesTheTimeFromTheColumnsOfItsFilter) {
+  for (const char* name : {"1.RA3", "2.RA3", "3.RA3"}) {
+    std::string text = ReadText(folder / name);
+    text.replace(text.find("R 3 20.0"), 23, "E 3 20.0 9000 36007200 ");
+    folder.Write(name, text);
+  }
+  for (const auto& [filter, hours] : std::initializer_list<std::pair<const char*, double>>{
+           {"electrophoresis", 36007200 / 3600.0}, {"absorbance", 6007200 / 3600.0}}) {
+    ASSERT_EQ(Match({"--filter", filter, "--json", Path("out.json")}), 0) << err.str();
+    EXPECT_DOUBLE_EQ(Result()["scans"][1]["time_hours"], hours) << filter;
+  }
+}
+
 TEST_F(MatchCommandTest, EndsWithTheStatusOfTheFailure) {
   struct Row {
     std::vector<std::string> options;

@@ -41,7 +41,12 @@ TEST_F(ScanTest, LoadOptionsAreThoseOfAJob) {
            {{"--kind", "FI"}, 0, "00001_320280.dat"},
            {{"--kind", "XY"}, 2, "kind: "},
            {{"--centerpiece", "6"}, 2, "centerpiece: "},
-           {{"--channels", "D"}, 2, "channels: \"D\" is no channel of this centerpiece"}}) {
+           {{"--centerpiece", "6 channels", "--channels", "D"},
+            2,
+            "channels: \"D\" is no channel of this centerpiece"},
+           {{"--channels", "E"}, 2, "channels: \"E\" is no channel"},
+           {{"--channels", "B"}, 0, "00001.RA3: the choice of channels does not count; "},
+           {{"--channels", "B"}, 0, "1_3A20280.dat"}}) {
     std::vector<std::string> arguments = {"scan", Path("00001.RA3")};
     arguments.insert(arguments.end(), row.options.begin(), row.options.end());
     EXPECT_EQ(Run(arguments), row.status) << row.part;

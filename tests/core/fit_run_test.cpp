@@ -6,6 +6,7 @@
 
 #include "base/arithmetic.h"
 #include "core/graph_store.h"
+#include "fit/mass_conservation.h"
 #include "fit/models.h"
 #include "support/recording_host.h"
 #include "support/session.h"
@@ -178,15 +179,36 @@ TEST(RunFit, FaultsOfTheReportComeAfterTheValuesWereWrittenBack) {
   }
 }
 
-TEST(PlotDataFit, FollowsTheTwoOptionsAndLeavesMassPointsOut) {
-  QuorvaneModule module = IdealSession();
+// Soft mass conservation of A and B, set up and with its loads.
+void SetUpMass(QuorvaneModule& module, RecordingHost& host) {
   module.CellGeometries = {{1, "cell", {5.0F, 8.0F}, {1.0F, 1.0F}}};
-  RecordingHost host;
   SetupFit(module.Setup, module.FitPage, module.Store, *FindModel(6), host);
   module.Setup.UseMassConservation = true;
   module.Setup.chkMWB2 = CheckState::kUnchecked;
   module.FitPage.ModelLnK1 = 0.0;
   for (Dataset& dataset : module.Store.Datasets) dataset.ALoad = dataset.BLoad = 0.2;
+}
+
+// Its targets are 0: they have no influence, on a parameter of 0 either, and their values tell
+// nothing.
+TEST(CalculatedLoad, OfAFlatDatasetIsTheMeanConcentration) {
+  QuorvaneModule module = IdealSession();
+  RecordingHost host;
+  SetUpMass(module, host);
+  module.Store.Datasets[0].C[59] = module.Store.Datasets[0].C[0];
+  ASSERT_EQ(RunFit(module, host).ending, FitEnding::kFinished);
+  for (const int kind : {1, 2}) {  // the same curve with targets and without
+    FitState flat = module.Fit;
+    const int last = flat.FitNumPoints - 2 + kind;
+    flat.FitY(last) = flat.FitYCalc(last) = 0.0;
+    EXPECT_DOUBLE_EQ(CalculatedLoad(flat, 2, kind), CalculatedLoad(module.Fit, 2, kind));
+  }
+}
+
+TEST(PlotDataFit, FollowsTheTwoOptionsAndLeavesMassPointsOut) {
+  QuorvaneModule module = IdealSession();
+  RecordingHost host;
+  SetUpMass(module, host);
   ASSERT_EQ(RunFit(module, host).ending, FitEnding::kFinished);
   const auto& datasets = module.Store.Datasets;
   const Chart plain = PlotDataFit(module.Fit, datasets, 1, {false, false});

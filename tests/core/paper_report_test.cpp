@@ -13,6 +13,7 @@
 #include "core/report_file.h"
 #include "core/report_html.h"
 #include "core/report_sources.h"
+#include "fit/levmarq.h"
 #include "fit/models.h"
 #include "fit/report.h"
 #include "scan/scan_file.h"
@@ -85,7 +86,7 @@ TEST_F(PaperReportTest, SaysWhatTheFitWasAndFound) {
   EXPECT_EQ(ReportBody(report).substr(200), ReportBody(before).substr(200));  // behind the time
 
   const FitState& fit = module.Fit;
-  const FitStatistics statistics = CalcFitStatistics(fit);
+  const FitStatistics statistics = CalcFitStatistics(fit, AcceptedSum(fit));
   const int weight = fit.SharedBase() + 1;
   const auto whole = [](double value) { return FormatNumber(value, "##0"); };
   const double share = 1.0 - 0.73;
@@ -133,7 +134,7 @@ TEST_F(PaperReportTest, SaysWhatTheFitWasAndFound) {
   EXPECT_TRUE(std::any_of(remarks.begin(), remarks.end(), [](const std::string& remark) {
     return remark.starts_with("Dataset #2: too few runs");
   }));
-  EXPECT_NEAR(squares, fit.FitChiSq, 2e-3 * squares);
+  EXPECT_NEAR(squares, AcceptedSum(fit), 2e-3 * squares);  // of rounded numbers
   EXPECT_EQ(report.charts.size(), 3U);
   EXPECT_EQ(report.charts[1], PlotDataFit(fit, module.LastFit.datasets, 1, module.Plots));
 }
@@ -160,6 +161,52 @@ TEST_F(PaperReportTest, IntervalsBelongToTheirFit) {
   Fit();
   StartNewExperiment(module);
   EXPECT_FALSE(module.LastFit.finished);
+}
+
+// A last step that was rejected is the log's business; the report says so.
+TEST_F(PaperReportTest, CountsTheSumOfTheFittedValues) {
+  Fit();
+  const PaperReport before = MakePaperReport(module);
+  module.Fit.FitChiSq = 40.0;
+  const PaperReport after = MakePaperReport(module);
+  for (const char* row : {"Sum of squared residuals", "Variance"}) {
+    EXPECT_EQ(Find(after, "The whole fit", row), Find(before, "The whole fit", row));
+  }
+  EXPECT_EQ(Find(after, "Values of each dataset", "1"),
+            Find(before, "Values of each dataset", "1"));
+  const std::string tried = "The log and the confidence intervals count the sum of the last step";
+  EXPECT_EQ(before.sections[1].paragraphs[0].find(tried), std::string::npos);
+  EXPECT_NE(after.sections[1].paragraphs[0].find(tried), std::string::npos);
+}
+
+// Ends and loads that nobody gave or that have no part in the fit are no facts of it.
+TEST_F(PaperReportTest, NamesEndsAndLoadsThatCount) {
+  const struct {
+    int model;
+    bool moved;  // the meniscus of dataset 2
+    bool mass;
+    Row ends;  // cells of dataset 2 behind the temperature
+    std::size_t loads;
+  } cases[] = {{2, false, false, {"no"}, 0},
+               {2, true, false, {"6.3000", "\u2013", "no"}, 0},
+               {4, false, false, {"6.4000", "6.6000", "no"}, 0},
+               {6, false, false, {"no"}, 0},
+               {6, false, true, {"no", "cell"}, 2}};
+  module.CellGeometries = {{1, "cell", {5.0F, 8.0F}, {1.0F, 1.0F}}};
+  for (const auto& test : cases) {
+    SetupFit(module.Setup, module.FitPage, module.Store, *FindModel(test.model), host);
+    module.Setup.UseMassConservation = test.mass;
+    module.Setup.chkMWB = module.Setup.chkMWB2 = module.Setup.chkLnK1 = module.Setup.chkAlpha =
+        CheckState::kUnchecked;
+    module.Store.Datasets[2].Rmen = test.moved ? 6.3 : 6.4;
+    host.answers = {false};
+    ASSERT_EQ(RunFit(module, host).ending, FitEnding::kFinished) << test.model;
+    const PaperReport report = MakePaperReport(module);
+    const Row scan = Find(report, "Datasets", "2");
+    EXPECT_EQ(Row(scan.begin() + 6, scan.end()), test.ends) << test.model;
+    EXPECT_EQ(Find(report, "Points and constants of each dataset", "2").size(),
+              (test.model == 6 ? 7U : 6U) + test.loads);
+  }
 }
 
 // A value that the data do not determine keeps the rest of the report from nothing.

@@ -1,10 +1,12 @@
-// The guides: their links and pictures lead somewhere, and messages.md explains what is said.
+// The guides: their links and pictures lead somewhere, and messages.md explains what the program
+// says, no more and no less.
 #include <gtest/gtest.h>
 
 #include <algorithm>
 #include <cctype>
 #include <filesystem>
 #include <map>
+#include <regex>
 #include <set>
 #include <string>
 #include <string_view>
@@ -86,23 +88,59 @@ std::vector<fs::path> Pages() {
   return pages;
 }
 
-// The literals of the program, those that stand side by side joined.
+// The program without its comments, literals that stand side by side joined, \" as kQuote.
+constexpr char kQuote = '\x01';
+
 std::string Source() {
   std::string source;
   for (const auto& entry : fs::recursive_directory_iterator(kRoot / "src")) {
     const fs::path extension = entry.path().extension();
-    if (extension == ".cpp" || extension == ".h") source += Collapsed(Read(entry.path()));
+    if (extension != ".cpp" && extension != ".h") continue;
+    for (const std::string& line : LinesOf(Read(entry.path()))) {
+      source += line.substr(0, line.starts_with("//") ? 0 : line.find(" //")) + '\n';
+    }
   }
+  Replace(source, R"(\\)", "/");
+  Replace(source, R"(\")", std::string(1, kQuote));
+  source = Collapsed(source);
   Replace(source, "\" \"", "");
   for (const char* lineBreak : {"\\r", "\\n"}) Replace(source, lineBreak, " ");
-  Replace(source, "\\\"", "\"");
   return Collapsed(source);
 }
 
-// The messages in the first column of a table row: its code spans.
-std::vector<std::string> MessagesOf(const std::string& row) {
+std::string WithQuotes(std::string text) {
+  Replace(text, std::string(1, kQuote), "\"");
+  return text;
+}
+
+// The texts of three words or more in the statements of `source` that tell the user something.
+std::set<std::string> ToldBy(const std::string& source) {
+  static const std::regex kTelling(
+      R"(\b(ShowMessage|AskYesNo|ReportFailure|Refusal|FileFault|ArchiveFault|JobFault|Fail)[({])");
+  std::set<std::string> told;
+  std::string text;
+  const auto keep = [&] {
+    text = WithQuotes(std::string(Trim(text)));
+    if (std::count(text.begin(), text.end(), ' ') >= 2) told.insert(text);
+    text.clear();
+  };
+  std::sregex_iterator call(source.begin(), source.end(), kTelling);
+  for (; call != std::sregex_iterator(); ++call) {
+    bool inside = false;
+    for (auto c = (*call)[0].second; c != source.end() && (inside || *c != ';'); ++c) {
+      const bool gap = inside && *c == '%';  // %1 stands for something else
+      if (inside && *c != '"' && !gap) text += *c;
+      if (*c == '"') inside = !inside;
+      if (*c == '"' || gap) keep();
+      if (gap) ++c;
+    }
+  }
+  return told;
+}
+
+// The code spans of a text.
+std::vector<std::string> MessagesOf(const std::string& cell) {
   std::vector<std::string> messages;
-  const std::string cell = row.substr(0, row.find(" | "));
   for (std::size_t at = 0; (at = cell.find('`', at)) != std::string::npos;) {
     const std::size_t end = cell.find('`', ++at);
     messages.push_back(cell.substr(at, end - at));
@@ -151,11 +189,11 @@ TEST(Docs, LinksLeadSomewhere) {
 }
 
 TEST(Docs, MessagesStandInTheProgram) {
-  const std::string source = Source();
+  const std::string source = WithQuotes(Source());
   int messages = 0;
   for (const std::string& line : LinesOf(Read(kRoot / "docs/messages.md"))) {
     if (!line.starts_with("| ")) continue;
-    for (const std::string& message : MessagesOf(line)) {
+    for (const std::string& message : MessagesOf(line.substr(0, line.find(" | ", 2)))) {
       ++messages;
       for (const std::string& part : FixedParts(message)) {
         EXPECT_TRUE(source.find(Trim(part)) != std::string::npos) << message << "\n  " << part;
@@ -163,4 +201,23 @@ TEST(Docs, MessagesStandInTheProgram) {
     }
   }
   EXPECT_GT(messages, 150);
+}
+
+TEST(Docs, MessagesOfTheProgramAreExplained) {
+  constexpr std::size_t kTelltale = 10;  // letters of a message that tell it from another one
+  const std::string guide = Collapsed(Read(kRoot / "docs/messages.md"));
+  std::vector<std::string> explained;
+  for (const std::string& message : MessagesOf(guide)) {
+    for (const std::string& part : FixedParts(message)) {
+      if (Trim(part).size() >= kTelltale) explained.emplace_back(Trim(part));
+    }
+  }
+  const std::set<std::string> told = ToldBy(Source());
+  EXPECT_GT(told.size(), 120U);
+  for (const std::string& text : told) {
+    const auto holds = [&](const std::string& part) { return text.find(part) != text.npos; };
+    EXPECT_TRUE(guide.find(text) != guide.npos ||
+                std::any_of(explained.begin(), explained.end(), holds))
+        << "docs/messages.md does not explain: " << text;
+  }
 }

@@ -26,11 +26,12 @@ TEST(ReadMatchFile, TakesFixedColumns) {
   };
   EXPECT_EQ(read(kHead + kRow + "\r\n   \t\n   6.5").radius, (std::vector<double>{6.401, 6.5}));
   EXPECT_EQ(read(kHead + "12345678901234567890123456789\nno numbers"),
-            (RawScan{3600, {12345678901, 0}, {234567890123456, 0}}));
+            (RawScan{3600, {12345678901, 0}, {234567890123456, 0}, 20000}));
   EXPECT_EQ(read("c\n               2.5    9\n").time, 2);
   EXPECT_EQ(read("c\n1234567890123 12345678 99\n", TimeField::kElectrophoresis).time, 12345678);
   EXPECT_EQ(read(kHead + Rows(2048) + "1E999\n").radius.size(), 2048U);
   EXPECT_EQ(read(""), RawScan{});
+  EXPECT_EQ(read("c\nR 1 20.0 9E+99 0003600\n").speed, 0);  // refuses nothing
 }
 
 class LoadMatchFilesTest : public testing::Test {
@@ -62,6 +63,18 @@ TEST_F(LoadMatchFilesTest, SortsThinsAndLeavesShortScansOut) {
             "loaded");
   EXPECT_EQ(Load({"B", "a", "10", "2"}, 2), MatchLoadOutcome::kLoaded);
   EXPECT_EQ(series.names, (Names{"10", "B"}));
+}
+
+TEST(SpeedRemark, ComesWhenSpeedsDiffer) {
+  const auto remark = [](std::initializer_list<std::int32_t> speeds) {
+    MatchSeries series;
+    for (const std::int32_t speed : speeds) series.scans.push_back({5400, {}, {}, speed});
+    return SpeedRemark(series);
+  };
+  EXPECT_EQ(remark({20000, 20000, 0}), "");
+  EXPECT_NE(remark({20000, 9000, 20000}).find("9000, 20000 rpm"), std::string::npos);
+  EXPECT_EQ(FactsOf({5400, {}, {}, 9000}), "9000 rpm, 1.50 h");
+  EXPECT_EQ(FactsOf({5400, {}, {}, 0}), "1.50 h");
 }
 
 TEST_F(LoadMatchFilesTest, FailedLoadChangesNothing) {

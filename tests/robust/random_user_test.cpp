@@ -59,6 +59,10 @@ class RandomAnswers : public Dialogs {
   bool AskYesNo(QWidget*, const QString&, const QString& text) override {
     return !text.contains("Exit") && chance_.OneIn(2);
   }
+  DiscardChoice AskDiscard(QWidget*, const QString&, const QString& text) override {
+    if (!text.contains("Exit") && chance_.OneIn(4)) return DiscardChoice::kSave;
+    return AskYesNo(nullptr, {}, text) ? DiscardChoice::kYes : DiscardChoice::kNo;
+  }
   WorkChoice OfferWork(QWidget*, const QString&, const QString&) override {
     return WorkChoice::kLater;
   }

@@ -33,6 +33,9 @@ class WillingDialogs : public QtDialogs {
     qFatal("%s: %s", qPrintable(title), qPrintable(text));
   }
   bool AskYesNo(QWidget*, const QString&, const QString&) override { return true; }
+  DiscardChoice AskDiscard(QWidget*, const QString&, const QString&) override {
+    return DiscardChoice::kYes;
+  }
   WorkChoice OfferWork(QWidget*, const QString&, const QString&) override {
     return WorkChoice::kOpen;
   }

@@ -75,18 +75,6 @@ TEST(RenameDataset, KeepsTheOldNameWhenTheNewOneIsRefused) {
   }
 }
 
-// A sample renamed to a blank stayed in the fit.
-TEST(RenameDataset, TakesABlankOutOfTheFit) {
-  DatasetStore store = StoreOf({"a", "c"});
-  RecordingHost host;
-  EXPECT_TRUE(RenameDataset(store, 0, "BL_a", host));
-  EXPECT_EQ(store.UseData, (std::vector<bool>{false, true}));
-  ChooseFrom(store, 0, true);
-  EXPECT_EQ(store.UseData, (std::vector<bool>{false, true}));
-  EXPECT_TRUE(RenameDataset(store, 0, "a", host));
-  EXPECT_EQ(store.UseData, (std::vector<bool>{true, true}));
-}
-
 TEST(SaveLoadedData, WritesFixedColumnsThatLoadBack) {
   Session s;
   const auto load = [&](const char* file, const char* name) {
@@ -112,4 +100,17 @@ TEST(SaveLoadedData, WritesFixedColumnsThatLoadBack) {
   const Dataset& b = s.store.Datasets[1];
   EXPECT_TRUE(a.R == b.R && a.C == b.C && a.Err == b.Err && a.Good == b.Good);
   EXPECT_TRUE(a.Comment1 == b.Comment1 && a.Comment2 == b.Comment2);
+}
+
+TEST(SaveLoadedData, KeepsAFileThatMayNotBeOverwritten) {
+  Session s;
+  s.store = StoreOf({"mine.dat", "new.dat"});
+  const auto mine = s.folder.Write("mine.dat", "not to be lost");
+  s.host.answers = {false};
+  ASSERT_TRUE(SaveLoadedData(s.store, s.folder.path(), SavedSignal::kAsLoaded, ExistingFiles::kAsk,
+                             s.host));
+  ASSERT_EQ(s.host.questions.size(), 1u);
+  EXPECT_EQ(s.host.questions[0].text, PathText(mine) + " already exists!  Overwrite?");
+  EXPECT_EQ(ReadWholeFile(mine, 1000), "not to be lost");
+  EXPECT_TRUE(FileExists(s.folder / "new.dat"));  // No means this one only
 }

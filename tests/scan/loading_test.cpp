@@ -58,25 +58,39 @@ TEST(LoadNamedFile, ReportsTheWorstOutcomeOfItsChannels) {
   EXPECT_EQ(LoadNamedFile(s.store, kSixChannels, path, s.host).outcome, LoadOutcome::kUnreadable);
 }
 
-TEST(LoadNamedFiles, GoesOnInTheOrderOfTheNames) {
+TEST(LoadNamedFiles, GoesOnInTheOrderOfTheNamesAndNamesWhatIsOddAboutThem) {
   Session s;
   std::vector<std::filesystem::path> paths;
   for (const char* name : {"00010.RA1", "00009.RA1", "B.RA1", "a.RA1"}) {
     paths.push_back(s.folder.Write(name, ScanText(kSixRows)));
   }
-  paths.push_back(s.folder / "00001.RA1");  // is not there
   LoadNamedFiles(s.store, {}, paths, s.host);
-  EXPECT_EQ(NamesOf(s.store),
-            (Names{"9_3A20280.dat", "10_3A20280.dat", "B_3A20280.dat", "a_3A20280.dat"}));
+  EXPECT_TRUE(s.host.messages.empty());
+  paths.push_back(s.folder.Write("c.RA1", ScanText(kSixRows, "x, 20000, 280")));
+  paths.push_back(s.folder.Write("d.pdf", "%PDF-1.4\n%\xE2\xE3\n1 0 obj\n<</Type /Catalog>>\n"));
+  paths.push_back(s.folder.Write("e.RA1", ""));
+  paths.push_back(s.folder / "f.RA1");  // is not there
+  s.store.Datasets.clear();
+  LoadNamedFiles(s.store, {}, paths, s.host);
+  EXPECT_EQ(NamesOf(s.store), (Names{"9_3A20280.dat", "10_3A20280.dat", "B_3A20280.dat",
+                                     "a_3A20280.dat", NamesOf(s.store).back()}));
+  const std::string odd = s.host.messages.back().text;  // once, behind what the loads said
+  EXPECT_EQ(std::count(odd.begin(), odd.end(), '\n'), 3);
+  for (const char* name :
+       {"c.RA1: Line 2 does not look", "d.pdf: ", "e.RA1: ends", "f.RA1: there"}) {
+    EXPECT_NE(odd.find(name), std::string::npos) << odd;
+  }
 }
 
 TEST(LoadDroppedFiles, NamesWhatIsNoScanInOneMessage) {
   Session s;
-  std::vector<std::filesystem::path> paths(12, s.folder.path());
+  std::vector<std::filesystem::path> paths(11, s.folder.path());
   paths.push_back(s.folder.Write("b.RA1", ScanText(kSixRows)));
+  paths.push_back(s.folder.Write("c.RA1", ScanText(kSixRows, "no header")));
   LoadDroppedFiles(s.store, {}, paths, s.host);
-  EXPECT_EQ(NamesOf(s.store), (Names{"b_3A20280.dat"}));
+  EXPECT_EQ(s.store.NumDatasets(), 2);
   ASSERT_EQ(s.host.messages.size(), 1u);
+  EXPECT_EQ(s.host.messages[0].title, "Invalid Data File");
   EXPECT_TRUE(s.host.messages[0].text.ends_with(": is a folder\r\nand 2 more"));
 }
 
@@ -92,6 +106,8 @@ TEST(ListScanFiles, MatchesByKindWithoutRegardToCase) {
                                               {FileKind::kFi, {"c.fi2"}},
                                               {FileKind::kEl, {"e.EL1"}}};
   for (const auto& [kind, names] : cases) EXPECT_EQ(ListScanFiles(s.folder.path(), kind), names);
+  s.folder.Write(".hidden", "");
+  EXPECT_EQ(ListScanFiles(s.folder.path(), std::nullopt).size(), 7U);
   EXPECT_THROW(ListScanFiles(s.folder / "missing", FileKind::kDat), FileFault);
 }
 

@@ -137,3 +137,33 @@ TEST(Simulate, RoundsTheNumberOfGridPoints) {
     EXPECT_NEAR(run.Column().r[c.points - 1], c.last, 1.0e-12) << c.base;
   }
 }
+
+// What the entries of a new simulator give without noise, solved by a program of its own. The mass
+// balance and mass action above hold for any solver that converges; this also holds its end rules.
+TEST(Simulate, SolvesItsDefaults) {
+  constexpr double kDigits = 1.0e-10;  // relative
+  const struct {
+    int model;
+    double a, b;
+  } cases[] = {{0, 9.824331285572407e-08, 0.0},
+               {1, 9.844875807706756e-08, 0.0},
+               {2, 7.599518543742847e-07, 0.0},
+               {3, 7.599513937482382e-07, 0.0},
+               {4, 7.005537620995405e-07, 0.0},
+               {5, 7.005537620995405e-07, 0.0},
+               {6, 8.727073448371087e-07, 8.727073448371087e-07},
+               {7, 8.442929713613488e-07, 7.884166099030905e-07},
+               {8, 8.409051418193033e-07, 7.570860055186747e-07},
+               {9, 6.070849137980176e-08, 0.0},
+               {10, 7.009811023644215e-07, 1.0364380024469348e-06}};
+  for (const auto& test : cases) {
+    const SimOutcome outcome = RunOf(test.model, {{SimBox::kRMS, "0"}}).outcome;
+    EXPECT_NEAR(outcome.reference.a, test.a, kDigits * test.a) << test.model;
+    if (test.b != 0.0) {
+      EXPECT_NEAR(outcome.reference.b, test.b, kDigits * test.b) << test.model;
+    }
+  }
+  const SimulatedRun march = RunOf(1, {{SimBox::kNonId, "2"}, {SimBox::kRMS, "0"}});
+  EXPECT_NEAR(march.Column().conc[1], 1.4282176952742332e-07, kDigits * 1.4e-7);
+  EXPECT_NEAR(march.Column().conc[150], 7.390021922502183e-07, kDigits * 7.4e-7);
+}

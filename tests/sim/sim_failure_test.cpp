@@ -92,3 +92,11 @@ TEST(SimColumn, EndsAtIndex2048) {
   EXPECT_NEAR(column.r[2048], 7.048, 1.0e-12);
   EXPECT_THROW(BuildGrid({.Rm = 5.0, .n = 2050}, column), SubscriptFault);
 }
+
+TEST(SolveLoadNonideal, GivesZeroWithoutAnEnclosedRoot) {
+  // What floats is thickest at the meniscus, above the load: the bracket only goes down.
+  const SimulatedRun run = RunOf(1, {{SimBox::kDensity, "2"}, {SimBox::kRMS, "0"}});
+  EXPECT_TRUE(run.outcome.ok);
+  EXPECT_EQ(run.outcome.reference.a, 0.0);
+  EXPECT_EQ(run.Column().signal[150], 0.0);
+}

@@ -1,5 +1,6 @@
 // Faults caught here: limits that are not where the profile of the sum of squares crosses the
-// level, searches that disturb each other or the fit, a stop or a fault that leaves half a result.
+// level, a changed constant of the search, searches that disturb each other or the fit, a stop or a
+// fault that leaves half a result.
 #include "stats/confidence.h"
 
 #include <cmath>
@@ -12,9 +13,8 @@
 namespace {
 
 // A finished fit at the least sum of squares. The signal is strong, because the rule that ends a
-// fit is absolute: limits are then good to kLimit of the parameter.
+// fit is absolute.
 constexpr double kSignal = 100.0;
-constexpr double kLimit = 1e-4;
 
 FitState FinishedFit(int modelIndex) {
   FitState fit =
@@ -29,49 +29,74 @@ FitState FinishedFit(int modelIndex) {
   return fit;
 }
 
-// Least sum of squares of the ideal model at a given buoyant weight: a straight line in
-// exp(s W x) for each dataset, solved in closed form.
-double ProfileSum(const FitState& fit, double weight) {
-  double total = 0.0;
-  for (int d = 1; d <= fit.NumFitSets; ++d) {
-    double n = 0, sx = 0, sy = 0, sxx = 0, sxy = 0, syy = 0;
-    for (int i = fit.SetFirstPoint(d); i < fit.SetFirstPoint(d) + fit.SetPointCount(d); ++i) {
-      const double x = std::exp(weight * fit.SetOmegaTerm(d) * fit.FitX(i));
-      const double y = fit.FitY(i);
-      n += 1;
-      sx += x;
-      sy += y;
-      sxx += x * x;
-      sxy += x * y;
-      syy += y * y;
-    }
-    const double slope = (n * sxy - sx * sy) / (n * sxx - sx * sx);
-    total += syy - sy * sy / n - slope * (sxy - sx * sy / n);
+// y = a1 + a2 x + a3 x^2 at x = -9.5, -8.5 ... 9.5: with a1 and a2 fitted anew the sum of squares
+// is 100 `noise`^2 + 17556 (a3 - 1)^2 wherever a3 is held.
+void Parabola(FitState& fit, int i, const Array1<double>& a, double& result) {
+  fit.CurrentProc = "Parabola";
+  const double x = fit.FitX(i);
+  result = a(1) + a(2) * x + a(3) * x * x;
+}
+const Model kParabola = {.name = "Parabola",
+                         .funcsName = "Parabola",
+                         .partialsName = "Parabola",
+                         .terms = nullptr,
+                         .funcs = Parabola,
+                         .firstStep = 1e-3,
+                         .stepAtZero = 1e-3};
+
+FitState ParabolaFit(double noise) {
+  std::vector<double> x, y;
+  for (int k = 0; k < 20; ++k) {
+    const double pattern[] = {1.0, -3.0, 3.0, -1.0};  // meets no parabola
+    x.push_back(k - 9.5);
+    y.push_back(5.0 + 2.0 * x[k] + x[k] * x[k] + noise * pattern[k % 4]);
   }
-  return total;
+  FitState fit = MakeCurveProblem(kParabola, x, y, {5.0, 2.0, 1.0});
+  for (int l = 1; l <= 3; ++l) fit.FitParamNames.Append("p");
+  RecordingHost host;
+  int iterations = 0;
+  FitData(fit, host, iterations);
+  return fit;
 }
 
-// Where the profile reaches `level` between `low` and `high`, by plain bisection.
-double ProfileLimit(const FitState& fit, double level, double best, double far) {
-  for (int k = 0; k < 80; ++k) {
-    const double middle = (best + far) / 2.0;
-    (ProfileSum(fit, middle) < level ? best : far) = middle;
-  }
-  return best;
-}
-
-TEST(CalcConfidence, FindsWhereTheProfileReachesTheLevel) {
-  for (const RatioMethod method : {RatioMethod::kEqualFreedom, RatioMethod::kParameters}) {
-    FitState fit = FinishedFit(0);
+// The search as a whole on a profile known in closed form, 3 parameters and 17 degrees of freedom.
+// Ratios and limits come from a program of its own; a limit is the last step of the bisection, so a
+// change of any constant on the way moves it. The first noise puts the lower limit at 6e-10, where
+// 40 halvings do not come close enough.
+TEST(CalcConfidence, EndsOnTheStepsOfItsSearch) {
+  constexpr double kRounding = 1e-13;
+  const struct {
+    double noise;
+    RatioMethod method;
+    double ratio, lower, upper;
+    std::vector<std::string> lines;  // behind the head, before the time
+  } cases[] = {
+      {11.496134768101356,
+       RatioMethod::kEqualFreedom,
+       2.328378625681584,
+       6.005557989697484e-10,
+       1.999994702415649,
+       {"F(NDF,NDF,1-P) = 2.3284", "too many bisections",
+        "Buoyant MW = 1.0000 [6.006E-10,2.0000]"}},
+      {2.28,
+       RatioMethod::kParameters,
+       1.61192018860642,
+       0.8654060787080863,
+       1.1346056190130525,
+       {"1 + (Nparm/NDF)*F(Nparm,NDF,1-P) = 1.6119", "Buoyant MW = 1.0000 [0.8654,1.1346]"}}};
+  for (const auto& test : cases) {
+    FitState fit = ParabolaFit(test.noise);
     RecordingHost host;
-    const ConfidenceOutcome outcome = CalcConfidence(fit, {95.46, method, {true}}, host);
-    ASSERT_EQ(outcome.intervals.size(), 1U);
-    const double best = fit.FitA(fit.FitMA);
-    const double level = outcome.ratio * ProfileSum(fit, best);
-    EXPECT_NEAR(outcome.intervals[0].upper, ProfileLimit(fit, level, best, 2.0 * best),
-                kLimit * best);
-    EXPECT_NEAR(outcome.intervals[0].lower, ProfileLimit(fit, level, best, 0.5 * best),
-                kLimit * best);
+    const ConfidenceOutcome found = CalcConfidence(fit, {95.46, test.method, {true}}, host);
+    EXPECT_NEAR(found.ratio, test.ratio, kRounding);
+    ASSERT_EQ(found.intervals.size(), 1U);
+    EXPECT_NEAR(found.intervals[0].lower, test.lower, kRounding);
+    EXPECT_NEAR(found.intervals[0].upper, test.upper, kRounding);
+    ASSERT_EQ(host.lines.size(), test.lines.size() + 2);
+    EXPECT_EQ(host.lines[0], "\r\nVariance Ratio at the 95.46% confidence level:");
+    for (std::size_t k = 0; k < test.lines.size(); ++k) {
+      EXPECT_EQ(host.lines[k + 1], test.lines[k]);
+    }
   }
 }
 
@@ -134,9 +159,16 @@ TEST(CalcConfidence, AFaultIsLoggedAndEndsIt) {
                                    "\r\n!Error in Calculating Confidence Interval!\r\n!Error# 11 "
                                    ":: Division by zero\r\n" +
                                    rule);
+  // Without an extinction coefficient a reference concentration has no influence, and no sum is as
+  // large as the one that is sought: each fit says so, until the weight overflows.
+  fit = FinishedFit(0);
+  fit.SetEpsA(2) = 0.0;
+  fit.FitChiSq = 1e300;
+  host.lines.clear();
+  EXPECT_EQ(CalcConfidence(fit, {95.46, RatioMethod::kParameters, {true}}, host).error, "Overflow");
+  EXPECT_GT(host.CountLinesWith("Singular matrix"), 0);
 }
 
-// Kept on purpose: a value of 0 never moves.
 TEST(MissingLimitsText, NamesLimitsThatAreTheValueItself) {
   ConfidenceOutcome outcome;
   outcome.intervals = {{"MW", 5.0, 4.0, 6.0}, {"LnK1", 2.0, 0.0, 3.0}};
@@ -146,6 +178,7 @@ TEST(MissingLimitsText, NamesLimitsThatAreTheValueItself) {
   EXPECT_NE(MissingLimitsText(outcome).find("find it: LnK2, Alpha. "), std::string::npos);
 }
 
+// Kept on purpose: a value of 0 never moves.
 TEST(BracketParameter, StaysAtAValueOfZero) {
   FitState fit = FinishedFit(0);
   fit.FitA(1) = 0.0;

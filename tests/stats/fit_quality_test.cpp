@@ -31,6 +31,9 @@ TEST(CountRuns, AgreesWithExamplesByHand) {
                {"+-+-+-", 3, 3, 6, 4.0, 2.0 / std::sqrt(1.2)},
                // p = 5, n = 4: expected 49/9, variance 40 * 31 / (81 * 8); zeros do not end a run.
                {"++0+--0+-+-", 5, 4, 6, 49.0 / 9.0, (6.0 - 49.0 / 9.0) / std::sqrt(1240.0 / 648.0)},
+               // 30 men and 20 women in a queue: Siegel (1956), chapter 4, has z = 2.98.
+               {"+++++++++++++----+-+-+-+-+-+-+-+-+-+-+-+-+-+-+-+-+", 30, 20, 35, 25.0,
+                10.0 / std::sqrt(1200.0 * 1150.0 / (2500.0 * 49.0))},
                {"+-", 1, 1, 2, 2.0, kNone},
                {"++++", 4, 0, 1, 1.0, kNone},
                {"000", 0, 0, 0, 0.0, kNone},
@@ -46,19 +49,6 @@ TEST(CountRuns, AgreesWithExamplesByHand) {
       EXPECT_NEAR(*found.z, test.z, kDigits) << test.signs;
     }
   }
-}
-
-// The queue of 30 men and 20 women with 35 runs: z = 2.98.
-// Source: Siegel, Nonparametric Statistics for the Behavioral Sciences (1956), chapter 4.
-TEST(CountRuns, AgreesWithAPublishedExample) {
-  std::string queue = "+++++++++++++----";
-  for (int pair = 0; pair < 16; ++pair) queue += "+-";
-  const RunsTest found = CountRuns(Signs(queue + "+"));
-  EXPECT_EQ(found.positive, 30);
-  EXPECT_EQ(found.negative, 20);
-  EXPECT_EQ(found.runs, 35);
-  EXPECT_EQ(found.expected, 25.0);
-  EXPECT_NEAR(*found.z, 2.98, 0.005);
 }
 
 TEST(DurbinWatson, AgreesWithExamplesByHand) {
@@ -95,7 +85,7 @@ TEST(CalcFitQuality, TakesEachDatasetByItselfAlongTheRadius) {
   // The same scan from its base to its meniscus, its points in no order.
   std::swap(fit.FitR(fit.SetFirstPoint(1)), fit.FitR(fit.SetFirstPoint(1) + 4));
   std::swap(fit.FitY(fit.SetFirstPoint(1)), fit.FitY(fit.SetFirstPoint(1) + 4));
-  const FitQuality quality = CalcFitQuality(fit, {}, 0.95);
+  const FitQuality quality = CalcFitQuality(fit, {}, {}, 0.95);
   ASSERT_EQ(quality.sets.size(), 2U);
   const SetQuality& set = quality.sets[0];
   EXPECT_EQ(set.dataset, 5);
@@ -108,6 +98,9 @@ TEST(CalcFitQuality, TakesEachDatasetByItselfAlongTheRadius) {
   EXPECT_TRUE(set.OutOfRandomDurbin());
   EXPECT_TRUE(quality.sets[1].OutOfRandomRuns());  // all of one sign
   EXPECT_EQ(quality.atDefault, (std::vector<std::string>{"vbar", "vbar(B)", "density"}));
+  const ConstantsSet toTheSame{.Vbar = true, .Density = true};
+  EXPECT_EQ(CalcFitQuality(fit, {}, toTheSame, 0.95).atDefault,
+            std::vector<std::string>{"vbar(B)"});
   const std::vector<std::string> remarks = QualityRemarks(quality);
   ASSERT_EQ(remarks.size(), 4U);
   EXPECT_TRUE(remarks[0].starts_with("Still at the default: vbar, vbar(B) and density."));
@@ -141,13 +134,13 @@ TEST(CalcFitQuality, NamesStrongPairsTheStrongestFirst) {
   set(1, 2, 0.95);  // not above
   set(1, 3, 0.951);
   set(5, 7, -1.0);
-  FitQuality quality = CalcFitQuality(fit, {}, 0.95);
+  FitQuality quality = CalcFitQuality(fit, {}, {}, 0.95);
   ASSERT_EQ(quality.correlations.size(), 2U);
   EXPECT_EQ(quality.correlations[0].first + quality.correlations[0].second, "p5p7");
   EXPECT_EQ(quality.correlations[0].coefficient, -1.0);
   EXPECT_EQ(quality.correlations[1].first + quality.correlations[1].second, "p1p3");
   fit.FitCovar(5, 5) = -1.0;
-  quality = CalcFitQuality(fit, {}, 0.95);
+  quality = CalcFitQuality(fit, {}, {}, 0.95);
   EXPECT_FALSE(quality.correlationsKnown);
   EXPECT_TRUE(QualityRemarks(quality)[0].starts_with("The covariance matrix gives no"));
 }
@@ -179,8 +172,7 @@ TEST(CalcFitQuality, JudgesEachParameterByItsOwnRule) {
     page.Vbar = page.VbarB = 0.74;
     if (test.density > 1.0) fit.FitA(fit.SharedBase() + 1) = -7000.0;
     fit.FitA(fit.SharedBase() + test.place) = test.value;
-    FitQuality quality = CalcFitQuality(fit, page, 0.95);
-    quality.atDefault.clear();
+    const FitQuality quality = CalcFitQuality(fit, page, {true, true, true}, 0.95);
     const std::vector<std::string> remarks = QualityRemarks(quality);
     EXPECT_EQ(remarks, test.remark[0] == '\0' ? std::vector<std::string>{}
                                               : std::vector<std::string>{test.remark})

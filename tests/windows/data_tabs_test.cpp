@@ -1,7 +1,10 @@
 // Faults caught here: rows that do not follow the store, a name that lands on the wrong dataset,
 // controls that stay enabled, refusals without their words. All of it runs under a German locale.
+#include <QAction>
+#include <QApplication>
 #include <QCheckBox>
 #include <QComboBox>
+#include <QContextMenuEvent>
 #include <QLabel>
 #include <QLineEdit>
 #include <QListWidget>
@@ -13,6 +16,7 @@
 #include <QSignalSpy>
 #include <QTableWidget>
 #include <QTest>
+#include <QTimer>
 #include <QVBoxLayout>
 #include <clocale>
 
@@ -159,7 +163,7 @@ TEST_F(DataTabs, CenterpieceSetsTheChannelsAndKeepsThePreview) {
   folder.Write("a.RA1", Scan());
   source->RefreshDirectory();
   Click("cmdPreviewIt");
-  const auto* preview = Find<ChartWidget>("TChartPreview");
+  auto* preview = Find<ChartWidget>("TChartPreview");
   const char* cases[][2] = {{"optCntrpiece(1)", "1+1+1+0-"},  // by channel: checked, enabled
                             {"optCntrpiece(2)", "1+1+1+1+"},
                             {"optCntrpiece(0)", "1-0-0-0-"}};
@@ -174,6 +178,22 @@ TEST_F(DataTabs, CenterpieceSetsTheChannelsAndKeepsThePreview) {
     EXPECT_EQ(states, expected) << option;
     EXPECT_FALSE(preview->GetChart().panels.empty());
   }
+  auto* axes = preview->findChild<QAction*>("mnuShowAxes");
+  QImage shown[3];
+  for (QImage& picture : shown) {
+    QCoreApplication::processEvents();  // it is drawn later
+    picture = preview->grab().toImage();
+    QTimer::singleShot(20, &window, [axes] {
+      QApplication::activePopupWidget()->close();
+      axes->trigger();
+    });
+    QWidget* plot = preview->childAt(preview->rect().center());
+    QContextMenuEvent menu(QContextMenuEvent::Mouse, {}, plot->mapToGlobal(QPoint()));
+    QCoreApplication::sendEvent(plot, &menu);
+  }
+  EXPECT_NE(shown[0], shown[1]);
+  EXPECT_EQ(shown[0], shown[2]);
+  EXPECT_EQ(settings.Get("Quorvane", "PreviewAxes"), "1");
   Click("cmdRefreshLB");
   EXPECT_TRUE(preview->GetChart().panels.empty());
 }
@@ -202,6 +222,7 @@ TEST_F(DataTabs, LoadsManyInTheOrderOfTheirNames) {
   Click("cmdMultiLoad");
   EXPECT_EQ(Loaded(), (Names{"9_3A20280.dat", "B_3A20280.dat"}));
   EXPECT_EQ(dialogs.requests[1].title, "Load Multiple Files");
+  EXPECT_TRUE(dialogs.requests[1].filter.endsWith(";;All files (*)"));
 }
 
 TEST_F(DataTabs, TellsWhatCannotBeLoaded) {

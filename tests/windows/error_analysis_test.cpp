@@ -389,7 +389,7 @@ TEST_F(ErrorAnalysis, QualityFollowsTheFitAndGoesWithIt) {
   EXPECT_EQ(grid->model()->index(0, 1).data().toInt(), session.Module.Fit.SetPointCount(1));
   EXPECT_TRUE(std::holds_alternative<PrintedGrid>(Find<frmFitQuality>("frmFitQuality")->Printed()));
   EXPECT_TRUE(remarks().contains("vbar and density"));
-  dialogs.texts = {"1.01"};
+  dialogs.texts = {"1.0"};  // the very default, but set
   Trigger("mnuSetRho");
   EXPECT_TRUE(remarks().contains("Still at the default: vbar."));
   Find<QLineEdit>("txtLoadData(0)")->setText("renamed.dat");

@@ -4,14 +4,17 @@
 
 #include <QClipboard>
 #include <QContextMenuEvent>
+#include <QFontInfo>
 #include <QGuiApplication>
 #include <QMenu>
 #include <QMimeData>
+#include <QScrollBar>
 #include <QSignalSpy>
 #include <QTest>
 #include <QTextBlock>
 #include <QTextDocument>
 #include <QTextEdit>
+#include <QTextLayout>
 
 #include "plot/chart_export.h"
 #include "rtf/picture_file.h"
@@ -125,10 +128,22 @@ TEST_F(LogWindowTest, AppendsAtTheCaretInItsFormat) {
   EXPECT_EQ(std::get<TextRun>(log.paragraphs[3].items.at(1)), (TextRun{"end", CharFormat()}));
 }
 
-TEST_F(LogWindowTest, LinesOfWideTablesAreNotBroken) {
+TEST_F(LogWindowTest, LinesOfTablesAreNotBrokenAndAllElseIsNoWiderThanTheWindow) {
+  const auto* bar = edit->horizontalScrollBar();
   window.AppendLogText("head");
-  window.AppendLogText(QString("1.000     ").repeated(20));
   window.AppendLogText(QString("a long sentence ").repeated(20));
+  for (int k = 0; k < 3; ++k) window.InsertPictureAtEnd(SmallPng());
+  EXPECT_EQ(bar->maximum(), 0);
+  QTextCursor caret = edit->textCursor();
+  EXPECT_EQ(caret.block().layout()->lineCount(), 2);  // a picture that has no room begins a line
+  window.resize(290, 300);
+  EXPECT_EQ(caret.block().layout()->lineCount(), 3);
+  EXPECT_EQ(RichTextOf(*edit->document()).paragraphs.size(), 3U);
+  window.Clear();
+  window.AppendLogText("head");
+  window.AppendLogText(QString("1.000     ").repeated(10));
+  window.AppendLogText(QString("a long sentence ").repeated(20));
+  EXPECT_GT(bar->maximum(), 0);
   for (int round = 0; round < 2; ++round) {
     QString kept;
     for (QTextBlock block = edit->document()->begin(); block.isValid(); block = block.next()) {
@@ -226,6 +241,14 @@ TEST_F(LogWindowTest, CannotBeChangedDuringACalculation) {
 
 TEST_F(LogWindowTest, FontIsThatOfTheSelectionAndOfWhatComesNext) {
   window.AppendLogText("old");
+  // A name that stands for another: the dialog starts from the other, the name stays.
+  EXPECT_TRUE(QFontInfo(edit->font()).fixedPitch());
+  dialogs.fonts = {std::nullopt};
+  Action("mnuRTBfont")->trigger();
+  EXPECT_EQ(dialogs.fontOffered.family(), QFontInfo(edit->font()).family());
+  dialogs.fonts = {QFont(dialogs.fontOffered.family(), 10)};
+  Action("mnuRTBfont")->trigger();
+  EXPECT_EQ(edit->font().family(), "Courier New");
   dialogs.fonts = {QFont("DejaVu Sans", 14, QFont::Bold), std::nullopt};
   Action("mnuRTBfont")->trigger();
   Action("mnuRTBfont")->trigger();

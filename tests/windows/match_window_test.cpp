@@ -7,6 +7,8 @@
 #include <QLineEdit>
 #include <QListWidget>
 #include <QSpinBox>
+#include <QTextBlock>
+#include <QTextLayout>
 #include <optional>
 #include <regex>
 
@@ -51,8 +53,9 @@ class MatchWindowTest : public MainWindowTest {
     Click("cmdDoMatch");
   }
   // A scan in the folder of the test; its radii begin with `radius`.
-  std::filesystem::path Scan(const char* name, int points, const std::string& radius = "6.4") {
-    std::string text = "comment\nR 8 20.0 18000 0003600\n";
+  std::filesystem::path Scan(const char* name, int points, const std::string& radius = "6.4",
+                             const char* speed = "18000") {
+    std::string text = std::string("comment\nR 8 20.0 ") + speed + " 0003600\n";
     for (int k = 0; k < points; ++k)
       text += "   " + radius + std::to_string(100 + k) + "     0.5\n";
     return folder.Write(name, text);
@@ -229,6 +232,31 @@ TEST_F(MatchWindowTest, FailuresSayWhyAndChangeNothing) {
   EXPECT_TRUE(refusal.contains("range, 6.39 to 6.9309 cm"))
       << refusal.toStdString();  // the axis of teeMatch
   EXPECT_EQ(Steps(), "12000");
+}
+
+TEST_F(MatchWindowTest, LongNamesStayOnALineAndSpeedsAreTold) {
+  const std::string longName(60, 'n');
+  for (const auto& path : ScanPaths()) {
+    std::filesystem::copy(path, folder / (longName + path.filename().string()));
+  }
+  std::vector<std::filesystem::path> paths = ScanPaths();
+  for (auto& path : paths) path = folder / (longName + path.filename().string());
+  Load(paths);
+  EXPECT_EQ(Find<QLabel>("matchStatusPanel")->text(), "");
+  Click("cmdDoMatch");
+  const QTextDocument& report = *Find<QTextEdit>("rtMatchBox")->document();
+  int rows = 0;
+  for (QTextBlock block = report.begin(); block.isValid(); block = block.next()) {
+    if (!block.text().contains(longName.c_str()) || !block.text().startsWith(" 00")) continue;
+    EXPECT_EQ(block.layout()->lineCount(), 1) << block.text().toStdString();
+    ++rows;
+  }
+  EXPECT_EQ(rows, 7);
+  Load({Scan("b.RA8", 10), Scan("c.RA8", 10, "6.4", "09000")});
+  EXPECT_TRUE(Find<QLabel>("matchStatusPanel")->text().contains("9000, 18000 rpm"));
+  const QString facts =
+      Find<QListWidget>("lisMatchFiles")->item(1)->data(Qt::AccessibleTextRole).toString();
+  EXPECT_EQ(facts, "c.RA8, 9000 rpm, 1.00 h");
 }
 
 TEST_F(MatchWindowTest, AsksForTheFilesOfTheCell) {

@@ -3,6 +3,7 @@
 // keeps or a kept one loses, a hint that comes again.
 #include <QCheckBox>
 #include <QComboBox>
+#include <QLabel>
 #include <QLineEdit>
 #include <QMdiArea>
 #include <QMdiSubWindow>
@@ -139,6 +140,45 @@ TEST_F(RefConcWindowsTest, PreviewPagesThroughTheDatasets) {
   EXPECT_FALSE(FrameIsShown("frmPreview"));
 }
 
+TEST_F(RefConcWindowsTest, DeviationsAreTheOtherPlotOfAFitAndOfItsPreview) {
+  Find<QComboBox>("cmbModel")->setCurrentIndex(6);
+  Click("cmdSetFit");
+  Click("chkUseMC");
+  session.Module.CellGeometries = {{1, "cell", {5.0F, 8.0F}, {1.0F, 1.0F}}};
+  for (Dataset& dataset : session.Module.Store.Datasets) dataset.ALoad = dataset.BLoad = 1e-6;
+  Click("cmdPreviewFit");
+  const auto points = [this](const char* chart) {
+    return Find<ChartWidget>(chart)->GetChart().panels.at(0).series.at(0).x.size();
+  };
+  const std::size_t data = points("teePreview");
+  Click("optPreviewPlot(1)");
+  Find<QScrollBar>("hsPreview")->setValue(1);
+  EXPECT_TRUE(Find<ChartWidget>("teePreview")->GetChart().title.ends_with(" : Deviation Plot"));
+  EXPECT_EQ(points("teePreview"), data + 2);  // those of mass conservation
+  Find<QComboBox>("cmbModel")->setCurrentIndex(2);
+  Click("cmdSetFit");
+  Click("cmdFitMe");
+  Click("optResultPlot(1)");
+  Click("cmdResultForward");
+  EXPECT_TRUE(Find<ChartWidget>("TChartFitting")->GetChart().title.starts_with("(2) "));
+  EXPECT_EQ(Find<ChartWidget>("TChartFitting")->GetChart().panels.size(), 1U);
+  Click("optResultPlot(0)");
+  EXPECT_EQ(Find<ChartWidget>("TChartFitting")->GetChart().panels.size(), 2U);
+}
+
+TEST_F(RefConcWindowsTest, ALongNameIsCutAndWholeInItsTip) {
+  Dataset& dataset = session.Module.Store.Datasets[0];
+  dataset.FilePath.SetBytes("/lab/scan.ra1");
+  const std::pair<const char*, const char*> cases[] = {{"a name of 17 char", "a name of 17 char"},
+                                                       {"one name of 18 ch.", "...name of 18 ch."}};
+  for (const auto& [name, shown] : cases) {
+    dataset.FileName.SetBytes(name);
+    Find<DataWindow>("frmData")->FitControl().ShowValues();
+    EXPECT_EQ(Find<QLabel>("lblFitData(0)")->text(), shown);
+    EXPECT_EQ(Find("lblFitData(0)")->toolTip(), QString(name) + "\n/lab/scan.ra1");
+  }
+}
+
 TEST_F(RefConcWindowsTest, TheHintComesOnceAndNeverWhenTold) {
   auto* tabs = Find<QTabWidget>("dataTab");
   const auto enter = [tabs] {
@@ -148,6 +188,10 @@ TEST_F(RefConcWindowsTest, TheHintComesOnceAndNeverWhenTold) {
   };
   EXPECT_EQ(Find("frmGraphicalRefC")->windowTitle(), "Hint");
   EXPECT_FALSE(Find("frmGraphicalRefC")->isModal());
+  for (const int tab : {1, 0, 2}) {  // it belongs to its tab
+    tabs->setCurrentIndex(tab);
+    EXPECT_EQ(Find("frmGraphicalRefC")->isVisible(), tab == 2);
+  }
   Click("Command1");
   enter();
   EXPECT_EQ(window->findChild<QWidget*>("frmGraphicalRefC"), nullptr);

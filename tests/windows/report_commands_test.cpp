@@ -108,19 +108,4 @@ TEST_F(SaveReportTest, WritesBothFormatsOfTheLastFinishedFit) {
   EXPECT_FALSE(action->isEnabled());
 }
 
-TEST_F(SaveReportTest, ARefusedFitKeepsTheReportOfTheOneBefore) {
-  SetUpExample();
-  Click("cmdFitMe");
-  const double weight = session.Module.LastFit.page.ModelMW;
-  FitSetup& setup = session.Module.Setup;
-  for (auto* checks : {&setup.chkOffset, &setup.chkRefC}) {
-    for (CheckState& check : *checks) check = CheckState::kUnchecked;
-  }
-  setup.chkMWB = setup.chkLnK1 = setup.chkN1mer = CheckState::kUnchecked;
-  Click("cmdFitMe");
-  EXPECT_EQ(dialogs.messages.back().title, "Parameter Choice Error");
-  EXPECT_TRUE(Find<QAction>("mnuSaveReport")->isEnabled());
-  EXPECT_EQ(session.Module.LastFit.page.ModelMW, weight);
-}
-
 }  // namespace

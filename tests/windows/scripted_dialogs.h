@@ -35,6 +35,14 @@ class ScriptedDialogs : public Dialogs {
     questions.push_back({title, text, MessageIcon::kQuestion});
     return Next(yesNo, false, text);
   }
+  // Takes a plain Yes or No too.
+  DiscardChoice AskDiscard(QWidget* parent, const QString& title, const QString& text) override {
+    if (discards.empty()) {
+      return AskYesNo(parent, title, text) ? DiscardChoice::kYes : DiscardChoice::kNo;
+    }
+    questions.push_back({title, text, MessageIcon::kQuestion});
+    return Next(discards, DiscardChoice::kNo, text);
+  }
   WorkChoice OfferWork(QWidget*, const QString& title, const QString& text) override {
     questions.push_back({title, text, MessageIcon::kQuestion});
     return Next(works, WorkChoice::kLater, text);
@@ -56,7 +64,8 @@ class ScriptedDialogs : public Dialogs {
   std::optional<QColor> ChooseColor(QWidget*, const QColor&) override {
     return Next(colors, std::optional<QColor>(), "a colour");
   }
-  std::optional<QFont> ChooseFont(QWidget*, const QFont&) override {
+  std::optional<QFont> ChooseFont(QWidget*, const QFont& start) override {
+    fontOffered = start;
     return Next(fonts, std::optional<QFont>(), "a font");
   }
   bool AskPrinter(QWidget*, QPrinter& printer, const PrintJob& job) override {
@@ -68,12 +77,14 @@ class ScriptedDialogs : public Dialogs {
   std::vector<Said> questions;
   std::vector<FileRequest> requests;
   std::deque<bool> yesNo;
+  std::deque<DiscardChoice> discards;
   std::deque<WorkChoice> works;
   std::deque<std::optional<QString>> texts;
   std::deque<QString> files;
   std::deque<QStringList> fileLists;
   std::deque<std::optional<QColor>> colors;
   std::deque<std::optional<QFont>> fonts;
+  QFont fontOffered;
   std::deque<PrinterSetUp> printers;
 
  private:
