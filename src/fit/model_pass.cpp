@@ -61,38 +61,40 @@ void MovedValues(FitState& fit, const SetPoints& points, int d, const BaseValues
   EvaluateSet(terms, points, exponentials, out);
 }
 
-// Chooses the step of each point for parameter l, and says whether some point takes `common`.
-bool ChooseSteps(FitState& fit, std::size_t total, double a0, double first, double common) {
+// Chooses the step of each point for parameter l, whose value is a0, by the values after the first
+// step, and says whether some point takes the least one.
+bool ChooseSteps(FitState& fit, std::size_t total, double a0) {
   PassWorkspace& work = fit.Workspace;
-  bool anyCommon = false;
+  const StepRule rule = fit.FitModel->steps;
+  const double first = rule.First(a0);
+  bool anyLeast = false;
   for (std::size_t j = 0; j < total; ++j) {
-    const double r = StepRatio(work.value[j], work.firstValue[j]);
-    work.step[j] = KeepsFirstStep(r) ? first : SecondStep(a0, first, r);
-    anyCommon = anyCommon || work.step[j] == common;
+    const double r = StepRule::Ratio(work.value[j], work.firstValue[j]);
+    work.step[j] = StepRule::Keeps(r) ? first : rule.Second(a0, first, r);
+    anyLeast = anyLeast || work.step[j] == StepRule::Least(a0);
   }
-  return anyCommon;
+  return anyLeast;
 }
 
 // Derivatives of all points of dataset d with respect to parameter l, into column `column` of the
-// work space. Nearly every point ends at the same step, the least that the rule allows, a0/1000;
-// those values are found for the whole dataset at once. Other points take the plain road.
+// work space. Nearly every point ends at the least step of the rule; those values are found for the
+// whole dataset at once. Other points take the plain road.
 void SetDerivatives(FitState& fit, const SetPoints& points, int d, const BaseValues& base, int l,
                     std::size_t column) {
   PassWorkspace& work = fit.Workspace;
   const std::size_t stride = PaddedColumns(work.touching.size());
   const std::size_t total = points.n + points.extra;
   const double a0 = work.work(l);
-  const double first = FirstStep(*fit.FitModel, a0);
-  const double common = a0 * 0.001;
-  MovedValues(fit, points, d, base, l, a0 + first, work.firstValue);
-  if (ChooseSteps(fit, total, a0, first, common)) {
-    MovedValues(fit, points, d, base, l, a0 + common, work.upValue);
-    MovedValues(fit, points, d, base, l, a0 - common, work.downValue);
+  const double least = StepRule::Least(a0);
+  MovedValues(fit, points, d, base, l, a0 + fit.FitModel->steps.First(a0), work.firstValue);
+  if (ChooseSteps(fit, total, a0)) {
+    MovedValues(fit, points, d, base, l, a0 + least, work.upValue);
+    MovedValues(fit, points, d, base, l, a0 - least, work.downValue);
   }
   for (std::size_t j = 0; j < total; ++j) {
     double& derivative = work.derivative[j * stride + column];
-    if (work.step[j] == common) {
-      derivative = CentredDifference(work.upValue[j], work.downValue[j], common);
+    if (work.step[j] == least) {
+      derivative = StepRule::CentredDifference(work.upValue[j], work.downValue[j], least);
     } else {
       derivative = DerivativeAt(fit, *fit.FitModel, l, points.first + static_cast<int>(j),
                                 work.value[j], work.work);

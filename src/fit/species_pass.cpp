@@ -7,12 +7,10 @@
 
 #include "fit/fit_state.h"
 #include "fit/models.h"
-#include "fit/partials.h"
 #include "fit/species.h"
 
 namespace {
 
-constexpr double kCommonStep = 0.001;    // least step of the rule, over the parameter's value
 constexpr double kMostExponent = 600.0;  // well inside the range of VectorExp and of a double
 constexpr int kMostPower = 4;
 
@@ -91,7 +89,7 @@ class Planner {
   FirstStepPlan FirstStepOf(std::size_t parameter) const {
     const Derivative& derivative = signal[parameter];
     FirstStepPlan step;
-    const double steps = model_.firstStep / kCommonStep;
+    const double steps = model_.steps.firstStep / StepRule::kLeastStep;
     for (std::size_t k = 0; k < plan.species; ++k) {
       const Change& change = derivative.changes[k];
       step.parts[k] = {Stepped(k, change, steps) * std::exp(steps * change.exponent),
@@ -103,15 +101,9 @@ class Planner {
   // The derivative at a point of the chunk by the rule as it is written.
   double ByTheRule(const Chunk& chunk, std::size_t j, std::size_t parameter) const {
     const Derivative& derivative = signal[parameter];
-    const double a0 = derivative.step / kCommonStep;
-    double h = a0 * model_.firstStep;
-    double up = Moved(chunk, j, derivative, h);
-    const double r = StepRatio(chunk.value[j], up);
-    if (!KeepsFirstStep(r)) {
-      h = SecondStep(a0, h, r);
-      up = Moved(chunk, j, derivative, h);
-    }
-    return CentredDifference(up, Moved(chunk, j, derivative, -h), h);
+    const double a0 = derivative.step / StepRule::kLeastStep;
+    return model_.steps.Derivative(a0, chunk.value[j],
+                                   [&](double h) { return Moved(chunk, j, derivative, h); });
   }
 
   SetPlan plan;
@@ -173,12 +165,12 @@ class Planner {
   bool AddColumn(int l) {
     const double a0 = fit_.Workspace.work(l);
     if (l == d_) {
-      plan.boundConstant = std::fabs(FirstStep(model_, a0));
+      plan.boundConstant = std::fabs(model_.steps.First(a0));
       signal[parameters++].constant = 1.0;  // the signal is linear in it, whatever the step
       return true;
     }
     if (a0 == 0.0) return false;
-    const double h = a0 * kCommonStep;
+    const double h = StepRule::Least(a0);
     signal[parameters].step = h;
     for (std::size_t k = 0; k < plan.species; ++k) {
       if (!AddTerms(l, k, h)) return false;
@@ -262,7 +254,7 @@ class Planner {
   // Widens the bound by what the first step of the rule can do to one species. False if that has
   // no bound.
   bool Bound(const std::array<Factor, 3>& factors, const Change& change) {
-    const double steps = model_.firstStep / kCommonStep;
+    const double steps = model_.steps.firstStep / StepRule::kLeastStep;
     const double growth = GrowthBound(steps * Reach(change.exponent, change.rate));
     double share = 0.0;  // the greatest relative change of a factor
     for (const Factor& factor : factors) {
