@@ -7,6 +7,7 @@
 #include "base/arithmetic.h"
 #include "fit/fit_state.h"
 #include "fit/partials.h"
+#include "fit/point_facts.h"
 #include "fit/species_pass.h"
 
 namespace {

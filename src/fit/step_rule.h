@@ -25,7 +25,6 @@
 //     whatever h was.
 #pragma once
 
-#include <algorithm>
 #include <cmath>
 
 struct StepRule {
@@ -49,6 +48,9 @@ struct StepRule {
     return h == 0.0 ? stepAtZero : h;
   }
 
+  // The first step of a parameter that is not 0, in least steps.
+  double FirstInLeastSteps() const { return firstStep / kLeastStep; }
+
   static double Least(double a0) { return a0 * kLeastStep; }
 
   static double Ratio(double f0, double f1) { return std::fabs(f0 == 0.0 ? f1 : f1 / f0); }
@@ -63,12 +65,6 @@ struct StepRule {
     if (a0 * kMostStep < h) h = a0 * kMostStep;
     if (Least(a0) > h || (leastStepForNaN && std::isnan(h))) h = Least(a0);
     return h;
-  }
-
-  // With a0 other than 0, ratios above this lead to the least step: the first step is not kept, and
-  // h1 kWantedRatio / r is below the limit.
-  double RatioOfLeastStep() const {
-    return std::max(kMostKept, firstStep * kWantedRatio / kLeastStep);
   }
 
   static double CentredDifference(double up, double down, double h) {
