@@ -111,7 +111,6 @@ class Planner {
   bool AddParameter(int l) {
     ParameterPlan& parameter = plan_.parameter[plan_.parameters++];
     if (l == d_) {
-      plan_.set.boundConstant = std::fabs(model_.steps.First(fit_.Workspace.work(l)));
       parameter.constant = 1.0;
       return true;
     }

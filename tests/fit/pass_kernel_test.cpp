@@ -34,7 +34,6 @@ TEST(PassKernel, GivesTheSameBitsOnEveryProcessor) {
   plan.terms[0][0] = {.move = 0, .sinh = 3.0, .cosh = 0.1};
   plan.terms[0][2] = {.move = 1, .sinh = 2.0};
   plan.terms[1][1] = {.move = 1, .sinh = 1.0};
-  plan.boundConstant = 0.01;
   plan.boundFactor = 0.1;
   Chunk chunk;
   NormalNoise random(4, 1.0);
