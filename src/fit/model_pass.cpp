@@ -42,6 +42,11 @@ void FindTouching(FitState& fit, int d) {
   for (int l = fit.SharedBase() + 1; l <= fit.FitMA; ++l) take(l);
 }
 
+// How many parameters may touch one dataset: its own and the shared ones.
+std::size_t MostTouching(const FitState& fit) {
+  return static_cast<std::size_t>(fit.ParamsPerSet + fit.FitMA - fit.SharedBase());
+}
+
 // The model at one dataset, at the parameters of a pass: values and what moved values share.
 struct BaseValues {
   SetTerms terms;
@@ -249,9 +254,8 @@ void PreparePass(FitState& fit) {
     largest = std::max(largest, static_cast<std::size_t>(fit.SetPointCount(d)));
   }
   const auto parameters = static_cast<std::size_t>(fit.FitMA);
-  constexpr std::size_t kTouchingAtMost = 3 + 5;  // per-dataset ones and those of a Model
   const bool species = fit.FitModel != nullptr && fit.FitModel->terms != nullptr;
-  const std::size_t columns = species ? std::min(parameters, kTouchingAtMost) : parameters;
+  const std::size_t touching = species ? MostTouching(fit) : parameters;
   work.stride = largest;
   work.baseExp.resize(kMaxSpecies * largest);
   work.stepExp.resize(kMaxSpecies * largest);
@@ -259,9 +263,9 @@ void PreparePass(FitState& fit) {
                                       &work.step, &work.residual}) {
     column->resize(largest);
   }
-  work.derivative.resize(PaddedColumns(columns) * largest);
+  work.derivative.resize(PaddedColumns(touching) * largest);
   work.ordinal.resize(parameters + 1);
-  work.touching.reserve(columns);
+  work.touching.reserve(touching);
   work.work = fit.FitA;
   PreparePoints(fit, work.facts, work.weights);
 }
