@@ -73,6 +73,9 @@ class Planner {
 
   bool Make() {
     const std::vector<int>& touching = fit_.Workspace.touching;
+    if (touching.size() > kMostColumns || !(plan_.rule.RatioOfLeastStep() < kSafeRatio)) {
+      return false;
+    }
     for (const Species& species : model_.species) {
       if (!AddSpecies(species)) return false;
     }
@@ -118,10 +121,17 @@ class Planner {
     if (a0 == 0.0) return false;
     parameter.step = StepRule::Least(a0);
     for (std::size_t k = 0; k < plan_.set.species; ++k) {
-      if (!AddChange(l, k, parameter)) return false;
+      if (IsRatio(l, model_.species[k]) || !AddChange(l, k, parameter)) return false;
     }
     if (parameter.column) plan_.set.terms[*parameter.column] = parameter.signal;
     return true;
+  }
+
+  // Whether parameter l is a ratio of constants in the ln K of a species.
+  bool IsRatio(int l, const Species& species) const {
+    const int shared = l - state_.base;
+    return state_.kRatios && shared > 0 && shared != species.lnK[0] &&
+           std::find(species.lnK.begin(), species.lnK.end(), shared) != species.lnK.end();
   }
 
   bool AddChange(int l, std::size_t k, ParameterPlan& parameter) {

@@ -25,6 +25,7 @@
 //     whatever h was.
 #pragma once
 
+#include <algorithm>
 #include <cmath>
 
 struct StepRule {
@@ -65,6 +66,12 @@ struct StepRule {
     if (a0 * kMostStep < h) h = a0 * kMostStep;
     if (Least(a0) > h || (leastStepForNaN && std::isnan(h))) h = Least(a0);
     return h;
+  }
+
+  // With a0 other than 0, ratios above this lead to the least step: the first step is not kept, and
+  // h1 kWantedRatio / r is below the limit.
+  double RatioOfLeastStep() const {
+    return std::max(kMostKept, firstStep * kWantedRatio / kLeastStep);
   }
 
   static double CentredDifference(double up, double down, double h) {
