@@ -36,8 +36,8 @@ struct PassWorkspace {
   std::vector<double> stepExp;     // [species][point]
   std::vector<double> value;       // [point], F0
   std::vector<double> firstValue;  // [point], F1 at the first step
-  std::vector<double> upValue;     // [point], at the common step up
-  std::vector<double> downValue;   // [point], at the common step down
+  std::vector<double> upValue;     // [point], at the least step up
+  std::vector<double> downValue;   // [point], at the least step down
   std::vector<double> step;        // [point]
   std::vector<double> derivative;  // [point][touching parameter]
   std::vector<double> residual;    // [point]

@@ -7,6 +7,7 @@
 #include "base/arithmetic.h"
 #include "fit/fit_state.h"
 #include "fit/partials.h"
+#include "fit/point_facts.h"
 #include "fit/species_pass.h"
 
 namespace {
@@ -41,6 +42,11 @@ void FindTouching(FitState& fit, int d) {
   for (int l = fit.SharedBase() + 1; l <= fit.FitMA; ++l) take(l);
 }
 
+// How many parameters may touch one dataset: its own and the shared ones.
+std::size_t MostTouching(const FitState& fit) {
+  return static_cast<std::size_t>(fit.ParamsPerSet + fit.FitMA - fit.SharedBase());
+}
+
 // The model at one dataset, at the parameters of a pass: values and what moved values share.
 struct BaseValues {
   SetTerms terms;
@@ -61,21 +67,24 @@ void MovedValues(FitState& fit, const SetPoints& points, int d, const BaseValues
   EvaluateSet(terms, points, exponentials, out);
 }
 
-// Chooses the step of each point for parameter l, and says whether some point takes `common`.
-bool ChooseSteps(FitState& fit, std::size_t total, double a0, double first, double common) {
+// Chooses the step of each point for parameter l, whose value is a0, by the values after the first
+// step, and says whether some point takes the least one.
+bool ChooseSteps(FitState& fit, std::size_t total, double a0) {
   PassWorkspace& work = fit.Workspace;
-  bool anyCommon = false;
+  const StepRule rule = fit.FitModel->steps;
+  const double first = rule.First(a0);
+  bool anyLeast = false;
   for (std::size_t j = 0; j < total; ++j) {
-    const double r = StepRatio(work.value[j], work.firstValue[j]);
-    work.step[j] = KeepsFirstStep(r) ? first : SecondStep(a0, first, r);
-    anyCommon = anyCommon || work.step[j] == common;
+    const double r = StepRule::Ratio(work.value[j], work.firstValue[j]);
+    work.step[j] = StepRule::Keeps(r) ? first : rule.Second(a0, first, r);
+    anyLeast = anyLeast || work.step[j] == StepRule::Least(a0);
   }
-  return anyCommon;
+  return anyLeast;
 }
 
 // Derivatives of all points of dataset d with respect to parameter l, into column `column` of the
-// work space. Nearly every point ends at the same step, the least that the rule allows, a0/1000;
-// those values are found for the whole dataset at once. Other points take the plain road.
+// work space. Nearly every point ends at the least step of the rule; those values are found for the
+// whole dataset at once. Other points take the plain road.
 void SetDerivatives(FitState& fit, const SetPoints& points, int d, const BaseValues& base, int l,
                     std::size_t column) {
   PassWorkspace& work = fit.Workspace;
@@ -84,17 +93,16 @@ void SetDerivatives(FitState& fit, const SetPoints& points, int d, const BaseVal
   const bool flat = points.extra > 0 && points.y[points.n] == 0.0;  // targets that nothing touches
   const std::size_t total = flat ? points.n : all;
   const double a0 = work.work(l);
-  const double first = FirstStep(*fit.FitModel, a0);
-  const double common = a0 * 0.001;
-  MovedValues(fit, points, d, base, l, a0 + first, work.firstValue);
-  if (ChooseSteps(fit, total, a0, first, common)) {
-    MovedValues(fit, points, d, base, l, a0 + common, work.upValue);
-    MovedValues(fit, points, d, base, l, a0 - common, work.downValue);
+  const double least = StepRule::Least(a0);
+  MovedValues(fit, points, d, base, l, a0 + fit.FitModel->steps.First(a0), work.firstValue);
+  if (ChooseSteps(fit, total, a0)) {
+    MovedValues(fit, points, d, base, l, a0 + least, work.upValue);
+    MovedValues(fit, points, d, base, l, a0 - least, work.downValue);
   }
   for (std::size_t j = 0; j < total; ++j) {
     double& derivative = work.derivative[j * stride + column];
-    if (work.step[j] == common) {
-      derivative = CentredDifference(work.upValue[j], work.downValue[j], common);
+    if (work.step[j] == least) {
+      derivative = StepRule::CentredDifference(work.upValue[j], work.downValue[j], least);
     } else {
       derivative = DerivativeAt(fit, *fit.FitModel, l, points.first + static_cast<int>(j),
                                 work.value[j], work.work);
@@ -249,9 +257,8 @@ void PreparePass(FitState& fit) {
     largest = std::max(largest, static_cast<std::size_t>(fit.SetPointCount(d)));
   }
   const auto parameters = static_cast<std::size_t>(fit.FitMA);
-  constexpr std::size_t kTouchingAtMost = 3 + 5;  // per-dataset ones and those of a Model
   const bool species = fit.FitModel != nullptr && fit.FitModel->terms != nullptr;
-  const std::size_t columns = species ? std::min(parameters, kTouchingAtMost) : parameters;
+  const std::size_t touching = species ? MostTouching(fit) : parameters;
   work.stride = largest;
   work.baseExp.resize(kMaxSpecies * largest);
   work.stepExp.resize(kMaxSpecies * largest);
@@ -259,9 +266,9 @@ void PreparePass(FitState& fit) {
                                       &work.step, &work.residual}) {
     column->resize(largest);
   }
-  work.derivative.resize(PaddedColumns(columns) * largest);
+  work.derivative.resize(PaddedColumns(touching) * largest);
   work.ordinal.resize(parameters + 1);
-  work.touching.reserve(columns);
+  work.touching.reserve(touching);
   work.work = fit.FitA;
   PreparePoints(fit, work.facts, work.weights);
 }

@@ -1,6 +1,14 @@
 // One pass over the points: model values, derivatives and the sums of the normal equations, dataset
-// by dataset, for the parameters that touch the dataset only. How it is made fast stands in
-// docs/performance.md.
+// by dataset, for the parameters that touch the dataset only.
+//
+// A dataset takes the first of these roads that it can:
+//   - the vector kernel, for models that are sums over species (species_pass.h, pass_kernel.h);
+//   - whole columns of values, for models with species terms: a derivative by the least step
+//     (step_rule.h) at all points that take it, and one by one at the others;
+//   - point by point, for models without species terms; also after an arithmetic fault, to name the
+//     one that came first.
+// The last two give the same bits, the first the same numbers but for rounding. How much each step
+// brought stands in docs/performance.md.
 #pragma once
 
 #include "base/array1.h"

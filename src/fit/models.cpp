@@ -8,7 +8,7 @@
 namespace {
 
 // The models with a second component have steps of their own.
-constexpr double kStepB = 0.003;
+constexpr StepRule kStepsB = {.firstStep = 0.003, .stepAtZero = 0.003};
 
 constexpr ModelParameter Weight(std::string_view name, std::string_view caption) {
   return {.shared = &shared::kMW, .name = name, .caption = caption, .tag = ""};
@@ -149,8 +149,7 @@ constexpr std::array kModels = {
           .parameters = kAB,
           .secondComponent = true,
           .species = kABSpecies,
-          .firstStep = kStepB,
-          .stepAtZero = kStepB},
+          .steps = kStepsB},
     Model{.index = 7,
           .name = "A+B<>AB+B<>AB2",
           .reaction = {"A + B <-> AB, AB + B <-> AB_2", "K_1 = [AB]/[A][B], K_2 = [AB_2]/[AB][B]"},
@@ -160,8 +159,7 @@ constexpr std::array kModels = {
           .secondComponent = true,
           .kRatios = true,
           .species = kAB2Species,
-          .firstStep = kStepB,
-          .stepAtZero = kStepB},
+          .steps = kStepsB},
     Model{.index = 8,
           .name = "A+B<>AB+B<>AB2+B<>AB3",
           .reaction = {"A + B <-> AB, AB + B <-> AB_2, AB_2 + B <-> AB_3",
@@ -172,8 +170,7 @@ constexpr std::array kModels = {
           .secondComponent = true,
           .kRatios = true,
           .species = kAB3Species,
-          .firstStep = kStepB,
-          .stepAtZero = kStepB},
+          .steps = kStepsB},
     Model{.index = 9,
           .name = "Isodesmic Self-association",
           .reaction = {"A_i + A <-> A_(i+1), i = 1, 2, 3 ...",
@@ -190,8 +187,7 @@ constexpr std::array kModels = {
           .parameters = kNmerHetero,
           .secondComponent = true,
           .species = kNmerHeteroSpecies,
-          .firstStep = kStepB,
-          .stepAtZero = kStepB},
+          .steps = kStepsB},
 };
 
 // No list offers it.

@@ -10,6 +10,7 @@
 #include "fit/model_parameters.h"
 #include "fit/model_terms.h"
 #include "fit/species.h"
+#include "fit/step_rule.h"
 
 struct FitState;
 
@@ -53,8 +54,7 @@ struct Model {
   std::span<const Species> species = {};  // of a model that is a sum over fixed species
   TermsBuilder terms = SpeciesTerms;      // null for a model that is no sum over species
   FuncsRoutine funcs = FUNCS;
-  double firstStep = 0.01;    // f0 of the derivative: first step over the parameter's value
-  double stepAtZero = 0.001;  // z: first step of a parameter that is 0
+  StepRule steps = {};  // of the derivatives
 };
 
 // The models that lists offer, by their index from 0.

@@ -21,15 +21,8 @@ double DerivativeAt(FitState& fit, const Model& model, int j, int i, double f0,
                     Array1<double>& work) {
   if (model.secondComponent && fit.PointKind(i) != 0 && fit.FitY(i) == 0.0) return 0.0;
   const double a0 = work(j);
-  double h = FirstStep(model, a0);
-  double up = ValueWith(fit, model, j, a0 + h, i, work);
-  const double r = StepRatio(f0, up);
-  if (!KeepsFirstStep(r)) {
-    h = SecondStep(a0, h, r);
-    up = ValueWith(fit, model, j, a0 + h, i, work);
-  }
-  const double down = ValueWith(fit, model, j, a0 - h, i, work);
-  return CentredDifference(up, down, h);
+  return model.steps.Derivative(
+      a0, f0, [&](double step) { return ValueWith(fit, model, j, a0 + step, i, work); });
 }
 
 void PARTIALS(FitState& fit, const Array1<double>& a, Array1<double>& dyda, int ma, int i) {

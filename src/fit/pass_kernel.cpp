@@ -16,7 +16,9 @@
 
 namespace {
 
-constexpr int kLanes = 8;  // sums side by side
+// Sums side by side, added up in a fixed order: one vector of the widest processor, several of the
+// others, and never the order of the points.
+constexpr int kLanes = 8;
 using Lanes = std::array<double, kLanes>;
 
 QUORVANE_INLINE double SumOf(const Lanes& lanes) {
@@ -42,7 +44,7 @@ QUORVANE_INLINE double GreatestOf(const ChunkRow& row) {
   return *std::max_element(lanes.begin(), lanes.end());
 }
 
-// sinh and cosh by their series; |t| <= kMostMove leaves an error below a unit.
+// sinh t and cosh t by their series to t^7 and t^8, t = rate x; see kMostMove for what is left out.
 QUORVANE_INLINE void FillMove(double rate, bool cosh, const ChunkRow& x, ChunkRow& sinhRow,
                               ChunkRow& coshRow) {
   for (std::size_t j = 0; j < kChunk; ++j) {
@@ -88,16 +90,15 @@ QUORVANE_INLINE void FillValues(const SetPlan& plan, Chunk& chunk) {
       gross[j] += magnitude * c[j];
     }
   }
-  const double boundConstant = plan.boundConstant;
   const double boundFactor = plan.boundFactor;
   for (std::size_t j = 0; j < kChunk; ++j) {
     chunk.residual[j] = chunk.y[j] - chunk.value[j];
-    chunk.doubt[j] =
-        boundConstant + boundFactor * gross[j] - kSafeShare * std::fabs(chunk.value[j]);
+    chunk.doubt[j] = boundFactor * gross[j] - kSafeShare * std::fabs(chunk.value[j]);
   }
 }
 
-// Adds factor(k) c[k] move over the species that move so; `factor` is one of a term's numbers.
+// Adds the sum of factor(k) c_k times `move`, sinh or cosh of move m, over the species that move
+// so; `factor` is one of a term's numbers.
 QUORVANE_INLINE void AddMoved(const SetPlan& plan, const ColumnTerms& terms, std::size_t m,
                               double ColumnTerm::*factor, const ChunkRow& move, const Chunk& chunk,
                               ChunkRow& out) {

@@ -5,6 +5,7 @@
 #include "base/arithmetic.h"
 #include "base/host.h"
 #include "fit/levmarq.h"
+#include "fit/step_rule.h"
 
 namespace {
 
@@ -41,43 +42,20 @@ void FromLogarithms(const SimProblem& problem, int i, const Array1<double>& a, d
   y = MeanOfComponent(problem, i, std::exp(a(1)), std::exp(a(2)));
 }
 
-// The step that replaces a first one `h` which moved the value to the ratio `d`.
-double AdaptedStep(double h, double d, double a) {
-  constexpr double kTooFlat = 1.0e-5;
-  if (d <= kTooFlat && a != 0.0) return 0.1 * a;
-  h = h * 0.01 / d;
-  if (a != 0.0) {
-    if (0.1 * a < h) h = 0.1 * a;
-    if (!(0.001 * a <= h)) h = 0.001 * a;
-  }
-  return h;
-}
+constexpr StepRule kSteps = {.leastStepForNaN = true};
 
 template <class Funcs>
 void CentralDifferences(Funcs&& funcs, const Array1<double>& a, Array1<double>& dyda, int ma) {
-  constexpr double kFirstStep = 0.01;
-  constexpr double kStepAtZero = 0.001;
-  constexpr double kLeastRatio = 0.0003;
-  constexpr double kMostRatio = 0.03;
+  double y0 = 0.0;
+  funcs(a, y0);
   for (int j = 1; j <= ma; ++j) {
     Array1<double> t = a;
-    const auto at = [&](double value) {
+    dyda(j) = kSteps.Derivative(a(j), y0, [&](double step) {
       double y = 0.0;
-      t(j) = value;
+      t(j) = a(j) + step;
       funcs(t, y);
       return y;
-    };
-    const double y0 = at(a(j));
-    double h = kFirstStep * a(j);
-    if (h == 0.0) h = kStepAtZero;
-    double yp = at(a(j) + h);
-    const double d = y0 != 0.0 ? std::fabs(yp / y0) : std::fabs(yp);
-    if (!(d > kLeastRatio && d < kMostRatio)) {
-      h = AdaptedStep(h, d, a(j));
-      yp = at(a(j) + h);
-    }
-    const double ym = at(a(j) - h);
-    dyda(j) = (yp - ym) / 2.0 / h;
+    });
   }
 }
 

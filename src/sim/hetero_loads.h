@@ -19,9 +19,8 @@ void FUNCSCT2(const SimProblem& problem, int i, const Array1<double>& a, double&
 void FUNCSCT3(const SimProblem& problem, int i, const Array1<double>& a, double& y);
 void FUNCSCT4(const SimProblem& problem, int i, const Array1<double>& a, double& y);
 
-// dyda [1..ma]: central differences of the same routine in each parameter.
-// Kept on purpose: the step is chosen by the ratio of the stepped value to the first one, not by
-// their difference.
+// dyda [1..ma]: central differences of the same routine in each parameter, by the step rule of
+// fit/step_rule.h with the first steps of the models of one component and leastStepForNaN.
 void PARTIALSCT(const SimProblem& problem, int i, const Array1<double>& a, Array1<double>& dyda,
                 int ma);
 void PARTIALSCT2(const SimProblem& problem, int i, const Array1<double>& a, Array1<double>& dyda,

@@ -1,5 +1,6 @@
 // Faults caught here: a derivative that belongs to another model or parameter, or is no centred
-// difference. The step rule itself stands written out in literal_pass_test.cpp.
+// difference; a step rule with its signed comparisons or its answer to no number tidied away. The
+// whole rule stands written out in literal_pass_test.cpp.
 #include "fit/partials.h"
 
 #include <array>
@@ -9,6 +10,7 @@
 #include <gtest/gtest.h>
 
 #include "fit/fit_state.h"
+#include "fit/step_rule.h"
 #include "support/fit_problem.h"
 
 namespace {
@@ -66,4 +68,30 @@ TEST(PARTIALS, AreCentredDifferencesOfTheirOwnModel) {
       }
     }
   }
+}
+
+// The steps that a value sees: the first, then the one that its derivative is taken with.
+TEST(StepRule, ChoosesByTheRatioToTheUnmovedValue) {
+  struct Case {
+    const char* what;
+    double a0;
+    double f1;  // after the first step, of a value that is 1
+    double step;
+  };
+  for (const Case& c :
+       {Case{"keeps a ratio in the window", 2.0, 0.02, 0.02},
+        Case{"little effect: the least step", 2.0, 1.01, 0.002},
+        Case{"below the window", 2.0, 2e-4, 0.2}, Case{"just outside the window", 2.0, 0.05, 0.004},
+        Case{"flat", 2.0, 1e-6, 0.2}, Case{"flat, of a negative parameter", -2.0, 1e-6, -0.2},
+        Case{"a negative parameter never has more", -2.0, 2e-4, -0.002},
+        Case{"from 0 without limits", 0.0, 1e-6, 10.0}}) {
+    double last = 0.0;
+    StepRule().Derivative(c.a0, 1.0, [&](double step) {
+      last = step;
+      return step == StepRule().First(c.a0) ? c.f1 : 0.0;
+    });
+    EXPECT_DOUBLE_EQ(last, -c.step) << c.what;
+  }
+  EXPECT_TRUE(std::isnan(StepRule().Second(2.0, 0.02, NAN)));
+  EXPECT_EQ(StepRule{.leastStepForNaN = true}.Second(2.0, 0.02, NAN), 0.002);
 }

@@ -1,8 +1,10 @@
 // Faults caught here: an exponential that is off in the last digits or beyond its range, kernels
-// that give other bits on other processors, a solver by groups that mistakes who meets whom.
+// that give other bits on other processors, sums by a formula that does not hold for the dataset, a
+// solver by groups that mistakes who meets whom.
 #include "fit/pass_kernel.h"
 
 #include <cmath>
+#include <functional>
 #include <iostream>
 #include <optional>
 #include <span>
@@ -12,6 +14,7 @@
 
 #include "fit/arrow_solve.h"
 #include "fit/levmarq.h"
+#include "fit/species_pass.h"
 #include "fit/vector_exp.h"
 #include "support/fit_problem.h"
 #include "support/recording_host.h"
@@ -38,7 +41,6 @@ TEST(PassKernel, GivesTheSameBitsOnEveryProcessor) {
   plan.terms[0][0] = {.move = 0, .sinh = 3.0, .cosh = 0.1};
   plan.terms[0][2] = {.move = 1, .sinh = 2.0};
   plan.terms[1][1] = {.move = 1, .sinh = 1.0};
-  plan.boundConstant = 0.01;
   plan.boundFactor = 0.1;
   Chunk chunk;
   NormalNoise random(4, 1.0);
@@ -76,6 +78,47 @@ TEST(PassKernel, GivesTheSameBitsOnEveryProcessor) {
     EXPECT_EQ(sums.cosh, first.cosh);
   }
   std::cout << "Compared:" << compared << '\n';  // a machine without AVX-512 compares fewer
+}
+
+// What is refused takes the plain road, whose numbers the kernel would not give.
+TEST(SumSpeciesSet, RefusesWhereItsFormulasDoNotHold) {
+  static const Model longSteps = [] {
+    Model model = *FindModel(7);
+    model.steps.firstStep = 0.02;
+    return model;
+  }();
+  struct Case {
+    const char* what;
+    std::function<void(FitState&, int)> change;  // `base`: the shared parameters stand behind it
+    bool made;
+  };
+  const std::vector<Case> cases = {
+      {"nothing special", [](FitState&, int) {}, true},
+      {"a held ratio of constants",
+       [](FitState& fit, int base) {
+         fit.ConstrainKRatios = true;
+         fit.FitIA(base + 4) = 0;
+       },
+       true},
+      {"a fitted one", [](FitState& fit, int) { fit.ConstrainKRatios = true; }, false},
+      {"a parameter of 0", [](FitState& fit, int base) { fit.FitA(base + 3) = 0.0; }, false},
+      {"a large ln K", [](FitState& fit, int base) { fit.FitA(base + 3) = 590.0; }, false},
+      {"a large weight", [](FitState& fit, int base) { fit.FitA(base + 1) *= 500.0; }, false},
+      {"a load of 0", [](FitState& fit, int) { fit.SetALoad(1) = 0.0; }, false},
+      {"long first steps", [](FitState& fit, int) { fit.FitModel = &longSteps; }, false}};
+  for (const Case& c : cases) {
+    FitState fit = MakeProblem({.modelIndex = 7, .sets = 1, .points = 30, .massConservation = true},
+                               TypicalShared(7));
+    FillSignal(fit, [](int) { return 0.0; });
+    c.change(fit, fit.SharedBase());
+    PreparePass(fit);
+    fit.Workspace.touching.clear();
+    for (int l = 1; l <= fit.FitMA; ++l) {
+      if (fit.FitIA(l) != 0) fit.Workspace.touching.push_back(l);
+    }
+    SetSums sums;
+    EXPECT_EQ(SumSpeciesSet(fit, PointsOf(fit, 1), 1, sums), c.made) << c.what;
+  }
 }
 
 // Five datasets, of which 1, 3 and 4 share the reference concentrations of 3, and one held.

@@ -41,8 +41,7 @@ const Model kParabola = {.name = "Parabola",
                          .partialsName = "Parabola",
                          .terms = nullptr,
                          .funcs = Parabola,
-                         .firstStep = 1e-3,
-                         .stepAtZero = 1e-3};
+                         .steps = {.firstStep = 1e-3, .stepAtZero = 1e-3}};
 
 FitState ParabolaFit(double noise) {
   std::vector<double> x, y;

@@ -28,8 +28,7 @@ const Model kWave = {.name = "Wave",
                      .parameters = kRate,
                      .terms = nullptr,
                      .funcs = Wave,
-                     .firstStep = 1e-3,
-                     .stepAtZero = 1e-3};
+                     .steps = {.firstStep = 1e-3, .stepAtZero = 1e-3}};
 constexpr double kTrueRate = 10.0;
 
 // The fit of the wave that ends near `rate`.
