@@ -3,6 +3,7 @@
 // fault that leaves half a result.
 #include "stats/confidence.h"
 
+#include <array>
 #include <cmath>
 
 #include "fit/levmarq.h"
@@ -36,9 +37,12 @@ void Parabola(FitState& fit, int i, const Array1<double>& a, double& result) {
   const double x = fit.FitX(i);
   result = a(1) + a(2) * x + a(3) * x * x;
 }
+constexpr std::array kThird = {
+    ModelParameter{.shared = &shared::kMW, .name = "p", .caption = " Buoyant MW ", .tag = ""}};
 const Model kParabola = {.name = "Parabola",
                          .funcsName = "Parabola",
                          .partialsName = "Parabola",
+                         .parameters = kThird,
                          .terms = nullptr,
                          .funcs = Parabola,
                          .steps = {.firstStep = 1e-3, .stepAtZero = 1e-3}};
