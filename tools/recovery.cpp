@@ -301,7 +301,7 @@ void RunPlan(const Plan& plan, double scale, int count, Footer& footer) {
   for (const Experiment& experiment : experiments) footer.Add(experiment, freedom);
   std::size_t k = 0;
   std::size_t place = 0;
-  for (const SharedParameter& parameter : fit.FitModel->parameters) {
+  for (const ModelParameter& parameter : fit.FitModel->parameters) {
     const double truth = plan.truth[place++];
     if (fit.FitIA(fit.SharedBase() + static_cast<int>(place)) == 0) continue;
     PrintLine(plan.modelIndex, parameter.name, truth, Count(experiments, k++));
