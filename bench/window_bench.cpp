@@ -19,6 +19,7 @@
 #include "windows/loaded_data_tab.h"
 #include "windows/log_window.h"
 #include "windows/main_window.h"
+#include "windows/qt_dialogs.h"
 
 namespace {
 

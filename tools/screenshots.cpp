@@ -25,6 +25,7 @@
 #include "windows/experiment_commands.h"
 #include "windows/fit_control_tab.h"
 #include "windows/main_window.h"
+#include "windows/qt_dialogs.h"
 #include "windows/source_files_tab.h"
 
 namespace {

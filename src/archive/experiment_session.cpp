@@ -53,7 +53,7 @@ void TakePage(const Experiment& experiment, QuorvaneModule& module) {
   const double last = static_cast<double>(Models().size() - 1);
   if (!(page.ModelIndex >= 0.0 && page.ModelIndex <= last)) page.ModelIndex = 0.0;
   module.Setup = {};
-  module.Setup.FitModel =
+  module.Setup.FitModel = module.ChosenModel =
       FindModel(static_cast<int>(RoundHalfEven(page.ModelIndex, 0, static_cast<long long>(last))));
 }
 
@@ -94,12 +94,12 @@ void SayWhatWasRead(const ReadExperiment& read, const fs::path& path, Host& host
 
 }  // namespace
 
-Experiment ExperimentOf(const QuorvaneModule& module, int modelIndex, const fs::path& folder) {
+Experiment ExperimentOf(const QuorvaneModule& module, const fs::path& folder) {
   Experiment experiment;
   experiment.directory.SetBytes(Utf8ToCp1252(PathText(folder)));
   experiment.FitPage = module.FitPage;
   FitPage& page = experiment.FitPage;
-  page.ModelIndex = modelIndex;
+  page.ModelIndex = module.ChosenModel->index;
   if (module.Setup.ConstrainKRatios) {
     page.ModelLnK2 = CheckedLog(page.ModelLnK2) + page.ModelLnK1;
     page.ModelLnK3 = CheckedLog(page.ModelLnK3) + page.ModelLnK1;
@@ -109,15 +109,14 @@ Experiment ExperimentOf(const QuorvaneModule& module, int modelIndex, const fs::
   return experiment;
 }
 
-bool SaveExperiment(QuorvaneModule& module, int modelIndex, const fs::path& path,
-                    SessionHost& host) {
+bool SaveExperiment(QuorvaneModule& module, const fs::path& path, SessionHost& host) {
   if (module.Store.Datasets.empty()) {
     host.ShowMessage("", "There is nothing to save!", MessageIcon::kStop);
     return false;
   }
-  module.FitPage.ModelIndex = modelIndex;
+  module.FitPage.ModelIndex = module.ChosenModel->index;
   try {
-    Experiment experiment = ExperimentOf(module, modelIndex, FolderOf(path));
+    Experiment experiment = ExperimentOf(module, FolderOf(path));
     experiment.log = host.LogAsRtf();
     WriteExperimentFile(path, experiment);
     return true;

@@ -11,17 +11,15 @@
 class Host;
 class SessionHost;
 
-// The session as an archive in `folder` holds it, but without its log. `modelIndex` is the chosen
-// entry of the list of models. Throws ArithmeticFault if a constrained K ratio has no logarithm.
-Experiment ExperimentOf(const QuorvaneModule& module, int modelIndex,
-                        const std::filesystem::path& folder);
+// The session as an archive in `folder` holds it, but without its log. Throws ArithmeticFault if a
+// constrained K ratio has no logarithm.
+Experiment ExperimentOf(const QuorvaneModule& module, const std::filesystem::path& folder);
 
 // Saves the session and the host's log at `path`. True if saved; otherwise a message box has said
-// why, and a file that stood there is as it was. `modelIndex`, the chosen entry of the list of
-// models, goes to ModelIndex of the page; constrained K ratios are saved as ln K and stay ratios on
+// why, and a file that stood there is as it was. The chosen model
+// goes to ModelIndex of the page; constrained K ratios are saved as ln K and stay ratios on
 // the page.
-bool SaveExperiment(QuorvaneModule& module, int modelIndex, const std::filesystem::path& path,
-                    SessionHost& host);
+bool SaveExperiment(QuorvaneModule& module, const std::filesystem::path& path, SessionHost& host);
 
 // The experiment saved at `path`; nothing if it cannot be read, and a message box has said why.
 std::optional<ReadExperiment> OpenExperiment(const std::filesystem::path& path, Host& host);

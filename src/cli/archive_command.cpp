@@ -123,6 +123,6 @@ ExitStatus SaveSession(const std::filesystem::path& path, QuorvaneModule& module
     streams.err << PathText(path) << " is open in another Quorvane (" << lock.Holder()
                 << "); it is replaced all the same.\n";
   }
-  if (SaveExperiment(module, module.Setup.FitModel->index, path, host)) return ExitStatus::kDone;
+  if (SaveExperiment(module, path, host)) return ExitStatus::kDone;
   return module.Store.Datasets.empty() ? ExitStatus::kNotDone : ExitStatus::kFileFault;
 }

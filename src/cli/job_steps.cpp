@@ -209,6 +209,7 @@ bool ApplyFit(const Job& job, QuorvaneModule& module, Host& host) {
   const JobFit& fit = *job.fit;
   FitSetup& setup = module.Setup;
   if (!SetupFit(setup, module.FitPage, module.Store, *fit.model, host)) return false;
+  module.ChosenModel = fit.model;
   if (job.temperature) setup.DegC = *job.temperature;
   setup.UseMassConservation = fit.useMassConservation;
   setup.CalcLoadingConcs = fit.calcLoadingConcs;

@@ -50,6 +50,7 @@ struct QuorvaneModule {
   DatasetStore Store;
   struct FitPage FitPage;
   struct ConstantsSet ConstantsSet;
+  const Model* ChosenModel = &FirstModel();  // in the list; Setup holds that of the page
   FitSetup Setup;
   FitState Fit;
   FitRecord LastFit;

@@ -1,17 +1,11 @@
 #include "windows/autosave.h"
 
-#include <QTextDocument>
-#include <QTextEdit>
 #include <exception>
 
 #include "archive/experiment_file.h"
 #include "archive/experiment_session.h"
 #include "base/arithmetic.h"
 #include "base/files.h"
-#include "rtf/rtf_writer.h"
-#include "windows/data_window.h"
-#include "windows/loaded_data_tab.h"
-#include "windows/log_window.h"
 #include "windows/session.h"
 #include "windows/unsaved_mark.h"
 
@@ -28,7 +22,7 @@ constexpr milliseconds kPiece{10};  // the window waits no longer for a piece of
 struct Autosave::Job {
   State state;
   Experiment experiment;
-  DocumentCopy log;
+  std::function<std::string()> log;  // its RTF
   std::filesystem::path file;
   QString failure;                    // why it was not written
   std::atomic<bool> dropped = false;  // not wanted any more
@@ -38,7 +32,7 @@ struct Autosave::Job {
 
 void Autosave::Job::Write() {
   try {
-    experiment.log = WriteRtf(RichTextOf(log));
+    experiment.log = log();
     log = {};
     if (!dropped) WriteExperimentFile(file, experiment);
   } catch (const std::exception& fault) {
@@ -46,8 +40,8 @@ void Autosave::Job::Write() {
   }
 }
 
-Autosave::Autosave(WindowSet windows, QObject* parent)
-    : QObject(parent), windows_(windows), log_(*windows.log.Editor()->document()) {
+Autosave::Autosave(const Session& session, SessionLog& log, QObject* parent)
+    : QObject(parent), session_(session), log_(log.Follow()) {
   writer_.setMaxThreadCount(1);
   readLog_.setSingleShot(true);
   connect(&timer_, &QTimer::timeout, this, &Autosave::Keep);
@@ -79,12 +73,8 @@ bool Autosave::HavePlace() {
   return work_.has_value();
 }
 
-int Autosave::ModelIndex() const {
-  return windows_.data.LoadedData().ModelIndex();
-}
-
 Autosave::State Autosave::CurrentState() const {
-  return {SessionFingerprint(windows_), log_.Edits()};
+  return {SessionFingerprint(session_.Module), log_->Edits()};
 }
 
 void Autosave::Keep() {
@@ -99,8 +89,7 @@ void Autosave::Keep() {
   job->state = state;
   job->file = work_->File();
   try {
-    job->experiment =
-        ExperimentOf(windows_.session.Module, ModelIndex(), windows_.session.CurrentFolder);
+    job->experiment = ExperimentOf(session_.Module, session_.CurrentFolder);
   } catch (const ArithmeticFault& fault) {
     Fail(QString::fromUtf8(fault.what()));
     return;
@@ -111,7 +100,7 @@ void Autosave::Keep() {
 
 void Autosave::ReadLog() {
   if (!job_) return;
-  if (log_.Read(kPiece)) {
+  if (log_->Read(kPiece)) {
     Write();
   } else {
     readLog_.start(0);
@@ -119,8 +108,8 @@ void Autosave::ReadLog() {
 }
 
 void Autosave::Write() {
-  job_->log = log_.Copy();
-  job_->state.logEdits = log_.Edits();
+  job_->log = log_->RtfOfNow();
+  job_->state.logEdits = log_->Edits();
   writer_.start([this, job = job_] {
     job->Write();
     // Arrives only while this lives: the destructor waits for the thread.

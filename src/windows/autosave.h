@@ -11,8 +11,9 @@
 #include <optional>
 
 #include "archive/unsaved_work.h"
-#include "windows/log_copy.h"
-#include "windows/window_set.h"
+#include "windows/session_log.h"
+
+struct Session;
 
 // Looks at the session at even intervals and, if it has changed since it was last kept or saved,
 // writes it as an archive. The window copies the session (datasets, page, graphs) at once and the
@@ -20,7 +21,8 @@
 class Autosave : public QObject {
   Q_OBJECT
  public:
-  explicit Autosave(WindowSet windows, QObject* parent = nullptr);
+  // Both outlive this.
+  Autosave(const Session& session, SessionLog& log, QObject* parent = nullptr);
   // Without End() what is kept stays, as after a crash.
   ~Autosave() override;
 
@@ -56,7 +58,6 @@ class Autosave : public QObject {
   struct Job;
 
   bool HavePlace();
-  int ModelIndex() const;
   State CurrentState() const;
   void ReadLog();
   void Write();
@@ -64,8 +65,8 @@ class Autosave : public QObject {
   void Fail(const QString& text);
   void Forget();
 
-  WindowSet windows_;
-  DocumentReader log_;
+  const Session& session_;
+  std::unique_ptr<LogFollower> log_;
   QTimer timer_;
   QTimer readLog_;                   // the next piece of it
   std::filesystem::path folder_;     // empty until Start

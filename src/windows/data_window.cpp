@@ -222,8 +222,8 @@ void DataWindow::ShowHint() {
   hint_->move(mapToGlobal(QPoint(left, height() - 2 * hint_->height())));  // below the table
 }
 
-void DataWindow::SetUpFit(int model) {
-  if (!session_.CommitPending() || !control_->SetupFit(model)) return;
+void DataWindow::SetUpFit() {
+  if (!session_.CommitPending() || !control_->SetupFit(*session_.Module.ChosenModel)) return;
   results_->Clear();
   dataTab_->setTabEnabled(kFitControl, true);
   dataTab_->setCurrentIndex(kFitControl);

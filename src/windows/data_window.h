@@ -71,7 +71,7 @@ class DataWindow : public QWidget, public Printable {
   void EditDataset(int dataset);
   void FollowTab(int tab);
   void ShowHint();
-  void SetUpFit(int model);
+  void SetUpFit();
   void GrowToPage();
   PageScroll* Page(int tab) const;
 

@@ -131,7 +131,7 @@ void ExperimentCommands::Resume(ReadExperiment&& read) {
 
 void ExperimentCommands::ShowStore() {
   windows_.data.ShowNewStore();
-  windows_.data.LoadedData().SelectModel(windows_.session.Module.Setup.FitModel->index);
+  windows_.data.LoadedData().ShowModel();
   windows_.log.MoveToEnd();
   if (QWidget* graphs = windows_.graphs.parentWidget()) graphs->hide();
   emit ExperimentChanged();
@@ -141,7 +141,7 @@ void ExperimentCommands::ShowStore() {
 bool ExperimentCommands::Save() {
   Session& session = windows_.session;
   if (session.Module.Store.Datasets.empty()) {  // says so before a name is asked for
-    return SaveExperiment(session.Module, 0, {}, windows_.host);
+    return SaveExperiment(session.Module, {}, windows_.host);
   }
   if (!session.CommitPending()) return false;
   const QString path = session.Ask.SaveFile(
@@ -151,10 +151,7 @@ bool ExperimentCommands::Save() {
   const auto lock = Lock(path, tr("Save over it all the same?"));
   if (lock == nullptr) return false;
   const BusyPointer busy;
-  if (!SaveExperiment(session.Module, windows_.data.LoadedData().ModelIndex(), ToPath(path),
-                      windows_.host)) {
-    return false;
-  }
+  if (!SaveExperiment(session.Module, ToPath(path), windows_.host)) return false;
   lock_ = lock;
   session.CurrentFolder = ToPath(QFileInfo(path).absolutePath());
   windows_.data.SourceFiles().FollowSave();

@@ -17,8 +17,6 @@
 
 namespace {
 
-constexpr int kNonideal = 1;
-
 QPushButton* MakeButton(const char* name, const QString& caption, const QString& toolTip) {
   auto* button = new QPushButton(caption);
   button->setObjectName(name);
@@ -86,7 +84,7 @@ void FitControlTab::ConnectSignals() {
   });
 }
 
-bool FitControlTab::SetupFit(int model) {
+bool FitControlTab::SetupFit(const Model& model) {
   if (!SetupEngine(model)) return false;
   setUpdatesEnabled(false);
   block_->ShowAll();
@@ -94,18 +92,19 @@ bool FitControlTab::SetupFit(int model) {
   ChainTabOrder();
   SetFitDone(false);
   setUpdatesEnabled(true);
-  if (model == kNonideal && session_.Module.ShowNIWarning) WarnNonideal();
+  const bool nonideal = FindParameter(model, shared::kVirialC) != nullptr;
+  if (nonideal && session_.Module.ShowNIWarning) WarnNonideal();
   return true;
 }
 
 // On copies, so that what belongs to the page stays open when the page cannot be built.
-bool FitControlTab::SetupEngine(int model) {
+bool FitControlTab::SetupEngine(const Model& model) {
   QuorvaneModule& module = session_.Module;
   FitSetup setup = module.Setup;
   FitPage page = module.FitPage;
   QString fault;
   try {
-    if (!::SetupFit(setup, page, module.Store, *FindModel(model), host_)) return false;
+    if (!::SetupFit(setup, page, module.Store, model, host_)) return false;
     emit PageClosing();
     module.Setup = std::move(setup);
     module.FitPage = page;

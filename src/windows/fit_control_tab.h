@@ -8,6 +8,7 @@ class FitRows;
 class ModelBlock;
 class QPushButton;
 class SessionHost;
+struct Model;
 struct Session;
 
 class FitControlTab : public QWidget {
@@ -17,7 +18,7 @@ class FitControlTab : public QWidget {
 
   // Builds the page for model `model` and the datasets that are checked. False, with a message and
   // the page as it was, if none is checked or more than a fit can hold.
-  bool SetupFit(int model);
+  bool SetupFit(const Model& model);
 
   // Records and shared values into the boxes: after a fit, or when a constant has changed. Rows
   // whose datasets are no longer loaded stay as they are.
@@ -56,7 +57,7 @@ class FitControlTab : public QWidget {
   void MwDisplayChosen(bool buoyant);
 
  private:
-  bool SetupEngine(int model);
+  bool SetupEngine(const Model& model);
   void BuildWidgets();
   void ConnectSignals();
   void ChainTabOrder();

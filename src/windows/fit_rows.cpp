@@ -5,6 +5,7 @@
 #include <QScrollBar>
 
 #include "core/row_choices.h"
+#include "windows/box_entry.h"
 #include "windows/control_names.h"
 #include "windows/dataset_tip.h"
 #include "windows/page_controls.h"

@@ -160,8 +160,10 @@ void LoadedDataTab::ConnectSignals() {
     ShowChoices();
   });
   connect(cmdRemoveAllData_, &QPushButton::clicked, this, &LoadedDataTab::UnloadAll);
+  connect(cmbModel_, &QComboBox::currentIndexChanged, this,
+          [this](int index) { session_.Module.ChosenModel = FindModel(index); });
   connect(cmdSetFit_, &QPushButton::clicked, this, [this] {
-    if (CommitPending()) emit SetupFitRequested(ModelIndex());
+    if (CommitPending()) emit SetupFitRequested();
   });
 }
 
@@ -285,12 +287,8 @@ void LoadedDataTab::ShowChoices() {
   chkUseAll_->setCheckState(some ? Qt::PartiallyChecked : chosen > 0 ? Qt::Checked : Qt::Unchecked);
 }
 
-void LoadedDataTab::SelectModel(int index) {
-  cmbModel_->setCurrentIndex(index);
-}
-
-int LoadedDataTab::ModelIndex() const {
-  return cmbModel_->currentIndex();
+void LoadedDataTab::ShowModel() {
+  cmbModel_->setCurrentIndex(session_.Module.ChosenModel->index);
 }
 
 bool LoadedDataTab::CommitPending() {

@@ -26,9 +26,8 @@ class LoadedDataTab : public QWidget {
   // Shows what the store holds; a name that is being edited is lost.
   void Rebuild();
 
-  // Index in Models().
-  void SelectModel(int index);
-  int ModelIndex() const;
+  // Shows which model is chosen.
+  void ShowModel();
 
   // Stores a name that is being edited. False if it was refused: a message was shown.
   bool CommitPending();
@@ -37,10 +36,10 @@ class LoadedDataTab : public QWidget {
   void SetCalculating(bool on);
 
  signals:
-  void Unloading();                   // one or all datasets are about to go
-  void DatasetsChanged();             // one was unloaded, renamed or blanked; rows are up to date
-  void EditRequested(int dataset);    // position, from 0
-  void SetupFitRequested(int model);  // index in Models()
+  void Unloading();                 // one or all datasets are about to go
+  void DatasetsChanged();           // one was unloaded, renamed or blanked; rows are up to date
+  void EditRequested(int dataset);  // position, from 0
+  void SetupFitRequested();
 
  private:
   struct Row {

@@ -4,6 +4,7 @@
 #include <QTextDocument>
 
 #include "base/clock.h"
+#include "rtf/rtf_writer.h"
 
 namespace {
 
@@ -66,4 +67,8 @@ DocumentCopy DocumentReader::Copy() {
     copy.paragraphs.push_back(static_cast<const BlockCopy*>(block.userData())->paragraph);
   }
   return copy;
+}
+
+std::function<std::string()> DocumentReader::RtfOfNow() {
+  return [copy = Copy()] { return WriteRtf(RichTextOf(copy)); };
 }

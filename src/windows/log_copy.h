@@ -2,11 +2,11 @@
 #pragma once
 
 #include <QObject>
-#include <chrono>
 #include <memory>
 #include <vector>
 
 #include "windows/rich_text_document.h"
+#include "windows/session_log.h"
 
 class QTextDocument;
 
@@ -22,17 +22,15 @@ RichText RichTextOf(const DocumentCopy& copy);
 
 // Follows a document and reads again only the blocks that have changed: it keeps what it read as
 // the user data of the blocks, which belongs to it.
-class DocumentReader : public QObject {
+class DocumentReader : public QObject, public LogFollower {
   Q_OBJECT
  public:
   // `document` outlives this.
   explicit DocumentReader(QTextDocument& document);
 
-  // Changes of the document so far.
-  int Edits() const { return edits_; }
-
-  // Reads changed blocks until none is left or so much time has passed. True if none is left.
-  bool Read(std::chrono::milliseconds most);
+  int Edits() const override { return edits_; }
+  bool Read(std::chrono::milliseconds most) override;
+  std::function<std::string()> RtfOfNow() override;
 
   // The document as it is; what Read has not read yet is read now.
   DocumentCopy Copy();

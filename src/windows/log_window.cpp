@@ -21,6 +21,7 @@
 #include "rtf/picture_file.h"
 #include "rtf/rtf_writer.h"
 #include "windows/busy_pointer.h"
+#include "windows/log_copy.h"
 #include "windows/log_edit.h"
 #include "windows/rich_text_document.h"
 
@@ -172,6 +173,10 @@ void LogWindow::TakeFocus() {
   if (QApplication::activeModalWidget() != nullptr) return;
   if (child != nullptr) child->mdiArea()->setActiveSubWindow(child);
   logFile_->setFocus();
+}
+
+std::unique_ptr<LogFollower> LogWindow::Follow() {
+  return std::make_unique<DocumentReader>(*logFile_->document());
 }
 
 void LogWindow::MoveToEnd() {

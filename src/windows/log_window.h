@@ -10,6 +10,7 @@
 #include "rtf/rich_text.h"
 #include "windows/printable.h"
 #include "windows/session.h"
+#include "windows/session_log.h"
 
 class LogEdit;
 class QAction;
@@ -19,7 +20,7 @@ class QTextEdit;
 
 // Any change of the text sets ExperimentOpen: whoever fills the log with what is saved already
 // clears it afterwards.
-class LogWindow : public QWidget, public Printable {
+class LogWindow : public QWidget, public Printable, public SessionLog {
   Q_OBJECT
  public:
   // kDocument: a text beside the log, which can be closed and is no part of the experiment.
@@ -28,29 +29,17 @@ class LogWindow : public QWidget, public Printable {
   explicit LogWindow(Session& session, Role role = Role::kLog,
                      QWidget* parent = nullptr);  // outlived by `session`
 
-  // Puts `text` and a line end at the caret, in the caret's format. A selection stays, unselected.
-  void AppendLogText(const QString& text);
-
-  // The caret goes to the end, and the view with it.
-  void MoveToEnd();
-
-  // What is typed in the frame comes here. Another program, or a dialog that is open, keeps the
-  // keys as long as it is in front.
-  void TakeFocus();
-
-  // A picture file behind all text; the caret goes there too. Throws PictureFault for other bytes.
-  void InsertPictureAtEnd(const std::string& png);
-
-  std::string ToRtf() const;
-
-  // Replaces the log. False if `bytes` were no RTF: then they came in as plain text.
-  bool LoadRtf(std::string_view bytes);
+  void AppendLogText(const QString& text) override;
+  void MoveToEnd() override;
+  void TakeFocus() override;
+  void InsertPictureAtEnd(const std::string& png) override;
+  std::string ToRtf() const override;
+  bool LoadRtf(std::string_view bytes) override;
+  void SetStatus(const QString& text) override;
+  std::unique_ptr<LogFollower> Follow() override;
 
   // Empties the log; its default font stays.
   void Clear();
-
-  // The line at the foot.
-  void SetStatus(const QString& text);
 
   // mnuSaveLog: asks for a file and saves the log as RTF. True if it is saved; a failure is told.
   bool SaveLog();

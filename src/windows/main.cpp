@@ -12,6 +12,7 @@
 #include "core/user_folder.h"
 #include "windows/experiment_commands.h"
 #include "windows/main_window.h"
+#include "windows/qt_dialogs.h"
 #include "windows/splash_window.h"
 
 namespace {

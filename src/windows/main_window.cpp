@@ -91,8 +91,8 @@ MainWindow::MainWindow(Session& session, QWidget* parent)
   errors_ = new ErrorCommands(AllWindows(), *fits_, *coefficients_, *quality_, this);
   prints_ = new PrintCommands(AllWindows(), *area_, this);
   reports_ = new ReportCommands(AllWindows(), this);
-  autosave_ = new Autosave(AllWindows(), this);
-  unsaved_ = new UnsavedMark(AllWindows(), this);
+  autosave_ = new Autosave(session_, *log_, this);
+  unsaved_ = new UnsavedMark(session_, this);
   BuildMenus();
   ConnectWindows();
   ConnectErrorAnalysis();
@@ -241,6 +241,7 @@ void MainWindow::ConnectAutosave() {
     if (on) autosave_->Keep();
   });
   connect(experiments_, &ExperimentCommands::NothingUnsaved, unsaved_, &UnsavedMark::Clean);
+  connect(log_, &LogWindow::Changed, unsaved_, &UnsavedMark::LogChanged);
   connect(data_, &DataWindow::DatasetsChanged, unsaved_, &UnsavedMark::Look);
   connect(unsaved_, &UnsavedMark::Changed, this, &MainWindow::ShowTitle);
   connect(experiments_, &ExperimentCommands::NameChanged, this, &MainWindow::ShowTitle);

@@ -9,6 +9,7 @@
 #include "core/page_parts.h"
 #include "core/row_values.h"
 #include "fit/models.h"
+#include "windows/box_entry.h"
 #include "windows/page_controls.h"
 #include "windows/session.h"
 #include "windows/value_box.h"

@@ -6,7 +6,6 @@
 #include <QStyle>
 #include <QStyleOptionFocusRect>
 
-#include "windows/session.h"
 #include "windows/value_box.h"
 
 void PageCheckBox::ShowState(CheckState state) {
@@ -91,21 +90,6 @@ void FocusMarker::Surround(QWidget* box) {
   setGeometry(box->geometry().adjusted(-2, -1, 2, 1));
   show();
   raise();
-}
-
-void BindEntry(ValueBox& box, Session& session, BoxEntry entry) {
-  box.SetStore([&box, &session, entry = std::move(entry)](const QString& text) {
-    const Refusal refusal = entry.enter(text.toStdString());
-    box.ShowStored(QString::fromStdString(entry.shown()));
-    session.Remark(
-        refusal.empty()
-            ? QString()
-            : QObject::tr("%1 takes %2.").arg(entry.name(), QString::fromStdString(entry.taken())));
-    if (refusal.empty()) return true;
-    session.Ask.ShowMessage(box.window(), kEntryErrorTitle, QString::fromStdString(refusal),
-                            MessageIcon::kExclamation);
-    return false;
-  });
 }
 
 void ShapeNumberBox(ValueBox& box, const QString& longest) {

@@ -5,14 +5,10 @@
 #include <QFrame>
 #include <QLabel>
 #include <QMenu>
-#include <functional>
-#include <string>
 
-#include "core/page_entry.h"
 #include "fit/fit_setup.h"
 
 class ValueBox;
-struct Session;
 
 // A check box of a row or of the page; its grey state is set by the program only.
 class PageCheckBox : public QCheckBox {
@@ -63,17 +59,6 @@ class FocusMarker : public QFrame {
 
   QWidget* marked_ = nullptr;
 };
-
-// How a box hands its text over.
-struct BoxEntry {
-  std::function<Refusal(const std::string&)> enter;
-  std::function<std::string()> shown;  // what the box shows afterwards
-  std::function<QString()> name;       // of the box, as a remark on a refused text bears it
-  std::function<std::string()> taken;  // the numbers that the box takes
-};
-
-// A refused text is told, and the status bar says what the box takes.
-void BindEntry(ValueBox& box, Session& session, BoxEntry entry);
 
 // Makes `box` wide enough for `longest`, lets it grow by half at most, and aligns its number to the
 // right. The default is as long as a text of FormatParam.

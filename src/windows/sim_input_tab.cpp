@@ -11,6 +11,7 @@
 #include <cmath>
 #include <string>
 
+#include "windows/box_entry.h"
 #include "windows/control_names.h"
 #include "windows/page_controls.h"
 #include "windows/session.h"

@@ -5,17 +5,18 @@
 #include <QTimer>
 #include <cstdint>
 
-#include "windows/window_set.h"
+struct QuorvaneModule;
+struct Session;
 
 // A number that goes with what an archive of the session would hold, but for the log.
-std::uint64_t SessionFingerprint(const WindowSet& windows);
+std::uint64_t SessionFingerprint(const QuorvaneModule& module);
 
 // Compares the session with what it was when it was saved, loaded or begun: at each change of the
 // log, which tells of nearly all that happens, and once a second for the rest.
 class UnsavedMark : public QObject {
   Q_OBJECT
  public:
-  explicit UnsavedMark(WindowSet windows, QObject* parent = nullptr);
+  explicit UnsavedMark(const Session& session, QObject* parent = nullptr);  // which outlives it
 
   bool Unsaved() const { return unsaved_; }
 
@@ -25,14 +26,16 @@ class UnsavedMark : public QObject {
   // Something was done.
   void Look();
 
+  // The text of the log has changed.
+  void LogChanged();
+
  signals:
   void Changed();
 
  private:
-  void LogChanged();
   void Set(bool unsaved);
 
-  WindowSet windows_;
+  const Session& session_;
   QTimer timer_;
   std::uint64_t clean_ = 0;
   bool logClean_ = true;

@@ -5,8 +5,8 @@
 
 #include "plot/chart_export.h"
 #include "windows/busy_pointer.h"
-#include "windows/log_window.h"
 #include "windows/session.h"
+#include "windows/session_log.h"
 
 namespace {
 
@@ -16,7 +16,7 @@ QString Text(std::string_view text) {
 
 }  // namespace
 
-WindowHost::WindowHost(Session& session, LogWindow& log, QWidget& parent)
+WindowHost::WindowHost(Session& session, SessionLog& log, QWidget& parent)
     : session_(session), log_(log), parent_(parent) {}
 
 void WindowHost::PrintIt(std::string_view text) {

@@ -1,4 +1,4 @@
-// The engine's Host in the window program: the log window, message boxes, the status bar.
+// The engine's Host in the window program: the log, message boxes, the status bar.
 #pragma once
 
 #include <QObject>
@@ -6,15 +6,15 @@
 #include "base/clock.h"
 #include "base/host.h"
 
-class LogWindow;
 class QWidget;
+class SessionLog;
 struct Session;
 
 class WindowHost : public QObject, public SessionHost {
   Q_OBJECT
  public:
   // `parent` is the window that boxes stand on; all outlive this.
-  WindowHost(Session& session, LogWindow& log, QWidget& parent);
+  WindowHost(Session& session, SessionLog& log, QWidget& parent);
 
   void PrintIt(std::string_view text) override;
   void ShowMessage(std::string_view title, std::string_view text, MessageIcon icon) override;
@@ -37,7 +37,7 @@ class WindowHost : public QObject, public SessionHost {
 
  private:
   Session& session_;
-  LogWindow& log_;
+  SessionLog& log_;
   QWidget& parent_;
   Stopwatch sinceEvents_;
   Stopwatch sinceProgress_;

@@ -72,7 +72,7 @@ TEST_F(ExperimentTest, WarnsOfTheOldLayoutAndSavesTheCurrentOne) {
                                        " was saved by a previous verion of Quorvane.\r\n"
                                        " Please update the format by saving it from this program!");
   EXPECT_EQ(module.FitPage.Vbar, 0.7);
-  ASSERT_TRUE(SaveExperiment(module, module.Setup.FitModel->index, folder / "a.exz", host));
+  ASSERT_TRUE(SaveExperiment(module, folder / "a.exz", host));
   module.DefaultVbar = 0.73;
   ASSERT_TRUE(LoadExperiment(module, folder / "a.exz", host));
   EXPECT_EQ(host.messages.size(), 1U);
@@ -82,12 +82,12 @@ TEST_F(ExperimentTest, WarnsOfTheOldLayoutAndSavesTheCurrentOne) {
 
 TEST_F(ExperimentTest, SavesConstrainedRatiosAsLogarithms) {
   AddScan(module, {}, [](double, double) { return 0.5; }).NumPoints = 0;
-  module.Setup.FitModel = FindModel(7);
+  module.Setup.FitModel = module.ChosenModel = FindModel(7);
   module.Setup.ConstrainKRatios = true;
   module.FitPage.ModelLnK1 = 10.0;
   module.FitPage.ModelLnK2 = 2.0;
   module.FitPage.ModelLnK3 = 3.0;
-  ASSERT_TRUE(SaveExperiment(module, module.Setup.FitModel->index, folder / "k.exz", host));
+  ASSERT_TRUE(SaveExperiment(module, folder / "k.exz", host));
   EXPECT_EQ(module.FitPage.ModelLnK2, 2.0);
   EXPECT_EQ(module.FitPage.ModelIndex, 7.0);
   ASSERT_TRUE(LoadExperiment(module, folder / "k.exz", host));
@@ -97,13 +97,13 @@ TEST_F(ExperimentTest, SavesConstrainedRatiosAsLogarithms) {
 }
 
 TEST_F(ExperimentTest, SaysWhyItCannotSave) {
-  EXPECT_FALSE(SaveExperiment(module, module.Setup.FitModel->index, folder / "a.exz", host));
+  EXPECT_FALSE(SaveExperiment(module, folder / "a.exz", host));
   AddScan(module, {}, [](double, double) { return 0.5; });
   module.Setup.ConstrainKRatios = true;
   module.FitPage.ModelLnK2 = -1.0;
-  EXPECT_FALSE(SaveExperiment(module, module.Setup.FitModel->index, folder / "a.exz", host));
+  EXPECT_FALSE(SaveExperiment(module, folder / "a.exz", host));
   module.Setup.ConstrainKRatios = false;
-  EXPECT_FALSE(SaveExperiment(module, module.Setup.FitModel->index, folder.path(), host));
+  EXPECT_FALSE(SaveExperiment(module, folder.path(), host));
   ASSERT_EQ(host.messages.size(), 3U);
   EXPECT_EQ(host.messages[0].text, "There is nothing to save!");
   EXPECT_EQ(host.messages[0].icon, MessageIcon::kStop);

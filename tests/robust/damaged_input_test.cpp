@@ -84,7 +84,7 @@ void UseExperiment(QuorvaneModule& module, const TempFolder& folder, std::uint64
   }
   FitShortly(module, static_cast<int>(seed % 11));
   RecordingHost host;
-  SaveExperiment(module, module.Setup.FitModel->index, folder / "again.exz", host);
+  SaveExperiment(module, folder / "again.exz", host);
 }
 
 }  // namespace

@@ -20,6 +20,7 @@
 #include "windows/autosave.h"
 #include "windows/experiment_commands.h"
 #include "windows/main_window.h"
+#include "windows/qt_dialogs.h"
 
 namespace {
 

@@ -14,6 +14,7 @@
 #include "rtf/picture_file.h"
 #include "rtf/rtf_writer.h"
 #include "windows/autosave.h"
+#include "windows/log_copy.h"
 #include "windows/log_window.h"
 #include "windows/main_window_fixture.h"
 

@@ -22,6 +22,7 @@
 
 #include <gtest/gtest.h>
 
+#include "fit/models.h"
 #include "plot/chart_widget.h"
 #include "support/recording_host.h"
 #include "support/temp_folder.h"
@@ -361,9 +362,10 @@ TEST_F(DataTabs, ShowsCommentsAndPassesTheModelOn) {
   EXPECT_TRUE(comments.startsWith("buffer A :: ") && comments.endsWith(".RA1\n" + kHeader));
   Click("cmdOK");
   EXPECT_TRUE(info.isNull());
-  data->SelectModel(10);
+  Find<QComboBox>("cmbModel")->setCurrentIndex(10);
   Click("cmdSetFit");
-  EXPECT_EQ(setups.value(0).value(0), 10);
+  EXPECT_EQ(setups.size(), 1);
+  EXPECT_EQ(session.Module.ChosenModel, FindModel(10));
   Click("cmdRemoveAllData");
   EXPECT_TRUE(Loaded().empty());
 }

@@ -2,6 +2,7 @@
 // something or says the wrong words, a control that a model should not have, gestures that reach
 // the wrong rows, links in chains.
 #include "windows/fit_control_tab.h"
+#include "fit/models.h"
 
 #include <QAction>
 #include <QCheckBox>
@@ -45,7 +46,7 @@ class FitControlTabTest : public testing::Test {
   }
   void SetUp(int model, int scans) {
     AddScans(scans);
-    ASSERT_TRUE(tab.SetupFit(model));
+    ASSERT_TRUE(tab.SetupFit(*FindModel(model)));
     QCoreApplication::processEvents();
   }
   template <class T = QWidget>
@@ -227,7 +228,7 @@ TEST_F(FitControlTabTest, EachModelShowsItsOwnControls) {
       "txtMWB2 txtN1mer LnKs LnKh",
   };
   for (std::size_t model = 0; model < cases.size(); ++model) {
-    ASSERT_TRUE(tab.SetupFit(static_cast<int>(model)));
+    ASSERT_TRUE(tab.SetupFit(*FindModel(static_cast<int>(model))));
     QStringList expected = QString::fromStdString(cases[model]).split(' ');
     const bool two = expected.contains("txtMWB2");
     if (two)
@@ -248,7 +249,7 @@ TEST_F(FitControlTabTest, EachModelShowsItsOwnControls) {
     EXPECT_EQ(Find<QLabel>("lblRmen")->text(), two ? "[A]load" : "R[men.]");
   }
   session.Module.Store.UseData[1] = false;
-  ASSERT_TRUE(tab.SetupFit(10));
+  ASSERT_TRUE(tab.SetupFit(*FindModel(10)));
   EXPECT_FALSE(Find("lblLinkTo")->isVisible());
   EXPECT_EQ(tab.findChild<QWidget*>("txtOffset(1)"), nullptr);
 }
@@ -351,7 +352,7 @@ TEST_F(FitControlTabTest, CellGeometryIsChosenByShiftAndCtrl) {
 }
 
 TEST_F(FitControlTabTest, HoldsAsManyDatasetsAsAFit) {
-  EXPECT_FALSE(tab.SetupFit(0));
+  EXPECT_FALSE(tab.SetupFit(*FindModel(0)));
   EXPECT_EQ(host.messages.at(0).text, "No datasets were chosen to be fitted!");
   SetUp(0, 101);
   auto* last = Find<QLineEdit>("txtRefConc(100)");
@@ -359,7 +360,7 @@ TEST_F(FitControlTabTest, HoldsAsManyDatasetsAsAFit) {
   Find<QScrollBar>("tabVScroll2")->setValue(100000);
   EXPECT_FALSE(last->visibleRegion().isEmpty());
   AddScans(1);
-  EXPECT_FALSE(tab.SetupFit(1));
+  EXPECT_FALSE(tab.SetupFit(*FindModel(1)));
   EXPECT_EQ(LastMessage(), "Subscript out of range.  At most 101 datasets can be fitted together.");
   EXPECT_EQ(Find<QLabel>("lblUseModel")->text(), "Ideal");
   session.Module.Store.Datasets.clear();

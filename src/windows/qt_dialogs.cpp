@@ -1,4 +1,4 @@
-#include "windows/dialogs.h"
+#include "windows/qt_dialogs.h"
 
 #include <QColorDialog>
 #include <QDir>
