@@ -56,11 +56,12 @@ TEST(KilledSave, NeverLeavesABrokenArchive) {
   WriteExperimentFile(folder / "old.exz", ManyDatasets(20));
   WriteExperimentFile(folder / "new.exz", ManyDatasets(21));
   const std::string old = ReadText(folder / "old.exz");
-  const std::string fresh = ReadText(folder / "new.exz");
   const std::string from = PathText(folder / "new.exz");
   const std::string to = PathText(folder / "target.exz");
   const Stopwatch watch;
   ASSERT_FALSE(WasKilled(StartSave(from, to)));
+  const std::string fresh = ReadText(folder / "target.exz");  // as it is saved again
+  ASSERT_EQ(ReadExperimentFile(folder / "target.exz").experiment.Datasets.size(), 21U);
   std::uniform_real_distribution<double> delay(0.0, 1.2 * watch.Seconds());
   std::mt19937 random(1);
   int killed = 0;
