@@ -1,8 +1,8 @@
 #include "windows/data_window.h"
 
-#include <QAbstractButton>
 #include <QLabel>
 #include <QMdiSubWindow>
+#include <QPushButton>
 #include <QShortcut>
 #include <QSplitter>
 #include <QTabBar>
@@ -114,16 +114,15 @@ void DataWindow::ConnectKeys() {
       ShowChild(*this);  // the log may stand before it
     });
   }
-  const auto press = [this, &bind](const char* button, int tab, const QKeySequence& key) {
-    bind(key, [this, button, tab] {
-      if (!dataTab_->isTabEnabled(tab)) return;
-      findChild<QAbstractButton*>(QLatin1String(button))->click();  // none while it is disabled
+  const auto press = [this, &bind](QPushButton& button, int tab, const QKeySequence& key) {
+    bind(key, [this, &button, tab] {
+      if (dataTab_->isTabEnabled(tab)) button.click();  // nothing while it is disabled
     });
   };
-  press("cmdMultiLoad", kSourceFiles, Qt::CTRL | Qt::Key_M);
-  press("cmdSetFit", kLoadedData, Qt::Key_F6);
-  press("cmdFitMe", kFitControl, Qt::Key_F5);
-  press("cmdPreviewFit", kFitControl, Qt::Key_F7);
+  press(source_->LoadButton(), kSourceFiles, Qt::CTRL | Qt::Key_M);
+  press(loaded_->SetupButton(), kLoadedData, Qt::Key_F6);
+  press(control_->FitButton(), kFitControl, Qt::Key_F5);
+  press(control_->PreviewButton(), kFitControl, Qt::Key_F7);
 }
 
 void DataWindow::ShowNewStore() {

@@ -45,6 +45,9 @@ class FitControlTab : public QWidget {
   // The focus goes back to where it was before the last calculation.
   void RestoreFocus();
 
+  QPushButton& FitButton() { return *cmdFitMe_; }
+  QPushButton& PreviewButton() { return *cmdPreviewFit_; }
+
  signals:
   void FitRequested();
   void PreviewRequested();

@@ -111,7 +111,7 @@ bool FitRows::eventFilter(QObject* watched, QEvent* event) {
 void FitRows::AddRow() {
   const int row = static_cast<int>(rows_.size());
   rows_.push_back(MakeFitRow(*grid_, row));
-  for (QWidget* control : rows_.back().InTabOrder()) keys_->Watch(control);
+  keys_->AddRow(rows_.back().InTabOrder());
   grid_->setRowStretch(row, 0);
   grid_->setRowStretch(row + 1, 1);
   ConnectBoxes(row);
@@ -123,6 +123,7 @@ void FitRows::AddRow() {
 
 void FitRows::RemoveLastRow() {
   grid_->setRowStretch(static_cast<int>(rows_.size()), 0);
+  keys_->RemoveLastRow();
   for (QWidget* control : rows_.back().All()) delete control;
   rows_.pop_back();
   grid_->setRowStretch(static_cast<int>(rows_.size()), 1);

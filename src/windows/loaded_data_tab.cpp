@@ -183,11 +183,8 @@ LoadedDataTab::Row LoadedDataTab::BuildRow(int i) {
   row.cmdRemoveData = IconButton("cmdRemoveData", i, RowGlyph::kCross, "Unload Dataset");
   LayOut(row.line, {row.lblDatasetNum, row.chkUseData, row.txtLoadData},
          {row.cmdEditData, row.cmdShowInfo, row.cmdBlankData, row.cmdRemoveData});
-  for (QWidget* control :
-       std::initializer_list<QWidget*>{row.chkUseData, row.txtLoadData, row.cmdEditData,
-                                       row.cmdShowInfo, row.cmdBlankData, row.cmdRemoveData}) {
-    keys_->Watch(control);
-  }
+  keys_->AddRow({row.chkUseData, row.txtLoadData, row.cmdEditData, row.cmdShowInfo,
+                 row.cmdBlankData, row.cmdRemoveData});
   return row;
 }
 
@@ -218,6 +215,7 @@ void LoadedDataTab::AddRow() {
 
 void LoadedDataTab::RemoveLastRow() {
   rows_.back().txtLoadData->SetStore({});  // a text that is left over has no dataset any more
+  keys_->RemoveLastRow();
   QWidget* line = rows_.back().line;
   rows_.pop_back();
   line->hide();

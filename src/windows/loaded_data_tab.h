@@ -35,6 +35,8 @@ class LoadedDataTab : public QWidget {
   // While a calculation runs nothing can be changed.
   void SetCalculating(bool on);
 
+  QPushButton& SetupButton() { return *cmdSetFit_; }
+
  signals:
   void Unloading();                 // one or all datasets are about to go
   void DatasetsChanged();           // one was unloaded, renamed or blanked; rows are up to date

@@ -1,7 +1,8 @@
-// The menus and the tool bar of frmMain.
+#include "windows/main_menus.h"
+
 #include <QAction>
 #include <QActionGroup>
-#include <QLabel>
+#include <QMainWindow>
 #include <QMenu>
 #include <QMenuBar>
 #include <QStyle>
@@ -9,9 +10,6 @@
 #include <type_traits>
 
 #include "core/recent_files.h"
-#include "windows/autosave.h"
-#include "windows/child_area.h"
-#include "windows/child_window.h"
 #include "windows/data_files.h"
 #include "windows/data_window.h"
 #include "windows/error_commands.h"
@@ -19,13 +17,11 @@
 #include "windows/fit_commands.h"
 #include "windows/fit_control_tab.h"
 #include "windows/log_window.h"
-#include "windows/main_window.h"
 #include "windows/option_commands.h"
-#include "windows/overlay_window.h"
 #include "windows/print_commands.h"
 #include "windows/report_commands.h"
 #include "windows/result_panel.h"
-#include "windows/sim_window.h"
+#include "windows/session.h"
 #include "windows/source_files_tab.h"
 
 namespace {
@@ -34,30 +30,33 @@ constexpr const char* kExample = "examples/monomer-dimer/experiment.exz";
 
 }  // namespace
 
-QMenu* MainWindow::AddMenu(QMenu* parent, const char* name, const QString& caption) {
-  QMenu* menu = parent == nullptr ? menuBar()->addMenu(caption) : parent->addMenu(caption);
+MainMenus::MainMenus(QMainWindow& frame, WindowSet windows, CommandSet commands)
+    : QObject(&frame), frame_(frame), windows_(windows), commands_(commands) {
+  BuildFileMenu();
+  BuildGraphMenu();
+  print_ = AddToBar("mnuPrint", tr("&Print"), [this] { commands_.prints.PrintActive(); });
+  print_->setShortcut(QKeySequence::Print);
+  BuildOptionMenu();
+  AddToBar("mnuSimulate", tr("&Simulation"), [this] { emit SimulationChosen(); });
+  AddToBar("mnuMatch", tr("&Match"), [this] { emit MatchChosen(); });
+  BuildWindowMenu();
+  BuildHelpMenu();
+  BuildToolBar();
+  Update();
+}
+
+QMenu* MainMenus::AddMenu(QMenu* parent, const char* name, const QString& caption) {
+  QMenu* menu = parent == nullptr ? frame_.menuBar()->addMenu(caption) : parent->addMenu(caption);
   menu->setObjectName(QString::fromLatin1(name));
   menu->menuAction()->setObjectName(QString::fromLatin1(name));
   return menu;
 }
 
-// A command begins: what was said of the last one goes.
-bool MainWindow::CommitPending() {
-  ShowRemark({});
-  return data_->CommitPending() && (sim_ == nullptr || sim_->CommitPending());
-}
-
-void MainWindow::ShowRemark(const QString& text) {
-  const QString& unkept = autosave_->Failure();
-  const QString standing = unkept.isEmpty() ? " " : tr("Unsaved work is not kept: %1").arg(unkept);
-  status_->setText(text.isEmpty() ? standing : text);
-}
-
 // What is being typed is stored first; where it is refused, the command does not run.
 template <class Slot>
-void MainWindow::Bind(QAction* action, Slot slot) {
+void MainMenus::Bind(QAction* action, Slot slot) {
   connect(action, &QAction::triggered, this, [this, action, slot](bool on) {
-    if (!session_.CommitPending()) {
+    if (!windows_.session.CommitPending()) {
       if (action->isCheckable()) action->setChecked(!on);
     } else if constexpr (std::is_invocable_v<Slot, bool>) {
       slot(on);
@@ -68,123 +67,122 @@ void MainWindow::Bind(QAction* action, Slot slot) {
 }
 
 template <class Slot>
-QAction* MainWindow::AddAction(QMenu* menu, const char* name, const QString& caption, Slot slot) {
+QAction* MainMenus::AddAction(QMenu* menu, const char* name, const QString& caption, Slot slot) {
   QAction* action = menu->addAction(caption);
   action->setObjectName(QString::fromLatin1(name));
   Bind(action, slot);
   return action;
 }
 
-QAction* MainWindow::AddToggle(QMenu* menu, const char* name, const QString& caption, bool& flag) {
-  QAction* action = AddAction(menu, name, caption, [this, &flag](bool on) {
-    flag = on;
-    data_->Results().Redraw();
-  });
+template <class Slot>
+QAction* MainMenus::AddChoice(QMenu* menu, const char* name, const QString& caption, Slot slot) {
+  QAction* action = AddAction(menu, name, caption, slot);
   action->setCheckable(true);
-  action->setChecked(flag);
   return action;
 }
 
-QAction* MainWindow::Action(const char* name) const {
-  return findChild<QAction*>(QString::fromLatin1(name));
+// A command of the menu bar itself.
+template <class Slot>
+QAction* MainMenus::AddToBar(const char* name, const QString& caption, Slot slot) {
+  QAction* action = frame_.menuBar()->addAction(caption);
+  action->setObjectName(QString::fromLatin1(name));
+  Bind(action, slot);
+  return action;
 }
 
-void MainWindow::BuildMenus() {
-  BuildFileMenu();
-  BuildGraphMenu();
-  BuildPrintCommand();
-  BuildOptionMenu();
-  BuildSimulationMenu();
-  BuildMatchMenu();
-  BuildWindowMenu();
-  BuildHelpMenu();
-  BuildToolBar();
-  UpdateActions();
+void MainMenus::AddToggle(QMenu* menu, const char* name, const QString& caption, bool& flag) {
+  AddChoice(menu, name, caption, [this, &flag](bool on) {
+    flag = on;
+    windows_.data.Results().Redraw();
+  })->setChecked(flag);
 }
 
-void MainWindow::BuildFileMenu() {
-  QMenu* file = AddMenu(nullptr, "mnuFile", tr("&File"));
-  AddAction(file, "mnuFileNew", tr("&New Experiment"), [this] {
-    experiments_->New();
-  })->setShortcut(QKeySequence::New);
-  AddAction(file, "mnuFileOpen", tr("&Load Experiment"), [this] {
-    experiments_->LoadWithDialog();
-  })->setShortcut(QKeySequence::Open);
-  AddAction(file, "mnuFileExample", tr("Load E&xample"), [this] {
-    experiments_->LoadAsked(ToQString(FindDataFile(session_.ProgramFolder, kExample)));
+void MainMenus::BuildFileMenu() {
+  QMenu* menu = AddMenu(nullptr, "mnuFile", tr("&File"));
+  file_.newExperiment =
+      AddAction(menu, "mnuFileNew", tr("&New Experiment"), [this] { commands_.experiments.New(); });
+  file_.newExperiment->setShortcut(QKeySequence::New);
+  file_.load = AddAction(menu, "mnuFileOpen", tr("&Load Experiment"),
+                         [this] { commands_.experiments.LoadWithDialog(); });
+  file_.load->setShortcut(QKeySequence::Open);
+  AddAction(menu, "mnuFileExample", tr("Load E&xample"), [this] {
+    commands_.experiments.LoadAsked(
+        ToQString(FindDataFile(windows_.session.ProgramFolder, kExample)));
   });
-  AddAction(file, "mnuFileClose", tr("&Close"), [this] {
-    session_.Ask.ShowMessage(this, {}, QStringLiteral("Add 'mnuFileClose_Click' code."),
-                             MessageIcon::kNone);
+  AddAction(menu, "mnuFileClose", tr("&Close"), [this] {
+    windows_.session.Ask.ShowMessage(&frame_, {}, QStringLiteral("Add 'mnuFileClose_Click' code."),
+                                     MessageIcon::kNone);
   });
-  AddAction(file, "mnuFileSave", tr("&Save Experiment"), [this] {
-    experiments_->Save();
-  })->setShortcut(QKeySequence::Save);
-  AddMenu(file, "mnuFileMRU", tr("Recent Files"));
-  file->addSeparator();
-  AddAction(file, "mnuFileSaveSets", tr("Save Loaded &Data"), [this] {
-    experiments_->SaveLoadedData(SavedSignal::kAsLoaded);
-  })->setShortcut(Qt::CTRL | Qt::SHIFT | Qt::Key_D);
-  AddAction(file, "mnuFileSaveCorrected", tr("Save Offset Corrected Data"), [this] {
-    experiments_->SaveLoadedData(SavedSignal::kBaselineSubtracted);
-  })->setVisible(ShowElectrophoresis);
-  AddAction(file, "mnuSaveLog", tr("Save Log &File"), [this] {
-    if (log_->SaveLog()) data_->SourceFiles().FollowSave();
-  })->setShortcut(Qt::CTRL | Qt::SHIFT | Qt::Key_L);
-  AddAction(file, "mnuSaveReport", tr("Save &Report"), [this] {
-    reports_->Save();
-  })->setShortcut(Qt::CTRL | Qt::SHIFT | Qt::Key_R);
-  file->addSeparator();
-  AddAction(file, "mnuFileExit", tr("&Exit"), [this] { close(); })->setShortcut(QKeySequence::Quit);
-  connect(file, &QMenu::aboutToShow, this, &MainWindow::BuildRecentFiles);
+  file_.save = AddAction(menu, "mnuFileSave", tr("&Save Experiment"),
+                         [this] { commands_.experiments.Save(); });
+  file_.save->setShortcut(QKeySequence::Save);
+  file_.recent = AddMenu(menu, "mnuFileMRU", tr("Recent Files"));
+  menu->addSeparator();
+  BuildSaveEntries(menu);
+  menu->addSeparator();
+  AddAction(menu, "mnuFileExit", tr("&Exit"), [this] {
+    frame_.close();
+  })->setShortcut(QKeySequence::Quit);
+  connect(menu, &QMenu::aboutToShow, this, &MainMenus::BuildRecentFiles);
   BuildRecentFiles();
 }
 
-void MainWindow::BuildRecentFiles() {
-  auto* menu = findChild<QMenu*>("mnuFileMRU");
-  menu->clear();
+// What can be saved beside the experiment.
+void MainMenus::BuildSaveEntries(QMenu* menu) {
+  file_.saveData = AddAction(menu, "mnuFileSaveSets", tr("Save Loaded &Data"), [this] {
+    commands_.experiments.SaveLoadedData(SavedSignal::kAsLoaded);
+  });
+  file_.saveData->setShortcut(Qt::CTRL | Qt::SHIFT | Qt::Key_D);
+  file_.saveCorrected =
+      AddAction(menu, "mnuFileSaveCorrected", tr("Save Offset Corrected Data"),
+                [this] { commands_.experiments.SaveLoadedData(SavedSignal::kBaselineSubtracted); });
+  file_.saveCorrected->setVisible(ShowElectrophoresis);
+  file_.saveLog = AddAction(menu, "mnuSaveLog", tr("Save Log &File"), [this] {
+    if (windows_.log.SaveLog()) windows_.data.SourceFiles().FollowSave();
+  });
+  file_.saveLog->setShortcut(Qt::CTRL | Qt::SHIFT | Qt::Key_L);
+  file_.saveReport =
+      AddAction(menu, "mnuSaveReport", tr("Save &Report"), [this] { commands_.reports.Save(); });
+  file_.saveReport->setShortcut(Qt::CTRL | Qt::SHIFT | Qt::Key_R);
+}
+
+void MainMenus::BuildRecentFiles() {
+  file_.recent->clear();
   int number = 0;
-  for (const std::string& path : RecentFiles(session_.Settings)) {
+  for (const std::string& path : RecentFiles(windows_.session.Settings)) {
     const QString caption = QString::fromStdString(path);
-    QAction* action = menu->addAction(QString(caption).replace('&', "&&"));
+    QAction* action = file_.recent->addAction(QString(caption).replace('&', "&&"));
     action->setObjectName(QStringLiteral("mnuRecDocs(%1)").arg(number++));
-    Bind(action, [this, caption] { experiments_->LoadAsked(caption); });
+    Bind(action, [this, caption] { commands_.experiments.LoadAsked(caption); });
   }
   if (number > 0) return;
-  QAction* empty = menu->addAction(tr("Empty"));
+  QAction* empty = file_.recent->addAction(tr("Empty"));
   empty->setObjectName("mnuRecDocs(0)");
   empty->setEnabled(false);
 }
 
-void MainWindow::BuildGraphMenu() {
-  QuorvaneModule& module = session_.Module;
+void MainMenus::BuildGraphMenu() {
+  QuorvaneModule& module = windows_.session.Module;
   QMenu* graph = AddMenu(nullptr, "mnuGraph", tr("&Graphs"));
   AddToggle(graph, "mnuLogGraphs", tr("Show in &Log"), module.LogGraphs);
   AddToggle(graph, "mnuGraphSave", tr("&Save for Export"), module.SaveGraphs);
-  AddAction(graph, "mnuExpGraph", tr("&Export"), [this] {
-    options_->ExportGraphs();
-  })->setShortcut(Qt::CTRL | Qt::SHIFT | Qt::Key_E);
-  AddAction(graph, "mnuOverlay", tr("&Overlay Datasets"), [this] {
-    ShowChild(*overlay_);
-  })->setShortcut(Qt::CTRL | Qt::SHIFT | Qt::Key_O);
-  AddAction(graph, "mnuCanGraphs", tr("&Delete All"), [this] { options_->DeleteGraphs(); });
+  graph_.exportGraphs =
+      AddAction(graph, "mnuExpGraph", tr("&Export"), [this] { commands_.options.ExportGraphs(); });
+  graph_.exportGraphs->setShortcut(Qt::CTRL | Qt::SHIFT | Qt::Key_E);
+  graph_.overlay =
+      AddAction(graph, "mnuOverlay", tr("&Overlay Datasets"), [this] { emit OverlayChosen(); });
+  graph_.overlay->setShortcut(Qt::CTRL | Qt::SHIFT | Qt::Key_O);
+  graph_.deleteAll = AddAction(graph, "mnuCanGraphs", tr("&Delete All"),
+                               [this] { commands_.options.DeleteGraphs(); });
   QMenu* colors = AddMenu(graph, "mnuGraphEdit", tr("Set Edit Colors"));
   AddAction(colors, "mnuSetGoodPointsColor", tr("Good Points"),
-            [this] { options_->ChooseColor(false); });
+            [this] { commands_.options.ChooseColor(false); });
   AddAction(colors, "mnuSetDeletedPointsColor", tr("Deleted Points"),
-            [this] { options_->ChooseColor(true); });
+            [this] { commands_.options.ChooseColor(true); });
 }
 
-// A command of the bar itself.
-void MainWindow::BuildPrintCommand() {
-  QAction* print = menuBar()->addAction(tr("&Print"));
-  print->setObjectName("mnuPrint");
-  print->setShortcut(QKeySequence::Print);
-  Bind(print, [this] { prints_->PrintActive(); });
-}
-
-void MainWindow::BuildOptionMenu() {
-  QuorvaneModule& module = session_.Module;
+void MainMenus::BuildOptionMenu() {
+  QuorvaneModule& module = windows_.session.Module;
   QMenu* options = AddMenu(nullptr, "mnuOptions", tr("&Options"));
   BuildFittingMenu(options);
   QMenu* plots = AddMenu(options, "mnuPlotOpts", tr("Plots"));
@@ -203,14 +201,14 @@ void MainWindow::BuildOptionMenu() {
                    {"mnuSetMCTol", tr("Set MC Tolerance"), Constant::kMCTolerance}};
   for (const auto& entry : constants) {
     AddAction(options, entry.name, entry.caption,
-              [this, constant = entry.constant] { options_->AskConstant(constant); });
+              [this, constant = entry.constant] { commands_.options.AskConstant(constant); });
   }
 }
 
 // The cell geometries of channels.txt, one of them marked.
-void MainWindow::BuildCellMenu(QMenu* options) {
+void MainMenus::BuildCellMenu(QMenu* options) {
   QMenu* cells = AddMenu(options, "mnuOptionCellGeom", tr("Cell Geometry"));
-  cells->menuAction()->setVisible(session_.Module.HaveChannelFile);
+  cells->menuAction()->setVisible(windows_.session.Module.HaveChannelFile);
   auto* marks = new QActionGroup(cells);
   const auto add = [&](int number, const QString& caption) {
     QAction* action = cells->addAction(caption);
@@ -220,101 +218,107 @@ void MainWindow::BuildCellMenu(QMenu* options) {
     marks->addAction(action);
   };
   int number = 0;
-  for (const CellGeometry& geometry : session_.Module.CellGeometries) {
+  for (const CellGeometry& geometry : windows_.session.Module.CellGeometries) {
     add(number++, QString::fromStdString(geometry.name).trimmed());
   }
   if (number == 0) add(0, tr("default"));
 }
 
-void MainWindow::BuildFittingMenu(QMenu* options) {
+void MainMenus::BuildFittingMenu(QMenu* options) {
   QMenu* fitting = AddMenu(options, "mnuOptFitting", tr("Fitting"));
-  const auto choice = [&](const char* name, const QString& caption, auto slot) {
-    AddAction(fitting, name, caption, slot)->setCheckable(true);
-  };
-  choice("mnuUseBuoyant", tr("Display Buoyant MW"), [this] { options_->SetBuoyant(true); });
-  choice("mnuUseMW", tr("Display MW"), [this] { options_->SetBuoyant(false); });
+  fitting_.buoyant = AddChoice(fitting, "mnuUseBuoyant", tr("Display Buoyant MW"),
+                               [this] { commands_.options.SetBuoyant(true); });
+  fitting_.weight = AddChoice(fitting, "mnuUseMW", tr("Display MW"),
+                              [this] { commands_.options.SetBuoyant(false); });
   fitting->addSeparator();
-  choice("mnuOptionDispLnK", tr("Display ln(K)s"), [this] { options_->SetKFormat(0); });
-  choice("mnuOptionDispLog10K", tr("Display Log10(K)s"), [this] { options_->SetKFormat(1); });
-  choice("mnuOptionDispK", tr("Display K"), [this] { options_->SetKFormat(2); });
+  fitting_.lnK = AddChoice(fitting, "mnuOptionDispLnK", tr("Display ln(K)s"),
+                           [this] { commands_.options.SetKFormat(0); });
+  fitting_.log10K = AddChoice(fitting, "mnuOptionDispLog10K", tr("Display Log10(K)s"),
+                              [this] { commands_.options.SetKFormat(1); });
+  fitting_.plainK = AddChoice(fitting, "mnuOptionDispK", tr("Display K"),
+                              [this] { commands_.options.SetKFormat(2); });
   fitting->addSeparator();
   AddAction(fitting, "mnuFitQuality", tr("Fit &Quality..."), [this] {
-    errors_->ShowQuality();
+    commands_.errors.ShowQuality();
   })->setShortcut(Qt::Key_F8);
-  AddAction(fitting, "mnuCheckMinimum", tr("&Check Minimum..."), [this] {
-    errors_->OpenMinima();
-  })->setShortcut(Qt::Key_F9);
+  fitting_.checkMinimum = AddAction(fitting, "mnuCheckMinimum", tr("&Check Minimum..."),
+                                    [this] { commands_.errors.OpenMinima(); });
+  fitting_.checkMinimum->setShortcut(Qt::Key_F9);
 }
 
-// An entry of the bar itself, as the next one.
-void MainWindow::BuildSimulationMenu() {
-  QAction* action = menuBar()->addAction(tr("&Simulation"));
-  action->setObjectName("mnuSimulate");
-  Bind(action, [this] { ShowSimulation(); });
-}
-
-void MainWindow::BuildMatchMenu() {
-  QAction* action = menuBar()->addAction(tr("&Match"));
-  action->setObjectName("mnuMatch");
-  Bind(action, [this] { ShowMatch(); });
-}
-
-void MainWindow::BuildWindowMenu() {
+void MainMenus::BuildWindowMenu() {
   QMenu* window = AddMenu(nullptr, "mnuWindow", tr("&Window"));
-  AddAction(window, "mnuWindowNewWindow", tr("&New Window"), [this] { NewDocument(); });
+  AddAction(window, "mnuWindowNewWindow", tr("&New Window"), [this] { emit NewWindowChosen(); });
   window->addSeparator();
-  AddAction(window, "mnuWindowCascade", tr("&Cascade"), [this] { area_->Cascade(); });
+  AddAction(window, "mnuWindowCascade", tr("&Cascade"), [this] { emit CascadeChosen(); });
   AddAction(window, "mnuWindowTileHorizontal", tr("Tile &Horizontal"),
-            [this] { area_->Tile(Qt::Horizontal); });
+            [this] { emit TileChosen(Qt::Horizontal); });
   AddAction(window, "mnuWindowTileVertical", tr("Tile &Vertical"),
-            [this] { area_->Tile(Qt::Vertical); });
+            [this] { emit TileChosen(Qt::Vertical); });
   AddAction(window, "mnuWindowArrangeIcons", tr("&Arrange Icons"),
-            [this] { area_->ArrangeIcons(); });
+            [this] { emit ArrangeIconsChosen(); });
 }
 
-void MainWindow::BuildHelpMenu() {
+void MainMenus::BuildHelpMenu() {
   QMenu* help = AddMenu(nullptr, "mnuHelp", tr("&Help"));
   AddAction(help, "mnuHelpContents", tr("&Contents"), [this] {
-    ShowHelp(false);
+    emit HelpChosen(false);
   })->setShortcut(QKeySequence::HelpContents);
   AddAction(help, "mnuHelpSearchForHelpOn", tr("&Search For Help On..."),
-            [this] { ShowHelp(true); });
+            [this] { emit HelpChosen(true); });
   help->addSeparator();
-  AddAction(help, "mnuHelpAbout", tr("&About "), [this] { ShowAbout(); });
+  AddAction(help, "mnuHelpAbout", tr("&About "), [this] { emit AboutChosen(); });
 }
 
-void MainWindow::BuildToolBar() {
-  QToolBar* bar = addToolBar(tr("Main"));
+void MainMenus::BuildToolBar() {
+  QToolBar* bar = frame_.addToolBar(tr("Main"));
   bar->setObjectName("tbrMain");
   bar->setToolButtonStyle(Qt::ToolButtonTextBesideIcon);
   bar->setMovable(false);
-  const auto icon = [this](QStyle::StandardPixmap pixmap) { return style()->standardIcon(pixmap); };
-  Action("mnuFileNew")->setIcon(icon(QStyle::SP_FileIcon));
-  Action("mnuFileOpen")->setIcon(icon(QStyle::SP_DialogOpenButton));
-  Action("mnuFileSave")->setIcon(icon(QStyle::SP_DialogSaveButton));
-  for (const char* name : {"mnuFileNew", "mnuFileOpen", "mnuFileSave"}) {
-    bar->addAction(Action(name));
-  }
+  const auto icon = [this](QStyle::StandardPixmap pixmap) {
+    return frame_.style()->standardIcon(pixmap);
+  };
+  file_.newExperiment->setIcon(icon(QStyle::SP_FileIcon));
+  file_.load->setIcon(icon(QStyle::SP_DialogOpenButton));
+  file_.save->setIcon(icon(QStyle::SP_DialogSaveButton));
+  bar->addActions({file_.newExperiment, file_.load, file_.save});
   bar->addSeparator();
-  QAction* stop = bar->addAction(icon(QStyle::SP_BrowserStop), tr("Stop"));
-  stop->setObjectName("cmdStop");
-  stop->setToolTip(tr("Halt the calculation"));
-  stop->setEnabled(false);
-  connect(stop, &QAction::triggered, this, [this] { fits_->Stop(); });
+  stop_ = bar->addAction(icon(QStyle::SP_BrowserStop), tr("Stop"));
+  stop_->setObjectName("cmdStop");
+  stop_->setToolTip(tr("Halt the calculation"));
+  stop_->setEnabled(false);
+  connect(stop_, &QAction::triggered, this, [this] { commands_.fits.Stop(); });
 }
 
-void MainWindow::UpdateActions() {
-  const QuorvaneModule& module = session_.Module;
-  Action("mnuFileSaveSets")->setEnabled(module.Store.NumDatasets() > 0);
-  Action("mnuFileSaveCorrected")->setEnabled(module.Store.NumDatasets() > 0);
-  Action("mnuExpGraph")->setEnabled(module.NumGraphs() > 0);
-  Action("mnuCanGraphs")->setEnabled(module.NumGraphs() > 0);
-  Action("mnuSaveReport")->setEnabled(module.LastFit.finished);
-  Action("mnuOverlay")->setEnabled(module.Store.NumDatasets() > 0);
-  Action("mnuCheckMinimum")->setEnabled(data_->FitControl().FitDone());
-  Action("mnuUseBuoyant")->setChecked(module.UseBuoyantMW);
-  Action("mnuUseMW")->setChecked(!module.UseBuoyantMW);
-  Action("mnuOptionDispLnK")->setChecked(module.KFormat == 0);
-  Action("mnuOptionDispLog10K")->setChecked(module.KFormat == 1);
-  Action("mnuOptionDispK")->setChecked(module.KFormat == 2);
+void MainMenus::Update() {
+  const QuorvaneModule& module = windows_.session.Module;
+  const bool loaded = module.Store.NumDatasets() > 0;
+  file_.saveData->setEnabled(loaded);
+  file_.saveCorrected->setEnabled(loaded);
+  file_.saveReport->setEnabled(module.LastFit.finished);
+  graph_.exportGraphs->setEnabled(module.NumGraphs() > 0);
+  graph_.overlay->setEnabled(loaded);
+  graph_.deleteAll->setEnabled(module.NumGraphs() > 0);
+  fitting_.checkMinimum->setEnabled(windows_.data.FitControl().FitDone());
+  fitting_.buoyant->setChecked(module.UseBuoyantMW);
+  fitting_.weight->setChecked(!module.UseBuoyantMW);
+  fitting_.lnK->setChecked(module.KFormat == 0);
+  fitting_.log10K->setChecked(module.KFormat == 1);
+  fitting_.plainK->setChecked(module.KFormat == 2);
+}
+
+void MainMenus::SetCalculating(bool on) {
+  frame_.menuBar()->setEnabled(!on);
+  for (QAction* action : {file_.newExperiment, file_.load, file_.save, print_}) {
+    action->setEnabled(!on);  // on the tool bar and by its key too
+  }
+  stop_->setEnabled(on);
+}
+
+void MainMenus::DisableStop() {
+  stop_->setEnabled(false);
+}
+
+void MainMenus::SetLogWritten(bool written) {
+  file_.saveLog->setEnabled(written);
 }

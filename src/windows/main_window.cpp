@@ -1,18 +1,15 @@
 #include "windows/main_window.h"
 
-#include <QAction>
 #include <QApplication>
 #include <QCloseEvent>
 #include <QContextMenuEvent>
 #include <QDragEnterEvent>
 #include <QLabel>
 #include <QMdiSubWindow>
-#include <QMenuBar>
 #include <QMimeData>
 #include <QShortcut>
 #include <QStatusBar>
 #include <QTimer>
-#include <QToolBar>
 #include <QUrl>
 #include <algorithm>
 
@@ -22,18 +19,17 @@
 #include "windows/app_icon.h"
 #include "windows/autosave.h"
 #include "windows/child_area.h"
-#include "windows/child_window.h"
+#include "windows/connections.h"
 #include "windows/correlation_window.h"
 #include "windows/data_files.h"
 #include "windows/data_window.h"
-#include "windows/edit_tab.h"
 #include "windows/error_commands.h"
 #include "windows/experiment_commands.h"
 #include "windows/fit_commands.h"
-#include "windows/fit_control_tab.h"
 #include "windows/graphs_window.h"
 #include "windows/help_window.h"
 #include "windows/log_window.h"
+#include "windows/main_menus.h"
 #include "windows/match_window.h"
 #include "windows/option_commands.h"
 #include "windows/overlay_window.h"
@@ -77,14 +73,7 @@ MainWindow::MainWindow(Session& session, QWidget* parent)
   setCentralWidget(area_);
   status_->setObjectName("sbStatusBar");
   statusBar()->addWidget(status_, 1);
-  dataChild_ = AddChild(data_, false);
-  logChild_ = AddChild(log_, false);
-  graphsChild_ = AddChild(graphs_, true);
-  coefficientsChild_ = AddChild(coefficients_, true);
-  AddChild(quality_, true)->hide();
-  AddChild(preview_, true)->hide();
-  AddChild(overlay_, true)->hide();
-  AddChild(setRefConc_, true)->hide();
+  AddChildren();
   experiments_ = new ExperimentCommands(AllWindows(), this);
   options_ = new OptionCommands(AllWindows(), this);
   fits_ = new FitCommands(AllWindows(), this);
@@ -93,16 +82,17 @@ MainWindow::MainWindow(Session& session, QWidget* parent)
   reports_ = new ReportCommands(AllWindows(), this);
   autosave_ = new Autosave(session_, *log_, this);
   unsaved_ = new UnsavedMark(session_, this);
-  BuildMenus();
-  ConnectWindows();
-  ConnectErrorAnalysis();
-  ConnectEvaluations();
-  ConnectReports();
-  ConnectAutosave();
+  const CommandSet commands{*experiments_, *options_, *fits_, *errors_, *prints_, *reports_};
+  menus_ = new MainMenus(*this, AllWindows(), commands);
+  ConnectMenus();
+  ConnectFrame();
+  ConnectKeys();
+  ConnectParts({AllWindows(), commands, *menus_, *coefficients_, *quality_, *preview_, *overlay_,
+                *setRefConc_, *autosave_, *unsaved_});
   RestorePlace(*this, session.Settings);
   LogHead(*host_);
   session_.Module.ExperimentOpen = false;  // the head lines are no work of the user
-  Action("mnuSaveLog")->setEnabled(false);
+  menus_->SetLogWritten(false);
   data_->ShowNewStore();
   data_->SourceFiles().RefreshDirectory();
   unsaved_->Clean();
@@ -115,6 +105,17 @@ MainWindow::~MainWindow() {
 
 WindowSet MainWindow::AllWindows() {
   return {session_, *host_, *log_, *data_, *graphs_, *this};
+}
+
+void MainWindow::AddChildren() {
+  dataChild_ = AddChild(data_, false);
+  logChild_ = AddChild(log_, false);
+  graphsChild_ = AddChild(graphs_, true);
+  coefficientsChild_ = AddChild(coefficients_, true);
+  AddChild(quality_, true)->hide();
+  AddChild(preview_, true)->hide();
+  AddChild(overlay_, true)->hide();
+  AddChild(setRefConc_, true)->hide();
 }
 
 // Data window and log cannot be closed; closing another child of the program hides it.
@@ -139,37 +140,41 @@ void MainWindow::ActivateShownChild() {
   if (last != children.rend()) area_->setActiveSubWindow(*last);
 }
 
-void MainWindow::ConnectWindows() {
-  connect(log_, &LogWindow::Clicked, fits_, &FitCommands::Stop);
-  connect(log_, &LogWindow::Changed, this, [this] {
-    session_.Module.ExperimentOpen = true;
-    Action("mnuSaveLog")->setEnabled(true);
-  });
-  connect(data_, &DataWindow::FitRequested, fits_, &FitCommands::RunFit);
-  connect(data_, &DataWindow::DatasetsChanged, this, &MainWindow::UpdateActions);
-  connect(data_, &DataWindow::KDisplayChosen, options_, &OptionCommands::SetKFormat);
-  connect(data_, &DataWindow::MwDisplayChosen, options_, &OptionCommands::SetBuoyant);
+void MainWindow::ConnectMenus() {
+  connect(menus_, &MainMenus::SimulationChosen, this, &MainWindow::ShowSimulation);
+  connect(menus_, &MainMenus::MatchChosen, this, &MainWindow::ShowMatch);
+  connect(menus_, &MainMenus::NewWindowChosen, this, &MainWindow::NewDocument);
+  connect(menus_, &MainMenus::CascadeChosen, area_, &ChildArea::Cascade);
+  connect(menus_, &MainMenus::TileChosen, area_, &ChildArea::Tile);
+  connect(menus_, &MainMenus::ArrangeIconsChosen, area_, &ChildArea::ArrangeIcons);
+  connect(menus_, &MainMenus::HelpChosen, this, &MainWindow::ShowHelp);
+  connect(menus_, &MainMenus::AboutChosen, this, &MainWindow::ShowAbout);
+}
+
+// What the frame itself does when its parts report.
+void MainWindow::ConnectFrame() {
   connect(options_, &OptionCommands::Changed, this, [this] {
-    UpdateActions();
+    menus_->Update();
     if (sim_ != nullptr) sim_->RefreshDisplay();
-  });
-  connect(experiments_, &ExperimentCommands::ExperimentChanged, this, [this] {
-    graphs_->Refresh();
-    if (session_.Module.NumGraphs() == 0) graphsChild_->hide();
-    UpdateActions();
   });
   connect(fits_, &FitCommands::CalculatingChanged, this, &MainWindow::SetCalculating);
   connect(fits_, &FitCommands::CalculationEnded, this, [this] {
-    UpdateActions();
+    menus_->Update();
     if (closeAfterStop_) QTimer::singleShot(0, this, &MainWindow::close);
   });
   connect(host_.get(), &WindowHost::ProgressReported, status_, &QLabel::setText);
   connect(host_.get(), &WindowHost::FailureReported, status_, &QLabel::setText);
+  connect(unsaved_, &UnsavedMark::Changed, this, &MainWindow::ShowTitle);
+  connect(experiments_, &ExperimentCommands::NameChanged, this, &MainWindow::ShowTitle);
+  connect(autosave_, &Autosave::Failed, this, [this] { ShowRemark({}); });
   const QPointer<MainWindow> self(this);  // the session may outlive this window, or have another
   session_.CommitPending = [self] { return self == nullptr || self->CommitPending(); };
   session_.Remark = [self](const QString& text) {
     if (self) self->ShowRemark(text);
   };
+}
+
+void MainWindow::ConnectKeys() {
   connect(escape_, &QShortcut::activated, fits_, &FitCommands::Stop);
   escape_->setEnabled(false);
   qApp->installEventFilter(this);
@@ -180,6 +185,18 @@ void MainWindow::ConnectWindows() {
 #endif
 }
 
+// A command begins: what was said of the last one goes.
+bool MainWindow::CommitPending() {
+  ShowRemark({});
+  return data_->CommitPending() && (sim_ == nullptr || sim_->CommitPending());
+}
+
+void MainWindow::ShowRemark(const QString& text) {
+  const QString& unkept = autosave_->Failure();
+  const QString standing = unkept.isEmpty() ? " " : tr("Unsaved work is not kept: %1").arg(unkept);
+  status_->setText(text.isEmpty() ? standing : text);
+}
+
 // Not every keyboard has the menu key.
 void MainWindow::OpenContextMenu() {
   QWidget* focus = QApplication::focusWidget();
@@ -187,65 +204,6 @@ void MainWindow::OpenContextMenu() {
   const QPoint caret = focus->inputMethodQuery(Qt::ImCursorRectangle).toRect().center();
   QContextMenuEvent event(QContextMenuEvent::Keyboard, caret, focus->mapToGlobal(caret));
   QApplication::sendEvent(focus, &event);
-}
-
-void MainWindow::ConnectErrorAnalysis() {
-  connect(data_, &DataWindow::CalcCIRequested, errors_, &ErrorCommands::OpenConfidence);
-  connect(data_, &DataWindow::ShowCCCsRequested, errors_, &ErrorCommands::ShowCoefficients);
-  connect(data_, &DataWindow::FitOutdated, errors_, &ErrorCommands::CloseForFit);
-  connect(fits_, &FitCommands::FitFinished, errors_, &ErrorCommands::FollowFit);
-  connect(data_, &DataWindow::FitOutdated, quality_, &frmFitQuality::Clear);
-  connect(data_, &DataWindow::DatasetsChanged, errors_, &ErrorCommands::RefreshQuality);
-  connect(options_, &OptionCommands::ConstantsChanged, errors_, &ErrorCommands::RefreshQuality);
-  connect(fits_, &FitCommands::CalculatingChanged, errors_, &ErrorCommands::CloseForFit);
-  connect(data_, &DataWindow::FitOutdated, this, &MainWindow::UpdateActions);
-  connect(experiments_, &ExperimentCommands::ExperimentChanged, coefficientsChild_, &QWidget::hide);
-  connect(coefficients_, &frmCCCs::LogRequested, errors_, &ErrorCommands::LogCoefficients);
-  connect(coefficients_, &frmCCCs::PrintRequested, this,
-          [this] { prints_->Print(coefficients_->Printed(), coefficients_->windowTitle()); });
-}
-
-// What looks at the models without a fit, and is closed before the page loses its datasets.
-void MainWindow::ConnectEvaluations() {
-  connect(&data_->FitControl(), &FitControlTab::PreviewRequested, preview_,
-          &PreviewWindow::Preview);
-  connect(&data_->FitControl(), &FitControlTab::RefConcRequested, setRefConc_,
-          &SetRefConcWindow::Adjust);
-  connect(setRefConc_, &SetRefConcWindow::Began, this,
-          [this] { data_->FitControl().SetFitDone(false); });
-  connect(setRefConc_, &SetRefConcWindow::Changed, &data_->FitControl(), &FitControlTab::ShowRow);
-  connect(fits_, &FitCommands::CalculatingChanged, setRefConc_, [this](bool on) {
-    if (on) setRefConc_->Keep();  // the page shows the values that the fit starts from
-  });
-  connect(data_, &DataWindow::PageClosing, setRefConc_, &SetRefConcWindow::Cancel);
-  connect(&data_->Editing(), &EditTab::Edited, setRefConc_, &SetRefConcWindow::Redraw);
-  connect(data_, &DataWindow::DatasetsChanged, setRefConc_, &SetRefConcWindow::Redraw);
-  connect(data_, &DataWindow::PageClosing, preview_, [this] { CloseChild(*preview_); });
-}
-
-// The report of a fit, and the plot of datasets that follows all that happens to them.
-void MainWindow::ConnectReports() {
-  connect(reports_, &ReportCommands::Saved, this, [this] { data_->SourceFiles().FollowSave(); });
-  connect(data_, &DataWindow::DatasetsChanged, overlay_, &OverlayWindow::Refresh);
-  connect(&data_->Editing(), &EditTab::Edited, overlay_, &OverlayWindow::Refresh);
-  connect(fits_, &FitCommands::CalculationEnded, overlay_, &OverlayWindow::Refresh);
-  connect(experiments_, &ExperimentCommands::ExperimentChanged, this, [this] {
-    overlay_->Refresh();
-    if (session_.Module.Store.Datasets.empty()) CloseChild(*overlay_);
-  });
-}
-
-void MainWindow::ConnectAutosave() {
-  connect(experiments_, &ExperimentCommands::NothingUnsaved, autosave_, &Autosave::Clean);
-  connect(fits_, &FitCommands::CalculatingChanged, autosave_, [this](bool on) {
-    if (on) autosave_->Keep();
-  });
-  connect(experiments_, &ExperimentCommands::NothingUnsaved, unsaved_, &UnsavedMark::Clean);
-  connect(log_, &LogWindow::Changed, unsaved_, &UnsavedMark::LogChanged);
-  connect(data_, &DataWindow::DatasetsChanged, unsaved_, &UnsavedMark::Look);
-  connect(unsaved_, &UnsavedMark::Changed, this, &MainWindow::ShowTitle);
-  connect(experiments_, &ExperimentCommands::NameChanged, this, &MainWindow::ShowTitle);
-  connect(autosave_, &Autosave::Failed, this, [this] { ShowRemark({}); });
 }
 
 void MainWindow::ShowTitle() {
@@ -270,11 +228,7 @@ void MainWindow::KeepUnsavedWork(const std::filesystem::path& folder,
 // The log's clicks, scrolling and the moves of windows stay possible.
 void MainWindow::SetCalculating(bool on) {
   status_->setText(QStringLiteral(" "));
-  menuBar()->setEnabled(!on);
-  for (const char* name : {"mnuFileNew", "mnuFileOpen", "mnuFileSave", "mnuPrint"}) {
-    Action(name)->setEnabled(!on);  // on the tool bar too
-  }
-  Action("cmdStop")->setEnabled(on);
+  menus_->SetCalculating(on);
   escape_->setEnabled(on);
   data_->SetCalculating(on);
   setRefConc_->setEnabled(!on);
@@ -353,7 +307,7 @@ void MainWindow::ShowMatch() {
 void MainWindow::ConnectSimulation() {
   connect(sim_, &SimWindow::CalculatingChanged, this, [this](bool on) {
     SetCalculating(on);
-    Action("cmdStop")->setEnabled(false);  // a simulation runs to its end
+    menus_->DisableStop();  // a simulation runs to its end
     if (!on && closeAfterStop_) QTimer::singleShot(0, this, &MainWindow::close);
   });
   connect(sim_, &SimWindow::FileSaved, this, [this] { data_->SourceFiles().FollowSave(); });

@@ -19,6 +19,7 @@ class FitCommands;
 class GraphsWindow;
 class HelpWindow;
 class LogWindow;
+class MainMenus;
 class MatchWindow;
 class OptionCommands;
 class OverlayWindow;
@@ -54,39 +55,14 @@ class MainWindow : public QMainWindow {
   bool eventFilter(QObject* watched, QEvent* event) override;
 
  private:
-  // Menus (main_menus.cpp); each action bears its name in the domain.
-  template <class Slot>
-  void Bind(QAction* action, Slot slot);
-  template <class Slot>
-  QAction* AddAction(QMenu* menu, const char* name, const QString& caption, Slot slot);
-  QAction* AddToggle(QMenu* menu, const char* name, const QString& caption, bool& flag);
-  QMenu* AddMenu(QMenu* parent, const char* name, const QString& caption);
-  void BuildMenus();
-  void BuildFileMenu();
-  void BuildGraphMenu();
-  void BuildPrintCommand();
-  void BuildOptionMenu();
-  void BuildFittingMenu(QMenu* options);
-  void BuildCellMenu(QMenu* options);
-  void BuildSimulationMenu();
-  void BuildMatchMenu();
-  void BuildWindowMenu();
-  void BuildHelpMenu();
-  void BuildToolBar();
-  void BuildRecentFiles();
-  void UpdateActions();
-  QAction* Action(const char* name) const;
-
-  // The frame.
   WindowSet AllWindows();
+  void AddChildren();
   QMdiSubWindow* AddChild(QWidget* widget, bool closable);
   void ActivateShownChild();
   void OpenContextMenu();
-  void ConnectWindows();
-  void ConnectErrorAnalysis();
-  void ConnectEvaluations();
-  void ConnectReports();
-  void ConnectAutosave();
+  void ConnectMenus();
+  void ConnectFrame();
+  void ConnectKeys();
   void ShowTitle();
   void ArrangeFirst();
   bool HandleDrop(QEvent* event);
@@ -118,6 +94,7 @@ class MainWindow : public QMainWindow {
   ErrorCommands* errors_ = nullptr;
   PrintCommands* prints_ = nullptr;
   ReportCommands* reports_ = nullptr;
+  MainMenus* menus_ = nullptr;
   Autosave* autosave_ = nullptr;
   UnsavedMark* unsaved_ = nullptr;
   QMdiSubWindow* dataChild_;

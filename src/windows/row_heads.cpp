@@ -68,13 +68,13 @@ QSize RowHeads::sizeHint() const {
 }
 
 void RowHeads::Show(const FitSetup& setup, QGridLayout& grid) {
-  const auto caption = [&](const char* name, const std::string& text) {
-    findChild<QLabel*>(name)->setText(QString::fromStdString(text));
+  const auto caption = [&](RowColumn column, const std::string& text) {
+    HeadOver(column)->setText(QString::fromStdString(text));
   };
-  caption("lblRef", HeadOfRefConc(setup));
-  caption("lblExtA", HeadOfExtCoeff(setup));
-  caption("lblRmen", HeadOfRmen(setup));
-  caption("lblRbase", HeadOfRbase(setup));
+  caption(kRefConcColumn, HeadOfRefConc(setup));
+  caption(kExtCoeffColumn, HeadOfExtCoeff(setup));
+  caption(kMeniscusColumn, HeadOfRmen(setup));
+  caption(kBaseColumn, HeadOfRbase(setup));
   const PageParts parts = PartsOf(setup);
   for (std::size_t k = 0; k < kHeads.size(); ++k) {
     const bool shown = IsShown(kHeads[k], parts);
@@ -84,12 +84,17 @@ void RowHeads::Show(const FitSetup& setup, QGridLayout& grid) {
   }
 }
 
-QString RowHeads::CaptionOf(int column) const {
+QLabel* RowHeads::HeadOver(int column) const {
   const auto* head = std::find_if(kHeads.begin(), kHeads.end(), [column](const Head& h) {
     return h.first <= column && column <= h.last;
   });
-  if (head == kHeads.end()) return {};
-  return heads_[static_cast<std::size_t>(head - kHeads.begin())]->text();
+  if (head == kHeads.end()) return nullptr;
+  return heads_[static_cast<std::size_t>(head - kHeads.begin())];
+}
+
+QString RowHeads::CaptionOf(int column) const {
+  const QLabel* head = HeadOver(column);
+  return head == nullptr ? QString() : head->text();
 }
 
 void RowHeads::Place(const QGridLayout& grid, int offset) {

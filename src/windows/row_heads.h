@@ -26,5 +26,7 @@ class RowHeads : public QWidget {
   void Place(const QGridLayout& grid, int offset);
 
  private:
+  QLabel* HeadOver(int column) const;  // null: the column has none
+
   std::vector<QLabel*> heads_;  // in the order of the table of heads
 };

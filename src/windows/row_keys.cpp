@@ -2,13 +2,19 @@
 
 #include <QKeyEvent>
 #include <QScrollArea>
+#include <algorithm>
+#include <cstddef>
+#include <utility>
 
-#include "windows/control_names.h"
+RowKeys::RowKeys(QScrollArea& view) : QObject(&view), view_(view) {}
 
-RowKeys::RowKeys(QScrollArea& rows) : QObject(&rows), rows_(rows) {}
+void RowKeys::AddRow(std::vector<QWidget*> controls) {
+  for (QWidget* control : controls) control->installEventFilter(this);
+  rows_.push_back(std::move(controls));
+}
 
-void RowKeys::Watch(QWidget* control) {
-  control->installEventFilter(this);
+void RowKeys::RemoveLastRow() {
+  rows_.pop_back();
 }
 
 bool RowKeys::eventFilter(QObject* watched, QEvent* event) {
@@ -17,20 +23,23 @@ bool RowKeys::eventFilter(QObject* watched, QEvent* event) {
   const bool plain = (pressed->modifiers() & ~Qt::KeypadModifier) == Qt::NoModifier;
   const int by = pressed->key() == Qt::Key_Down ? 1 : pressed->key() == Qt::Key_Up ? -1 : 0;
   if (!plain || by == 0) return QObject::eventFilter(watched, event);
-  Step(watched->objectName(), by);
+  Step(watched, by);
   return true;
 }
 
-void RowKeys::Step(const QString& name, int by) {
-  const qsizetype bracket = name.lastIndexOf('(');
-  const QByteArray array = name.left(bracket).toLatin1();
-  int row = name.mid(bracket + 1).chopped(1).toInt() + by;
-  auto* next = rows_.findChild<QWidget*>(ElementName(array.constData(), row));
-  while (next != nullptr && !(next->isVisible() && next->isEnabled())) {
-    row += by;
-    next = rows_.findChild<QWidget*>(ElementName(array.constData(), row));
+void RowKeys::Step(const QObject* from, int by) {
+  for (auto row = rows_.begin(); row != rows_.end(); ++row) {
+    const auto control = std::find(row->begin(), row->end(), from);
+    if (control == row->end()) continue;
+    const auto column = static_cast<std::size_t>(control - row->begin());
+    const auto count = static_cast<std::ptrdiff_t>(rows_.size());
+    for (std::ptrdiff_t to = row - rows_.begin() + by; to >= 0 && to < count; to += by) {
+      QWidget* next = rows_[static_cast<std::size_t>(to)][column];
+      if (!next->isVisible() || !next->isEnabled()) continue;
+      next->setFocus(Qt::TabFocusReason);
+      view_.ensureWidgetVisible(next);
+      return;
+    }
+    return;
   }
-  if (next == nullptr) return;
-  next->setFocus(Qt::TabFocusReason);
-  rows_.ensureWidgetVisible(next);
 }

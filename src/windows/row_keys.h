@@ -1,24 +1,30 @@
-// The arrow keys in a table of controls whose names are "txtOffset(3)": Up and Down go to the same
-// control of the nearest row that has it to offer.
+// The arrow keys in a table of controls: Up and Down go to the same control of the nearest row that
+// has it to offer.
 #pragma once
 
 #include <QObject>
+#include <vector>
 
 class QScrollArea;
+class QWidget;
 
 class RowKeys : public QObject {
   Q_OBJECT
  public:
-  // `rows` scrolls to where the focus goes.
-  explicit RowKeys(QScrollArea& rows);
+  // `view` scrolls to where the focus goes.
+  explicit RowKeys(QScrollArea& view);
 
-  void Watch(QWidget* control);
+  // All rows have the same controls in the same order. The last row is removed before its controls
+  // go.
+  void AddRow(std::vector<QWidget*> controls);
+  void RemoveLastRow();
 
  protected:
   bool eventFilter(QObject* watched, QEvent* event) override;
 
  private:
-  void Step(const QString& name, int by);
+  void Step(const QObject* from, int by);
 
-  QScrollArea& rows_;
+  QScrollArea& view_;
+  std::vector<std::vector<QWidget*>> rows_;
 };

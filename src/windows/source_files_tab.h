@@ -40,6 +40,8 @@ class SourceFilesTab : public QWidget {
   // for all changes until then.
   void CheckSoon();
 
+  QPushButton& LoadButton() { return *cmdMultiLoad_; }  // of all selected files
+
  signals:
   void DatasetsChanged();  // datasets were loaded
   void FolderChanged();    // session.CurrentFolder is another one
