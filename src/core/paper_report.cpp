@@ -8,18 +8,18 @@
 #include "base/clock.h"
 #include "base/number_format.h"
 #include "base/text.h"
+#include "base/units.h"
 #include "core/display_form.h"
 #include "core/report_sources.h"
+#include "fit/fit_statistics.h"
 #include "fit/levmarq.h"
 #include "fit/mass_conservation.h"
 #include "fit/models.h"
-#include "fit/report.h"
 #include "stats/fit_quality.h"
 
 namespace {
 
-constexpr double kZeroCelsius = 273.15;  // kelvin
-const std::string kNone = "\u2013";      // a dash
+const std::string kNone = "\u2013";  // a dash
 
 using Cells = std::vector<ReportText>;
 
