@@ -144,12 +144,12 @@ class SharedTable {
     AddShared(shared, {.name = "log10 " + name,
                        .unit = "",
                        .pattern = "#0.000",
-                       .of = [](double v) { return ShownK(v, 1); },
+                       .of = [](double v) { return ShownK(v, KDisplay::kLog10); },
                        .errorFactor = log10e});
     AddShared(shared, {.name = name,
                        .unit = "",
                        .pattern = "0.00E+00",
-                       .of = [](double v) { return ShownK(v, 2); },
+                       .of = [](double v) { return ShownK(v, KDisplay::kPlain); },
                        .errorFactor = 0.0});
   }
 

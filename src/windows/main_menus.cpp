@@ -234,9 +234,10 @@ void MainWindow::BuildFittingMenu(QMenu* options) {
   choice("mnuUseBuoyant", tr("Display Buoyant MW"), [this] { options_->SetBuoyant(true); });
   choice("mnuUseMW", tr("Display MW"), [this] { options_->SetBuoyant(false); });
   fitting->addSeparator();
-  choice("mnuOptionDispLnK", tr("Display ln(K)s"), [this] { options_->SetKFormat(0); });
-  choice("mnuOptionDispLog10K", tr("Display Log10(K)s"), [this] { options_->SetKFormat(1); });
-  choice("mnuOptionDispK", tr("Display K"), [this] { options_->SetKFormat(2); });
+  choice("mnuOptionDispLnK", tr("Display ln(K)s"), [this] { options_->SetKFormat(KDisplay::kLn); });
+  choice("mnuOptionDispLog10K", tr("Display Log10(K)s"),
+         [this] { options_->SetKFormat(KDisplay::kLog10); });
+  choice("mnuOptionDispK", tr("Display K"), [this] { options_->SetKFormat(KDisplay::kPlain); });
   fitting->addSeparator();
   AddAction(fitting, "mnuFitQuality", tr("Fit &Quality..."), [this] {
     errors_->ShowQuality();
@@ -314,7 +315,7 @@ void MainWindow::UpdateActions() {
   Action("mnuCheckMinimum")->setEnabled(data_->FitControl().FitDone());
   Action("mnuUseBuoyant")->setChecked(module.UseBuoyantMW);
   Action("mnuUseMW")->setChecked(!module.UseBuoyantMW);
-  Action("mnuOptionDispLnK")->setChecked(module.KFormat == 0);
-  Action("mnuOptionDispLog10K")->setChecked(module.KFormat == 1);
-  Action("mnuOptionDispK")->setChecked(module.KFormat == 2);
+  Action("mnuOptionDispLnK")->setChecked(module.KFormat == KDisplay::kLn);
+  Action("mnuOptionDispLog10K")->setChecked(module.KFormat == KDisplay::kLog10);
+  Action("mnuOptionDispK")->setChecked(module.KFormat == KDisplay::kPlain);
 }
