@@ -16,7 +16,7 @@
 
 #include "base/arithmetic.h"
 #include "base/quiet_host.h"
-#include "fit/report.h"
+#include "fit/fit_statistics.h"
 #include "fit/settled_fit.h"
 #include "stats/confidence.h"
 #include "support/fit_problem.h"
@@ -296,8 +296,7 @@ struct Footer {
 void RunPlan(const Plan& plan, double scale, int count, Footer& footer) {
   const std::vector<Experiment> experiments = RunAll(plan, scale, count);
   const FitState fit = Simulated(plan, scale, 1);
-  int freedom = fit.FitNumPoints;
-  for (int l = 1; l <= fit.FitMA; ++l) freedom -= fit.FitIA(l) != 0;
+  const int freedom = fit.FitNumPoints - fit.NumFitted();
   for (const Experiment& experiment : experiments) footer.Add(experiment, freedom);
   std::size_t k = 0;
   std::size_t place = 0;

@@ -89,6 +89,14 @@ void CheckArithmetic(Work&& work) {
   ThrowIfAny(FaultsRaisedBy(work));
 }
 
+// The result of `work`, whose arithmetic is checked as by CheckArithmetic.
+template <class Work>
+double Checked(Work&& work) {
+  double result = 0.0;
+  CheckArithmetic([&] { result = work(); });
+  return result;
+}
+
 // Natural logarithm. Throws ArithmeticFault (invalid operation) for x <= 0.
 double CheckedLog(double x);
 

@@ -4,10 +4,10 @@
 
 #include "base/arithmetic.h"
 #include "base/text.h"
+#include "fit/fit_statistics.h"
 #include "fit/levmarq.h"
 #include "fit/mass_conservation.h"
 #include "fit/models.h"
-#include "fit/report.h"
 #include "stats/correlation.h"
 #include "stats/fit_quality.h"
 

@@ -8,9 +8,6 @@
 
 namespace {
 
-constexpr int kLog10 = 1;
-constexpr int kPlain = 2;
-
 double BuoyancyFactor(double vbar, double density) {
   const double factor = 1.0 - vbar * density;
   if (factor == 0.0) throw ArithmeticFault(FaultKind::kDivisionByZero);
@@ -19,19 +16,14 @@ double BuoyancyFactor(double vbar, double density) {
 
 }  // namespace
 
-std::string KLabel(std::string_view name, int KFormat) {
-  const char* prefix = KFormat == kPlain ? "" : KFormat == kLog10 ? "Log" : "Ln";
-  return prefix + std::string(name);
+double ShownK(double lnK, KDisplay display) {
+  if (display == KDisplay::kPlain) return std::exp(lnK);
+  return display == KDisplay::kLog10 ? lnK / std::log(10.0) : lnK;
 }
 
-double ShownK(double lnK, int KFormat) {
-  if (KFormat == kPlain) return std::exp(lnK);
-  return KFormat == kLog10 ? lnK / std::log(10.0) : lnK;
-}
-
-double LnKOf(double shown, int KFormat) {
-  if (KFormat == kPlain) return CheckedLog(shown);
-  return KFormat == kLog10 ? shown * std::log(10.0) : shown;
+double LnKOf(double shown, KDisplay display) {
+  if (display == KDisplay::kPlain) return CheckedLog(shown);
+  return display == KDisplay::kLog10 ? shown * std::log(10.0) : shown;
 }
 
 double MolecularWeight(double buoyant, double vbar, double density) {

@@ -3,16 +3,14 @@
 #pragma once
 
 #include <string>
-#include <string_view>
 
-// `name` ("K1") as the label of a box: "LnK1", "LogK1" or "K1" for KFormat 0, 1, 2.
-std::string KLabel(std::string_view name, int KFormat);
+#include "base/k_display.h"
 
 // ln K, log10 K or K from ln K; a K beyond the range of double is an infinity.
-double ShownK(double lnK, int KFormat);
+double ShownK(double lnK, KDisplay display);
 
 // ln K from what ShownK gives. Throws ArithmeticFault for a K of 0 or below.
-double LnKOf(double shown, int KFormat);
+double LnKOf(double shown, KDisplay display);
 
 // M from M(1 - vbar rho) and back, Da; vbar in ml/g, density in g/ml.
 // Both throw ArithmeticFault (division by zero) where vbar rho is 1 and one does not tell the

@@ -10,11 +10,11 @@
 #include "core/fit_checks.h"
 #include "core/graph_store.h"
 #include "fit/assembly.h"
+#include "fit/fit_log.h"
 #include "fit/levmarq.h"
 #include "fit/mass_conservation.h"
 #include "fit/model_pass.h"
 #include "fit/models.h"
-#include "fit/report.h"
 #include "stats/quantiles.h"
 
 namespace {

@@ -9,6 +9,7 @@
 #include <string>
 #include <vector>
 
+#include "base/k_display.h"
 #include "fit/fit_page.h"
 #include "fit/fit_plots.h"
 #include "fit/fit_setup.h"
@@ -75,7 +76,7 @@ struct QuorvaneModule {
   bool ShowNIWarning = true;
   bool ShowHints = true;
   bool UseBuoyantMW = true;
-  std::int16_t KFormat = 0;  // 0 shows ln K, 1 log10 K, 2 K
+  KDisplay KFormat = KDisplay::kLn;
   std::uint32_t DeletedColor = 255;
   std::uint32_t GoodColor = 0xFF0000;
   double DefaultVbar = 0.73;

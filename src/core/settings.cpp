@@ -75,6 +75,11 @@ class SectionReader {
       throw NotConverted();
     }
   }
+  void Read(const char* key, KDisplay& field) const {
+    auto number = static_cast<std::int16_t>(field);
+    Read(key, number);
+    field = number < 0 || number > 2 ? KDisplay::kLn : static_cast<KDisplay>(number);
+  }
 
  private:
   static double Number(const std::string& text) {
@@ -102,7 +107,6 @@ void ReadAll(QuorvaneModule& module, const SectionReader& section) {
   section.Read("ShowNIWarning", module.ShowNIWarning);
   section.Read("UseBuoyantMW", module.UseBuoyantMW);
   section.Read("KFormat", module.KFormat);
-  if (module.KFormat < 0 || module.KFormat > 2) module.KFormat = 0;
   section.Read("DeletedColor", module.DeletedColor);
   section.Read("GoodColor", module.GoodColor);
   ReadConstant(section, "Vbar", module.DefaultVbar, module.FitPage.Vbar);
@@ -160,7 +164,7 @@ void SaveSettings(const QuorvaneModule& module, const std::filesystem::path& cur
          {"LogGraphs", Flag(module.LogGraphs)},
          {"ShowNIWarning", Flag(module.ShowNIWarning)},
          {"UseBuoyantMW", Flag(module.UseBuoyantMW)},
-         {"KFormat", std::to_string(module.KFormat)},
+         {"KFormat", std::to_string(static_cast<int>(module.KFormat))},
          {"LastDirectory", PathText(currentFolder)},
          {"DeletedColor", ColorText(module.DeletedColor)},
          {"GoodColor", ColorText(module.GoodColor)},

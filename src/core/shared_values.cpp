@@ -9,8 +9,6 @@
 
 namespace {
 
-constexpr int kPlainK = 2;
-
 bool IsConstant(const SharedParameter& value) {
   return value.kind == ParameterKind::kLnK;
 }
@@ -55,7 +53,7 @@ double Convert(const SharedParameter& value, const QuorvaneModule& module,
 }
 
 bool MustBePositive(const SharedParameter& value, const QuorvaneModule& module) {
-  return IsConstant(value) && (module.KFormat == kPlainK || IsRatio(value, module.Setup));
+  return IsConstant(value) && (module.KFormat == KDisplay::kPlain || IsRatio(value, module.Setup));
 }
 
 Refusal NotPositive(const SharedParameter& value, const FitSetup& setup) {

@@ -7,11 +7,10 @@
 #include "base/arithmetic.h"
 #include "base/host.h"
 #include "base/number_format.h"
+#include "base/units.h"
 #include "fit/models.h"
 
 namespace {
-
-constexpr double kZeroCelsius = 273.15;  // kelvin
 
 const Dataset& DatasetAt(const FitSetup& setup, int position,
                          const std::vector<Dataset>& datasets) {
@@ -261,8 +260,7 @@ void SetupParameterArray(FitState& fit, const FitSetup& setup, const FitPage& pa
                          const std::vector<Dataset>& datasets, bool& anyFitted) {
   fit.CurrentProc = "SetupParameterArray";
   FillParameters(fit, setup, page, {0, setup.NumFitSets}, datasets);
-  anyFitted = false;
-  for (int l = 1; l <= fit.FitMA; ++l) anyFitted = anyFitted || fit.FitIA(l) != 0;
+  anyFitted = fit.NumFitted() > 0;
 }
 
 void SetupSingleDatasetArray(FitState& fit, const FitSetup& setup, int k,

@@ -112,4 +112,11 @@ struct FitState {
 
   // The end of the per-dataset block of FitA, N times M.
   int SharedBase() const { return NumFitSets * ParamsPerSet; }
+
+  // Parameters that are fitted, baselines and reference concentrations included.
+  int NumFitted() const {
+    int count = 0;
+    for (int l = 1; l <= FitMA; ++l) count += FitIA(l) != 0;
+    return count;
+  }
 };

@@ -15,12 +15,6 @@
 
 namespace {
 
-int CountFitted(const FitState& fit) {
-  int count = 0;
-  for (int l = 1; l <= fit.FitMA; ++l) count += fit.FitIA(l) != 0;
-  return count;
-}
-
 // Why an elimination was given up.
 struct Singular {
   bool pivotTwice = false;  // a column was chosen a second time
@@ -115,7 +109,7 @@ void Initialise(FitState& fit, Array1<double>& a, Matrix1<double>& alpha, double
   constexpr double kFirstLambda = 0.001;
   StepMemory& memory = fit.Memory;
   if (fit.FitMA > kMaxParameters) throw SubscriptFault();
-  memory.mfit = CountFitted(fit);
+  memory.mfit = fit.NumFitted();
   memory.solver = ArrowSolver(ShapeOf(fit));
   lambda = kFirstLambda;
   MRQCOF(fit, a, alpha, memory.beta, chisq);
@@ -220,7 +214,7 @@ void COVSRT(FitState& fit, Matrix1<double>& covar, int ma, int mfit) {
 void MRQCOF(FitState& fit, const Array1<double>& a, Matrix1<double>& alpha, Matrix1<double>& beta,
             double& chisq) {
   fit.CurrentProc = "MRQCOF";
-  const int nfit = CountFitted(fit);
+  const int nfit = fit.NumFitted();
   for (int j = 1; j <= nfit; ++j) {
     std::fill_n(alpha.Row(j), nfit, 0.0);
     beta(j, 1) = 0.0;

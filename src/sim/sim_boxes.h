@@ -31,9 +31,6 @@ enum class SimBox {
 };
 inline constexpr int kSimBoxes = 22;
 
-// How entries for K are read and captioned.
-enum class KDisplay { kLn, kLog10, kPlain };
-
 // The numbers that a box takes.
 struct Bounds {
   double low = -std::numeric_limits<double>::infinity();

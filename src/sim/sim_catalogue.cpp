@@ -132,10 +132,9 @@ bool UsesBox(int model, SimBox box) {
 }
 
 std::string LabelOf(SimBox box, int model, KDisplay display) {
-  constexpr std::array<std::string_view, 3> kPrefix = {"Ln", "Log", ""};
   const SimBoxInfo& info = InfoOf(box);
   if (const std::optional<SimConstant> constant = ConstantOf(box, model)) {
-    return std::string(kPrefix[static_cast<std::size_t>(display)]).append(constant->label);
+    return KLabel(constant->label, display);
   }
   const bool ofA = SimModelOf(model).secondComponent && !info.labelOfA.empty();
   return std::string(ofA ? info.labelOfA : info.label);

@@ -8,6 +8,7 @@
 #include <string>
 #include <string_view>
 
+#include "base/k_display.h"
 #include "sim/sim_boxes.h"
 
 struct SimModel;

@@ -7,6 +7,7 @@
 #include <string>
 #include <string_view>
 
+#include "base/k_display.h"
 #include "sim/sim_catalogue.h"
 
 // Kind of the scan file: interference or absorbance.

@@ -6,6 +6,7 @@
 #include <utility>
 
 #include "base/arithmetic.h"
+#include "base/units.h"
 
 namespace {
 

@@ -10,7 +10,6 @@
 
 // Fixed constants of the simulator.
 inline constexpr double kGasConstant = 83144000.0;  // erg/(mol K)
-inline constexpr double kZeroCelsius = 273.15;      // K
 inline constexpr double kRadiansPerSecondOfRpm = 0.10471976;
 inline constexpr double kRadialStep = 0.001;  // cm
 

@@ -114,8 +114,7 @@ struct Search {
 };
 
 double SoughtRatio(const FitState& fit, const ConfidenceRequest& request, Host& host) {
-  int fitted = 0;
-  for (int l = 1; l <= fit.FitMA; ++l) fitted += fit.FitIA(l) != 0;
+  const int fitted = fit.NumFitted();
   const int freedom = fit.FitNumPoints - fitted;
   const double p = request.percent / 100.0;
   const double f = FSTAT(fitted, freedom, p, host);

@@ -16,9 +16,9 @@
 #include "base/quiet_host.h"
 #include "fit/assembly.h"
 #include "fit/fit_state.h"
+#include "fit/fit_statistics.h"
 #include "fit/levmarq.h"
 #include "fit/models.h"
-#include "fit/report.h"
 #include "fit/settled_fit.h"
 
 namespace {
@@ -205,8 +205,7 @@ bool SameMinimum(const FitState& fit, double rounding, const Start& a, const Sta
 }
 
 double RmsOf(const FitState& fit, double sum) {
-  int freedom = fit.FitNumPoints;
-  for (int l = 1; l <= fit.FitMA; ++l) freedom -= fit.FitIA(l) != 0;
+  const int freedom = fit.FitNumPoints - fit.NumFitted();
   return freedom > 0 ? std::sqrt(sum / freedom) : 0.0;
 }
 

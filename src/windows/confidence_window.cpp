@@ -155,9 +155,7 @@ void frmConfInterval::ShowLevel() {
 }
 
 void frmConfInterval::ShowMeaning() {
-  const FitState& fit = session_.Module.Fit;
-  int fitted = 0;
-  for (int l = 1; l <= fit.FitMA; ++l) fitted += fit.FitIA(l) != 0 ? 1 : 0;
+  const int fitted = session_.Module.Fit.NumFitted();
   QString text = fitted > 1
                      ? tr("The interval is joint for all %1 fitted parameters (baselines and "
                           "reference concentrations count): it allows for errors of all of "

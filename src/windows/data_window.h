@@ -5,6 +5,7 @@
 #include <QWidget>
 #include <vector>
 
+#include "base/k_display.h"
 #include "windows/printable.h"
 
 class EditTab;
@@ -59,7 +60,7 @@ class DataWindow : public QWidget, public Printable {
   void DatasetsChanged();
   // The datasets of the parameter page are about to change, or the page is set up anew.
   void PageClosing();
-  void KDisplayChosen(int kFormat);
+  void KDisplayChosen(KDisplay display);
   void MwDisplayChosen(bool buoyant);
 
  private:

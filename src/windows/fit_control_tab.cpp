@@ -73,8 +73,8 @@ void FitControlTab::ConnectSignals() {
     rows_->ShowParts();
   });
   connect(block_, &ModelBlock::RatiosSwitched, this, [this] { SetFitDone(false); });
-  connect(block_, &ModelBlock::KDisplayChosen, this, [this](int kFormat) {
-    if (CommitPending()) emit KDisplayChosen(kFormat);
+  connect(block_, &ModelBlock::KDisplayChosen, this, [this](KDisplay display) {
+    if (CommitPending()) emit KDisplayChosen(display);
   });
   connect(block_, &ModelBlock::MwDisplayChosen, this, [this](bool buoyant) {
     if (CommitPending()) emit MwDisplayChosen(buoyant);

@@ -4,6 +4,8 @@
 #include <QPointer>
 #include <QWidget>
 
+#include "base/k_display.h"
+
 class FitRows;
 class ModelBlock;
 class QPushButton;
@@ -56,7 +58,7 @@ class FitControlTab : public QWidget {
   void FitOutdated();  // there is no fit any more whose error analysis can be shown
   void PageClosing();  // the page is about to be built anew
   void RefConcRequested(int row);
-  void KDisplayChosen(int kFormat);
+  void KDisplayChosen(KDisplay display);
   void MwDisplayChosen(bool buoyant);
 
  private:

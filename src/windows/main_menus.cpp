@@ -232,11 +232,11 @@ void MainMenus::BuildFittingMenu(QMenu* options) {
                               [this] { commands_.options.SetBuoyant(false); });
   fitting->addSeparator();
   fitting_.lnK = AddChoice(fitting, "mnuOptionDispLnK", tr("Display ln(K)s"),
-                           [this] { commands_.options.SetKFormat(0); });
+                           [this] { commands_.options.SetKFormat(KDisplay::kLn); });
   fitting_.log10K = AddChoice(fitting, "mnuOptionDispLog10K", tr("Display Log10(K)s"),
-                              [this] { commands_.options.SetKFormat(1); });
+                              [this] { commands_.options.SetKFormat(KDisplay::kLog10); });
   fitting_.plainK = AddChoice(fitting, "mnuOptionDispK", tr("Display K"),
-                              [this] { commands_.options.SetKFormat(2); });
+                              [this] { commands_.options.SetKFormat(KDisplay::kPlain); });
   fitting->addSeparator();
   AddAction(fitting, "mnuFitQuality", tr("Fit &Quality..."), [this] {
     commands_.errors.ShowQuality();

@@ -238,20 +238,21 @@ std::vector<QWidget*> ModelBlock::InTabOrder() const {
 
 void ModelBlock::AskKDisplay(const QWidget* at) {
   struct Entry {
+    KDisplay display;
     const char* name;
     const char* caption;
   };
-  static constexpr std::array<Entry, 3> kEntries = {{{"popmnuDispLnK", "Display ln(K)s"},
-                                                     {"popmnuDispLogK", "Display Log10(K)s"},
-                                                     {"popmnuDispK", "Display K"}}};
+  static constexpr std::array<Entry, 3> kEntries = {
+      {{KDisplay::kLn, "popmnuDispLnK", "Display ln(K)s"},
+       {KDisplay::kLog10, "popmnuDispLogK", "Display Log10(K)s"},
+       {KDisplay::kPlain, "popmnuDispK", "Display K"}}};
   QMenu* menu = MakePopup("mnuKDisplay", "KDisplayOptions", this);
-  for (int format = 0; format < 3; ++format) {
-    const Entry& entry = kEntries[static_cast<std::size_t>(format)];
-    QAction* action =
-        menu->addAction(tr(entry.caption), this, [this, format] { emit KDisplayChosen(format); });
+  for (const Entry& entry : kEntries) {
+    QAction* action = menu->addAction(
+        tr(entry.caption), this, [this, display = entry.display] { emit KDisplayChosen(display); });
     action->setObjectName(entry.name);
     action->setCheckable(true);
-    action->setChecked(session_.Module.KFormat == format);
+    action->setChecked(session_.Module.KFormat == entry.display);
   }
   menu->popup(at->mapToGlobal(at->rect().bottomLeft()));
 }

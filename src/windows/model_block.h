@@ -4,6 +4,7 @@
 #include <QWidget>
 #include <vector>
 
+#include "base/k_display.h"
 #include "core/shared_values.h"
 
 class ClickLabel;
@@ -30,7 +31,7 @@ class ModelBlock : public QWidget {
   void PartsChanged();
   // chkConstrainKratios was clicked: the boxes of K2 and K3 hold ratios now, or no longer.
   void RatiosSwitched();
-  void KDisplayChosen(int kFormat);
+  void KDisplayChosen(KDisplay display);
   void MwDisplayChosen(bool buoyant);
 
  private:

@@ -50,8 +50,8 @@ void OptionCommands::AskConstant(Constant constant) {
   }
 }
 
-void OptionCommands::SetKFormat(int format) {
-  windows_.session.Module.KFormat = static_cast<std::int16_t>(format);
+void OptionCommands::SetKFormat(KDisplay display) {
+  windows_.session.Module.KFormat = display;
   windows_.data.RefreshDisplay();
   emit Changed();
 }

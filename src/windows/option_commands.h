@@ -14,7 +14,7 @@ class OptionCommands : public QObject {
   // The entry box of a constant; an accepted value is shown at once.
   void AskConstant(Constant constant);
 
-  void SetKFormat(int format);     // 0 ln K, 1 log10 K, 2 K
+  void SetKFormat(KDisplay display);
   void SetBuoyant(bool buoyant);   // display of molecular weights
   void ChooseColor(bool deleted);  // of deleted, else of good points
   void ExportGraphs();

@@ -11,14 +11,12 @@ namespace {
 
 constexpr std::array<SimBox, 3> kConstantBoxes = {SimBox::kLnK1, SimBox::kLnK2, SimBox::kLnK3};
 
-constexpr int kPlain = 2;  // of KFormat
-
 // The valid entry `text` of one display in another.
-std::string Converted(const std::string& text, int from, int to) {
+std::string Converted(const std::string& text, KDisplay from, KDisplay to) {
   if (from == to) return text;
   try {
     const double shown = ShownK(LnKOf(ParseNumeric(text).value(), from), to);
-    const bool vanished = to == kPlain && shown == 0.0;
+    const bool vanished = to == KDisplay::kPlain && shown == 0.0;
     return vanished ? text : FormatParam(shown);
   } catch (const ArithmeticFault&) {
     return text;
@@ -27,12 +25,12 @@ std::string Converted(const std::string& text, int from, int to) {
 
 }  // namespace
 
-void SimConstantDisplay::Change(SimInputs& inputs, int KFormat) {
+void SimConstantDisplay::Change(SimInputs& inputs, KDisplay display) {
   for (std::size_t k = 0; k < entries_.size(); ++k) {
     Entry& entry = entries_[k];
     std::string& text = inputs.Text(kConstantBoxes[k]);
-    if (text != entry.shown) entry = {text, static_cast<int>(inputs.kDisplay), ""};
-    text = entry.shown = Converted(entry.typed, entry.KFormat, KFormat);
+    if (text != entry.shown) entry = {text, inputs.kDisplay, ""};
+    text = entry.shown = Converted(entry.typed, entry.typedAs, display);
   }
-  SetKDisplay(inputs, static_cast<KDisplay>(KFormat));
+  SetKDisplay(inputs, display);
 }

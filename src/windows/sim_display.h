@@ -8,15 +8,15 @@
 
 class SimConstantDisplay {
  public:
-  // Shows the three entries by KFormat and reads them so from here on. A form that an entry had
+  // Shows the three entries by `display` and reads them so from here on. A form that an entry had
   // before comes back digit for digit; an entry without a value in the new form (a K of 0, an
   // overflow) keeps its text.
-  void Change(SimInputs& inputs, int KFormat);
+  void Change(SimInputs& inputs, KDisplay display);
 
  private:
   struct Entry {
     std::string typed;
-    int KFormat = 0;  // that it was typed in
+    KDisplay typedAs = KDisplay::kLn;
     std::string shown;
   };
   std::array<Entry, 3> entries_;

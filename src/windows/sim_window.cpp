@@ -29,7 +29,7 @@ SimWindow::SimWindow(Session& session, Host& host, QWidget* parent)
       tabSim_(new QTabWidget) {
   BuildWidgets();
   ConnectSignals();
-  SetKDisplay(simulator_.Inputs, static_cast<KDisplay>(session_.Module.KFormat));
+  SetKDisplay(simulator_.Inputs, session_.Module.KFormat);
   input_->ShowInputs();
   plots_->ShowModel(simulator_.Inputs.model);
 }
@@ -58,10 +58,10 @@ void SimWindow::ConnectSignals() {
 
 // What is being typed is still in the old form.
 void SimWindow::RefreshDisplay() {
-  const int KFormat = session_.Module.KFormat;
-  if (static_cast<int>(simulator_.Inputs.kDisplay) == KFormat) return;
+  const KDisplay display = session_.Module.KFormat;
+  if (simulator_.Inputs.kDisplay == display) return;
   input_->CommitPending();
-  constants_.Change(simulator_.Inputs, KFormat);
+  constants_.Change(simulator_.Inputs, display);
   input_->ShowInputs();
 }
 

@@ -9,8 +9,8 @@
 #include "core/paper_report.h"
 #include "core/shared_values.h"
 #include "fit/fit_state.h"
+#include "fit/fit_statistics.h"
 #include "fit/models.h"
-#include "fit/report.h"
 #include "support/recording_host.h"
 #include "support/session.h"
 

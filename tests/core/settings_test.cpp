@@ -29,7 +29,7 @@ void StoreRecent(IniSettings& store, const std::vector<std::string>& paths) {
 TEST_F(SettingsTest, KeepWhatASessionSet) {
   QuorvaneModule module;
   module.SaveGraphs = false;
-  module.KFormat = 2;
+  module.KFormat = KDisplay::kPlain;
   module.DeletedColor = 0x0A00FF;
   module.DefaultVbar = 0.1 + 0.2;
   module.MCTolerance = 1e-7;
@@ -46,7 +46,7 @@ TEST_F(SettingsTest, KeepWhatASessionSet) {
   EXPECT_FALSE(next.SaveGraphs);
   EXPECT_FALSE(next.ShowHints);
   EXPECT_TRUE(next.LogGraphs);
-  EXPECT_EQ(next.KFormat, 2);
+  EXPECT_EQ(next.KFormat, KDisplay::kPlain);
   EXPECT_EQ(next.DeletedColor, 0x0A00FFU);
   EXPECT_EQ(next.FitPage.Vbar, 0.1 + 0.2);
   EXPECT_EQ(next.MCTolerance, 1e-7);
@@ -80,7 +80,7 @@ TEST_F(SettingsTest, EndAtTheFirstValueThatDoesNotConvert) {
     LoadSettings(module, IniSettings(folder / "quorvane.ini"));
     EXPECT_EQ(module.SaveGraphs, test.saveGraphs) << test.line;
     EXPECT_EQ(module.Plots.SubtractOffsets, test.subtractOffsets) << test.line;
-    EXPECT_EQ(module.KFormat, test.kFormat) << test.line;
+    EXPECT_EQ(static_cast<int>(module.KFormat), test.kFormat) << test.line;
     EXPECT_EQ(module.FitPage.Vbar, test.vbar) << test.line;
     EXPECT_EQ(module.DefaultVbarB, 0.73) << test.line;
   }

@@ -22,13 +22,6 @@ namespace {
 
 constexpr int kLastIteration = 50;  // where both are stopped
 
-template <class Work>
-double Checked(Work&& work) {
-  double result = 0.0;
-  CheckArithmetic([&] { result = work(); });
-  return result;
-}
-
 class LiteralFit {
  public:
   explicit LiteralFit(FitState problem) : fit(std::move(problem)) {}

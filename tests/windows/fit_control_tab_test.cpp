@@ -27,6 +27,8 @@
 
 namespace {
 
+using enum KDisplay;
+
 constexpr double kLn10 = 2.302585092994046;
 
 class FitControlTabTest : public testing::Test {
@@ -109,7 +111,7 @@ TEST_F(FitControlTabTest, ValuesAreShownAndStoredInTheirForms) {
   page.VbarB = 0.5;
   struct Case {
     bool buoyant;
-    std::int16_t KFormat;
+    KDisplay KFormat;
     const char* box;
     const char* typed;
     double FitPage::*field;
@@ -117,13 +119,13 @@ TEST_F(FitControlTabTest, ValuesAreShownAndStoredInTheirForms) {
     const char* shown;
   };
   const std::vector<Case> cases = {
-      {true, 0, "txtMWB", "8000", &FitPage::ModelMW, 8000.0, "8.000E+3"},
-      {false, 0, "txtMWB", "8000", &FitPage::ModelMW, 2000.0, "8.000E+3"},
-      {false, 0, "txtMWB2", "50", &FitPage::ModelMWB, 25.0, "50.0000"},
-      {true, 0, "txtLnK1", "-1.5", &FitPage::ModelLnK1, -1.5, "-1.5000"},
-      {true, 1, "txtLnK1", "6", &FitPage::ModelLnK1, 6.0 * kLn10, "6.0000"},
-      {true, 2, "txtLnK2", "1e6", &FitPage::ModelLnK2, 6.0 * kLn10, "1.000E+6"},
-      {true, 2, "txtLnK3", ".01", &FitPage::ModelLnK3, -2.0 * kLn10, "1.000E-2"},
+      {true, kLn, "txtMWB", "8000", &FitPage::ModelMW, 8000.0, "8.000E+3"},
+      {false, kLn, "txtMWB", "8000", &FitPage::ModelMW, 2000.0, "8.000E+3"},
+      {false, kLn, "txtMWB2", "50", &FitPage::ModelMWB, 25.0, "50.0000"},
+      {true, kLn, "txtLnK1", "-1.5", &FitPage::ModelLnK1, -1.5, "-1.5000"},
+      {true, kLog10, "txtLnK1", "6", &FitPage::ModelLnK1, 6.0 * kLn10, "6.0000"},
+      {true, kPlain, "txtLnK2", "1e6", &FitPage::ModelLnK2, 6.0 * kLn10, "1.000E+6"},
+      {true, kPlain, "txtLnK3", ".01", &FitPage::ModelLnK3, -2.0 * kLn10, "1.000E-2"},
   };
   for (const Case& c : cases) {
     session.Module.UseBuoyantMW = c.buoyant;
@@ -135,8 +137,8 @@ TEST_F(FitControlTabTest, ValuesAreShownAndStoredInTheirForms) {
   }
   // Three changes of the display bring the first text back and leave the value alone.
   page.ModelLnK1 = 14.123456;
-  for (const int format : {0, 1, 2, 0}) {
-    session.Module.KFormat = static_cast<std::int16_t>(format);
+  for (const KDisplay display : {kLn, kLog10, kPlain, kLn}) {
+    session.Module.KFormat = display;
     tab.RefreshDisplay();
   }
   EXPECT_EQ(Text("txtLnK1"), "14.1235");
@@ -149,7 +151,7 @@ TEST_F(FitControlTabTest, RefusalsKeepTheValueAndTheFocus) {
   session.Module.UseBuoyantMW = false;
   const char* const illegal = "Illegal Value Entered";
   struct Case {
-    std::int16_t KFormat;
+    KDisplay KFormat;
     bool constrained;
     const char* box;
     const char* typed;
@@ -157,24 +159,25 @@ TEST_F(FitControlTabTest, RefusalsKeepTheValueAndTheFocus) {
     const char* remark;  // its beginning
   };
   const std::vector<Case> cases = {
-      {0, false, "txtLnK1", "1,5", illegal, "LnK1 takes any number, such as 0.5 or 1.5E-6."},
-      {2, false, "txtLnK1", "0", "K must be >0 !", "K1 takes a number above 0."},
-      {2, false, "txtLnK1", "-3", "K must be >0 !", "K1 takes a number above 0."},
-      {2, false, "txtLnK2", "0", "K2 must be greater than 0!", "K2 "},
-      {2, false, "txtLnK3", "-1", "K3 must be greater than 0!", "K3 "},
-      {0, true, "txtLnK2", "0", "K2/K1 must be greater than 0!", "K2/K1 "},
-      {0, true, "txtLnK3", "-1", "K3/K1 must be greater than 0!", "K3/K1 "},
-      {0, true, "txtLnK3", "x", illegal, "K3/K1 takes a number above 0."},
-      {1, false, "txtLnK1", "1e308", "Overflow", "LogK1 "},
-      {0, false, "txtMWB", "", illegal, "MW-A "},
-      {0, false, "txtOffset(1)", "0x1", illegal, "Baseline of row 2 takes any number"},
-      {0, false, "txtRefConc(1)", "0", illegal, "Ref.Conc.A of row 2 takes a number above 0."},
-      {0, false, "txtRefConc2(1)", "-1", illegal, "Ref.Conc.B of row 2 "},
-      {0, false, "txtALoad(1)", "-0.1", illegal, "[A]load of row 2 takes 0 or a number above it."},
-      {0, false, "lblRunSpeed(1)", "0", illegal, "Speed of row 2 takes a number above 0."},
-      {0, false, "lblRunSpeed(1)", "3e9", "Overflow", "Speed of row 2 "},
-      {0, false, "lblDegC", "warm", illegal, "Temperature takes any number"},
-      {0, false, "txtLinkTo(1)", "3", illegal, "Link To of row 2 "},
+      {kLn, false, "txtLnK1", "1,5", illegal, "LnK1 takes any number, such as 0.5 or 1.5E-6."},
+      {kPlain, false, "txtLnK1", "0", "K must be >0 !", "K1 takes a number above 0."},
+      {kPlain, false, "txtLnK1", "-3", "K must be >0 !", "K1 takes a number above 0."},
+      {kPlain, false, "txtLnK2", "0", "K2 must be greater than 0!", "K2 "},
+      {kPlain, false, "txtLnK3", "-1", "K3 must be greater than 0!", "K3 "},
+      {kLn, true, "txtLnK2", "0", "K2/K1 must be greater than 0!", "K2/K1 "},
+      {kLn, true, "txtLnK3", "-1", "K3/K1 must be greater than 0!", "K3/K1 "},
+      {kLn, true, "txtLnK3", "x", illegal, "K3/K1 takes a number above 0."},
+      {kLog10, false, "txtLnK1", "1e308", "Overflow", "LogK1 "},
+      {kLn, false, "txtMWB", "", illegal, "MW-A "},
+      {kLn, false, "txtOffset(1)", "0x1", illegal, "Baseline of row 2 takes any number"},
+      {kLn, false, "txtRefConc(1)", "0", illegal, "Ref.Conc.A of row 2 takes a number above 0."},
+      {kLn, false, "txtRefConc2(1)", "-1", illegal, "Ref.Conc.B of row 2 "},
+      {kLn, false, "txtALoad(1)", "-0.1", illegal,
+       "[A]load of row 2 takes 0 or a number above it."},
+      {kLn, false, "lblRunSpeed(1)", "0", illegal, "Speed of row 2 takes a number above 0."},
+      {kLn, false, "lblRunSpeed(1)", "3e9", "Overflow", "Speed of row 2 "},
+      {kLn, false, "lblDegC", "warm", illegal, "Temperature takes any number"},
+      {kLn, false, "txtLinkTo(1)", "3", illegal, "Link To of row 2 "},
   };
   QString remark;
   session.Remark = [&remark](const QString& text) { remark = text; };
@@ -203,7 +206,7 @@ TEST_F(FitControlTabTest, ValuesBeyondTheirFormAreNoCrash) {
   page.Vbar = 1.0;
   page.ModelLnK1 = 800.0;
   session.Module.UseBuoyantMW = false;
-  session.Module.KFormat = 2;
+  session.Module.KFormat = kPlain;
   tab.RefreshDisplay();
   EXPECT_EQ(Text("txtMWB"), "Division by zero");
   EXPECT_EQ(Text("txtLnK1"), "Overflow");
@@ -303,7 +306,7 @@ TEST_F(FitControlTabTest, ConstrainedRatiosComeBackAsTheyWere) {
   EXPECT_EQ(Text("txtLnK2"), "4.4817");
   EXPECT_EQ(Find<QCheckBox>("chkLnK2")->checkState(), Qt::PartiallyChecked);
   EXPECT_FALSE(Find("chkLnK2")->isEnabled());
-  session.Module.KFormat = 2;
+  session.Module.KFormat = kPlain;
   tab.RefreshDisplay();
   EXPECT_EQ(Text("txtLnK2"), "4.4817");
   Click("chkConstrainKratios");
@@ -329,7 +332,7 @@ TEST_F(FitControlTabTest, TheDisplayIsChosenWhereItIsSeen) {
   emit Find<QLabel>("lblMWB2")->customContextMenuRequested({});
   EXPECT_EQ(Entries("mnuMWDisplay"), "+*");
   Choose("mnuMWDisplay", "popmnuDispMW");
-  EXPECT_EQ(forK.value(0), QVariantList{1});
+  EXPECT_EQ(forK.value(0), QVariantList{QVariant::fromValue(kLog10)});
   EXPECT_EQ(forWeights.value(0), QVariantList{false});
 }
 

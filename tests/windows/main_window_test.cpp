@@ -202,7 +202,7 @@ TEST_F(MainWindowTest, SettingsOutliveTheProgram) {
   LoadSettings(again.Module, settings);
   EXPECT_FALSE(again.Module.SaveGraphs);
   EXPECT_TRUE(again.Module.Plots.PlotUsingPSI);
-  EXPECT_EQ(again.Module.KFormat, 2);
+  EXPECT_EQ(again.Module.KFormat, KDisplay::kPlain);
   EXPECT_FALSE(again.Module.UseBuoyantMW);
   EXPECT_EQ(again.Module.GoodColor, 0x030201U);
   const MainWindow next(again);

@@ -17,12 +17,14 @@ TEST(SimConstantDisplay, ShowsEntriesInAnotherFormAndBack) {
   for (const auto& c : cases) {
     SimInputs inputs = DefaultInputs();
     ASSERT_FALSE(StoreEntry(inputs, SimBox::kLnK2, c.ln));
-    SimConstantDisplay display;
-    for (const auto& [KFormat, text] :
-         {std::pair{2, c.plain}, {1, c.log10}, {2, c.plain}, {0, c.ln}}) {
-      display.Change(inputs, KFormat);
+    SimConstantDisplay constants;
+    for (const auto& [display, text] : {std::pair{KDisplay::kPlain, c.plain},
+                                        {KDisplay::kLog10, c.log10},
+                                        {KDisplay::kPlain, c.plain},
+                                        {KDisplay::kLn, c.ln}}) {
+      constants.Change(inputs, display);
       EXPECT_EQ(inputs.Text(SimBox::kLnK2), text);
-      EXPECT_EQ(static_cast<int>(inputs.kDisplay), KFormat);
+      EXPECT_EQ(inputs.kDisplay, display);
     }
     EXPECT_EQ(inputs.Text(SimBox::kLnK1), "12.0");
   }
@@ -31,11 +33,11 @@ TEST(SimConstantDisplay, ShowsEntriesInAnotherFormAndBack) {
 TEST(SimConstantDisplay, StartsAnewFromAnEntryMadeInBetween) {
   SimInputs inputs = DefaultInputs();
   SimConstantDisplay display;
-  display.Change(inputs, 1);
+  display.Change(inputs, KDisplay::kLog10);
   ASSERT_FALSE(StoreEntry(inputs, SimBox::kLnK1, "2"));
-  display.Change(inputs, 2);
+  display.Change(inputs, KDisplay::kPlain);
   EXPECT_EQ(inputs.Text(SimBox::kLnK1), "1.000E+2");
   EXPECT_NEAR(inputs.K[0], 100.0, 1e-9);
-  display.Change(inputs, 1);
+  display.Change(inputs, KDisplay::kLog10);
   EXPECT_EQ(inputs.Text(SimBox::kLnK1), "2");
 }

@@ -16,7 +16,7 @@ namespace {
 class SimWindowTest : public MainWindowTest {
  protected:
   SimWindowTest() {
-    session.Module.KFormat = 0;
+    session.Module.KFormat = KDisplay::kLn;
     Trigger("mnuSimulate");
     sim = Find("frmSim");
     tabs = Find<QTabWidget>("tabSim");

@@ -1,6 +1,5 @@
-#include "fit/report.h"
+#include "fit/fit_log.h"
 
-#include <algorithm>
 #include <cmath>
 #include <string>
 
@@ -35,14 +34,6 @@ std::string CellTypeField(const std::string& text) {
   const std::string bytes = Utf8ToCp1252(std::string(Trim(text)));
   if (bytes.size() > kField) return Cp1252ToUtf8(bytes.substr(0, kStart)) + "...";
   return Cp1252ToUtf8(bytes);
-}
-
-// The result of `work`, whose arithmetic is checked.
-template <class Work>
-double Checked(Work&& work) {
-  double result = 0.0;
-  CheckArithmetic([&] { result = work(); });
-  return result;
 }
 
 // The lines of one report, made from its source.
@@ -180,41 +171,6 @@ std::string ReferenceText(const ReportSource& source, int k) {
 }
 
 }  // namespace
-
-FitStatistics CalcFitStatistics(const FitState& fit) {
-  return CalcFitStatistics(fit, fit.FitChiSq);
-}
-
-FitStatistics CalcFitStatistics(const FitState& fit, double sum) {
-  FitStatistics statistics;
-  for (int l = 1; l <= fit.FitMA; ++l) statistics.fitted += fit.FitIA(l) != 0;
-  for (int d = 1; d <= fit.NumFitSets; ++d) {
-    statistics.maxSpeed = std::max(statistics.maxSpeed, static_cast<int>(fit.SetSpeed(d)));
-  }
-  statistics.freedom = fit.FitNumPoints - statistics.fitted;
-  statistics.variance = Checked([&] { return sum / statistics.freedom; });
-  return statistics;
-}
-
-double StandardError(const FitState& fit, const FitStatistics& statistics, int k) {
-  return Checked([&] { return std::sqrt(statistics.variance * fit.FitCovar(k, k)); });
-}
-
-ValueAndError ReferenceConcentration(const FitState& fit, const FitStatistics& statistics, int k) {
-  const double v = fit.FitA(k);
-  const double sd = StandardError(fit, statistics, k);
-  ValueAndError result;
-  CheckArithmetic([&] {
-    result.value = std::exp(v);
-    result.error = std::fabs(result.value - std::exp(v - sd));
-  });
-  return result;
-}
-
-double SigmaAtMaxSpeed(const FitState& fit, const FitStatistics& statistics, int k) {
-  const double speed = statistics.maxSpeed;
-  return Checked([&] { return speed * speed * fit.FitA(k) * kOmegaFactor / fit.TempK; });
-}
 
 void LogDatasetTable(const ReportSource& source, Host& host) {
   const FitState& fit = source.fit;

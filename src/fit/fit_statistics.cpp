@@ -1,0 +1,41 @@
+#include "fit/fit_statistics.h"
+
+#include <algorithm>
+#include <cmath>
+
+#include "base/arithmetic.h"
+
+FitStatistics CalcFitStatistics(const FitState& fit) {
+  return CalcFitStatistics(fit, fit.FitChiSq);
+}
+
+FitStatistics CalcFitStatistics(const FitState& fit, double sum) {
+  FitStatistics statistics;
+  statistics.fitted = fit.NumFitted();
+  for (int d = 1; d <= fit.NumFitSets; ++d) {
+    statistics.maxSpeed = std::max(statistics.maxSpeed, static_cast<int>(fit.SetSpeed(d)));
+  }
+  statistics.freedom = fit.FitNumPoints - statistics.fitted;
+  statistics.variance = Checked([&] { return sum / statistics.freedom; });
+  return statistics;
+}
+
+double StandardError(const FitState& fit, const FitStatistics& statistics, int k) {
+  return Checked([&] { return std::sqrt(statistics.variance * fit.FitCovar(k, k)); });
+}
+
+ValueAndError ReferenceConcentration(const FitState& fit, const FitStatistics& statistics, int k) {
+  const double v = fit.FitA(k);
+  const double sd = StandardError(fit, statistics, k);
+  ValueAndError result;
+  CheckArithmetic([&] {
+    result.value = std::exp(v);
+    result.error = std::fabs(result.value - std::exp(v - sd));
+  });
+  return result;
+}
+
+double SigmaAtMaxSpeed(const FitState& fit, const FitStatistics& statistics, int k) {
+  const double speed = statistics.maxSpeed;
+  return Checked([&] { return speed * speed * fit.FitA(k) * kOmegaFactor / fit.TempK; });
+}
