@@ -302,9 +302,9 @@ void MainMenus::Update() {
   fitting_.checkMinimum->setEnabled(windows_.data.FitControl().FitDone());
   fitting_.buoyant->setChecked(module.UseBuoyantMW);
   fitting_.weight->setChecked(!module.UseBuoyantMW);
-  fitting_.lnK->setChecked(module.KFormat == 0);
-  fitting_.log10K->setChecked(module.KFormat == 1);
-  fitting_.plainK->setChecked(module.KFormat == 2);
+  fitting_.lnK->setChecked(module.KFormat == KDisplay::kLn);
+  fitting_.log10K->setChecked(module.KFormat == KDisplay::kLog10);
+  fitting_.plainK->setChecked(module.KFormat == KDisplay::kPlain);
 }
 
 void MainMenus::SetCalculating(bool on) {
