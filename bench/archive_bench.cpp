@@ -8,6 +8,8 @@
 #include "archive/experiment_file.h"
 #include "base/chart.h"
 
+using namespace quorvane;
+
 namespace {
 
 Experiment ManyDatasets() {

@@ -9,6 +9,8 @@
 #include "stats/confidence.h"
 #include "support/fit_problem.h"
 
+using namespace quorvane;
+
 namespace {
 
 // Loading concentrations that agree with the true parameters: at a mass conservation point the

@@ -10,6 +10,8 @@
 #include "base/quiet_host.h"
 #include "match/match.h"
 
+using namespace quorvane;
+
 namespace {
 
 // A series of 100 scans of 1000 points that closes in on its last.

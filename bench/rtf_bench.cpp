@@ -9,6 +9,8 @@
 #include "rtf/rtf_reader.h"
 #include "rtf/rtf_writer.h"
 
+using namespace quorvane;
+
 namespace {
 
 // A PNG header and 30 KB behind it: neither side looks further than the header.

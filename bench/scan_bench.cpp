@@ -10,6 +10,8 @@
 #include "base/quiet_host.h"
 #include "scan/loading.h"
 
+using namespace quorvane;
+
 namespace {
 
 // Writes `count` scans of `rows` rows into a folder of their own.

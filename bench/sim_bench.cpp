@@ -6,6 +6,8 @@
 #include "base/quiet_host.h"
 #include "sim/simulate.h"
 
+using namespace quorvane;
+
 namespace {
 
 void SimulateModel(benchmark::State& state) {

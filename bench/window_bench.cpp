@@ -11,15 +11,17 @@
 #include <filesystem>
 #include <memory>
 
-#include "core/settings_store.h"
-#include "windows/autosave.h"
-#include "windows/data_window.h"
-#include "windows/experiment_commands.h"
-#include "windows/fit_control_tab.h"
-#include "windows/loaded_data_tab.h"
-#include "windows/log_window.h"
-#include "windows/main_window.h"
-#include "windows/qt_dialogs.h"
+#include "core/settings/settings_store.h"
+#include "windows/commands/experiment_commands.h"
+#include "windows/data/data_window.h"
+#include "windows/data/loaded_data_tab.h"
+#include "windows/frame/main_window.h"
+#include "windows/frame/qt_dialogs.h"
+#include "windows/log/log_window.h"
+#include "windows/page/fit_control_tab.h"
+#include "windows/session/autosave.h"
+
+using namespace quorvane;
 
 namespace {
 

@@ -5,6 +5,8 @@
 #include "base/arithmetic.h"
 #include "support/nist_sets.h"
 
+using namespace quorvane;
+
 namespace {
 
 std::string Text(const NistValues& values) {

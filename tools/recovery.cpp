@@ -21,6 +21,8 @@
 #include "stats/confidence.h"
 #include "support/fit_problem.h"
 
+using namespace quorvane;
+
 namespace {
 
 constexpr int kSets = 6;

@@ -19,14 +19,16 @@
 #include <clocale>
 #include <filesystem>
 
-#include "core/settings_store.h"
+#include "core/settings/settings_store.h"
 #include "windows/chart_mouse.h"
-#include "windows/data_window.h"
-#include "windows/experiment_commands.h"
-#include "windows/fit_control_tab.h"
-#include "windows/main_window.h"
-#include "windows/qt_dialogs.h"
-#include "windows/source_files_tab.h"
+#include "windows/commands/experiment_commands.h"
+#include "windows/data/data_window.h"
+#include "windows/data/source_files_tab.h"
+#include "windows/frame/main_window.h"
+#include "windows/frame/qt_dialogs.h"
+#include "windows/page/fit_control_tab.h"
+
+using namespace quorvane;
 
 namespace {
 

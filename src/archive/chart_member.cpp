@@ -2,6 +2,8 @@
 
 #include <limits>
 
+namespace quorvane {
+
 namespace {
 
 constexpr std::uint16_t kByteArray = 0x2011;
@@ -40,3 +42,5 @@ std::vector<Bytes> ReadChartMember(std::span<const std::byte> bytes) {
   if (!in.AtEnd()) in.Fail("end");
   return graphs;
 }
+
+}  // namespace quorvane

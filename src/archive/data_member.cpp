@@ -2,6 +2,8 @@
 
 #include <cmath>
 
+namespace quorvane {
+
 namespace {
 
 constexpr std::size_t kHeadSize = 4 + 4 + 255;
@@ -176,3 +178,5 @@ void ReadDataMember(std::span<const std::byte> bytes, Experiment& experiment) {
   }
   CheckExperiment(experiment);
 }
+
+}  // namespace quorvane

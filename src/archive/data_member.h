@@ -5,6 +5,8 @@
 
 #include "archive/experiment.h"
 
+namespace quorvane {
+
 // The member in the current layout, whatever layout `experiment` came from.
 // Throws ArchiveFault for numbers that the reader would refuse.
 Bytes WriteDataMember(const Experiment& experiment);
@@ -20,3 +22,5 @@ void ReadDataMember(std::span<const std::byte> bytes, Experiment& experiment);
 class UnknownLayout : public ArchiveFault {
   using ArchiveFault::ArchiveFault;
 };
+
+}  // namespace quorvane

@@ -10,6 +10,8 @@
 #include "fit/fit_page.h"
 #include "scan/dataset.h"
 
+namespace quorvane {
+
 // An archive that cannot be understood or must not be written; what() says what is wrong and where.
 class ArchiveFault : public std::runtime_error {
   using std::runtime_error::runtime_error;
@@ -28,3 +30,5 @@ struct Experiment {
   std::vector<Bytes> GraphStreams;  // serialised Charts, or bytes of another program's charts
   std::string log;                  // the bytes of logfile.rtf
 };
+
+}  // namespace quorvane

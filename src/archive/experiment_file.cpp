@@ -5,6 +5,8 @@
 #include "archive/zip_file.h"
 #include "base/files.h"
 
+namespace quorvane {
+
 namespace fs = std::filesystem;
 
 namespace {
@@ -72,3 +74,5 @@ void WriteExperimentFile(const fs::path& path, const Experiment& experiment) {
   WriteWholeFile(path, WriteZip(members),
                  [&](const fs::path& written) { CompareWith(members, written); });
 }
+
+}  // namespace quorvane

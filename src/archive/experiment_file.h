@@ -7,6 +7,8 @@
 
 #include "archive/experiment.h"
 
+namespace quorvane {
+
 // An experiment and what its reader passed over.
 struct ReadExperiment {
   Experiment experiment;
@@ -21,3 +23,5 @@ ReadExperiment ReadExperimentFile(const std::filesystem::path& path);
 // Writes an archive in the current layout to a temporary file, reads that back, compares, and
 // renames it over `path`. Throws FileFault or ArchiveFault; then `path` is as it was.
 void WriteExperimentFile(const std::filesystem::path& path, const Experiment& experiment);
+
+}  // namespace quorvane

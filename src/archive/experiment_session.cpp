@@ -8,6 +8,8 @@
 #include "base/text.h"
 #include "fit/models.h"
 
+namespace quorvane {
+
 namespace fs = std::filesystem;
 
 namespace {
@@ -182,3 +184,5 @@ fs::path ArchiveLockFile(const fs::path& path) {
 FileLock LockArchive(const fs::path& path) {
   return FileLock(ArchiveLockFile(path));
 }
+
+}  // namespace quorvane

@@ -8,6 +8,8 @@
 #include "base/file_lock.h"
 #include "core/program_state.h"
 
+namespace quorvane {
+
 class Host;
 class SessionHost;
 
@@ -47,3 +49,5 @@ FileLock LockArchive(const std::filesystem::path& path);
 
 // The file that stands for that lock.
 std::filesystem::path ArchiveLockFile(const std::filesystem::path& path);
+
+}  // namespace quorvane

@@ -7,6 +7,8 @@
 
 #include "base/files.h"
 
+namespace quorvane {
+
 namespace fs = std::filesystem;
 
 namespace {
@@ -91,3 +93,5 @@ void UnsavedWork::Discard() const {
   std::error_code ignored;
   fs::remove(File(), ignored);
 }
+
+}  // namespace quorvane

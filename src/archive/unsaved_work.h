@@ -8,6 +8,8 @@
 #include "archive/experiment.h"
 #include "base/file_lock.h"
 
+namespace quorvane {
+
 // Where one running program keeps its unsaved experiment: a numbered folder below one that all
 // share, owned by the program that holds its lock. Move-only; the end of the object gives the place
 // up, and removes it if nothing is kept there.
@@ -48,3 +50,5 @@ class UnsavedWork {
   std::filesystem::path folder_;
   FileLock lock_;
 };
+
+}  // namespace quorvane

@@ -5,6 +5,8 @@
 
 #include <zip.h>
 
+namespace quorvane {
+
 namespace {
 
 // 1980-01-01 in local time, the earliest that a ZIP file can say: the same on every machine.
@@ -130,3 +132,5 @@ std::vector<ZipMember> ReadZip(std::string_view zip, const std::vector<std::stri
   }
   return members;
 }
+
+}  // namespace quorvane

@@ -7,6 +7,8 @@
 
 #include "archive/experiment.h"
 
+namespace quorvane {
+
 struct ZipMember {
   std::string name;
   Bytes bytes;
@@ -23,3 +25,5 @@ std::string WriteZip(const std::vector<ZipMember>& members);
 // Throws ArchiveFault, naming the member, for bytes that are no whole ZIP file, a wrong check sum,
 // a length that lies, an encrypted member or one above kLongestMember.
 std::vector<ZipMember> ReadZip(std::string_view zip, const std::vector<std::string>& wanted);
+
+}  // namespace quorvane

@@ -2,6 +2,8 @@
 
 #include <cmath>
 
+namespace quorvane {
+
 const char* DescribeFault(FaultKind kind) {
   switch (kind) {
     case FaultKind::kOverflow:
@@ -41,3 +43,5 @@ long long RoundHalfEven(double x, long long low, long long high) {
 double PowerOfTen(double x) {
   return std::exp(std::log(10.0) * x);
 }
+
+}  // namespace quorvane

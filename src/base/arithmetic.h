@@ -12,6 +12,8 @@
 #include <cfenv>
 #endif
 
+namespace quorvane {
+
 enum class FaultKind { kOverflow, kDivisionByZero, kInvalidOperation };
 
 // "Overflow", "Division by zero", "Invalid operation".
@@ -109,3 +111,5 @@ long long RoundHalfEven(double x, long long low, long long high);
 
 // exp(ln(10) x).
 double PowerOfTen(double x);
+
+}  // namespace quorvane

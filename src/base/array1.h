@@ -5,6 +5,8 @@
 #include <cstddef>
 #include <vector>
 
+namespace quorvane {
+
 // v(1) .. v(size()). Out-of-range indices are a caller's slip: asserted, not thrown.
 template <class T>
 class Array1 {
@@ -65,3 +67,5 @@ class Matrix1 {
   int cols_ = 0;
   std::vector<T> data_;
 };
+
+}  // namespace quorvane

@@ -3,6 +3,8 @@
 #include <bit>
 #include <cstring>
 
+namespace quorvane {
+
 std::span<const std::byte> BytesOf(std::string_view text) {
   return std::as_bytes(std::span(text.data(), text.size()));
 }
@@ -77,3 +79,5 @@ std::uint32_t ByteReader::Count(std::size_t size, const char* what) {
 void ByteReader::Fail(const std::string& what) const {
   throw ByteFault(source_ + ": bad " + what + " at byte " + std::to_string(at_));
 }
+
+}  // namespace quorvane

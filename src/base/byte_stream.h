@@ -9,6 +9,8 @@
 #include <string_view>
 #include <vector>
 
+namespace quorvane {
+
 // Bytes that do not hold what they should; what() says of which source, what and at which byte.
 class ByteFault : public std::runtime_error {
   using std::runtime_error::runtime_error;
@@ -73,3 +75,5 @@ class ByteReader {
   std::span<const std::byte> bytes_;
   std::size_t at_ = 0;
 };
+
+}  // namespace quorvane

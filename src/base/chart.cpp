@@ -4,6 +4,8 @@
 
 #include "base/byte_stream.h"
 
+namespace quorvane {
+
 namespace {
 
 constexpr std::uint32_t kMagic = 0x48435651;  // "QVCH"
@@ -124,3 +126,5 @@ Chart ParseChart(std::span<const std::byte> bytes) {
   if (!in.AtEnd()) in.Fail("end");
   return chart;
 }
+
+}  // namespace quorvane

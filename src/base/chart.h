@@ -9,6 +9,8 @@
 #include <string>
 #include <vector>
 
+namespace quorvane {
+
 // A colour as 0x00BBGGRR: red in the lowest byte.
 using ChartColor = std::uint32_t;
 
@@ -88,3 +90,5 @@ std::vector<std::byte> SerializeChart(const Chart& chart);
 // Throws ByteFault, saying what was wrong and at which byte, for anything else; every
 // length is checked against the bytes that are left before memory is taken for it.
 Chart ParseChart(std::span<const std::byte> bytes);
+
+}  // namespace quorvane

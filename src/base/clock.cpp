@@ -3,6 +3,8 @@
 #include <array>
 #include <ctime>
 
+namespace quorvane {
+
 std::string DateAndTimeText() {
   return DateAndTimeText(std::chrono::system_clock::now());
 }
@@ -19,3 +21,5 @@ std::string DateAndTimeText(std::chrono::system_clock::time_point moment) {
   std::strftime(text.data(), text.size(), "%Y-%m-%d, %H:%M:%S", &local);
   return text.data();
 }
+
+}  // namespace quorvane

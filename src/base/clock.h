@@ -4,6 +4,8 @@
 #include <chrono>
 #include <string>
 
+namespace quorvane {
+
 // Local date and time now as "2026-11-21, 14:03:22".
 std::string DateAndTimeText();
 
@@ -20,3 +22,5 @@ class Stopwatch {
  private:
   std::chrono::steady_clock::time_point start_ = std::chrono::steady_clock::now();
 };
+
+}  // namespace quorvane

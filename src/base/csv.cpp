@@ -3,6 +3,8 @@
 #include <array>
 #include <charconv>
 
+namespace quorvane {
+
 std::string CsvText(std::string_view text) {
   if (text.find_first_of(",\"\r\n") == std::string_view::npos) return std::string(text);
   std::string quoted = "\"";
@@ -19,3 +21,5 @@ std::string CsvNumber(double value) {
       std::to_chars(text.data(), text.data() + text.size(), value, std::chars_format::general, 17);
   return {text.data(), result.ptr};
 }
+
+}  // namespace quorvane

@@ -18,6 +18,8 @@
 #include <unistd.h>
 #endif
 
+namespace quorvane {
+
 namespace fs = std::filesystem;
 
 namespace {
@@ -175,3 +177,5 @@ void FileLock::Release() {
 }
 
 #endif
+
+}  // namespace quorvane

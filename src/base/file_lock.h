@@ -5,6 +5,8 @@
 #include <filesystem>
 #include <string>
 
+namespace quorvane {
+
 // Stands as a small file. The system gives the lock up when its process ends, in whatever way, so
 // that a file left behind by a crash is taken over. Where the file cannot be made, in a folder that
 // is read-only or on a disk without locks, there is none: nobody holds it and nobody is refused.
@@ -41,3 +43,5 @@ class FileLock {
   std::intptr_t handle_ = kNoHandle;  // of the open file, as the system has it
   std::string holder_;
 };
+
+}  // namespace quorvane

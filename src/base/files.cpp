@@ -16,6 +16,8 @@
 #include <unistd.h>
 #endif
 
+namespace quorvane {
+
 namespace fs = std::filesystem;
 
 namespace {
@@ -262,3 +264,5 @@ std::string PathText(const fs::path& path) {
 fs::path PathFromText(std::string_view text) {
   return fs::path(std::u8string(text.begin(), text.end()));
 }
+
+}  // namespace quorvane

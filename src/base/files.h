@@ -7,6 +7,8 @@
 #include <string>
 #include <string_view>
 
+namespace quorvane {
+
 // A file that could not be read or written; what() names it and says why.
 class FileFault : public std::runtime_error {
  public:
@@ -62,3 +64,5 @@ std::string PathText(const std::filesystem::path& path);
 
 // The path that UTF-8 text names.
 std::filesystem::path PathFromText(std::string_view text);
+
+}  // namespace quorvane

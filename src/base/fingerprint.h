@@ -6,6 +6,8 @@
 #include <cstring>
 #include <span>
 
+namespace quorvane {
+
 // A number of 64 bits that goes with the bytes added, in their order. Equal bytes give equal
 // numbers; other bytes give the same one by accident only. About 4 GB a second.
 class Fingerprint {
@@ -34,3 +36,5 @@ class Fingerprint {
 
   std::uint64_t value_ = 0;
 };
+
+}  // namespace quorvane

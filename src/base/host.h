@@ -6,6 +6,8 @@
 
 #include "base/progress.h"
 
+namespace quorvane {
+
 struct Chart;
 
 enum class MessageIcon { kNone, kInformation, kQuestion, kExclamation, kStop };
@@ -55,3 +57,5 @@ class SessionHost : public Host {
   // RTF file come in as plain text, with a message.
   virtual void LoadLog(std::string_view rtf) = 0;
 };
+
+}  // namespace quorvane

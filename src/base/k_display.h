@@ -5,6 +5,8 @@
 #include <string>
 #include <string_view>
 
+namespace quorvane {
+
 // Numbered as the settings keep it.
 enum class KDisplay : std::int16_t { kLn = 0, kLog10 = 1, kPlain = 2 };
 
@@ -15,3 +17,5 @@ inline std::string KLabel(std::string_view name, KDisplay display) {
                                                      : "Ln";
   return prefix + std::string(name);
 }
+
+}  // namespace quorvane

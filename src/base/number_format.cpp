@@ -7,6 +7,8 @@
 
 #include "base/arithmetic.h"
 
+namespace quorvane {
+
 namespace {
 
 constexpr int kSignificantDigits = 15;
@@ -216,3 +218,5 @@ std::string FormatParam(double value) {
   const bool fixed = value == 0.0 || (magnitude >= 0.05 && magnitude < 100.0);
   return FormatNumber(value, fixed ? "0.0000" : "0.000E+##");
 }
+
+}  // namespace quorvane

@@ -4,6 +4,8 @@
 #include <string>
 #include <string_view>
 
+namespace quorvane {
+
 // `value` written by `pattern`. In a pattern
 //   0        a digit always            #        a digit if there is one
 //   .        the decimal point, kept even if no digit follows
@@ -21,3 +23,5 @@ std::string FormatNumber(double value, std::string_view pattern);
 
 // A parameter as it is shown: "0.0000" for 0.05 <= |x| < 100 and for 0, otherwise "0.000E+##".
 std::string FormatParam(double value);
+
+}  // namespace quorvane

@@ -2,6 +2,8 @@
 
 #include "base/number_format.h"
 
+namespace quorvane {
+
 std::string ProgressText(const Progress& progress) {
   const std::string what(progress.what);
   switch (progress.phase) {
@@ -19,3 +21,5 @@ std::string ProgressText(const Progress& progress) {
   return what + ": iteration " + std::to_string(progress.iteration) + ", sum of squares " +
          FormatNumber(progress.sumOfSquares, "0.000000E+00");
 }
+
+}  // namespace quorvane

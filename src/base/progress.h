@@ -4,6 +4,8 @@
 #include <string>
 #include <string_view>
 
+namespace quorvane {
+
 // What a confidence search does with its parameter; or fits from many starts.
 enum class SearchPhase { kNone, kBracketing, kBisection, kStarts };
 
@@ -19,3 +21,5 @@ struct Progress {
 // "LnK1: bracketing, 12.3450" or "Check Minimum: 7 of 21 starts, least sum of squares
 // 1.234567E-03".
 std::string ProgressText(const Progress& progress);
+
+}  // namespace quorvane

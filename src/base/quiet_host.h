@@ -3,6 +3,8 @@
 
 #include "base/host.h"
 
+namespace quorvane {
+
 class QuietHost : public Host {
  public:
   void PrintIt(std::string_view) override {}
@@ -14,3 +16,5 @@ class QuietHost : public Host {
   void ReportFailure(std::string_view) override {}
   void SendPictureToLog(const Chart&) override {}
 };
+
+}  // namespace quorvane

@@ -4,6 +4,8 @@
 #include <bit>
 #include <cstdint>
 
+namespace quorvane {
+
 namespace {
 
 constexpr std::size_t kBlock = 64;  // bytes
@@ -86,3 +88,5 @@ std::string Sha256(std::string_view bytes) {
   }
   return digits;
 }
+
+}  // namespace quorvane

@@ -4,5 +4,9 @@
 #include <string>
 #include <string_view>
 
+namespace quorvane {
+
 // The digest of `bytes` as 64 lower-case hexadecimal digits (FIPS 180-4).
 std::string Sha256(std::string_view bytes);
+
+}  // namespace quorvane

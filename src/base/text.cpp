@@ -7,6 +7,8 @@
 #include <cstdint>
 #include <limits>
 
+namespace quorvane {
+
 namespace {
 
 // What the codes 0x80 to 0x9F stand for; 0 for the five unused ones.
@@ -196,3 +198,5 @@ std::string ShortestText(double value) {
   std::array<char, 40> text{};
   return {text.data(), std::to_chars(text.data(), text.data() + text.size(), value).ptr};
 }
+
+}  // namespace quorvane

@@ -6,6 +6,8 @@
 #include <string>
 #include <string_view>
 
+namespace quorvane {
+
 inline constexpr std::string_view kLineBreak = "\r\n";
 
 // The plus-minus sign, character 177 of Latin-1.
@@ -42,3 +44,5 @@ std::string ShortestText(double value);
 // The number that an entry box accepts: blanks around, a sign, digits with an optional point, an
 // exponent E. The whole text must match and the value be finite; otherwise nothing.
 std::optional<double> ParseNumeric(std::string_view text);
+
+}  // namespace quorvane

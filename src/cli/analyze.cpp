@@ -14,11 +14,13 @@
 #include "cli/json_records.h"
 #include "cli/terminal_host.h"
 #include "core/fit_run.h"
-#include "core/report_file.h"
+#include "core/report/report_file.h"
 #include "plot/offscreen.h"
 #include "plot/report_pages.h"
 #include "scan/dataset_files.h"
 #include "stats/correlation.h"
+
+namespace quorvane {
 
 namespace fs = std::filesystem;
 
@@ -238,3 +240,5 @@ ExitStatus RunAnalyze(const AnalyzeArguments& arguments, const CommandStreams& s
   const ExitStatus fit = job.fit ? StatusOf(outcome.ending) : ExitStatus::kDone;
   return Worst({fit, analysed, saved, written, logged});
 }
+
+}  // namespace quorvane

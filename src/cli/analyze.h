@@ -5,6 +5,8 @@
 
 #include "cli/command_line.h"
 
+namespace quorvane {
+
 struct AnalyzeArguments {
   std::string job;
   std::string json;  // empty: none
@@ -14,3 +16,5 @@ struct AnalyzeArguments {
 
 // Throws JobFault and FileFault.
 ExitStatus RunAnalyze(const AnalyzeArguments& arguments, const CommandStreams& streams);
+
+}  // namespace quorvane

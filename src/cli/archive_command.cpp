@@ -13,6 +13,8 @@
 #include "cli/terminal_host.h"
 #include "fit/models.h"
 
+namespace quorvane {
+
 namespace {
 
 // The fields of a page with their names.
@@ -126,3 +128,5 @@ ExitStatus SaveSession(const std::filesystem::path& path, QuorvaneModule& module
   if (SaveExperiment(module, path, host)) return ExitStatus::kDone;
   return module.Store.Datasets.empty() ? ExitStatus::kNotDone : ExitStatus::kFileFault;
 }
+
+}  // namespace quorvane

@@ -6,6 +6,8 @@
 #include "cli/command_line.h"
 #include "core/program_state.h"
 
+namespace quorvane {
+
 class TerminalHost;
 
 struct ArchiveArguments {
@@ -21,3 +23,5 @@ ExitStatus RunArchive(const ArchiveArguments& arguments, const CommandStreams& s
 // so; it is written all the same. A session without datasets is not done, and writes nothing.
 ExitStatus SaveSession(const std::filesystem::path& path, QuorvaneModule& module,
                        TerminalHost& host, const CommandStreams& streams);
+
+}  // namespace quorvane

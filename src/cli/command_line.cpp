@@ -16,6 +16,8 @@
 #include "cli/simulate_command.h"
 #include "core/program_state.h"
 
+namespace quorvane {
+
 namespace {
 
 // A command with the arguments that it will have been given.
@@ -206,3 +208,5 @@ ExitStatus RunCommandLine(std::vector<std::string> arguments, const CommandStrea
   }
   return RunGuarded(commands.at(app.get_subcommands().front()->get_name()), streams);
 }
+
+}  // namespace quorvane

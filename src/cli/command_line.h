@@ -6,6 +6,8 @@
 #include <string>
 #include <vector>
 
+namespace quorvane {
+
 // How a command ends, as the exit status of the program.
 enum class ExitStatus {
   kDone = 0,
@@ -25,3 +27,5 @@ struct CommandStreams {
 // Runs the command that `arguments` (without the program's name) ask for. Every fault ends in a
 // message on `err` and a status; nothing is thrown.
 ExitStatus RunCommandLine(std::vector<std::string> arguments, const CommandStreams& streams);
+
+}  // namespace quorvane

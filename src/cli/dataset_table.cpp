@@ -6,6 +6,8 @@
 #include "base/number_format.h"
 #include "base/text.h"
 
+namespace quorvane {
+
 namespace {
 
 // `text` (UTF-8) filled up to `width` characters; numbers to the right.
@@ -49,3 +51,5 @@ void PrintDatasetTable(const std::vector<Dataset>& datasets, std::ostream& out) 
         << '\n';
   }
 }
+
+}  // namespace quorvane

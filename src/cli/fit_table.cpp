@@ -2,6 +2,8 @@
 
 #include "base/csv.h"
 
+namespace quorvane {
+
 std::string FitTable(const FitState& fit, const std::vector<Dataset>& datasets) {
   std::string table = "dataset,name,radius,signal,fitted,residual\r\n";
   for (int i = 1; i <= fit.FitNumPoints; ++i) {
@@ -14,3 +16,5 @@ std::string FitTable(const FitState& fit, const std::vector<Dataset>& datasets) 
   }
   return table;
 }
+
+}  // namespace quorvane

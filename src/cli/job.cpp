@@ -4,9 +4,11 @@
 
 #include "base/files.h"
 #include "base/text.h"
-#include "core/constants.h"
-#include "core/report_file.h"
+#include "core/page/constants.h"
+#include "core/report/report_file.h"
 #include "fit/models.h"
+
+namespace quorvane {
 
 namespace fs = std::filesystem;
 
@@ -326,3 +328,5 @@ std::unique_ptr<ParsedJob> ReadJob(const fs::path& path) {
   root.RefuseUnknownKeys();
   return parsed;
 }
+
+}  // namespace quorvane

@@ -17,6 +17,8 @@
 #include "stats/confidence.h"
 #include "stats/minimum_check.h"
 
+namespace quorvane {
+
 // How a file is to be loaded: the words of a job and of the options of `scan`.
 struct LoadWords {
   std::optional<std::string> kind;
@@ -129,3 +131,5 @@ std::unique_ptr<ParsedJob> ReadJob(const std::filesystem::path& path);
 // Throws JobFault for a word that is none.
 ScanLoadSettings LoadSettingsOf(const LoadWords& words, const std::filesystem::path& file,
                                 const TableReader& table);
+
+}  // namespace quorvane

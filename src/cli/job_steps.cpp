@@ -4,11 +4,13 @@
 
 #include "base/files.h"
 #include "base/host.h"
-#include "core/cell_files.h"
-#include "core/constants.h"
+#include "core/page/cell_files.h"
+#include "core/page/constants.h"
 #include "fit/models.h"
 #include "scan/blank.h"
 #include "scan/point_edits.h"
+
+namespace quorvane {
 
 namespace {
 
@@ -236,3 +238,5 @@ ConfidenceRequest ConfidenceOf(const Job& job, const FitSetup& setup) {
   }
   return request;
 }
+
+}  // namespace quorvane

@@ -5,6 +5,8 @@
 #include "cli/job.h"
 #include "core/program_state.h"
 
+namespace quorvane {
+
 class Host;
 
 // Cell geometries and constants. Throws FileFault.
@@ -28,3 +30,5 @@ bool ApplyFit(const Job& job, QuorvaneModule& module, Host& host);
 // The request of [confidence] for the fit that the job sets up. Throws JobFault for a parameter
 // that the model does not have or that is held.
 ConfidenceRequest ConfidenceOf(const Job& job, const FitSetup& setup);
+
+}  // namespace quorvane

@@ -11,6 +11,8 @@
 #include "stats/correlation.h"
 #include "stats/fit_quality.h"
 
+namespace quorvane {
+
 namespace {
 
 Json DatasetJson(const Dataset& dataset, int number) {
@@ -252,3 +254,5 @@ Json CrossCorrelationJson(const QuorvaneModule& module) {
           {"names", names},
           {"matrix", MatrixJson(CrossCorrelation(module.Fit))}};
 }
+
+}  // namespace quorvane

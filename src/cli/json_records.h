@@ -6,6 +6,8 @@
 #include "stats/confidence.h"
 #include "stats/minimum_check.h"
 
+namespace quorvane {
+
 // {"program", "version"}: the start of every document.
 Json DocumentHead();
 
@@ -30,3 +32,5 @@ Json MinimaJson(const FitState& fit, const MinimumRequest& request, const Minimu
 
 // The coefficients of the fit that module.Fit holds. Throws ArithmeticFault.
 Json CrossCorrelationJson(const QuorvaneModule& module);
+
+}  // namespace quorvane

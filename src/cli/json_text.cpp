@@ -4,6 +4,8 @@
 #include <charconv>
 #include <cmath>
 
+namespace quorvane {
+
 namespace {
 
 void Write(const Json& value, std::size_t depth, std::string& out);
@@ -72,3 +74,5 @@ std::string JsonText(const Json& value) {
   out += '\n';
   return out;
 }
+
+}  // namespace quorvane

@@ -5,8 +5,12 @@
 
 #include <nlohmann/json.hpp>
 
+namespace quorvane {
+
 using Json = nlohmann::ordered_json;
 
 // The text of a value, indented by two blanks, lists of numbers on one line; ends with \n. Numbers
 // that are not finite never appear: they are written as null.
 std::string JsonText(const Json& value);
+
+}  // namespace quorvane

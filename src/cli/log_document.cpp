@@ -8,6 +8,8 @@
 #include "rtf/picture_file.h"
 #include "rtf/rtf_writer.h"
 
+namespace quorvane {
+
 void LogDocument::AddLine(std::string_view text) {
   const std::string lines = WithUnixLines(text) + '\n';
   text_ += lines;
@@ -29,3 +31,5 @@ bool LogDocument::Load(std::string_view rtf) {
 std::string LogDocument::Rtf() const {
   return WriteRtf(rich_);
 }
+
+}  // namespace quorvane

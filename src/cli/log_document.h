@@ -7,6 +7,8 @@
 #include "base/chart.h"
 #include "rtf/rich_text.h"
 
+namespace quorvane {
+
 class LogDocument {
  public:
   // A text that makes one line or, with CR LF inside, several.
@@ -29,3 +31,5 @@ class LogDocument {
   std::string text_;
   RichText rich_;
 };
+
+}  // namespace quorvane

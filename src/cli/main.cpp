@@ -13,6 +13,8 @@
 #include <unistd.h>
 #endif
 
+using namespace quorvane;
+
 namespace {
 
 bool ErrorsGoToATerminal() {

@@ -10,6 +10,8 @@
 #include "cli/terminal_host.h"
 #include "match/match_report.h"
 
+namespace quorvane {
+
 namespace {
 
 ExitStatus StatusOf(MatchLoadOutcome outcome) {
@@ -96,3 +98,5 @@ ExitStatus RunMatch(const MatchArguments& arguments, const CommandStreams& strea
   }
   return ExitStatus::kDone;
 }
+
+}  // namespace quorvane

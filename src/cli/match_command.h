@@ -6,6 +6,8 @@
 
 #include "cli/command_line.h"
 
+namespace quorvane {
+
 struct MatchArguments {
   std::vector<std::string> files;
   std::vector<double> range;  // two limits, cm; empty: all points
@@ -17,3 +19,5 @@ struct MatchArguments {
 
 // Throws FileFault if a result cannot be written.
 ExitStatus RunMatch(const MatchArguments& arguments, const CommandStreams& streams);
+
+}  // namespace quorvane

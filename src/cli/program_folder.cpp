@@ -13,6 +13,8 @@
 #include <cstdint>
 #endif
 
+namespace quorvane {
+
 namespace fs = std::filesystem;
 
 namespace {
@@ -43,3 +45,5 @@ fs::path ProgramFolder(const char* name) {
   const fs::path resolved = fs::canonical(file, error);
   return (error ? file : resolved).parent_path();
 }
+
+}  // namespace quorvane

@@ -5,8 +5,10 @@
 #include "cli/job_steps.h"
 #include "cli/json_records.h"
 #include "cli/terminal_host.h"
-#include "core/cell_files.h"
+#include "core/page/cell_files.h"
 #include "scan/file_check.h"
+
+namespace quorvane {
 
 namespace {
 
@@ -72,3 +74,5 @@ ExitStatus RunScan(const ScanArguments& arguments, const CommandStreams& streams
   }
   return status;
 }
+
+}  // namespace quorvane

@@ -6,6 +6,8 @@
 
 #include "cli/command_line.h"
 
+namespace quorvane {
+
 struct ScanArguments {
   std::vector<std::string> files;
   std::string kind;         // empty: from the extension
@@ -16,3 +18,5 @@ struct ScanArguments {
 
 // Throws JobFault for a word that is none, and FileFault.
 ExitStatus RunScan(const ScanArguments& arguments, const CommandStreams& streams);
+
+}  // namespace quorvane

@@ -9,6 +9,8 @@
 #include "cli/toml_reader.h"
 #include "sim/simulate.h"
 
+namespace quorvane {
+
 namespace {
 
 int ReadModel(TableReader& job) {
@@ -110,3 +112,5 @@ ExitStatus RunSimulate(const SimulateArguments& arguments, const CommandStreams&
   }
   return ExitStatus::kDone;
 }
+
+}  // namespace quorvane

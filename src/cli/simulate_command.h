@@ -7,6 +7,8 @@
 
 #include "cli/command_line.h"
 
+namespace quorvane {
+
 struct SimulateArguments {
   std::string job;
   std::string output;                 // scan file; empty: standard output
@@ -16,3 +18,5 @@ struct SimulateArguments {
 
 // Throws JobFault, also for an input outside the bounds of its box, and FileFault.
 ExitStatus RunSimulate(const SimulateArguments& arguments, const CommandStreams& streams);
+
+}  // namespace quorvane

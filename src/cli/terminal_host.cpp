@@ -5,6 +5,8 @@
 
 #include "base/text.h"
 
+namespace quorvane {
+
 namespace {
 
 volatile std::sig_atomic_t interrupted = 0;
@@ -86,3 +88,5 @@ void TerminalHost::ErrorLine(std::string_view text) {
   ClearProgressLine();
   streams_.err << WithUnixLines(text) << '\n' << std::flush;
 }
+
+}  // namespace quorvane

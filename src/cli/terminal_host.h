@@ -11,6 +11,8 @@
 #include "cli/log_document.h"
 #include "plot/offscreen.h"
 
+namespace quorvane {
+
 // From here on an interrupt (Ctrl-C) stops a running calculation instead of ending the program; a
 // second one ends it.
 void CatchInterrupts();
@@ -56,3 +58,5 @@ class TerminalHost : public SessionHost {
   Stopwatch sinceLimitSet_;
   std::optional<double> timeLimit_;  // seconds
 };
+
+}  // namespace quorvane

@@ -6,6 +6,8 @@
 #include "base/files.h"
 #include "base/text.h"
 
+namespace quorvane {
+
 TomlFile ReadToml(const std::filesystem::path& path) {
   constexpr std::size_t kLongest = 16U << 20U;  // bytes
   const std::string name = PathText(path);
@@ -165,3 +167,5 @@ std::pair<double, double> TableReader::RangeOf(std::string_view key, const toml:
   if (range.first > range.second) Fail(key, "the range must rise");
   return range;
 }
+
+}  // namespace quorvane

@@ -14,6 +14,8 @@
 
 #include <toml++/toml.h>
 
+namespace quorvane {
+
 // A bad job; what() names file, line and key.
 class JobFault : public std::runtime_error {
   using std::runtime_error::runtime_error;
@@ -68,3 +70,5 @@ class TableReader {
   const toml::table* table_;
   std::set<std::string, std::less<>> asked_;
 };
+
+}  // namespace quorvane

@@ -7,8 +7,8 @@
 #include "base/host.h"
 #include "base/number_format.h"
 #include "base/text.h"
-#include "core/fit_checks.h"
 #include "core/graph_store.h"
+#include "core/page/fit_checks.h"
 #include "fit/assembly.h"
 #include "fit/fit_log.h"
 #include "fit/levmarq.h"
@@ -16,6 +16,8 @@
 #include "fit/model_pass.h"
 #include "fit/models.h"
 #include "stats/quantiles.h"
+
+namespace quorvane {
 
 namespace {
 
@@ -188,3 +190,5 @@ void TakeAsStart(QuorvaneModule& module, const Array1<double>& values) {
   other.FitA = values;
   UpdateParameters(other, module.FitPage, module.Store.Datasets);
 }
+
+}  // namespace quorvane

@@ -5,6 +5,8 @@
 
 #include "core/program_state.h"
 
+namespace quorvane {
+
 class Host;
 
 enum class FitEnding {
@@ -34,3 +36,5 @@ ConfidenceOutcome SearchIntervals(QuorvaneModule& module, const ConfidenceReques
 // as a fit that ended there would: the start of the next one. module.Fit stays as it is.
 // Throws ArithmeticFault for a reference concentration beyond all bounds; then nothing changed.
 void TakeAsStart(QuorvaneModule& module, const Array1<double>& values);
+
+}  // namespace quorvane

@@ -3,6 +3,8 @@
 #include "base/byte_stream.h"
 #include "base/host.h"
 
+namespace quorvane {
+
 void SaveGraph(QuorvaneModule& module, const Chart& chart) {
   Chart kept = chart;
   kept.title = "Graph #" + std::to_string(module.NumGraphs() + 1) + " :: " + chart.title;
@@ -29,3 +31,5 @@ bool DeleteAllGraphs(QuorvaneModule& module, Host& host) {
   module.GraphStreams.clear();
   return true;
 }
+
+}  // namespace quorvane

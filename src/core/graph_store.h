@@ -4,6 +4,8 @@
 #include "base/chart.h"
 #include "core/program_state.h"
 
+namespace quorvane {
+
 class Host;
 
 // Keeps a copy of `chart` as the next "Graph #", its title headed so.
@@ -18,3 +20,5 @@ Chart GraphAt(const QuorvaneModule& module, int number);
 
 // Asks, and on Yes forgets all kept graphs. True if they are gone.
 bool DeleteAllGraphs(QuorvaneModule& module, Host& host);
+
+}  // namespace quorvane

@@ -5,6 +5,8 @@
 #include "base/host.h"
 #include "fit/fit_setup.h"
 
+namespace quorvane {
+
 void StartNewExperiment(QuorvaneModule& module) {
   if (module.ExperimentOpen) module.GraphStreams.clear();
   module.Store.Datasets.clear();  // HeaderLine belongs to the file that is still selected
@@ -29,3 +31,5 @@ void LogNewHead(const std::filesystem::path& currentFolder, Host& host) {
   LogHead(host);
   host.PrintIt("\r\nThe current directory is " + PathText(currentFolder) + "\r\n");
 }
+
+}  // namespace quorvane

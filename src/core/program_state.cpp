@@ -3,6 +3,8 @@
 #include "base/clock.h"
 #include "base/host.h"
 
+namespace quorvane {
+
 const char* ProgramVersion() {
   return QUORVANE_VERSION;
 }
@@ -11,3 +13,5 @@ void LogHead(Host& host) {
   host.PrintIt(std::string("Quorvane - Version ") + ProgramVersion());
   host.PrintIt(DateAndTimeText());
 }
+
+}  // namespace quorvane

@@ -18,6 +18,8 @@
 #include "scan/dataset_store.h"
 #include "stats/confidence.h"
 
+namespace quorvane {
+
 // Colours of series by position, as 0x00BBGGRR; entry 12 has all bits set on purpose.
 inline constexpr std::array<std::uint32_t, 16> GraphColors = {
     0x000000, 0x0000FF, 0x00FF00, 0xFF0000, 0x00FFFF,   0xFF00FF, 0xFFFF00, 0x7F7F7F,
@@ -92,3 +94,5 @@ const char* ProgramVersion();
 
 // The two lines that head a new log: program and version, date and time.
 void LogHead(Host& host);
+
+}  // namespace quorvane

@@ -1,5 +1,7 @@
 #include "core/screen_check.h"
 
+namespace quorvane {
+
 // Words run together in both texts: kept on purpose.
 std::optional<std::string> ScreenRefusal(const ScreenSize& screen) {
   constexpr double kUsual = 96.0;
@@ -17,3 +19,5 @@ std::optional<std::string> ScreenRefusal(const ScreenSize& screen) {
   }
   return std::nullopt;
 }
+
+}  // namespace quorvane

@@ -6,6 +6,8 @@
 #include "fit/fit_state.h"
 #include "fit/models.h"
 
+namespace quorvane {
+
 namespace {
 
 // A pivot below this share of its diagonal element leaves few of its digits.
@@ -208,3 +210,5 @@ void ArrowSolver::InvertGroupRows(const Dense& group, const std::vector<double>&
     }
   }
 }
+
+}  // namespace quorvane

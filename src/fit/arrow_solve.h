@@ -9,6 +9,8 @@
 
 #include "base/array1.h"
 
+namespace quorvane {
+
 struct FitState;
 
 // Which fitted parameters, by their places from 1, form groups, and which the border.
@@ -59,3 +61,5 @@ class ArrowSolver {
   std::vector<double> diagonal_;  // of the block at hand before elimination; also a right side
   std::vector<double> right_;     // of the border
 };
+
+}  // namespace quorvane

@@ -10,6 +10,8 @@
 #include "base/units.h"
 #include "fit/models.h"
 
+namespace quorvane {
+
 namespace {
 
 const Dataset& DatasetAt(const FitSetup& setup, int position,
@@ -308,3 +310,5 @@ void UpdateParameters(FitState& fit, FitPage& page, std::vector<Dataset>& datase
   }
   fit.CurrentProc = "Unknown";
 }
+
+}  // namespace quorvane

@@ -8,6 +8,8 @@
 #include "scan/cell_geometry.h"
 #include "scan/dataset_store.h"
 
+namespace quorvane {
+
 // Fills the point arrays of `fit` with the good points of the chosen datasets, in list order, and
 // with the two mass conservation points behind each dataset where they are asked for. Logs points
 // outside the cell geometry. `mcTolerance` is the tolerance of soft mass conservation.
@@ -38,3 +40,5 @@ void CopyLinked(const FitState& fit, Array1<double>& values);
 // (ArithmeticFault). A linked dataset gets the reference concentrations of its target.
 // CurrentProc is "Unknown" afterwards.
 void UpdateParameters(FitState& fit, FitPage& page, std::vector<Dataset>& datasets);
+
+}  // namespace quorvane

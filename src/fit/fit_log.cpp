@@ -10,6 +10,8 @@
 #include "fit/mass_conservation.h"
 #include "fit/models.h"
 
+namespace quorvane {
+
 namespace {
 
 constexpr std::string_view kSigned = " 0.00E+00;-0.00E+00";
@@ -227,3 +229,5 @@ void LogFitCounts(const ReportSource& source, int iterations, Host& host) {
   host.PrintIt("Number of Parameters Held Constant: " +
                FormatNumber(source.fit.FitMA - statistics.fitted, "#0"));
 }
+
+}  // namespace quorvane

@@ -10,6 +10,8 @@
 #include "scan/cell_geometry.h"
 #include "scan/dataset.h"
 
+namespace quorvane {
+
 class Host;
 
 // All that the lines of a report are made from; the references outlive it.
@@ -34,3 +36,5 @@ void LogLoadingConcs(const ReportSource& source, Host& host);
 
 // Iterations, points, degrees of freedom, rms deviation, held parameters.
 void LogFitCounts(const ReportSource& source, int iterations, Host& host);
+
+}  // namespace quorvane

@@ -4,6 +4,8 @@
 #include <array>
 #include <type_traits>
 
+namespace quorvane {
+
 // Buoyant molecular weights are M(1 - vbar rho), in Da; association constants are held as natural
 // logarithms, whatever the page shows.
 struct FitPage {
@@ -31,3 +33,5 @@ struct ConstantsSet {
 };
 
 static_assert(std::is_trivially_copyable_v<FitPage> && sizeof(FitPage) == 4168);
+
+}  // namespace quorvane

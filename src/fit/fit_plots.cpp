@@ -2,6 +2,8 @@
 
 #include "base/number_format.h"
 
+namespace quorvane {
+
 namespace {
 
 std::string TitleOf(int number, const Dataset& dataset, const char* kind) {
@@ -75,3 +77,5 @@ Chart PlotDataCurve(const FitState& fit, const std::vector<Dataset>& datasets, i
   chart.panels.push_back({"Concentration", 1.0, {std::move(data), std::move(curve)}, {}});
   return chart;
 }
+
+}  // namespace quorvane

@@ -5,6 +5,8 @@
 #include "fit/fit_state.h"
 #include "scan/dataset_store.h"
 
+namespace quorvane {
+
 // What the user has set for all plots.
 struct PlotOptions {
   bool SubtractOffsets = true;  // data and curve minus the fitted baseline
@@ -23,3 +25,5 @@ Chart PlotDeviations(const FitState& fit, const std::vector<Dataset>& datasets, 
 // position `set` of the fit; mass conservation points are left out. The title bears the dataset's
 // number in the store. Needs FitYCalc.
 Chart PlotDataCurve(const FitState& fit, const std::vector<Dataset>& datasets, int set);
+
+}  // namespace quorvane

@@ -6,6 +6,8 @@
 #include "base/text.h"
 #include "fit/models.h"
 
+namespace quorvane {
+
 namespace {
 
 // The temperature as the page shows it, deg C: the shown text is what the fit reads.
@@ -80,3 +82,5 @@ void ReleaseRatios(FitSetup& setup, FitPage& page, double lnK1) {
   setup.chkLnK2 = setup.chkLnK1;
   setup.chkLnK3 = setup.chkLnK1;
 }
+
+}  // namespace quorvane

@@ -8,6 +8,8 @@
 #include "fit/fit_page.h"
 #include "scan/dataset_store.h"
 
+namespace quorvane {
+
 inline constexpr int kMaxFitSets = 101;
 
 struct Model;
@@ -59,3 +61,5 @@ void ConstrainRatios(FitSetup& setup);
 // Turns constrained ratios on `page` back into ln K2 and ln K3; `lnK1` is the ln K1 that they are
 // ratios to. Throws ArithmeticFault, with nothing changed, for a ratio of 0 or below.
 void ReleaseRatios(FitSetup& setup, FitPage& page, double lnK1);
+
+}  // namespace quorvane

@@ -10,6 +10,8 @@
 #include "fit/arrow_solve.h"
 #include "fit/point_facts.h"
 
+namespace quorvane {
+
 struct Model;
 
 // More parameters than this, held ones included, do not fit.
@@ -120,3 +122,5 @@ struct FitState {
     return count;
   }
 };
+
+}  // namespace quorvane

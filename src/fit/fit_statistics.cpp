@@ -5,6 +5,8 @@
 
 #include "base/arithmetic.h"
 
+namespace quorvane {
+
 FitStatistics CalcFitStatistics(const FitState& fit) {
   return CalcFitStatistics(fit, fit.FitChiSq);
 }
@@ -39,3 +41,5 @@ double SigmaAtMaxSpeed(const FitState& fit, const FitStatistics& statistics, int
   const double speed = statistics.maxSpeed;
   return Checked([&] { return speed * speed * fit.FitA(k) * kOmegaFactor / fit.TempK; });
 }
+
+}  // namespace quorvane

@@ -3,6 +3,8 @@
 
 #include "fit/fit_state.h"
 
+namespace quorvane {
+
 struct FitStatistics {
   int fitted = 0;         // nFit, FitState::NumFitted
   int freedom = 0;        // NDF: flat points less fitted parameters
@@ -31,3 +33,5 @@ ValueAndError ReferenceConcentration(const FitState& fit, const FitStatistics& s
 // Sigma at the highest speed of the fit of the buoyant weight FitA(k), 1/cm^2.
 // Throws ArithmeticFault.
 double SigmaAtMaxSpeed(const FitState& fit, const FitStatistics& statistics, int k);
+
+}  // namespace quorvane

@@ -13,6 +13,8 @@
 #include "fit/fit_state.h"
 #include "fit/model_pass.h"
 
+namespace quorvane {
+
 namespace {
 
 // Why an elimination was given up.
@@ -275,3 +277,5 @@ void FitData(FitState& fit, Host& host, int& iterations) {
   MRQMIN1(fit, host, fit.FitA, fit.FitCovar, alpha, fit.FitChiSq, lambda);
   host.RunPendingEvents();
 }
+
+}  // namespace quorvane

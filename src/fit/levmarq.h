@@ -7,6 +7,8 @@
 
 #include "base/array1.h"
 
+namespace quorvane {
+
 class Host;
 struct FitState;
 
@@ -43,3 +45,5 @@ void GAUSSJ(Matrix1<double>& a, int n, Matrix1<double>& b, int m, std::string& c
 // Spreads the mfit by mfit block of covar over the ma by ma parameter order; rows and columns of
 // held parameters become zero.
 void COVSRT(FitState& fit, Matrix1<double>& covar, int ma, int mfit);
+
+}  // namespace quorvane

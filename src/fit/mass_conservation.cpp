@@ -3,6 +3,8 @@
 #include "base/arithmetic.h"
 #include "fit/models.h"
 
+namespace quorvane {
+
 namespace {
 
 double MeanOfSet(const FitState& fit, int d, double baseline) {
@@ -46,3 +48,5 @@ double CalculatedLoad(const FitState& fit, int d, int kind) {
   });
   return result;
 }
+
+}  // namespace quorvane

@@ -7,6 +7,8 @@
 
 #include "fit/fit_setup.h"
 
+namespace quorvane {
+
 enum class ParameterKind {
   kWeight,         // buoyant molecular weight, Da
   kVirial,         // second virial coefficient
@@ -68,3 +70,5 @@ constexpr const SharedParameter* FindParameter(std::string_view name) {
   }
   return nullptr;
 }
+
+}  // namespace quorvane

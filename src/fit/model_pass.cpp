@@ -10,6 +10,8 @@
 #include "fit/point_facts.h"
 #include "fit/species_pass.h"
 
+namespace quorvane {
+
 namespace {
 
 // Four sums side by side hide the latency of the additions; the rows of derivatives are filled up
@@ -306,3 +308,5 @@ void CalcModelValues(FitState& fit) {
     }
   }
 }
+
+}  // namespace quorvane

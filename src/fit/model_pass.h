@@ -13,6 +13,8 @@
 
 #include "base/array1.h"
 
+namespace quorvane {
+
 struct FitState;
 
 // Sizes the work space for the points and parameters of `fit`; a pass then allocates nothing.
@@ -26,3 +28,5 @@ void AddPass(FitState& fit, const Array1<double>& a, Matrix1<double>& alpha, Mat
 
 // FitYCalc at FitA for every point. Throws ArithmeticFault with CurrentProc set.
 void CalcModelValues(FitState& fit);
+
+}  // namespace quorvane

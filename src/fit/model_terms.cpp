@@ -4,6 +4,8 @@
 
 #include "fit/fit_state.h"
 
+namespace quorvane {
+
 namespace {
 
 double TotalFactor(const SpeciesTerm& term, Component component) {
@@ -262,3 +264,5 @@ void IsodesmicTerms(const FitState& fit, const Model&, const Array1<double>& a, 
          .association = std::exp(a(own.base + 2))};
   out.Add({.amplitude = own.c, .rate = own.rate});
 }
+
+}  // namespace quorvane

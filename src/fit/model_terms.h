@@ -7,6 +7,8 @@
 
 #include "base/array1.h"
 
+namespace quorvane {
+
 struct FitState;
 struct Model;
 
@@ -95,3 +97,5 @@ void IncompetentNmerTerms(const FitState& fit, const Model& model, const Array1<
                           SetTerms& out);
 void IsodesmicTerms(const FitState& fit, const Model& model, const Array1<double>& a, int d,
                     SetTerms& out);
+
+}  // namespace quorvane

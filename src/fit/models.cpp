@@ -5,6 +5,8 @@
 
 #include "fit/fit_state.h"
 
+namespace quorvane {
+
 namespace {
 
 // The models with a second component have steps of their own.
@@ -239,3 +241,5 @@ const ModelParameter* FindParameter(const Model& model, const SharedParameter& s
   }
   return nullptr;
 }
+
+}  // namespace quorvane

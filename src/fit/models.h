@@ -12,6 +12,8 @@
 #include "fit/species.h"
 #include "fit/step_rule.h"
 
+namespace quorvane {
+
 struct FitState;
 
 // Model value at flat point i, parameter vector a; the routine stores its name in CurrentProc.
@@ -71,3 +73,5 @@ const Model* FindModel(std::string_view name);
 
 // The parameter of `model` with that record, or null.
 const ModelParameter* FindParameter(const Model& model, const SharedParameter& shared);
+
+}  // namespace quorvane

@@ -3,6 +3,8 @@
 #include <array>
 #include <cmath>
 
+namespace quorvane {
+
 namespace {
 
 // Colours that readers tell apart on white, colour-blind ones too, and dark enough for thin marks.
@@ -73,3 +75,5 @@ Chart PlotOverlay(const std::vector<OverlaySet>& sets, const FitState& fit, bool
   chart.panels.push_back(std::move(panel));
   return chart;
 }
+
+}  // namespace quorvane

@@ -8,6 +8,8 @@
 #include "fit/fit_state.h"
 #include "scan/dataset.h"
 
+namespace quorvane {
+
 // What a dataset looks like in an overlay: no two of the first 84 are alike.
 struct OverlayLook {
   SeriesStyle style;
@@ -27,3 +29,5 @@ struct OverlaySet {
 // `usingPsi` against (r^2 - r0^2)/2, r0 being the dataset's reference radius. Signals are as
 // loaded, baselines included.
 Chart PlotOverlay(const std::vector<OverlaySet>& sets, const FitState& fit, bool usingPsi);
+
+}  // namespace quorvane

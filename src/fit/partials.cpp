@@ -2,6 +2,8 @@
 
 #include "fit/fit_state.h"
 
+namespace quorvane {
+
 namespace {
 
 // Model value at point i with parameter j of `work` moved to `value`.
@@ -33,3 +35,5 @@ void PARTIALS(FitState& fit, const Array1<double>& a, Array1<double>& dyda, int 
   model.funcs(fit, i, a, f0);
   for (int j = 1; j <= ma; ++j) dyda(j) = DerivativeAt(fit, model, j, i, f0, work);
 }
+
+}  // namespace quorvane

@@ -5,6 +5,8 @@
 #include "base/array1.h"
 #include "fit/models.h"
 
+namespace quorvane {
+
 // Derivative with respect to a(j) at flat point i; f0 is the model value at a. `work` is a copy of
 // a and is left as such. A mass conservation point with a target of 0 is 0 whatever the parameters
 // are: no step is looked for, which for a parameter of 0 would divide by zero.
@@ -15,3 +17,5 @@ double DerivativeAt(FitState& fit, const Model& model, int j, int i, double f0,
 // included. Stores its name in CurrentProc. FUNCSk is called once at a, and at 2 or 3 places a
 // parameter.
 void PARTIALS(FitState& fit, const Array1<double>& a, Array1<double>& dyda, int ma, int i);
+
+}  // namespace quorvane

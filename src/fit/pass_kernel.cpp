@@ -5,6 +5,8 @@
 
 #include "fit/vector_exp.h"
 
+namespace quorvane {
+
 #if defined(__GNUC__) && !defined(__clang__) && defined(__x86_64__)
 #define QUORVANE_WIDER_KERNELS 1
 #endif
@@ -244,3 +246,5 @@ std::span<const PassKernel> RunnableKernels() {
   return {&kPortable, 1};
 #endif
 }
+
+}  // namespace quorvane

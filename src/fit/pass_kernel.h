@@ -89,6 +89,8 @@
 
 #include "fit/model_terms.h"
 
+namespace quorvane {
+
 // Points worked on together: some vectors of any processor, while the rows of a Chunk, 18 kB,
 // stay in its nearest cache.
 inline constexpr std::size_t kChunk = 64;
@@ -211,3 +213,5 @@ struct PassKernel {
 
 // The kernels that this machine can run, the fastest first; the last is for any processor.
 std::span<const PassKernel> RunnableKernels();
+
+}  // namespace quorvane

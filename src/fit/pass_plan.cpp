@@ -2,6 +2,8 @@
 
 #include <cmath>
 
+namespace quorvane {
+
 namespace {
 
 // Signal factor of species k after `steps` least steps: f + t g.
@@ -54,3 +56,5 @@ double PassPlan::ByTheRule(const Chunk& chunk, std::size_t j, std::size_t l) con
   return rule.Derivative(a0, chunk.value[j],
                          [&](double h) { return MovedSignal(*this, parameter[l], chunk, j, h); });
 }
+
+}  // namespace quorvane

@@ -9,6 +9,8 @@
 #include "fit/pass_kernel.h"
 #include "fit/step_rule.h"
 
+namespace quorvane {
+
 // How one species answers to one parameter that grows by its least step h.
 struct SpeciesChange {
   double exponent = 0.0;  // d: of the exponent of c, at x = 0
@@ -49,3 +51,5 @@ struct PassPlan {
   // The row of the basis with column `column` of the kernel.
   std::size_t RowOfColumn(std::size_t column) const { return 1 + set.species + column; }
 };
+
+}  // namespace quorvane

@@ -8,6 +8,8 @@
 #include "fit/pass_plan.h"
 #include "fit/species.h"
 
+namespace quorvane {
+
 namespace {
 
 // Well inside the range of VectorExp and of a double, also after a first step of 1 %.
@@ -230,3 +232,5 @@ class Planner {
 bool PlanPass(const FitState& fit, const SetPoints& points, int d, PassPlan& plan) {
   return Planner(fit, points, d, plan).Make();
 }
+
+}  // namespace quorvane

@@ -2,6 +2,8 @@
 // the kernel cannot do. Symbols as in pass_kernel.h.
 #pragma once
 
+namespace quorvane {
+
 struct FitState;
 struct PassPlan;
 struct SetPoints;
@@ -19,3 +21,5 @@ struct SetPoints;
 //   - more parameters than kMostColumns touch the dataset.
 // Throws ArithmeticFault for a constrained ratio of 0 or below. Other faults stay in the flags.
 bool PlanPass(const FitState& fit, const SetPoints& points, int d, PassPlan& plan);
+
+}  // namespace quorvane

@@ -6,6 +6,8 @@
 #include "fit/fit_state.h"
 #include "fit/model_terms.h"
 
+namespace quorvane {
+
 namespace {
 
 // Fills in the weights of the trapezoid rule; they are 0 before. False if a width is below 0 or
@@ -42,3 +44,5 @@ void PreparePoints(const FitState& fit, std::vector<PointFacts>& facts,
                  !AddWeights(points, weights.data() + (points.first - 1));
   }
 }
+
+}  // namespace quorvane

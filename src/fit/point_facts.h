@@ -3,6 +3,8 @@
 
 #include <vector>
 
+namespace quorvane {
+
 struct FitState;
 
 struct PointFacts {
@@ -23,3 +25,5 @@ struct PointFacts {
 // mean of positive concentrations need not be positive, and the kernel's bound does not hold.
 void PreparePoints(const FitState& fit, std::vector<PointFacts>& facts,
                    std::vector<double>& weights);
+
+}  // namespace quorvane

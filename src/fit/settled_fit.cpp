@@ -8,6 +8,8 @@
 #include "fit/levmarq.h"
 #include "fit/model_pass.h"
 
+namespace quorvane {
+
 namespace {
 
 constexpr double kSameSum = 1e-8;       // relative
@@ -46,3 +48,5 @@ FitRest SettleFit(FitState& fit, Host& host, int mostSteps) {
   MRQMIN1(fit, host, fit.FitA, fit.FitCovar, alpha, fit.FitChiSq, lambda);
   return rest;
 }
+
+}  // namespace quorvane

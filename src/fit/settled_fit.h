@@ -1,6 +1,8 @@
 // A fit that goes on past the absolute end rule of FitData, until the sum of squares stands still.
 #pragma once
 
+namespace quorvane {
+
 class Host;
 struct FitState;
 
@@ -14,3 +16,5 @@ enum class FitRest {
 // most `mostSteps` of them. Needs what FitData needs. Afterwards FitA holds the best parameters,
 // FitChiSq their sum of squares and FitCovar the covariance matrix. Throws as FitData.
 FitRest SettleFit(FitState& fit, Host& host, int mostSteps);
+
+}  // namespace quorvane

@@ -7,6 +7,8 @@
 #include "fit/model_terms.h"
 #include "fit/models.h"
 
+namespace quorvane {
+
 namespace {
 
 double Power(double c, const Stoichiometry& count, double n) {
@@ -77,3 +79,5 @@ void SpeciesTerms(const FitState& fit, const Model& model, const Array1<double>&
              .totalB = countB * c});
   }
 }
+
+}  // namespace quorvane

@@ -10,6 +10,8 @@
 
 #include "base/array1.h"
 
+namespace quorvane {
+
 struct FitState;
 struct Model;
 struct SetTerms;
@@ -55,3 +57,5 @@ struct ReferenceState {
 // The species of `model` at dataset d as terms for single values.
 void SpeciesTerms(const FitState& fit, const Model& model, const Array1<double>& a, int d,
                   SetTerms& out);
+
+}  // namespace quorvane

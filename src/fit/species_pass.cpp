@@ -9,6 +9,8 @@
 #include "fit/pass_plan.h"
 #include "fit/pass_planner.h"
 
+namespace quorvane {
+
 namespace {
 
 // Copies points into the chunk; those behind the last get x and weight 0.
@@ -155,3 +157,5 @@ bool SumSpeciesSet(const FitState& fit, const SetPoints& points, int d, SetSums&
   return points.extra == 0 ||
          (AddMassPoint(plan, points, 0, basis, sums) && AddMassPoint(plan, points, 1, basis, sums));
 }
+
+}  // namespace quorvane

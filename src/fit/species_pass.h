@@ -6,6 +6,8 @@
 
 #include "fit/pass_kernel.h"
 
+namespace quorvane {
+
 struct FitState;
 
 // The sums over the points of a dataset, for the parameters that touch it.
@@ -21,3 +23,5 @@ struct SetSums {
 // Faults are left in the flags for the caller; throws ArithmeticFault for a constrained ratio of 0
 // or below.
 bool SumSpeciesSet(const FitState& fit, const SetPoints& points, int d, SetSums& sums);
+
+}  // namespace quorvane

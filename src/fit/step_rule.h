@@ -28,6 +28,8 @@
 #include <algorithm>
 #include <cmath>
 
+namespace quorvane {
+
 struct StepRule {
   double firstStep = 0.01;    // over the parameter's value
   double stepAtZero = 0.001;  // first step of a parameter that is 0
@@ -92,3 +94,5 @@ struct StepRule {
     return CentredDifference(up, moved(-h), h);
   }
 };
+
+}  // namespace quorvane

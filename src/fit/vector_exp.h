@@ -4,6 +4,8 @@
 #include <bit>
 #include <cstdint>
 
+namespace quorvane {
+
 // Arguments of VectorExp stay within this: 2^k below is then neither 0 nor subnormal nor infinite.
 inline constexpr double kVectorExpRange = 690.0;
 
@@ -46,3 +48,5 @@ inline double VectorExp(double v) {
   const auto exponent = std::bit_cast<std::uint64_t>(shifted) << kMantissaBits;
   return std::bit_cast<double>(std::bit_cast<std::uint64_t>(p) + exponent);
 }
+
+}  // namespace quorvane

@@ -7,6 +7,8 @@
 
 #include "base/arithmetic.h"
 
+namespace quorvane {
+
 namespace {
 
 // The part of a scan inside the fitting range.
@@ -190,3 +192,5 @@ MatchResult DoMatch(const MatchSeries& series, FittingRange range) {
   });
   return result;
 }
+
+}  // namespace quorvane

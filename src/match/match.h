@@ -10,6 +10,8 @@
 
 #include "match/match_series.h"
 
+namespace quorvane {
+
 // Which shifts are fitted; the index of every triple below.
 enum class Offsets : std::size_t { kNone = 0, kY = 1, kXY = 2 };
 inline constexpr std::array<Offsets, 3> kAllOffsets = {Offsets::kNone, Offsets::kY, Offsets::kXY};
@@ -57,3 +59,5 @@ std::vector<double> LocalSlopes(std::span<const double> radius, std::span<const 
 // meets, such as a scan with a single point in range (invalid operation).
 // Source: linear regression by its normal equations, Press et al., Numerical Recipes, 15.2.
 MatchResult DoMatch(const MatchSeries& series, FittingRange range);
+
+}  // namespace quorvane

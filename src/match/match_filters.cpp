@@ -1,5 +1,7 @@
 #include "match/match_filters.h"
 
+namespace quorvane {
+
 std::vector<std::string> MatchFilters(std::string_view cell, bool electrophoresis) {
   const std::string end = (cell.empty() ? "*" : std::string(cell)) + ")";
   std::vector<std::string> filters = {"XL-A Files (*.RA" + end, "XL-I Files (*.IP" + end,
@@ -8,3 +10,5 @@ std::vector<std::string> MatchFilters(std::string_view cell, bool electrophoresi
   filters.emplace_back("All Files (*.*)");
   return filters;
 }
+
+}  // namespace quorvane

@@ -5,6 +5,8 @@
 #include <cmath>
 #include <iterator>
 
+namespace quorvane {
+
 namespace {
 
 constexpr std::array<const char*, 3> kRmsTitles = {
@@ -76,3 +78,5 @@ Chart PlotMatchDeviations(const MatchSeries& series, const MatchResult& result, 
   }
   return chart;
 }
+
+}  // namespace quorvane

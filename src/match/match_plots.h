@@ -8,6 +8,8 @@
 #include "base/chart.h"
 #include "match/match.h"
 
+namespace quorvane {
+
 // Colours for `count` scans on white that show their order: from blue by way of green to red, and
 // black for the last one, the reference.
 std::vector<ChartColor> ScanColors(std::size_t count);
@@ -23,3 +25,5 @@ Chart PlotRms(const MatchResult& result, Offsets offsets);
 // reference, the last one, deviates by 0.
 Chart PlotMatchDeviations(const MatchSeries& series, const MatchResult& result, Offsets offsets,
                           std::span<const std::size_t> chosen, std::span<const ChartColor> colors);
+
+}  // namespace quorvane

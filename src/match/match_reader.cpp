@@ -8,6 +8,8 @@
 #include "scan/fields.h"
 #include "scan/scan_file.h"
 
+namespace quorvane {
+
 namespace {
 
 std::string_view TimeColumns(const LineBuffer& header, TimeField timeField) {
@@ -63,3 +65,5 @@ RawScan ReadMatchFile(const std::filesystem::path& path, TimeField timeField) {
   std::ifstream in = OpenScan(path);
   return ReadRawScan(in, timeField, PathText(path));
 }
+
+}  // namespace quorvane

@@ -7,6 +7,8 @@
 #include <string_view>
 #include <vector>
 
+namespace quorvane {
+
 // One scan as it stands in its file.
 struct RawScan {
   std::int32_t time = 0;       // s, from the header line; 0 if it has none
@@ -33,3 +35,5 @@ RawScan ReadRawScan(std::istream& in, TimeField timeField, std::string_view sour
 
 // ReadRawScan of a file. Throws FileFault also if it cannot be opened or is no regular file.
 RawScan ReadMatchFile(const std::filesystem::path& path, TimeField timeField);
+
+}  // namespace quorvane

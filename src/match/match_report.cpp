@@ -4,6 +4,8 @@
 #include "base/text.h"
 #include "match/match_plots.h"
 
+namespace quorvane {
+
 namespace {
 
 constexpr std::string_view kBlankLine = " ";
@@ -69,3 +71,5 @@ MatchReport WriteMatchReport(const MatchSeries& series, const MatchResult& resul
   }
   return report;
 }
+
+}  // namespace quorvane

@@ -9,6 +9,8 @@
 #include "base/chart.h"
 #include "match/match.h"
 
+namespace quorvane {
+
 // A text ends with a line end that it does not hold; a CR LF inside it makes further lines.
 using MatchReportItem = std::variant<std::string, Chart>;
 using MatchReport = std::vector<MatchReportItem>;
@@ -25,3 +27,5 @@ std::string WhyNotMatched(std::string_view fault, FittingRange range);
 // Throws ArithmeticFault for a number that is not finite.
 MatchReport WriteMatchReport(const MatchSeries& series, const MatchResult& result,
                              std::string_view dateAndTime);
+
+}  // namespace quorvane

@@ -9,6 +9,8 @@
 #include "base/number_format.h"
 #include "scan/dataset.h"
 
+namespace quorvane {
+
 namespace fs = std::filesystem;
 
 namespace {
@@ -93,3 +95,5 @@ MatchLoadOutcome LoadMatchFiles(std::vector<fs::path> paths, const MatchLoadSett
   series = std::move(loaded);
   return MatchLoadOutcome::kLoaded;
 }
+
+}  // namespace quorvane

@@ -8,6 +8,8 @@
 
 #include "match/match_reader.h"
 
+namespace quorvane {
+
 class Host;
 
 // Scans of one cell in rising order of their file names; the last is the reference.
@@ -44,3 +46,5 @@ std::vector<std::size_t> EveryNth(std::size_t count, std::size_t n);
 // succeeds and stays as it was after any other, which has shown a message.
 MatchLoadOutcome LoadMatchFiles(std::vector<std::filesystem::path> paths,
                                 const MatchLoadSettings& settings, MatchSeries& series, Host& host);
+
+}  // namespace quorvane

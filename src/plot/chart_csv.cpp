@@ -6,6 +6,8 @@
 #include "base/csv.h"
 #include "base/text.h"
 
+namespace quorvane {
+
 std::string ChartCsv(const Chart& chart) {
   std::string table = "panel,series,x,y";
   table += kLineBreak;
@@ -21,3 +23,5 @@ std::string ChartCsv(const Chart& chart) {
   }
   return table;
 }
+
+}  // namespace quorvane

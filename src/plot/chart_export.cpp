@@ -13,6 +13,8 @@
 #include "plot/chart_layout.h"
 #include "plot/svg_device.h"
 
+namespace quorvane {
+
 namespace {
 
 constexpr int kLeastSide = 200;
@@ -119,3 +121,5 @@ std::string RenderChart(const Chart& chart, PictureFormat format, PictureSize si
   }
   throw std::runtime_error("unknown picture format");
 }
+
+}  // namespace quorvane

@@ -7,6 +7,8 @@
 
 #include "base/chart.h"
 
+namespace quorvane {
+
 enum class PictureFormat { kPng, kSvg, kPdf };
 
 // The format that a file suffix names: "png", "svg" or "pdf" in either case, without a dot.
@@ -31,3 +33,5 @@ PictureSize LayoutSize(PictureSize size);
 // Throws std::runtime_error when there is none, when `size` is out of bounds, and when the picture
 // cannot be made (memory).
 std::string RenderChart(const Chart& chart, PictureFormat format, PictureSize size = {});
+
+}  // namespace quorvane

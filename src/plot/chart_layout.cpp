@@ -11,6 +11,8 @@
 #include "base/chart.h"
 #include "base/number_format.h"
 
+namespace quorvane {
+
 namespace {
 
 constexpr int kTitlePixels = 15;
@@ -579,3 +581,5 @@ void FillPlot(QCustomPlot& plot, const Chart& chart) {
 QCPItemStraightLine* MarkLine(const QCustomPlot& plot, std::size_t index) {
   return plot.findChild<QCPItemStraightLine*>(MarkName(index));
 }
+
+}  // namespace quorvane

@@ -3,9 +3,12 @@
 
 #include <cstddef>
 
-struct Chart;
 class QCPItemStraightLine;
 class QCustomPlot;
+
+namespace quorvane {
+
+struct Chart;
 
 // Replaces all that `plot` shows by `chart`, in the given order within a panel but for two things:
 // lines stand above marks of data, and a line at 0 throughout stands behind them.
@@ -21,3 +24,5 @@ void FillPlot(QCustomPlot& plot, const Chart& chart);
 // The line of the top panel's mark at `index` (from 0), null if it was not drawn. Its text goes
 // with it when it is moved.
 QCPItemStraightLine* MarkLine(const QCustomPlot& plot, std::size_t index);
+
+}  // namespace quorvane

@@ -12,6 +12,8 @@
 
 #include "plot/chart_layout.h"
 
+namespace quorvane {
+
 namespace {
 
 const QColor kBandColor(0, 114, 178, 30);
@@ -180,3 +182,5 @@ void ChartWidget::Zoom(const QRect& rectangle) {
   y->setRange(y->pixelToCoord(bottom), y->pixelToCoord(top));
   plot_->replot();
 }
+
+}  // namespace quorvane

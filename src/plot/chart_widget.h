@@ -8,6 +8,8 @@
 
 class QCustomPlot;
 
+namespace quorvane {
+
 // A stretch of the bottom axis that is shaded and named.
 struct ChartBand {
   double low = 0.0;  // in units of the bottom axis
@@ -83,3 +85,5 @@ class ChartWidget : public QWidget {
   QCustomPlot* plot_;
   QPoint pressed_;
 };
+
+}  // namespace quorvane

@@ -6,6 +6,8 @@
 #include <clocale>
 #include <cstdio>
 
+namespace quorvane {
+
 namespace {
 
 // Keeps remarks about a missing desktop session, true of every batch job, from standard error. Qt
@@ -39,3 +41,5 @@ OffscreenDrawing::OffscreenDrawing() {
 }
 
 OffscreenDrawing::~OffscreenDrawing() = default;
+
+}  // namespace quorvane

@@ -3,6 +3,8 @@
 
 #include <memory>
 
+namespace quorvane {
+
 // Starts what RenderChart needs in a program that shows nothing: while the object lives there is a
 // QApplication that uses no display. To be made in the main thread, and only when a picture is
 // asked for, because it takes a tenth of a second. A QApplication that already exists is used as
@@ -19,3 +21,5 @@ class OffscreenDrawing {
   struct Application;
   std::unique_ptr<Application> application_;  // empty when somebody else's is used
 };
+
+}  // namespace quorvane

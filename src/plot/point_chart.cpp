@@ -7,6 +7,8 @@
 
 #include "plot/chart_layout.h"
 
+namespace quorvane {
+
 namespace {
 
 const QColor kMarqueeLine(60, 60, 60);
@@ -126,3 +128,5 @@ void PointChart::DrawMarquee(const QPointF& corner) {
 void PointChart::DrawOverlay() {
   Plot().layer(kOverlay)->replot();
 }
+
+}  // namespace quorvane

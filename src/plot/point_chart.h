@@ -8,6 +8,8 @@
 class QCPItemRect;
 class QMouseEvent;
 
+namespace quorvane {
+
 // The left button does not zoom here: a plain drag draws a marquee, Shift and a drag moves the mark
 // of the top panel under the pointer, Ctrl and a press are told on. The wheel zooms as ever. While
 // the pointer moves only marquee and marks are drawn, in a layer of their own.
@@ -40,3 +42,5 @@ class PointChart : public ChartWidget {
   bool dragging_ = false;            // the marquee
   std::optional<std::size_t> mark_;  // that is being moved
 };
+
+}  // namespace quorvane

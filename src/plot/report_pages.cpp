@@ -15,6 +15,8 @@
 
 #include "plot/chart_layout.h"
 
+namespace quorvane {
+
 namespace {
 
 // All lengths in points, the unit of the pages.
@@ -235,3 +237,5 @@ std::string RenderReportPages(const std::string& title, const std::string& body,
   }
   return bytes.toStdString();
 }
+
+}  // namespace quorvane

@@ -7,6 +7,8 @@
 #include "base/chart.h"
 #include "plot/chart_export.h"
 
+namespace quorvane {
+
 // Of a chart in a report that is no PDF: the natural layout.
 inline constexpr PictureSize kReportChart = {600, 540};
 
@@ -17,3 +19,5 @@ inline constexpr PictureSize kReportChart = {600, 540};
 // Throws std::runtime_error when there is none and when the PDF cannot be made.
 std::string RenderReportPages(const std::string& title, const std::string& body,
                               const std::vector<Chart>& charts);
+
+}  // namespace quorvane

@@ -12,6 +12,8 @@
 #include <utility>
 #include <vector>
 
+namespace quorvane {
+
 namespace {
 
 QString Number(double value) {
@@ -274,3 +276,5 @@ int SvgDevice::metric(PaintDeviceMetric metric) const {
       return QPaintDevice::metric(metric);
   }
 }
+
+}  // namespace quorvane

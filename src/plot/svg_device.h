@@ -7,6 +7,8 @@
 #include <QString>
 #include <memory>
 
+namespace quorvane {
+
 class SvgEngine;
 
 // Give it to one QPainter; when that has ended, Document() is the file. Same calls, same bytes.
@@ -29,3 +31,5 @@ class SvgDevice : public QPaintDevice {
   QString title_;
   std::unique_ptr<SvgEngine> engine_;
 };
+
+}  // namespace quorvane

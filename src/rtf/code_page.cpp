@@ -2,6 +2,8 @@
 
 #include "base/text.h"
 
+namespace quorvane {
+
 namespace {
 
 constexpr char32_t kReplacement = 0xFFFD;
@@ -108,3 +110,5 @@ std::string DecodedText(std::string_view bytes, CodePage page) {
   }
   return out;
 }
+
+}  // namespace quorvane

@@ -5,6 +5,8 @@
 #include <string>
 #include <string_view>
 
+namespace quorvane {
+
 enum class CodePage {
   kWestern,          // Windows-1252
   kCentralEuropean,  // Windows-1250
@@ -24,3 +26,5 @@ CodePage CodePageOfCharset(int charset, CodePage document);
 
 // `bytes` as UTF-8; what has no known character becomes U+FFFD.
 std::string DecodedText(std::string_view bytes, CodePage page);
+
+}  // namespace quorvane

@@ -5,6 +5,8 @@
 
 #include "rtf/picture_bytes.h"
 
+namespace quorvane {
+
 namespace {
 
 constexpr std::size_t kFileHeader = 14;
@@ -89,3 +91,5 @@ std::string DibFromBmp(std::string_view bmp) {
   dib += PictureSlice(bmp, start, layout.pixelBytes);
   return dib;
 }
+
+}  // namespace quorvane

@@ -6,6 +6,8 @@
 #include <string>
 #include <string_view>
 
+namespace quorvane {
+
 // What a bitmap's header says. 1, 4, 8, 16, 24 or 32 bits a pixel, not compressed.
 struct DibLayout {
   int width = 0;               // pixels
@@ -27,3 +29,5 @@ std::string BmpFromDib(std::string_view info, std::string_view pixels);
 
 // The bitmap in a BMP file, pixels at once behind the palette. Throws PictureFault.
 std::string DibFromBmp(std::string_view bmp);
+
+}  // namespace quorvane

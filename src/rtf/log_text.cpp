@@ -5,6 +5,8 @@
 #include "base/text.h"
 #include "rtf/rtf_reader.h"
 
+namespace quorvane {
+
 LoadedLog ReadLog(std::string_view bytes, const CharFormat& plain) {
   LoadedLog log;
   if (bytes.empty()) return log;
@@ -21,3 +23,5 @@ LoadedLog ReadLog(std::string_view bytes, const CharFormat& plain) {
   }
   return log;
 }
+
+}  // namespace quorvane

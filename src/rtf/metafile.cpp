@@ -10,6 +10,8 @@
 #include "rtf/dib.h"
 #include "rtf/picture_bytes.h"
 
+namespace quorvane {
+
 namespace {
 
 constexpr std::uint32_t kPlaceableKey = 0x9AC6CDD7;
@@ -122,3 +124,5 @@ std::string BmpFromEmf(std::string_view bytes) {
   }
   return largest.Take();
 }
+
+}  // namespace quorvane

@@ -6,6 +6,8 @@
 #include <stdexcept>
 #include <string_view>
 
+namespace quorvane {
+
 // A picture that cannot be used; what() says why.
 class PictureFault : public std::runtime_error {
   using std::runtime_error::runtime_error;
@@ -48,3 +50,5 @@ inline void CheckPictureSize(std::int64_t width, std::int64_t height) {
       width >= 1 && height >= 1 && width <= kMaxPictureSide && height <= kMaxPictureSide;
   if (!sides || width * height > kMaxPicturePixels) throw PictureFault("picture size is unusable");
 }
+
+}  // namespace quorvane

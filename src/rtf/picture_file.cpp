@@ -9,6 +9,8 @@
 #include "rtf/dib.h"
 #include "rtf/picture_bytes.h"
 
+namespace quorvane {
+
 namespace {
 
 constexpr std::string_view kPngSignature = "\x89PNG\r\n\x1A\n";
@@ -77,3 +79,5 @@ Picture PictureFromFile(std::string bytes) {
   picture.bytes = std::move(bytes);
   return picture;
 }
+
+}  // namespace quorvane

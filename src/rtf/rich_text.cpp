@@ -5,6 +5,8 @@
 
 #include "base/text.h"
 
+namespace quorvane {
+
 namespace {
 
 bool IsStrayControl(char c) {
@@ -80,3 +82,5 @@ void AppendRichText(RichText& text, const RichText& added) {
     }
   }
 }
+
+}  // namespace quorvane

@@ -8,6 +8,8 @@
 #include <variant>
 #include <vector>
 
+namespace quorvane {
+
 inline constexpr int kTwipsPerInch = 1440;
 inline constexpr int kTwipsPerPixel = 15;  // at 96 pixels an inch
 inline constexpr int kMaxTwips = 31680;    // 22 inches, the largest paper of word processors
@@ -94,3 +96,5 @@ void AppendRichText(RichText& text, const RichText& added);
 // Appends characters of one format to a paragraph, to its last run if the formats are equal.
 // Control characters other than tab are left out.
 void AppendRun(Paragraph& paragraph, std::string_view characters, const CharFormat& format);
+
+}  // namespace quorvane

@@ -5,6 +5,8 @@
 
 #include "base/text.h"
 
+namespace quorvane {
+
 namespace {
 
 constexpr char32_t kReplacement = 0xFFFD;
@@ -110,3 +112,5 @@ void RichTextBuilder::FlushCells() {
   if (cells_ == 0) return;
   AddRun(std::string(std::exchange(cells_, 0), '\t'), cellFormat_);
 }
+
+}  // namespace quorvane

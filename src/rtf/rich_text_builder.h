@@ -6,6 +6,8 @@
 
 #include "rtf/rich_text.h"
 
+namespace quorvane {
+
 // Text runs, pictures and paragraphs together; a log of a long session has some 50,000.
 inline constexpr std::size_t kMaxRichTextPieces = 500'000;
 
@@ -48,3 +50,5 @@ class RichTextBuilder {
   std::size_t cells_ = 0;  // cell ends that are not tabs yet
   CharFormat cellFormat_;
 };
+
+}  // namespace quorvane

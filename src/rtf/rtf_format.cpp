@@ -5,6 +5,8 @@
 #include <unordered_map>
 #include <vector>
 
+namespace quorvane {
+
 namespace {
 
 using Change = void (*)(const RtfToken& word, RtfFormat& format);
@@ -101,3 +103,5 @@ void ApplyFormatWord(const RtfToken& word, RtfFormat& format) {
   const auto found = Changes().find(word.text);
   if (found != Changes().end()) found->second(word, format);
 }
+
+}  // namespace quorvane

@@ -6,6 +6,8 @@
 #include "rtf/rich_text.h"
 #include "rtf/rtf_lexer.h"
 
+namespace quorvane {
+
 inline constexpr int kRtfPlainHalfPoints = 24;      // the size where none is given
 inline constexpr std::size_t kMaxRtfTabStops = 64;  // of a paragraph
 
@@ -19,3 +21,5 @@ struct RtfFormat {
 // Changes `format` as `word` says; numbers are held within what the model allows. Any other word
 // changes nothing.
 void ApplyFormatWord(const RtfToken& word, RtfFormat& format);
+
+}  // namespace quorvane

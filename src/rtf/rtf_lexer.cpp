@@ -5,6 +5,8 @@
 #include <cstdint>
 #include <limits>
 
+namespace quorvane {
+
 namespace {
 
 constexpr std::string_view kTextEnds("\\{}\r\n\0", 6);
@@ -94,3 +96,5 @@ RtfToken RtfLexer::Binary(RtfToken word) {
   at_ += word.text.size();
   return word;
 }
+
+}  // namespace quorvane

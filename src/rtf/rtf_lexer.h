@@ -4,6 +4,8 @@
 #include <cstddef>
 #include <string_view>
 
+namespace quorvane {
+
 enum class RtfTokenKind {
   kGroupStart,
   kGroupEnd,
@@ -44,3 +46,5 @@ class RtfLexer {
   std::size_t at_ = 0;
   bool binaryCutOff_ = false;
 };
+
+}  // namespace quorvane

@@ -9,6 +9,8 @@
 #include "rtf/picture_bytes.h"
 #include "rtf/picture_file.h"
 
+namespace quorvane {
+
 namespace {
 
 constexpr int kHundredthMillimetresPerInch = 2540;
@@ -98,3 +100,5 @@ Picture RtfPicture::Finish() const {
   picture.heightTwips = Shown(heightGoal_, height_, heightScale_, picture.heightTwips);
   return picture;
 }
+
+}  // namespace quorvane

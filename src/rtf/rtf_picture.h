@@ -7,6 +7,8 @@
 
 #include "rtf/rich_text.h"
 
+namespace quorvane {
+
 inline constexpr std::size_t kMaxRtfPictureBytes = 128'000'000;  // of one picture
 
 class RtfPicture {
@@ -40,3 +42,5 @@ class RtfPicture {
   int halfByte_ = -1;  // value of a first hexadecimal digit, or -1
   bool tooLarge_ = false;
 };
+
+}  // namespace quorvane

@@ -15,6 +15,8 @@
 #include "rtf/rtf_picture.h"
 #include "rtf/rtf_tables.h"
 
+namespace quorvane {
+
 namespace {
 
 // Where the texts and words of a group go.
@@ -435,3 +437,5 @@ RtfDocument ReadRtf(std::string_view bytes) {
   }
   return RtfReader(bytes).Read();
 }
+
+}  // namespace quorvane

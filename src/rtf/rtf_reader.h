@@ -9,6 +9,8 @@
 
 #include "rtf/rich_text.h"
 
+namespace quorvane {
+
 // Bytes that are no RTF; what() says what is wrong and at which byte.
 class RtfFault : public std::runtime_error {
   using std::runtime_error::runtime_error;
@@ -35,3 +37,5 @@ struct RtfDocument {
 // A truncated or damaged file gives what could be read, with warnings.
 // Throws RtfFault if `bytes` do not begin with "{\rtf".
 RtfDocument ReadRtf(std::string_view bytes);
+
+}  // namespace quorvane

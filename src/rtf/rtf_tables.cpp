@@ -5,6 +5,8 @@
 
 #include "base/text.h"
 
+namespace quorvane {
+
 namespace {
 
 // A font name; that of a symbol font or an unknown code page is taken for Western.
@@ -85,3 +87,5 @@ std::optional<std::uint32_t> RtfColorTable::Find(int number) const {
   if (number < 0 || static_cast<std::size_t>(number) >= colors_.size()) return std::nullopt;
   return colors_[static_cast<std::size_t>(number)];
 }
+
+}  // namespace quorvane

@@ -11,6 +11,8 @@
 
 #include "rtf/code_page.h"
 
+namespace quorvane {
+
 inline constexpr std::size_t kMaxRtfFonts = 4096;
 inline constexpr std::size_t kMaxRtfColors = 4096;
 inline constexpr std::size_t kMaxFontName = 128;  // bytes of UTF-8
@@ -54,3 +56,5 @@ class RtfColorTable {
   std::vector<std::optional<std::uint32_t>> colors_;
   std::optional<std::uint32_t> open_;
 };
+
+}  // namespace quorvane

@@ -12,6 +12,8 @@
 #include "rtf/picture_bytes.h"
 #include "rtf/rtf_reader.h"
 
+namespace quorvane {
+
 namespace {
 
 // A4 across with narrow margins: 128 columns of the log's font, enough for the tables of a report,
@@ -233,3 +235,5 @@ std::string RtfWriter::Write() {
 std::string WriteRtf(const RichText& text) {
   return RtfWriter(text).Write();
 }
+
+}  // namespace quorvane

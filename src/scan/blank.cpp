@@ -4,6 +4,8 @@
 #include "base/number_format.h"
 #include "base/text.h"
 
+namespace quorvane {
+
 namespace {
 
 // Appends the mark by which a blanked dataset is known; the mark is kept even if the line is full.
@@ -67,3 +69,5 @@ void BlankDataset(DatasetStore& store, int position, int blank, Host& host) {
   host.PrintIt("Number of points outside the range of the blank were :: \r\nBelow : " +
                FormatNumber(below, "##0") + "\r\nAbove : " + FormatNumber(above, "##0"));
 }
+
+}  // namespace quorvane

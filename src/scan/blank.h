@@ -5,6 +5,8 @@
 
 #include "scan/dataset_store.h"
 
+namespace quorvane {
+
 // Subtracts the blank's signal, interpolated linearly in radius, from every point of the sample,
 // deleted ones too. Points outside the blank get its end value and are counted. A sample that lies
 // wholly outside stays as it is and all its points are counted. Radii rise with the index. A blank
@@ -14,3 +16,5 @@ void SubtractBlank(Dataset& sample, const Dataset& blank, std::int16_t& above, s
 // Subtracts the blank at position `blank` from the dataset at `position` (both from 0), marks the
 // dataset as blanked for good, and logs it.
 void BlankDataset(DatasetStore& store, int position, int blank, Host& host);
+
+}  // namespace quorvane

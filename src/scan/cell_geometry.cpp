@@ -10,6 +10,8 @@
 #include "base/files.h"
 #include "base/text.h"
 
+namespace quorvane {
+
 namespace {
 
 // Free-form fields of a text file, one after the other, with the line for messages.
@@ -178,3 +180,5 @@ float CalcRefRadius(const Dataset& dataset) {
   }
   return static_cast<float>(first + 2.0 * (last - first) / 3.0);
 }
+
+}  // namespace quorvane

@@ -11,6 +11,8 @@
 
 #include "scan/dataset.h"
 
+namespace quorvane {
+
 struct CellGeometry {
   std::int16_t number = 0;  // first number of the entry; kept, never used
   std::string name;         // UTF-8, as in the file; menus show it trimmed
@@ -40,3 +42,5 @@ double getFofR(double r, int geometry, const std::vector<CellGeometry>& geometri
 // Radius two thirds down the good points, cm, in single precision: from the first to the last point
 // with Err above 0. 0 if there is none.
 float CalcRefRadius(const Dataset& dataset);
+
+}  // namespace quorvane

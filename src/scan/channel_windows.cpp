@@ -1,5 +1,7 @@
 #include "scan/channel_windows.h"
 
+namespace quorvane {
+
 // Rows A to D; columns "2 channels", "6 channels", "8 channels", "EL".
 const ChannelTable ChannelLowRadius = {{
     {5.60F, 5.70F, 6.03F, 0.0F},
@@ -25,3 +27,5 @@ int ChannelCount(Centerpiece centerpiece) {
   }
   return 1;
 }
+
+}  // namespace quorvane

@@ -4,6 +4,8 @@
 
 #include <array>
 
+namespace quorvane {
+
 // Kinds of centerpiece; the value is the column of the window tables.
 enum class Centerpiece { kTwoChannels = 0, kSixChannels = 1, kEightChannels = 2 };
 
@@ -23,3 +25,5 @@ extern const ChannelTable ChannelHighRadius;
 
 // Channels that the centerpiece offers: 1, 3 or 4.
 int ChannelCount(Centerpiece centerpiece);
+
+}  // namespace quorvane

@@ -4,6 +4,8 @@
 
 #include "base/text.h"
 
+namespace quorvane {
+
 namespace {
 
 template <std::size_t N>
@@ -61,3 +63,5 @@ int CountGoodPoints(const Dataset& dataset) {
   const auto end = dataset.Good.begin() + dataset.NumPoints;
   return dataset.NumPoints - static_cast<int>(std::count(dataset.Good.begin(), end, kFalse));
 }
+
+}  // namespace quorvane

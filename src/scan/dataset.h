@@ -7,6 +7,8 @@
 #include <string_view>
 #include <type_traits>
 
+namespace quorvane {
+
 // Text of N characters, one byte each (Windows-1252), filled up with blanks.
 template <std::size_t N>
 struct FixedText {
@@ -78,3 +80,5 @@ double LastRadius(const Dataset& dataset);
 
 // Points in use.
 int CountGoodPoints(const Dataset& dataset);
+
+}  // namespace quorvane

@@ -7,6 +7,8 @@
 #include "base/number_format.h"
 #include "base/text.h"
 
+namespace quorvane {
+
 bool NamesCanBeUsed(const DatasetStore& store, Host& host) {
   std::set<std::string> seen;
   for (const Dataset& dataset : store.Datasets) {
@@ -57,3 +59,5 @@ bool SaveLoadedData(const DatasetStore& store, const std::filesystem::path& fold
   }
   return true;
 }
+
+}  // namespace quorvane

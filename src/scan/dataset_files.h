@@ -5,6 +5,8 @@
 
 #include "scan/dataset_store.h"
 
+namespace quorvane {
+
 enum class SavedSignal { kAsLoaded, kBaselineSubtracted };
 enum class ExistingFiles { kAsk, kReplace };
 
@@ -21,3 +23,5 @@ bool NamesCanBeUsed(const DatasetStore& store, Host& host);
 // True if all files were written or skipped by the user's word; throws FileFault.
 bool SaveLoadedData(const DatasetStore& store, const std::filesystem::path& folder,
                     SavedSignal signal, ExistingFiles existing, Host& host);
+
+}  // namespace quorvane

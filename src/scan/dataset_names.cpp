@@ -7,6 +7,8 @@
 #include "base/text.h"
 #include "scan/fields.h"
 
+namespace quorvane {
+
 namespace {
 
 std::string_view StemOf(std::string_view fileName) {
@@ -86,3 +88,5 @@ std::string BlankName(FileKind kind, std::string_view fileName, std::string_view
   }
   return "BL_" + DatasetName(kind, fileName, header, 'A', ElWavelength::kSingleLoad);
 }
+
+}  // namespace quorvane

@@ -4,6 +4,8 @@
 #include <string>
 #include <string_view>
 
+namespace quorvane {
+
 // Kinds of scan file; the value is the index of the file type options.
 enum class FileKind { kIpRa = 0, kDat = 1, kFi = 2, kEl = 3 };
 
@@ -29,3 +31,5 @@ std::string DatasetName(FileKind kind, std::string_view fileName, std::string_vi
 
 // Name of a blank from file `fileName`: "BL_" in front, channel "A", ".dat" behind for "EL" too.
 std::string BlankName(FileKind kind, std::string_view fileName, std::string_view header);
+
+}  // namespace quorvane

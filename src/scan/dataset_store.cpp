@@ -5,6 +5,8 @@
 #include "base/number_format.h"
 #include "base/text.h"
 
+namespace quorvane {
+
 std::string DatasetTitle(const DatasetStore& store, int position) {
   return "Dataset #" + FormatNumber(position + 1, "##") +
          ":: " + NameOf(store.Datasets[static_cast<std::size_t>(position)]);
@@ -64,3 +66,5 @@ void ChooseFrom(DatasetStore& store, int first, bool use) {
     if (!IsBlank(store.Datasets[k])) store.UseData[k] = use;
   }
 }
+
+}  // namespace quorvane

@@ -7,6 +7,8 @@
 #include "scan/dataset.h"
 #include "scan/edit_history.h"
 
+namespace quorvane {
+
 class Host;
 
 struct DatasetStore {
@@ -37,3 +39,5 @@ bool RenameDataset(DatasetStore& store, int position, const std::string& text, H
 
 // "Fit this dataset?" for the datasets from `first` (from 0) to the last; blanks are passed over.
 void ChooseFrom(DatasetStore& store, int first, bool use);
+
+}  // namespace quorvane

@@ -4,6 +4,8 @@
 #include <cmath>
 #include <utility>
 
+namespace quorvane {
+
 namespace {
 
 EditState StateOf(const Dataset& dataset) {
@@ -95,3 +97,5 @@ void EditHistory::Take(Steps& steps, Steps& opposite, Dataset& dataset) {
   Change(dataset, step.from, step.to);
   opposite.push_back({std::move(step.to), std::move(step.from)});
 }
+
+}  // namespace quorvane

@@ -6,6 +6,8 @@
 
 #include "scan/dataset.h"
 
+namespace quorvane {
+
 // What an edit changes in a Dataset.
 struct EditState {
   std::vector<bool> good;      // of each point
@@ -53,3 +55,5 @@ class EditHistory {
 
   std::vector<Log> logs_;  // by position; positions without edits may be missing at the end
 };
+
+}  // namespace quorvane

@@ -6,6 +6,8 @@
 #include "base/arithmetic.h"
 #include "base/text.h"
 
+namespace quorvane {
+
 namespace {
 
 bool IsSkipped(char c) {
@@ -139,3 +141,5 @@ bool ReadLine(std::istream& in, std::string& line, std::size_t limit) {
   }
   return !in.bad();
 }
+
+}  // namespace quorvane

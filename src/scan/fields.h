@@ -8,6 +8,8 @@
 #include <string>
 #include <string_view>
 
+namespace quorvane {
+
 // One line of a scan file: exactly 256 characters, cut or filled up with blanks.
 class LineBuffer {
  public:
@@ -39,3 +41,5 @@ std::int32_t FieldInt32(std::string_view field);
 // Reads the next line, ended by LF, CR LF or the end of the file, and keeps its first `limit`
 // characters without the line end. False at the end of the file, and with badbit if a read fails.
 bool ReadLine(std::istream& in, std::string& line, std::size_t limit = LineBuffer::kSize);
+
+}  // namespace quorvane

@@ -11,6 +11,8 @@
 #include "base/number_format.h"
 #include "base/text.h"
 
+namespace quorvane {
+
 namespace fs = std::filesystem;
 
 namespace {
@@ -426,3 +428,5 @@ std::string TemperatureDrift(const std::vector<Dataset>& loaded, std::optional<d
   return sentence("With this file the loaded scans span ", std::min(from, *next),
                   std::max(to, *next));
 }
+
+}  // namespace quorvane

@@ -9,6 +9,8 @@
 
 #include "scan/loading.h"
 
+namespace quorvane {
+
 // Points of one channel.
 struct ChannelReading {
   char letter = 'A';
@@ -52,3 +54,5 @@ std::vector<CheckRow> CheckRows(const FileCheck& check);
 // one degree apart; otherwise an empty text.
 std::string TemperatureDrift(const std::vector<Dataset>& loaded,
                              std::optional<double> next = std::nullopt);
+
+}  // namespace quorvane

@@ -5,6 +5,8 @@
 #include "base/files.h"
 #include "base/text.h"
 
+namespace quorvane {
+
 namespace fs = std::filesystem;
 
 bool IsNameOfKind(const std::string& fileName, FileKind kind) {
@@ -36,3 +38,5 @@ std::vector<std::string> ListScanFiles(const fs::path& folder, std::optional<Fil
   std::sort(names.begin(), names.end());
   return names;
 }
+
+}  // namespace quorvane

@@ -8,6 +8,8 @@
 
 #include "scan/dataset_names.h"
 
+namespace quorvane {
+
 // Whether a file of that name (no folder) is listed for the kind, without regard to case:
 // *.IP* and *.RA*, *.DAT, *.FI*, *.EL*.
 bool IsNameOfKind(const std::string& fileName, FileKind kind);
@@ -17,3 +19,5 @@ bool IsNameOfKind(const std::string& fileName, FileKind kind);
 // read.
 std::vector<std::string> ListScanFiles(const std::filesystem::path& folder,
                                        std::optional<FileKind> kind);
+
+}  // namespace quorvane

@@ -9,6 +9,8 @@
 #include "base/text.h"
 #include "scan/file_check.h"
 
+namespace quorvane {
+
 namespace fs = std::filesystem;
 
 namespace {
@@ -210,3 +212,5 @@ std::string TakenForText(const DatasetStore& store, int first, FileKind kind) {
   return text + (others == 0 ? " was" : " were") + " taken for the file type " + KindName(kind) +
          ".";
 }
+
+}  // namespace quorvane

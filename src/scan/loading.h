@@ -9,6 +9,8 @@
 #include "scan/channel_windows.h"
 #include "scan/scan_file.h"
 
+namespace quorvane {
+
 // What the user has set on the tab.
 struct ScanLoadSettings {
   FileKind kind = FileKind::kIpRa;
@@ -64,3 +66,5 @@ LoadResult LoadBlankFile(DatasetStore& store, FileKind kind, const std::filesyst
 // Which kind the files were taken for that the datasets from position `first` (from 0) came from,
 // whatever their names say: one sentence, of the first file and the number of the others.
 std::string TakenForText(const DatasetStore& store, int first, FileKind kind);
+
+}  // namespace quorvane

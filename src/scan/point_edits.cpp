@@ -5,6 +5,8 @@
 
 #include "scan/cell_geometry.h"
 
+namespace quorvane {
+
 namespace {
 
 enum class Action { kDelete, kRestore };
@@ -51,3 +53,5 @@ void SetMeniscusAndBase(Dataset& dataset, double meniscus, double base) {
   dataset.Rbase = base;
   if (dataset.Rbase < dataset.Rmen) std::swap(dataset.Rbase, dataset.Rmen);
 }
+
+}  // namespace quorvane

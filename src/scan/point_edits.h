@@ -6,6 +6,8 @@
 
 #include "scan/dataset.h"
 
+namespace quorvane {
+
 // A rectangle in axis values: radius in cm against signal, bounds inside.
 struct EditRectangle {
   double x1 = -std::numeric_limits<double>::infinity();
@@ -25,3 +27,5 @@ void RestoreAll(Dataset& dataset);
 
 // Takes the two radii (cm) as meniscus and base, in rising order. No point changes.
 void SetMeniscusAndBase(Dataset& dataset, double meniscus, double base);
+
+}  // namespace quorvane

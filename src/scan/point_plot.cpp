@@ -1,5 +1,7 @@
 #include "scan/point_plot.h"
 
+namespace quorvane {
+
 namespace {
 
 constexpr ChartColor kGreen = 0x008000;
@@ -26,3 +28,5 @@ Chart PlotPoints(const Dataset& dataset, const PointColors& colors) {
   }
   return {NameOf(dataset), "Radius (cm)", {panel}};
 }
+
+}  // namespace quorvane

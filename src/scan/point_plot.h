@@ -4,6 +4,8 @@
 #include "base/chart.h"
 #include "scan/dataset.h"
 
+namespace quorvane {
+
 struct PointColors {
   ChartColor good = kChartBlue;
   ChartColor deleted = kChartRed;
@@ -11,3 +13,5 @@ struct PointColors {
 
 // Good and deleted points against the radius, and marks at meniscus and base unless it is a blank.
 Chart PlotPoints(const Dataset& dataset, const PointColors& colors);
+
+}  // namespace quorvane

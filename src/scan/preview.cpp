@@ -10,6 +10,8 @@
 #include "scan/dataset.h"
 #include "scan/fields.h"
 
+namespace quorvane {
+
 namespace {
 
 float SingleAt(const LineBuffer& row, int first, int last) {
@@ -73,3 +75,5 @@ std::optional<Chart> PreviewFile(const std::filesystem::path& path, Host& host) 
   chart.panels.push_back({"", 1.0, {std::move(series)}, {}});
   return chart;
 }
+
+}  // namespace quorvane

@@ -6,6 +6,8 @@
 
 #include "base/chart.h"
 
+namespace quorvane {
+
 class Host;
 
 // The rows of a scan file as one blue line, without titles; no radial window applies. Line 1 is
@@ -15,3 +17,5 @@ class Host;
 // Nothing, and a message, for fewer than 10 rows, and for a file that cannot be read, has no header
 // or more than 2048 rows.
 std::optional<Chart> PreviewFile(const std::filesystem::path& path, Host& host);
+
+}  // namespace quorvane

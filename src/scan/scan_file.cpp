@@ -10,6 +10,8 @@
 #include "scan/cell_geometry.h"
 #include "scan/fields.h"
 
+namespace quorvane {
+
 namespace {
 
 std::string RequiredLine(std::istream& in, const std::filesystem::path& path, const char* which) {
@@ -168,3 +170,5 @@ LoadOutcome LoadDataFile(DatasetStore& store, FileKind kind, const std::filesyst
                DatasetTitle(store, store.NumDatasets() - 1) + "\r\n");
   return LoadOutcome::kLoaded;
 }
+
+}  // namespace quorvane

@@ -10,6 +10,8 @@
 #include "scan/dataset_names.h"
 #include "scan/dataset_store.h"
 
+namespace quorvane {
+
 class Host;
 
 // From the best to the worst.
@@ -50,3 +52,5 @@ Dataset ReadDataset(FileKind kind, std::istream& in, const std::filesystem::path
 LoadOutcome LoadDataFile(DatasetStore& store, FileKind kind, const std::filesystem::path& path,
                          const std::string& datasetName, float lowRadius, float highRadius,
                          Host& host);
+
+}  // namespace quorvane

@@ -7,6 +7,8 @@
 #include "base/arithmetic.h"
 #include "scan/fields.h"
 
+namespace quorvane {
+
 namespace {
 
 // Whether a row is point k of the dataset, in either form of the first column.
@@ -32,3 +34,5 @@ bool HoldsPoints(std::string_view file, const Dataset& dataset) {
   }
   return found == points;
 }
+
+}  // namespace quorvane

@@ -5,6 +5,8 @@
 
 #include "base/arithmetic.h"
 
+namespace quorvane {
+
 float UniformSource::Next() {
   // The top 24 bits: every value is exact in single precision, so none rounds up to 1.
   return static_cast<float>(generator_() >> 40) * 0x1p-24F;
@@ -24,3 +26,5 @@ double GaussDeviate(UniformSource& uniform) {
   }
   return d1 * std::sqrt(-2.0 * CheckedLog(rsq) / rsq);
 }
+
+}  // namespace quorvane

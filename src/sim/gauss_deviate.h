@@ -4,6 +4,8 @@
 #include <cstdint>
 #include <random>
 
+namespace quorvane {
+
 // Uniform values in single precision, 0 included and 1 not.
 class UniformSource {
  public:
@@ -21,3 +23,5 @@ std::uint64_t SeedFromClock();
 // Throws ArithmeticFault (invalid operation) if both uniform values hit the centre exactly.
 // Source: Marsaglia's polar method; Knuth, The Art of Computer Programming, volume 2, 3.4.1.
 double GaussDeviate(UniformSource& uniform);
+
+}  // namespace quorvane

@@ -7,6 +7,8 @@
 #include "fit/levmarq.h"
 #include "fit/step_rule.h"
 
+namespace quorvane {
+
 namespace {
 
 constexpr int kParameters = 2;
@@ -231,3 +233,5 @@ SimReference FitCloadCs4(const SimProblem& problem, Host& host, int& count) {
       FitLoads(problem, {FUNCSCT4, PARTIALSCT4}, Pair(p.LA / 3.0, p.LB / 3.0), host, count);
   return {a(1), a(2)};
 }
+
+}  // namespace quorvane

@@ -8,6 +8,8 @@
 #include "base/array1.h"
 #include "sim/sim_problem.h"
 
+namespace quorvane {
+
 class Host;
 
 // y: mean concentration over the column of component i (1 is A, anything else B) at parameters
@@ -71,3 +73,5 @@ SimReference FitCloadCs(const SimProblem& problem, Host& host, int& count);
 SimReference FitCloadCs2(const SimProblem& problem, Host& host, int& count);
 SimReference FitCloadCs3(const SimProblem& problem, Host& host, int& count);
 SimReference FitCloadCs4(const SimProblem& problem, Host& host, int& count);
+
+}  // namespace quorvane

@@ -5,6 +5,8 @@
 
 #include "base/arithmetic.h"
 
+namespace quorvane {
+
 namespace {
 
 // 2 (r_1 - r_0) `sum` over r_(n-1)^2 - r_0^2: a sum over the grid as a mean over the sector.
@@ -214,3 +216,5 @@ LoadBracket BracketLoad(LoadRoutine load, const SimProblem& problem, double star
   if (Load(load, problem, start) <= problem.p.LA) return GoUp(load, problem, {start, start});
   return BracketLoadBelow(load, problem, start);
 }
+
+}  // namespace quorvane

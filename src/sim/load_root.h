@@ -4,6 +4,8 @@
 
 #include "sim/sim_problem.h"
 
+namespace quorvane {
+
 // Mean concentration over the column, in monomer units, if the concentration at the meniscus
 // (LoadNonideal, LoadIso: of the monomer) or the free monomer at the reference radius (LoadNmer,
 // LoadNmerMmer) is c. A trapezoid rule over the grid that weighs each interval with its outer
@@ -44,3 +46,5 @@ double FromMeniscus(const SimProblem& problem, double c, int i);
 
 // Concentration in monomer units of isodesmic chains whose monomer is at u: u / (1 - K1 u)^2.
 double IsodesmicTotal(const SimParameters& p, double u);
+
+}  // namespace quorvane

@@ -3,6 +3,8 @@
 #include <array>
 #include <cstddef>
 
+namespace quorvane {
+
 namespace {
 
 constexpr double kInfinity = std::numeric_limits<double>::infinity();
@@ -104,3 +106,5 @@ std::optional<SimBox> SimBoxOfKey(std::string_view key) {
   }
   return std::nullopt;
 }
+
+}  // namespace quorvane

@@ -5,6 +5,8 @@
 #include <optional>
 #include <string_view>
 
+namespace quorvane {
+
 enum class SimBox {
   kMW,
   kVbar,
@@ -58,3 +60,5 @@ const SimBoxInfo& InfoOf(SimBox box);
 
 // The box with that key in a job file, if there is one.
 std::optional<SimBox> SimBoxOfKey(std::string_view key);
+
+}  // namespace quorvane

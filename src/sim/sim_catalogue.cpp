@@ -6,6 +6,8 @@
 #include "sim/hetero_loads.h"
 #include "sim/sim_models.h"
 
+namespace quorvane {
+
 namespace {
 
 constexpr std::uint32_t Bit(SimBox box) {
@@ -147,3 +149,5 @@ std::string ToolTipOf(SimBox box, int model, KDisplay display) {
   }
   return std::string(InfoOf(box).toolTip);
 }
+
+}  // namespace quorvane

@@ -11,6 +11,8 @@
 #include "base/k_display.h"
 #include "sim/sim_boxes.h"
 
+namespace quorvane {
+
 struct SimModel;
 struct SimProblem;
 struct SimReference;
@@ -69,3 +71,5 @@ bool UsesBox(int model, SimBox box);
 // Caption and tool tip of a box; those of the K boxes depend on the display of K.
 std::string LabelOf(SimBox box, int model, KDisplay display);
 std::string ToolTipOf(SimBox box, int model, KDisplay display);
+
+}  // namespace quorvane

@@ -6,6 +6,8 @@
 #include <utility>
 #include <vector>
 
+namespace quorvane {
+
 namespace {
 
 struct SeriesLook {
@@ -107,3 +109,5 @@ std::string_view SimAxisPattern(double lastValue) {
   const double size = std::fabs(lastValue);
   return size > 1000.0 || size < 0.01 ? "0.00E+00" : "#,##0.00";
 }
+
+}  // namespace quorvane

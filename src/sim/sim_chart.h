@@ -7,6 +7,8 @@
 #include "base/chart.h"
 #include "sim/simulate.h"
 
+namespace quorvane {
+
 enum class SimGraph { kTotalSignal, kTotalConc, kSpeciesSignal, kSpeciesConc };
 
 inline constexpr std::array<std::string_view, 4> SimGraphCaptions = {
@@ -23,3 +25,5 @@ Chart SimChart(const Simulator& simulator, SimGraph graph);
 
 // Number pattern of the left axis, given the last point's value.
 std::string_view SimAxisPattern(double lastValue);
+
+}  // namespace quorvane

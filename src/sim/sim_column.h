@@ -6,6 +6,8 @@
 
 #include "base/arithmetic.h"
 
+namespace quorvane {
+
 // Values at the grid points, indices 0 to 2048; any other index throws SubscriptFault.
 template <class T>
 class GridArray {
@@ -33,3 +35,5 @@ struct SimColumn {
   // ideal, nonideal and isodesmic models.
   GridArray<std::array<double, 6>> species;
 };
+
+}  // namespace quorvane

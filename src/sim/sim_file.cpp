@@ -4,6 +4,8 @@
 #include "base/number_format.h"
 #include "base/text.h"
 
+namespace quorvane {
+
 namespace {
 
 // Columns of the header line, from 0.
@@ -116,3 +118,5 @@ void SimFileWriter::AddPoint(double radius, double signal) {
           FormatNumber(signal, "  0.00000E+000  ; -0.00000E+000  ") + rms_);
   ++points_;
 }
+
+}  // namespace quorvane

@@ -6,6 +6,8 @@
 
 #include "sim/sim_inputs.h"
 
+namespace quorvane {
+
 // The comment of a simulation that has not run; no line of a file uses it.
 inline constexpr std::string_view SimComment = "QV-SIMULATED DATA :: ADD YOUR COMMENT LINE HERE";
 
@@ -36,3 +38,5 @@ class SimFileWriter {
   std::string rms_;
   int& points_;
 };
+
+}  // namespace quorvane

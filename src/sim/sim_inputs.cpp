@@ -7,6 +7,8 @@
 #include "base/arithmetic.h"
 #include "base/text.h"
 
+namespace quorvane {
+
 namespace {
 
 constexpr std::array<SimBox, 3> kConstantBoxes = {SimBox::kLnK1, SimBox::kLnK2, SimBox::kLnK3};
@@ -138,3 +140,5 @@ void ReadConstants(SimInputs& inputs) {
     inputs.K[replacesK1 ? 0 : k] = K;
   }
 }
+
+}  // namespace quorvane

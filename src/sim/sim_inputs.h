@@ -10,6 +10,8 @@
 #include "base/k_display.h"
 #include "sim/sim_catalogue.h"
 
+namespace quorvane {
+
 // Kind of the scan file: interference or absorbance.
 enum class SimFileKind { kIP8, kRA8 };
 
@@ -59,3 +61,5 @@ std::optional<EntryRefusal> FirstRefusal(const SimInputs& inputs);
 // stored last.
 // Throws ArithmeticFault (overflow).
 void ReadConstants(SimInputs& inputs);
+
+}  // namespace quorvane

@@ -7,6 +7,8 @@
 #include "sim/hetero_loads.h"
 #include "sim/load_root.h"
 
+namespace quorvane {
+
 namespace {
 
 double Noise(SimRun& run) {
@@ -230,3 +232,5 @@ SimReference SimTwoComponent(SimRun& run, const SimModel& model) {
   }
   return c;
 }
+
+}  // namespace quorvane

@@ -7,6 +7,8 @@
 #include "sim/sim_file.h"
 #include "sim/sim_problem.h"
 
+namespace quorvane {
+
 class Host;
 
 // What a routine works on. All is owned by the caller; the grid of `column` is built.
@@ -39,3 +41,5 @@ SimReference SimIsoD(SimRun& run, const SimModel& model);
 
 // Two components: species in signal units, noise in signal units.
 SimReference SimTwoComponent(SimRun& run, const SimModel& model);
+
+}  // namespace quorvane

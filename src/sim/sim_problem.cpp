@@ -8,6 +8,8 @@
 #include "base/arithmetic.h"
 #include "base/units.h"
 
+namespace quorvane {
+
 namespace {
 
 double ReducedMass(const SimParameters& p, double mass, double vbar) {
@@ -107,3 +109,5 @@ SimProblem MakeProblemOf(const SimModel& model, const SimParameters& p, const Si
   });
   return problem;
 }
+
+}  // namespace quorvane

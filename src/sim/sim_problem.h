@@ -8,6 +8,8 @@
 #include "sim/sim_column.h"
 #include "sim/sim_inputs.h"
 
+namespace quorvane {
+
 // Fixed constants of the simulator.
 inline constexpr double kGasConstant = 83144000.0;  // erg/(mol K)
 inline constexpr double kRadiansPerSecondOfRpm = 0.10471976;
@@ -78,3 +80,5 @@ struct SimProblem {
 // Species of a model, in the order of SimColumn::species, without one that stands apart. R0 lies
 // two thirds down the grid. Throws ArithmeticFault.
 SimProblem MakeProblemOf(const SimModel& model, const SimParameters& p, const SimColumn& column);
+
+}  // namespace quorvane

@@ -5,6 +5,8 @@
 #include "base/text.h"
 #include "sim/sim_models.h"
 
+namespace quorvane {
+
 namespace {
 
 SimReference RunGuarded(Simulator& simulator, UniformSource& uniform, Host& host) {
@@ -66,3 +68,5 @@ void ChooseFileKind(Simulator& simulator, SimFileKind kind) {
   simulator.Inputs.saveAs = kind;
   ReplaceHeader(simulator);
 }
+
+}  // namespace quorvane

@@ -11,6 +11,8 @@
 #include "sim/sim_inputs.h"
 #include "sim/sim_problem.h"
 
+namespace quorvane {
+
 class Host;
 
 // All that a simulator keeps from one run to the next.
@@ -40,3 +42,5 @@ std::optional<std::string_view> EnterText(Simulator& simulator, SimBox box, std:
 
 // Chooses the kind of the file and changes SimHeader and Text, where the old header first occurs.
 void ChooseFileKind(Simulator& simulator, SimFileKind kind);
+
+}  // namespace quorvane

@@ -23,6 +23,8 @@
 #include "stats/minimum_check.h"
 #include "stats/quantiles.h"
 
+namespace quorvane {
+
 namespace {
 
 // The Host of one search: keeps its lines for the log, hears of a stop through a flag, and
@@ -293,3 +295,5 @@ ConfidenceOutcome CalcConfidence(FitState& fit, const ConfidenceRequest& request
   host.SetStatus(" ");
   return outcome;
 }
+
+}  // namespace quorvane

@@ -8,6 +8,8 @@
 
 #include "base/array1.h"
 
+namespace quorvane {
+
 class Host;
 struct FitState;
 
@@ -74,3 +76,5 @@ std::vector<ConfidenceRow> ConfidenceRows(const FitState& fit);
 // the host's events) ends all of them; intervals logged until then stand. A fault is logged and
 // ends the search. `fit` keeps its parameters, flags, sums and covariance.
 ConfidenceOutcome CalcConfidence(FitState& fit, const ConfidenceRequest& request, Host& host);
+
+}  // namespace quorvane

@@ -9,6 +9,8 @@
 #include "base/text.h"
 #include "fit/fit_state.h"
 
+namespace quorvane {
+
 namespace {
 
 constexpr std::size_t kField = 11;
@@ -67,3 +69,5 @@ void LogCrossCorrelation(const FitState& fit, Host& host) {
   }
   host.PrintIt(" ");
 }
+
+}  // namespace quorvane

@@ -5,6 +5,8 @@
 
 #include "base/array1.h"
 
+namespace quorvane {
+
 class Host;
 struct FitState;
 
@@ -22,3 +24,5 @@ bool IsCritical(const Matrix1<double>& coefficients, int i, int j, double critic
 
 // Writes the coefficients of all parameters to the log as a table.
 void LogCrossCorrelation(const FitState& fit, Host& host);
+
+}  // namespace quorvane

@@ -10,6 +10,8 @@
 #include "fit/models.h"
 #include "stats/correlation.h"
 
+namespace quorvane {
+
 namespace {
 
 double SumOfSquares(std::span<const double> residuals) {
@@ -258,3 +260,5 @@ std::vector<std::string> QualityRemarks(const FitQuality& quality) {
   }
   return remarks;
 }
+
+}  // namespace quorvane

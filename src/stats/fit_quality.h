@@ -9,6 +9,8 @@
 
 #include "fit/fit_page.h"
 
+namespace quorvane {
+
 struct FitState;
 
 // Beyond these a row is pointed out.
@@ -82,3 +84,5 @@ FitQuality CalcFitQuality(const FitState& fit, const FitPage& page, const Consta
 
 // What to look at, in plain sentences, those about single datasets last; none if nothing was found.
 std::vector<std::string> QualityRemarks(const FitQuality& quality);
+
+}  // namespace quorvane

@@ -7,6 +7,8 @@
 #include "fit/fit_state.h"
 #include "fit/levmarq.h"
 
+namespace quorvane {
+
 namespace {
 
 bool IsNegativeInSingle(double x) {
@@ -92,3 +94,5 @@ double BisectParameter(FitState& fit, Host& host, double ChiBest, double Ratio, 
   host.PrintIt("too many bisections");
   return r;
 }
+
+}  // namespace quorvane

@@ -2,6 +2,8 @@
 // by the variance ratio.
 #pragma once
 
+namespace quorvane {
+
 class Host;
 struct FitState;
 
@@ -22,3 +24,5 @@ void BracketParameter(FitState& fit, Host& host, double ChiBest, double Ratio, i
 // ChiAtX2 becomes the sum at the limit. Throws as FitData.
 double BisectParameter(FitState& fit, Host& host, double ChiBest, double Ratio, int j, double X1,
                        double X2, double& ChiAtX2);
+
+}  // namespace quorvane

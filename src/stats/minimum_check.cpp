@@ -21,6 +21,8 @@
 #include "fit/models.h"
 #include "fit/settled_fit.h"
 
+namespace quorvane {
+
 namespace {
 
 constexpr int kMostSteps = 500;
@@ -297,3 +299,5 @@ std::string MinimumSummary(const MinimumOutcome& outcome, const MinimumRequest& 
   }
   return text;
 }
+
+}  // namespace quorvane

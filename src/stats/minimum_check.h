@@ -8,6 +8,8 @@
 
 #include "base/array1.h"
 
+namespace quorvane {
+
 class Host;
 struct FitState;
 
@@ -59,3 +61,5 @@ std::string MinimumSummary(const MinimumOutcome& outcome, const MinimumRequest& 
 // Whether a sum of squares is lower than `than` by more than rounding, in the sense of
 // CheckMinimum.
 bool IsLowerSum(const FitState& fit, double sum, double than);
+
+}  // namespace quorvane

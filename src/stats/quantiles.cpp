@@ -5,6 +5,8 @@
 #include "base/arithmetic.h"
 #include "base/host.h"
 
+namespace quorvane {
+
 namespace {
 
 double FQuantile(int n, int m, double P) {
@@ -45,3 +47,5 @@ double FSTAT(int n, int m, double P, Host& host) {
   CheckArithmetic([&] { result = FQuantile(n, m, P); });
   return result;
 }
+
+}  // namespace quorvane

@@ -1,6 +1,8 @@
 // Statistics: approximate quantiles behind the variance ratio of a fit.
 #pragma once
 
+namespace quorvane {
+
 class Host;
 
 // Normal deviate exceeded with probability Q, given t = sqrt(-2 ln Q), Q <= 0.5.
@@ -14,3 +16,5 @@ double NormalDeviate(double t);
 // Kept on purpose: coarse at few degrees of freedom, F(2, 10) at 0.95 gives 5.38 where tables say
 // 4.10.
 double FSTAT(int n, int m, double P, Host& host);
+
+}  // namespace quorvane

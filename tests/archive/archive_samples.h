@@ -8,6 +8,8 @@
 
 #include "scan/dataset.h"
 
+namespace quorvane {
+
 // `value` as `size` bytes, the lowest first.
 inline std::string LittleEndian(std::uint64_t value, int size) {
   std::string bytes;
@@ -107,3 +109,5 @@ inline StoredMembers SampleMembers(double vbar = 0.75, double modelIndex = 3.0) 
           {"logfile.rtf", "{\\rtf1 log}"},
           {"chartfile.bin", TwoGraphs()}};
 }
+
+}  // namespace quorvane

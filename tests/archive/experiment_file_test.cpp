@@ -11,6 +11,8 @@
 #include "base/files.h"
 #include "support/temp_folder.h"
 
+using namespace quorvane;
+
 namespace {
 
 Experiment Read(const TempFolder& folder, const StoredMembers& members) {

@@ -11,6 +11,8 @@
 #include "support/session.h"
 #include "support/temp_folder.h"
 
+using namespace quorvane;
+
 namespace {
 
 class ExperimentTest : public testing::Test {

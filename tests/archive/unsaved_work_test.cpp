@@ -7,6 +7,8 @@
 #include "base/files.h"
 #include "support/temp_folder.h"
 
+using namespace quorvane;
+
 namespace fs = std::filesystem;
 
 TEST(UnsavedWork, BelongsToItsProgramUntilThatEnds) {

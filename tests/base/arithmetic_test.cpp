@@ -10,6 +10,8 @@
 
 #include <gtest/gtest.h>
 
+using namespace quorvane;
+
 namespace {
 
 // A number that the optimiser does not know.

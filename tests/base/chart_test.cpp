@@ -8,6 +8,8 @@
 
 #include <gtest/gtest.h>
 
+using namespace quorvane;
+
 namespace {
 
 Chart SampleChart() {

@@ -15,6 +15,7 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+using namespace quorvane;
 namespace fs = std::filesystem;
 
 TEST(FileLock, IsHeldOnceAndGoesWithItsObject) {

@@ -19,6 +19,8 @@
 #include <csignal>
 #endif
 
+using namespace quorvane;
+
 namespace fs = std::filesystem;
 
 namespace {

@@ -9,6 +9,8 @@
 
 #include <gtest/gtest.h>
 
+using namespace quorvane;
+
 TEST(FormatNumber, WritesEveryPatternInUse) {
   const double large = 1.7976931348623157e308;
   const std::vector<std::pair<const char*, std::vector<std::pair<double, const char*>>>> cases = {

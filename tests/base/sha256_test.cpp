@@ -5,6 +5,8 @@
 
 #include <gtest/gtest.h>
 
+using namespace quorvane;
+
 namespace {
 
 TEST(Sha256, GivesThePublishedDigests) {

@@ -10,6 +10,8 @@
 
 #include <gtest/gtest.h>
 
+using namespace quorvane;
+
 TEST(ParseNumeric, TakesPlainNumbersOnly) {
   const std::vector<std::pair<const char*, double>> taken = {
       {"7500", 7500.0}, {" -0.73  ", -0.73}, {"+.5", 0.5},    {"5.", 5.0},    {"1.E-3", 1e-3},

@@ -5,6 +5,8 @@
 
 #include "cli/command_fixture.h"
 
+using namespace quorvane;
+
 namespace {
 
 using nlohmann::json;

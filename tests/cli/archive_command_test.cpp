@@ -4,6 +4,8 @@
 #include "archive/experiment_file.h"
 #include "base/text.h"
 
+using namespace quorvane;
+
 namespace {
 
 class ArchiveCommand : public CommandTest {

@@ -2,6 +2,8 @@
 // a job that does part of its work before it is refused.
 #include "cli/command_fixture.h"
 
+using namespace quorvane;
+
 namespace {
 
 class BadJobTest : public CommandTest {};

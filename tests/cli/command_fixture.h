@@ -12,6 +12,8 @@
 #include "cli/command_line.h"
 #include "support/temp_folder.h"
 
+namespace quorvane {
+
 class CommandTest : public testing::Test {
  protected:
   int Run(std::vector<std::string> arguments) {
@@ -55,3 +57,5 @@ class CommandTest : public testing::Test {
   std::ostringstream out;
   std::ostringstream err;
 };
+
+}  // namespace quorvane

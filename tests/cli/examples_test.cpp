@@ -1,6 +1,8 @@
 // The examples: their fits find the parameters that their README says they were made with.
 #include "cli/command_fixture.h"
 
+using namespace quorvane;
+
 namespace {
 
 const std::filesystem::path kExamples = std::filesystem::path(QUORVANE_SOURCE_DIR) / "examples";

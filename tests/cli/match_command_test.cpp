@@ -1,6 +1,8 @@
 // Faults caught here: results that miss the JSON, options without effect, wrong statuses.
 #include "cli/command_fixture.h"
 
+using namespace quorvane;
+
 namespace {
 
 class MatchCommandTest : public CommandTest {

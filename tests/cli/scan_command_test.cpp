@@ -4,6 +4,8 @@
 
 #include "cli/command_fixture.h"
 
+using namespace quorvane;
+
 namespace {
 
 class ScanTest : public CommandTest {};

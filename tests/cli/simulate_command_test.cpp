@@ -1,5 +1,7 @@
 #include "cli/command_fixture.h"
 
+using namespace quorvane;
+
 namespace {
 
 class SimulateCommand : public CommandTest {

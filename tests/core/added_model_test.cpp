@@ -6,13 +6,15 @@
 #include <gtest/gtest.h>
 
 #include "core/fit_run.h"
-#include "core/paper_report.h"
-#include "core/shared_values.h"
+#include "core/page/shared_values.h"
+#include "core/report/paper_report.h"
 #include "fit/fit_state.h"
 #include "fit/fit_statistics.h"
 #include "fit/models.h"
 #include "support/recording_host.h"
 #include "support/session.h"
+
+using namespace quorvane;
 
 namespace {
 

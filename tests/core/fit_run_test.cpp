@@ -11,6 +11,8 @@
 #include "support/recording_host.h"
 #include "support/session.h"
 
+using namespace quorvane;
+
 namespace {
 
 double Ideal(double x, double omega) {

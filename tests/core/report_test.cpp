@@ -12,6 +12,8 @@
 #include "support/session.h"
 #include "support/temp_folder.h"
 
+using namespace quorvane;
+
 namespace {
 
 std::string MaskedLog(const RecordingHost& host) {

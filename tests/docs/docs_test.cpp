@@ -15,6 +15,8 @@
 #include "base/files.h"
 #include "base/text.h"
 
+using namespace quorvane;
+
 namespace {
 
 namespace fs = std::filesystem;

@@ -13,6 +13,8 @@
 #include "fit/models.h"
 #include "support/recording_host.h"
 
+using namespace quorvane;
+
 namespace {
 
 constexpr double kTolerance = 0.25;

@@ -18,6 +18,8 @@
 #include "support/fit_problem.h"
 #include "support/recording_host.h"
 
+using namespace quorvane;
+
 namespace {
 long allocations = 0;
 void (*volatile release)(void*) = std::free;  // volatile: the compiler shall not pair it with new

@@ -18,6 +18,8 @@
 #include "support/fit_problem.h"
 #include "support/recording_host.h"
 
+using namespace quorvane;
+
 namespace {
 
 constexpr int kLastIteration = 50;  // where both are stopped

@@ -16,6 +16,8 @@
 #include "support/fit_problem.h"
 #include "support/recording_host.h"
 
+using namespace quorvane;
+
 namespace {
 
 using Real = long double;

@@ -4,6 +4,8 @@
 
 #include "support/nist_sets.h"
 
+using namespace quorvane;
+
 namespace {
 
 TEST(NistData, GivesTheCertifiedSumOfSquares) {

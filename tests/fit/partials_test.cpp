@@ -13,6 +13,8 @@
 #include "fit/step_rule.h"
 #include "support/fit_problem.h"
 
+using namespace quorvane;
+
 namespace {
 
 double ValueMoved(FitState& fit, int j, int i, double h) {

@@ -19,6 +19,8 @@
 #include "support/fit_problem.h"
 #include "support/recording_host.h"
 
+using namespace quorvane;
+
 TEST(VectorExp, IsExpToTwoUnitsInTheLastPlace) {
   NormalNoise random(3, 1.0);
   for (int k = 0; k < 200000; ++k) {

@@ -8,6 +8,8 @@
 #include "support/recording_host.h"
 #include "support/temp_folder.h"
 
+using namespace quorvane;
+
 namespace {
 
 const std::string kHead = "comment\r\nR 1 20.0 20000 0003600 1.0000E12 280 21\r\n";

@@ -5,6 +5,8 @@
 
 #include "match/match_plots.h"
 
+using namespace quorvane;
+
 namespace {
 
 const MatchSeries kSeries{"/data/run", {"1.RA1", "2.RA1", "3.RA1"}, std::vector<RawScan>(3)};

@@ -7,6 +7,8 @@
 #include <algorithm>
 #include <cmath>
 
+using namespace quorvane;
+
 namespace {
 
 const FittingRange kEverything{-1e9, 1e9};

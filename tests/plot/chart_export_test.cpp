@@ -18,6 +18,8 @@
 #include "plot/chart_widget.h"
 #include "svg_reading.h"
 
+using namespace quorvane;
+
 namespace {
 
 constexpr double kNaN = std::numeric_limits<double>::quiet_NaN();

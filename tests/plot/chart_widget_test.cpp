@@ -8,6 +8,8 @@
 #include <QPixmap>
 #include <limits>
 
+using namespace quorvane;
+
 namespace {
 
 // Up and down over the whole panel, with a gap at the middle fifth.

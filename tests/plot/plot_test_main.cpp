@@ -3,6 +3,8 @@
 
 #include "plot/offscreen.h"
 
+using namespace quorvane;
+
 int main(int argc, char** argv) {
   testing::InitGoogleTest(&argc, argv);
   const OffscreenDrawing drawing;

@@ -7,6 +7,8 @@
 #include <QXmlStreamReader>
 #include <vector>
 
+namespace quorvane {
+
 struct SvgElement {
   QString name;       // "text", "path", "image"
   QString content;    // a text's characters, a path's data
@@ -58,3 +60,5 @@ inline SvgFile ReadSvg(const QByteArray& bytes) {
   file.error = xml.errorString();
   return file;
 }
+
+}  // namespace quorvane

@@ -13,7 +13,7 @@
 #include "cli/job.h"
 #include "cli/json_records.h"
 #include "core/fit_run.h"
-#include "core/settings.h"
+#include "core/settings/settings.h"
 #include "match/match_reader.h"
 #include "robust/mutation.h"
 #include "rtf/rtf_reader.h"
@@ -21,6 +21,8 @@
 #include "rtf/rtf_writer.h"
 #include "scan/dataset_files.h"
 #include "scan/scan_samples.h"
+
+using namespace quorvane;
 
 namespace {
 

@@ -16,6 +16,8 @@
 #include "base/files.h"
 #include "support/temp_folder.h"
 
+using namespace quorvane;
+
 namespace {
 
 Experiment ManyDatasets(int count) {

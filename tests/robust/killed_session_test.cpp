@@ -18,6 +18,7 @@
 #include "rtf/log_text.h"
 #include "support/temp_folder.h"
 
+using namespace quorvane;
 namespace fs = std::filesystem;
 
 namespace {

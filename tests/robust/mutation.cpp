@@ -4,6 +4,8 @@
 #include <cstddef>
 #include <random>
 
+namespace quorvane {
+
 namespace {
 
 class Mutator {
@@ -67,3 +69,5 @@ class Mutator {
 std::string Mutated(const std::string& sample, std::uint64_t seed) {
   return Mutator(seed).Injure(sample);
 }
+
+}  // namespace quorvane

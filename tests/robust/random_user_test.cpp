@@ -17,13 +17,15 @@
 #include <gtest/gtest.h>
 
 #include "base/files.h"
-#include "core/settings_store.h"
+#include "core/settings/settings_store.h"
 #include "support/temp_folder.h"
-#include "windows/dialogs.h"
-#include "windows/experiment_commands.h"
-#include "windows/main_window.h"
-#include "windows/print_job.h"
-#include "windows/session.h"
+#include "windows/commands/experiment_commands.h"
+#include "windows/frame/main_window.h"
+#include "windows/print/print_job.h"
+#include "windows/session/dialogs.h"
+#include "windows/session/session.h"
+
+using namespace quorvane;
 
 namespace {
 

@@ -15,12 +15,14 @@
 #include <unistd.h>
 
 #include "archive/experiment_file.h"
-#include "core/settings_store.h"
+#include "core/settings/settings_store.h"
 #include "plot/chart_export.h"
-#include "windows/autosave.h"
-#include "windows/experiment_commands.h"
-#include "windows/main_window.h"
-#include "windows/qt_dialogs.h"
+#include "windows/commands/experiment_commands.h"
+#include "windows/frame/main_window.h"
+#include "windows/frame/qt_dialogs.h"
+#include "windows/session/autosave.h"
+
+using namespace quorvane;
 
 namespace {
 

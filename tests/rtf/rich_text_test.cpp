@@ -13,6 +13,8 @@
 #include "rtf/rtf_writer.h"
 #include "rtf_samples.h"
 
+using namespace quorvane;
+
 TEST(AppendText, KeepsLinesApartAndRunsTogether) {
   RichText text;
   CharFormat bold;

@@ -8,6 +8,8 @@
 #include "rtf/rtf_writer.h"
 #include "rtf_samples.h"
 
+using namespace quorvane;
+
 namespace {
 
 const std::string kWrapped = "{\\pict\\wmetafile8 " + Hex(Wmf(0x0F43, 22, Dib(3, 2, 24))) +

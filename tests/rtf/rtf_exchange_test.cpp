@@ -10,6 +10,8 @@
 #include "rtf_samples.h"
 #include "support/temp_folder.h"
 
+using namespace quorvane;
+
 namespace {
 
 bool Succeeds(const std::string& command) {

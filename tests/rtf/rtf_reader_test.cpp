@@ -12,6 +12,8 @@
 
 #include "rtf_samples.h"
 
+using namespace quorvane;
+
 namespace {
 
 constexpr const char* kHead =

@@ -10,6 +10,8 @@
 #include "rtf/picture_file.h"
 #include "rtf/rich_text.h"
 
+namespace quorvane {
+
 // A number as `size` bytes, lowest first.
 inline std::string Le(std::int64_t value, int size) {
   std::string bytes;
@@ -92,3 +94,5 @@ inline RichText RichSample() {
   text.paragraphs.back().format.alignment = Alignment::kCenter;
   return text;
 }
+
+}  // namespace quorvane

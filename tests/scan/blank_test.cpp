@@ -11,6 +11,8 @@
 #include "base/arithmetic.h"
 #include "scan_samples.h"
 
+using namespace quorvane;
+
 namespace {
 
 const std::vector<double> kBlankR = {6.0, 6.25, 6.5, 7.0};

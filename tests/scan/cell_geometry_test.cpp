@@ -12,6 +12,8 @@
 #include "base/files.h"
 #include "scan_samples.h"
 
+using namespace quorvane;
+
 namespace {
 
 std::vector<CellGeometry> Read(const std::string& text) {

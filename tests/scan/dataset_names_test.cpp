@@ -8,6 +8,8 @@
 
 #include "base/arithmetic.h"
 
+using namespace quorvane;
+
 namespace {
 
 //                          123456789012345678901234567890123456789

@@ -12,6 +12,8 @@
 #include "scan/scan_file.h"
 #include "scan_samples.h"
 
+using namespace quorvane;
+
 namespace {
 
 using Lines = std::vector<std::string>;

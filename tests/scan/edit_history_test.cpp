@@ -9,6 +9,8 @@
 #include "scan/point_edits.h"
 #include "scan_samples.h"
 
+using namespace quorvane;
+
 namespace {
 
 // The fourth point was delivered as deleted.

@@ -11,6 +11,8 @@
 
 #include "base/arithmetic.h"
 
+using namespace quorvane;
+
 TEST(FieldVal, TakesTheLongestNumberInFront) {
   const std::vector<std::pair<const char*, double>> cases = {{"5.8000   0.", 5.8},
                                                              {"58000   0.", 580000},

@@ -5,6 +5,8 @@
 #include "base/files.h"
 #include "scan_samples.h"
 
+using namespace quorvane;
+
 namespace {
 
 using Sentences = std::vector<std::string>;

@@ -12,6 +12,8 @@
 #include "scan/preview.h"
 #include "scan_samples.h"
 
+using namespace quorvane;
+
 namespace {
 
 using Names = std::vector<std::string>;

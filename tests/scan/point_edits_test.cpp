@@ -8,6 +8,8 @@
 
 #include "scan_samples.h"
 
+using namespace quorvane;
+
 namespace {
 
 using Action = void (*)(Dataset&, const EditRectangle&);

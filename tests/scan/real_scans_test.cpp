@@ -8,6 +8,8 @@
 #include "scan/loading.h"
 #include "support/recording_host.h"
 
+using namespace quorvane;
+
 TEST(RealScans, LoadAsSixChannels) {
   const std::filesystem::path folder =
       std::filesystem::path(QUORVANE_SOURCE_DIR) / ".." / "shared" / "data" / "real-scans";

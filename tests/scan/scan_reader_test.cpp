@@ -10,6 +10,8 @@
 #include "base/files.h"
 #include "scan_samples.h"
 
+using namespace quorvane;
+
 namespace {
 
 struct Loader : Session {

@@ -11,6 +11,8 @@
 #include "support/recording_host.h"
 #include "support/temp_folder.h"
 
+namespace quorvane {
+
 //                                           123456789012345678901234567890123456789
 inline constexpr const char* kHeader = "R 3 20.5 20000 0099999 1.0000E12 280 21";
 
@@ -62,3 +64,5 @@ inline Dataset MakeDataset(const std::string& name, const std::vector<double>& r
   dataset.RefRadius = CalcRefRadius(dataset);
   return dataset;
 }
+
+}  // namespace quorvane

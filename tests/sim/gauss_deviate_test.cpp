@@ -6,6 +6,8 @@
 
 #include "sim_runs.h"
 
+using namespace quorvane;
+
 TEST(GaussDeviate, HasTheMomentsOfTheNormalDistribution) {
   constexpr int kDraws = 100000;
   constexpr double kStandardErrors = 4.0;

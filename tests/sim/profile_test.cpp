@@ -7,6 +7,8 @@
 
 #include "sim_runs.h"
 
+using namespace quorvane;
+
 namespace {
 
 // The complex A_a B_b and its overall constant.

@@ -8,6 +8,8 @@
 #include "sim/sim_chart.h"
 #include "sim_runs.h"
 
+using namespace quorvane;
+
 TEST(SimChart, ShowsSpeciesThatAddUpToTheSignal) {
   const std::vector<std::vector<std::string>> names = {{},
                                                        {},

@@ -7,6 +7,8 @@
 
 #include "sim_runs.h"
 
+using namespace quorvane;
+
 namespace {
 
 struct Case {

@@ -9,6 +9,8 @@
 #include "sim_runs.h"
 #include "support/temp_folder.h"
 
+using namespace quorvane;
+
 namespace {
 
 const std::string kOneComponent =

@@ -10,6 +10,8 @@
 
 #include "sim/sim_inputs.h"
 
+using namespace quorvane;
+
 namespace {
 
 struct BoxCase {

@@ -10,6 +10,8 @@
 #include "sim_runs.h"
 #include "support/fit_problem.h"
 
+using namespace quorvane;
+
 namespace {
 
 // Six scans at three speeds and two loads. The signal is that of a strong absorber, since the end

@@ -10,6 +10,8 @@
 #include "sim/simulate.h"
 #include "support/recording_host.h"
 
+namespace quorvane {
+
 using Entries = std::map<SimBox, std::string>;
 
 struct SimulatedRun {
@@ -36,3 +38,5 @@ inline SimulatedRun RunOf(int model, const Entries& entries, std::uint64_t seed 
   run.Repeat(seed);
   return run;
 }
+
+}  // namespace quorvane

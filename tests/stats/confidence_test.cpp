@@ -11,6 +11,8 @@
 #include "support/fit_problem.h"
 #include "support/recording_host.h"
 
+using namespace quorvane;
+
 namespace {
 
 // A finished fit at the least sum of squares. The signal is strong, because the rule that ends a

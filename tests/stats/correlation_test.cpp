@@ -5,6 +5,8 @@
 #include "fit/fit_state.h"
 #include "support/recording_host.h"
 
+using namespace quorvane;
+
 namespace {
 
 // The second parameter is held: its row and column of the covariance matrix are 0.

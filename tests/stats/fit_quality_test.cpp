@@ -9,6 +9,8 @@
 
 #include "support/fit_problem.h"
 
+using namespace quorvane;
+
 namespace {
 
 constexpr double kDigits = 1e-12;

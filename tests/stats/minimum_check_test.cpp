@@ -11,6 +11,8 @@
 #include "support/fit_problem.h"
 #include "support/recording_host.h"
 
+using namespace quorvane;
+
 namespace {
 
 // A wave y = cos(w x) of unknown rate, kept in the place of a buoyant weight: its sum of squares

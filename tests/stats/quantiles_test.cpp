@@ -9,6 +9,8 @@
 #include "base/arithmetic.h"
 #include "support/recording_host.h"
 
+using namespace quorvane;
+
 namespace {
 
 TEST(FSTAT, IsAsNearTheExactQuantileAsTheApproximationIs) {

@@ -11,6 +11,8 @@
 #include "fit/model_pass.h"
 #include "fit/models.h"
 
+namespace quorvane {
+
 // Normal deviates, the same on every platform (the library's distributions are not).
 class NormalNoise {
  public:
@@ -181,3 +183,5 @@ void FillSignal(FitState& fit, Noise&& noise) {
     }
   }
 }
+
+}  // namespace quorvane

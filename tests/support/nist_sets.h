@@ -13,6 +13,8 @@
 #include "fit/levmarq.h"
 #include "support/fit_problem.h"
 
+namespace quorvane {
+
 using NistValues = std::vector<long double>;
 
 struct NistSet {
@@ -122,3 +124,5 @@ inline NistAgreement FitNist(const NistSet& set, const NistValues& start, double
   agreement.sum = NistDigits(fit.FitChiSq / (scale * scale), set.rows.at("sum")[0]);
   return agreement;
 }
+
+}  // namespace quorvane

@@ -12,6 +12,8 @@
 #include "base/chart.h"
 #include "base/host.h"
 
+namespace quorvane {
+
 class RecordingHost : public SessionHost {
  public:
   struct Message {
@@ -63,3 +65,5 @@ class RecordingHost : public SessionHost {
   int eventRuns = 0;
   int lastIteration = 0;
 };
+
+}  // namespace quorvane

@@ -7,6 +7,8 @@
 #include "core/program_state.h"
 #include "scan/cell_geometry.h"
 
+namespace quorvane {
+
 // Shape of a made scan.
 struct MadeScan {
   const char* name = "made.dat";
@@ -52,3 +54,5 @@ Dataset& AddScan(QuorvaneModule& module, const MadeScan& scan, Signal&& signal) 
   module.Store.UseData.push_back(true);
   return module.Store.Datasets.back();
 }
+
+}  // namespace quorvane

@@ -11,6 +11,8 @@
 
 #include <gtest/gtest.h>
 
+namespace quorvane {
+
 class TempFolder {
  public:
   TempFolder() {
@@ -46,3 +48,5 @@ inline std::string ReadText(const std::filesystem::path& path) {
   std::ifstream in(path, std::ios::binary);
   return {std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>()};
 }
+
+}  // namespace quorvane

@@ -7,6 +7,8 @@
 
 #include "plot/chart_widget.h"
 
+namespace quorvane {
+
 class ChartMouse {
  public:
   explicit ChartMouse(ChartWidget& chart)
@@ -47,3 +49,5 @@ class ChartMouse {
   ChartWidget& chart_;
   QWidget& plot_;
 };
+
+}  // namespace quorvane

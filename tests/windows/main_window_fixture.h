@@ -13,12 +13,14 @@
 
 #include <gtest/gtest.h>
 
-#include "core/settings_store.h"
+#include "core/settings/settings_store.h"
 #include "scan/point_edits.h"
 #include "support/temp_folder.h"
-#include "windows/experiment_commands.h"
-#include "windows/main_window.h"
+#include "windows/commands/experiment_commands.h"
+#include "windows/frame/main_window.h"
 #include "windows/scripted_dialogs.h"
+
+namespace quorvane {
 
 inline const std::filesystem::path kExamples =
     std::filesystem::path(QUORVANE_SOURCE_DIR) / "examples";
@@ -107,3 +109,5 @@ class MainWindowTest : public testing::Test {
   Session session{settings, dialogs, folder.path()};
   std::unique_ptr<MainWindow> window;
 };
+
+}  // namespace quorvane

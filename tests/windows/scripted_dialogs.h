@@ -10,12 +10,14 @@
 
 #include <gtest/gtest.h>
 
-#include "windows/dialogs.h"
-#include "windows/print_job.h"
+#include "windows/print/print_job.h"
+#include "windows/session/dialogs.h"
 
 inline void PrintTo(const QString& text, std::ostream* out) {
   *out << text.toStdString();
 }
+
+namespace quorvane {
 
 class ScriptedDialogs : public Dialogs {
  public:
@@ -104,3 +106,5 @@ class ScriptedDialogs : public Dialogs {
     return otherwise;
   }
 };
+
+}  // namespace quorvane

@@ -3,9 +3,11 @@
 
 #include <filesystem>
 
-#include "scripted_dialogs.h"
 #include "support/temp_folder.h"
-#include "windows/session.h"
+#include "windows/scripted_dialogs.h"
+#include "windows/session/session.h"
+
+namespace quorvane {
 
 class SessionFixture : public testing::Test {
  protected:
@@ -14,3 +16,5 @@ class SessionFixture : public testing::Test {
   IniSettings settings{folder / "quorvane.ini"};
   Session session{settings, dialogs, folder.path()};
 };
+
+}  // namespace quorvane

@@ -1,8 +1,0 @@
-// Where the files of an installation lie that the programs read.
-#pragma once
-
-#include <filesystem>
-
-// From the folder of the running program: ../Resources in a macOS bundle, ../share/quorvane
-// anywhere else. It need not exist.
-std::filesystem::path InstalledDataFolder(const std::filesystem::path& programFolder);

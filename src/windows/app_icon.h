@@ -1,6 +1,0 @@
-// The program's icon, which the desktop shows too, at every size that one asks for.
-#pragma once
-
-#include <QIcon>
-
-QIcon AppIcon();

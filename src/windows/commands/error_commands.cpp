@@ -1,0 +1,118 @@
+#include "windows/commands/error_commands.h"
+
+#include <QMdiArea>
+#include <QMdiSubWindow>
+#include <QTextEdit>
+
+#include "base/arithmetic.h"
+#include "stats/correlation.h"
+#include "windows/commands/fit_commands.h"
+#include "windows/controls/child_window.h"
+#include "windows/data/data_window.h"
+#include "windows/errors/confidence_window.h"
+#include "windows/errors/correlation_window.h"
+#include "windows/errors/minima_window.h"
+#include "windows/errors/quality_window.h"
+#include "windows/log/log_window.h"
+#include "windows/page/fit_control_tab.h"
+#include "windows/session/session.h"
+#include "windows/session/window_host.h"
+
+namespace quorvane {
+
+ErrorCommands::ErrorCommands(WindowSet windows, FitCommands& fits, frmCCCs& coefficients,
+                             frmFitQuality& quality, QObject* parent)
+    : QObject(parent),
+      windows_(windows),
+      fits_(fits),
+      coefficients_(coefficients),
+      quality_(quality) {}
+
+// An entry that was pending may have outdated the fit.
+bool ErrorCommands::MayAnalyse() {
+  return !windows_.session.Calculating && windows_.session.CommitPending() &&
+         windows_.data.FitControl().FitDone();
+}
+
+void ErrorCommands::OpenConfidence() {
+  if (!MayAnalyse()) return;
+  CloseForFit();
+  confidence_ = new frmConfInterval(windows_.session, &windows_.frame);
+  connect(confidence_, &frmConfInterval::CalculateRequested, this, &ErrorCommands::Search);
+  confidence_->setAttribute(Qt::WA_DeleteOnClose);
+  confidence_->show();
+  windows_.log.Editor()->setFocus();
+}
+
+// The window is hidden while its search runs and goes for good afterwards.
+void ErrorCommands::Search(const ConfidenceRequest& request) {
+  if (!MayAnalyse()) return;
+  const QPointer<frmConfInterval> window = confidence_;
+  window->hide();
+  fits_.RunConfidence(request);
+  if (window) window->deleteLater();
+}
+
+void ErrorCommands::OpenMinima() {
+  if (!MayAnalyse()) return;
+  CloseForFit();
+  minima_ = new frmMinima(&windows_.frame);
+  connect(minima_, &frmMinima::CheckRequested, this, &ErrorCommands::CheckMinima);
+  connect(minima_, &frmMinima::StopRequested, &fits_, &FitCommands::Stop);
+  connect(minima_, &frmMinima::UseRequested, &fits_, &FitCommands::UseAsStart);
+  minima_->setAttribute(Qt::WA_DeleteOnClose);
+  minima_->show();
+}
+
+void ErrorCommands::CheckMinima(const MinimumRequest& request) {
+  if (!MayAnalyse()) return;
+  const QPointer<frmMinima> window = minima_;
+  checking_ = true;
+  window->SetRunning(true);
+  const MinimumOutcome outcome = fits_.RunMinimumCheck(request);
+  checking_ = false;
+  if (!window) return;
+  window->SetRunning(false);
+  window->ShowOutcome(windows_.session.Module.Fit, request, outcome);
+}
+
+void ErrorCommands::CloseForFit() {
+  if (confidence_ && confidence_->isVisible()) confidence_->close();
+  if (minima_ && !checking_) minima_->close();
+}
+
+void ErrorCommands::ShowCoefficients() {
+  if (!MayAnalyse()) return;
+  const QuorvaneModule& module = windows_.session.Module;
+  try {
+    coefficients_.ShowFit(module.Fit, module.CriticalCCCValue);
+  } catch (const ArithmeticFault& fault) {
+    windows_.host.ShowMessage("Cross-Correlation Coefficients", fault.what(),
+                              MessageIcon::kExclamation);
+    return;
+  }
+  coefficients_.show();
+  auto* child = qobject_cast<QMdiSubWindow*>(coefficients_.parentWidget());
+  if (child == nullptr) return;
+  if (child->isMinimized()) child->showNormal();
+  child->show();
+  child->mdiArea()->setActiveSubWindow(child);
+}
+
+void ErrorCommands::LogCoefficients() {
+  LogCrossCorrelation(coefficients_.Fit(), windows_.host);
+}
+
+void ErrorCommands::ShowQuality() {
+  ShowChild(quality_);
+}
+
+void ErrorCommands::FollowFit() {
+  quality_.ShowFit(windows_.session.Module);
+}
+
+void ErrorCommands::RefreshQuality() {
+  if (quality_.HasFit()) FollowFit();
+}
+
+}  // namespace quorvane

@@ -1,0 +1,118 @@
+#include "windows/commands/fit_commands.h"
+
+#include <QTextEdit>
+
+#include "base/arithmetic.h"
+#include "core/fit_run.h"
+#include "stats/confidence.h"
+#include "stats/minimum_check.h"
+#include "windows/controls/busy_pointer.h"
+#include "windows/data/data_window.h"
+#include "windows/graphs/graphs_window.h"
+#include "windows/log/log_window.h"
+#include "windows/page/fit_control_tab.h"
+#include "windows/page/result_panel.h"
+#include "windows/session/session.h"
+#include "windows/session/window_host.h"
+
+namespace quorvane {
+
+FitCommands::FitCommands(WindowSet windows, QObject* parent) : QObject(parent), windows_(windows) {}
+
+template <class Work>
+void FitCommands::Calculate(Work&& work) {
+  Session& session = windows_.session;
+  session.Calculating = true;
+  session.StopRequested = false;
+  windows_.log.MoveToEnd();  // not into an older report that the user has clicked in
+  emit CalculatingChanged(true);
+  {
+    const BusyPointer busy;
+    work();
+  }
+  session.Calculating = false;
+  emit CalculatingChanged(false);
+}
+
+void FitCommands::RunFit() {
+  QuorvaneModule& module = windows_.session.Module;
+  if (windows_.session.Calculating || !windows_.session.CommitPending()) return;
+  FitState last = module.Fit;
+  FitRecord record = std::move(module.LastFit);
+  FitOutcome outcome;
+  Calculate([&] { outcome = quorvane::RunFit(module, windows_.host); });
+  // The values stay those of the last fit, and so does what its error analysis works on.
+  if (outcome.ending == FitEnding::kStopped || outcome.ending == FitEnding::kRefused) {
+    module.Fit = std::move(last);
+    module.LastFit = std::move(record);
+  }
+  ShowOutcome(outcome);
+  emit CalculationEnded();
+}
+
+void FitCommands::ShowOutcome(const FitOutcome& outcome) {
+  // A fault in the report comes after the values were taken over.
+  windows_.data.FitControl().ShowValues();
+  if (outcome.ending == FitEnding::kFailed) {
+    windows_.data.FitControl().SetFitDone(false);
+    if (outcome.error == DescribeFault(FaultKind::kOverflow)) {
+      windows_.session.Remark(
+          tr("Overflow: the start values lie too far from the data. \"Preview Fit\" (F7) shows "
+             "their curves, if they have any."));
+    }
+  }
+  if (outcome.ending != FitEnding::kFinished) return;
+  windows_.data.FitControl().SetFitDone(true);
+  windows_.data.Results().ShowFit();
+  emit FitFinished();
+  windows_.graphs.Refresh();
+  windows_.log.MoveToEnd();
+}
+
+void FitCommands::RunConfidence(const ConfidenceRequest& request) {
+  if (windows_.session.Calculating) return;
+  const FitState& fit = windows_.session.Module.Fit;
+  ConfidenceOutcome outcome;
+  Calculate([&] {
+    windows_.frame.activateWindow();
+    windows_.log.Editor()->setFocus();
+    outcome = SearchIntervals(windows_.session.Module, request, windows_.host);
+  });
+  emit CalculationEnded();
+  if (windows_.session.StopRequested) return;
+  const std::string missing = MissingLimitsText(outcome);
+  if (!missing.empty()) {
+    windows_.host.ShowMessage("Confidence Intervals", missing, MessageIcon::kInformation);
+  }
+  if (!outcome.better) return;
+  const std::string text =
+      BetterFitText(fit, *outcome.better) + "\n\nUse its values as the start of a new fit?";
+  if (windows_.host.AskYesNo("Confidence Intervals", text)) UseAsStart(outcome.better->parameters);
+}
+
+MinimumOutcome FitCommands::RunMinimumCheck(const MinimumRequest& request) {
+  MinimumOutcome outcome;
+  if (windows_.session.Calculating) return outcome;
+  Calculate([&] { outcome = CheckMinimum(windows_.session.Module.Fit, request, windows_.host); });
+  emit CalculationEnded();
+  return outcome;
+}
+
+void FitCommands::UseAsStart(const Array1<double>& parameters) {
+  if (!windows_.session.CommitPending()) return;
+  try {
+    TakeAsStart(windows_.session.Module, parameters);
+  } catch (const ArithmeticFault& fault) {
+    windows_.host.ShowMessage("Use as Start", fault.what(), MessageIcon::kExclamation);
+    return;
+  }
+  windows_.data.FitControl().ShowValues();
+  windows_.data.FitControl().SetFitDone(false);
+}
+
+void FitCommands::Stop() {
+  windows_.session.StopRequested = true;
+  windows_.session.Module.Fit.FitKeepGoing = false;
+}
+
+}  // namespace quorvane

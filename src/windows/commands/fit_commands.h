@@ -1,0 +1,55 @@
+// Running a fit or a confidence search from the window, and stopping it.
+#pragma once
+
+#include <QObject>
+
+#include "base/array1.h"
+#include "windows/session/window_set.h"
+
+namespace quorvane {
+
+struct ConfidenceOutcome;
+struct ConfidenceRequest;
+struct FitOutcome;
+struct MinimumOutcome;
+struct MinimumRequest;
+
+class FitCommands : public QObject {
+  Q_OBJECT
+ public:
+  explicit FitCommands(WindowSet windows, QObject* parent = nullptr);
+
+  // The press of "Fit". Returns when the fit has ended; does nothing while one runs.
+  void RunFit();
+
+  // The press of "Calculate" in frmConfInterval, for the last fit. Returns when the search has
+  // ended; does nothing while a calculation runs. Afterwards it offers a better minimum that the
+  // search has met as the new start.
+  void RunConfidence(const ConfidenceRequest& request);
+
+  // The press of "Check" in frmMinima, for the last fit, likewise.
+  MinimumOutcome RunMinimumCheck(const MinimumRequest& request);
+
+  // Puts values of the parameters of the last fit into the page: the start of the next one.
+  void UseAsStart(const Array1<double>& parameters);
+
+  // Ends the running calculation at its next check.
+  void Stop();
+
+ signals:
+  // A calculation begins or ends: what could disturb it is disabled meanwhile.
+  void CalculatingChanged(bool on);
+  void FitFinished();  // and its values were taken over
+  // A fit or search has ended, in whatever way.
+  void CalculationEnded();
+
+ private:
+  // Does `work` with everything disabled that could disturb it, under the busy pointer.
+  template <class Work>
+  void Calculate(Work&& work);
+  void ShowOutcome(const FitOutcome& outcome);
+
+  WindowSet windows_;
+};
+
+}  // namespace quorvane

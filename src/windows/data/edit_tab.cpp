@@ -1,0 +1,252 @@
+#include "windows/data/edit_tab.h"
+
+#include <QAction>
+#include <QHBoxLayout>
+#include <QKeyEvent>
+#include <QMenu>
+#include <QPushButton>
+#include <QVBoxLayout>
+
+#include "base/host.h"
+#include "plot/point_chart.h"
+#include "scan/point_plot.h"
+#include "windows/controls/control_names.h"
+#include "windows/session/session.h"
+
+namespace quorvane {
+
+namespace {
+
+// A menu whose entries answer to their keys while it is open.
+class KeyMenu : public QMenu {
+ public:
+  using QMenu::QMenu;
+
+ protected:
+  void keyPressEvent(QKeyEvent* event) override {
+    const QKeySequence pressed(event->keyCombination());
+    for (QAction* entry : actions()) {
+      if (!entry->isEnabled() || entry->shortcut().isEmpty() || entry->shortcut() != pressed) {
+        continue;
+      }
+      close();
+      entry->trigger();
+      return;
+    }
+    QMenu::keyPressEvent(event);
+  }
+};
+
+QPushButton* MakeButton(const char* name, const QString& caption, const QString& toolTip) {
+  auto* button = Named(new QPushButton(caption), name);
+  button->setToolTip(toolTip);
+  return button;
+}
+
+}  // namespace
+
+EditTab::EditTab(Session& session, SessionHost& host, QWidget* parent)
+    : QWidget(parent), session_(session), host_(host) {
+  BuildWidgets();
+  BuildMenu();
+  ConnectSignals();
+  Clear();
+}
+
+void EditTab::BuildWidgets() {
+  editTChart_ = Named(new PointChart, "editTChart");
+  cmdSetMenBase_ = MakeButton("cmdSetMenBase", tr("Set Meniscus/Base"),
+                              tr("Click after setting meniscus and base positions using "
+                                 "<Shift><LMB> while dragging green lines for the meniscus and "
+                                 "base"));
+  cmdRestoreAll_ =
+      MakeButton("cmdRestoreAll", tr("Restore All"), tr("Click to restore all deleted points"));
+  cmdZoomOut_ = MakeButton("cmdZoomOut", tr("Zoom Out"), tr("Click to zoom out the plot"));
+  cmdUndoEdit_ =
+      MakeButton("cmdUndoEdit", tr("Undo"), tr("Take the last edit of this dataset back (Ctrl+Z)"));
+  cmdRedoEdit_ = MakeButton("cmdRedoEdit", tr("Redo"), tr("Do again what was taken back (Ctrl+Y)"));
+  auto* buttons = new QHBoxLayout;
+  for (QPushButton* button : {cmdSetMenBase_, cmdRestoreAll_, cmdZoomOut_}) {
+    buttons->addWidget(button);
+  }
+  buttons->addStretch();
+  buttons->addWidget(cmdUndoEdit_);
+  buttons->addWidget(cmdRedoEdit_);
+  auto* layout = new QVBoxLayout(this);
+  layout->addWidget(editTChart_, 1);
+  layout->addLayout(buttons);
+}
+
+void EditTab::BuildMenu() {
+  mnuEditData_ = Named(new KeyMenu(tr("EditMenu"), this), "mnuEditData");
+  ZoomInMarq_ = AddEntry("ZoomInMarq", tr("Zoom In"), Qt::Key_Z);
+  JustZoomOut_ = AddEntry("JustZoomOut", tr("Zoom Out"), Qt::SHIFT | Qt::Key_Z);
+  DelOutMarq_ = AddEntry("DelOutMarq", tr("Delete Outside"), Qt::SHIFT | Qt::Key_Delete);
+  DelInMarq_ = AddEntry("DelInMarq", tr("Delete Inside"), Qt::Key_Delete);
+  RestOutMarq_ = AddEntry("RestOutMarq", tr("Restore Outside"), Qt::SHIFT | Qt::Key_R);
+  RestInMarq_ = AddEntry("RestInMarq", tr("Restore Inside"), Qt::Key_R);
+  mnuCopyToLog_ = AddEntry("mnuCopyToLog", tr("Copy to Logfile"), Qt::CTRL | Qt::Key_C);
+  AddEntry("CancelEdit", tr("Cancel"), {});
+  undo_ = Named(new QAction(tr("Undo"), this), "UndoEdit");
+  undo_->setShortcuts({Qt::CTRL | Qt::Key_Z});
+  redo_ = Named(new QAction(tr("Redo"), this), "RedoEdit");
+  redo_->setShortcuts({Qt::CTRL | Qt::Key_Y, Qt::CTRL | Qt::SHIFT | Qt::Key_Z});
+  for (QAction* action : {undo_, redo_}) {
+    action->setShortcutContext(Qt::WidgetWithChildrenShortcut);
+    addAction(action);
+  }
+}
+
+QAction* EditTab::AddEntry(const char* name, const QString& caption, const QKeySequence& key) {
+  QAction* entry = Named(mnuEditData_->addAction(caption), name);
+  entry->setShortcut(key);
+  return entry;
+}
+
+void EditTab::ConnectSignals() {
+  connect(editTChart_, &PointChart::MarqueeDrawn, this, &EditTab::OfferActions);
+  connect(editTChart_, &PointChart::CtrlPressed, this, &EditTab::CopyToLog);
+  connect(editTChart_, &PointChart::PointerMoved, this, &EditTab::PointerMoved);
+  connect(mnuEditData_, &QMenu::aboutToHide, editTChart_, &PointChart::HideMarquee);
+  connect(ZoomInMarq_, &QAction::triggered, this, [this] {
+    editTChart_->ZoomTo({marquee_.x1, marquee_.y1, marquee_.x2, marquee_.y2});
+  });
+  connect(JustZoomOut_, &QAction::triggered, editTChart_, &PointChart::ShowAll);
+  ConnectPointEdit(DelOutMarq_, DeleteOutside);
+  ConnectPointEdit(DelInMarq_, DeleteInside);
+  ConnectPointEdit(RestOutMarq_, RestoreOutside);
+  ConnectPointEdit(RestInMarq_, RestoreInside);
+  connect(mnuCopyToLog_, &QAction::triggered, this, &EditTab::CopyToLog);
+  connect(cmdSetMenBase_, &QPushButton::clicked, this, &EditTab::SetMeniscusAndBaseFromLines);
+  connect(cmdRestoreAll_, &QPushButton::clicked, this, [this] { Edit(RestoreAll); });
+  connect(cmdZoomOut_, &QPushButton::clicked, editTChart_, &PointChart::ShowAll);
+  connect(cmdUndoEdit_, &QPushButton::clicked, this, &EditTab::Undo);
+  connect(cmdRedoEdit_, &QPushButton::clicked, this, &EditTab::Redo);
+  connect(undo_, &QAction::triggered, this, &EditTab::Undo);
+  connect(redo_, &QAction::triggered, this, &EditTab::Redo);
+}
+
+void EditTab::ConnectPointEdit(QAction* entry, PointEdit edit) {
+  connect(entry, &QAction::triggered, this,
+          [this, edit] { Edit([this, edit](Dataset& dataset) { edit(dataset, marquee_); }); });
+}
+
+Dataset* EditTab::Shown() const {
+  std::vector<Dataset>& datasets = session_.Module.Store.Datasets;
+  const auto place = static_cast<std::size_t>(EditDataset_);
+  return EditDataset_ >= 0 && place < datasets.size() ? &datasets[place] : nullptr;
+}
+
+const ChartWidget& EditTab::ShownChart() const {
+  return *editTChart_;
+}
+
+void EditTab::ShowDataset(int position) {
+  EditDataset_ = position;
+  Dataset& dataset = *Shown();
+  if (!IsBlank(dataset)) dataset.Edited = 1.0;
+  mnuEditData_->close();
+  editTChart_->SetChart(DatasetChart(dataset, Lines::kAsRecorded));
+  UpdateActions();
+}
+
+void EditTab::Clear() {
+  EditDataset_ = -1;
+  mnuEditData_->close();
+  Chart empty;
+  empty.title = tr("Open a dataset by its button on the tab \"Loaded Data\"").toStdString();
+  editTChart_->SetChart(empty);
+  UpdateActions();
+}
+
+void EditTab::Redraw() {
+  if (const Dataset* dataset = Shown()) {
+    editTChart_->UpdateChart(DatasetChart(*dataset, Lines::kStay));
+  }
+  UpdateActions();
+}
+
+Chart EditTab::DatasetChart(const Dataset& dataset, Lines lines) {
+  const QuorvaneModule& module = session_.Module;
+  Chart chart = PlotPoints(dataset, {module.GoodColor, module.DeletedColor});
+  const bool recorded = dataset.Rmen == Rmen_ && dataset.Rbase == Rbase_;
+  if (lines == Lines::kStay && recorded) {
+    const std::vector<ChartMark>& shown = editTChart_->GetChart().panels.front().marks;
+    std::vector<ChartMark>& marks = chart.panels.front().marks;
+    if (shown.size() == marks.size()) marks = shown;
+  }
+  Rmen_ = dataset.Rmen;
+  Rbase_ = dataset.Rbase;
+  return chart;
+}
+
+void EditTab::showEvent(QShowEvent* event) {
+  QWidget::showEvent(event);
+  Redraw();  // values were perhaps typed on another tab
+}
+
+void EditTab::SetCalculating(bool on) {
+  mnuEditData_->close();
+  setEnabled(!on);
+  UpdateActions();
+}
+
+void EditTab::UpdateActions() {
+  const Dataset* dataset = Shown();
+  const bool editable = dataset != nullptr && !IsBlank(*dataset);
+  for (QWidget* button : {cmdSetMenBase_, cmdRestoreAll_}) button->setEnabled(editable);
+  cmdZoomOut_->setEnabled(dataset != nullptr);
+  for (QAction* entry : {DelInMarq_, DelOutMarq_, RestInMarq_, RestOutMarq_}) {
+    entry->setEnabled(editable);
+  }
+  const EditHistory& edits = session_.Module.Store.Edits;
+  undo_->setEnabled(isEnabled() && editable && edits.CanUndo(*dataset, EditDataset_));
+  redo_->setEnabled(isEnabled() && editable && edits.CanRedo(*dataset, EditDataset_));
+  cmdUndoEdit_->setEnabled(undo_->isEnabled());
+  cmdRedoEdit_->setEnabled(redo_->isEnabled());
+}
+
+void EditTab::OfferActions(const ChartArea& area, const QPoint& where) {
+  if (Shown() == nullptr) {
+    editTChart_->HideMarquee();
+    return;
+  }
+  marquee_ = {area.x1, area.y1, area.x2, area.y2};
+  mnuEditData_->popup(where);
+}
+
+void EditTab::Edit(const std::function<void(Dataset&)>& edit) {
+  session_.Module.Store.Edits.Apply(*Shown(), EditDataset_, edit);
+  AfterEdit();
+}
+
+void EditTab::SetMeniscusAndBaseFromLines() {
+  const std::vector<ChartMark> lines = editTChart_->GetChart().panels.front().marks;
+  Edit([&](Dataset& dataset) { SetMeniscusAndBase(dataset, lines[0].x, lines[1].x); });
+  editTChart_->UpdateChart(DatasetChart(*Shown(), Lines::kAsRecorded));  // were perhaps crossed
+}
+
+void EditTab::Undo() {
+  if (!isVisible()) return;  // the key was pressed on another tab
+  session_.Module.Store.Edits.Undo(*Shown(), EditDataset_);
+  AfterEdit();
+}
+
+void EditTab::Redo() {
+  if (!isVisible()) return;
+  session_.Module.Store.Edits.Redo(*Shown(), EditDataset_);
+  AfterEdit();
+}
+
+void EditTab::AfterEdit() {
+  Redraw();
+  emit Edited();
+}
+
+void EditTab::CopyToLog() {
+  if (Shown() == nullptr) return;
+  host_.SendPictureToLog(editTChart_->ShownChart());
+  host_.PrintIt("");  // what is logged next stands below it
+}
+
+}  // namespace quorvane

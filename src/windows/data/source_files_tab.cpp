@@ -1,0 +1,433 @@
+#include "windows/data/source_files_tab.h"
+
+#include <QAction>
+#include <QCheckBox>
+#include <QComboBox>
+#include <QGridLayout>
+#include <QGroupBox>
+#include <QLabel>
+#include <QListView>
+#include <QPlainTextEdit>
+#include <QPushButton>
+#include <QRadioButton>
+#include <QTimer>
+#include <algorithm>
+#include <optional>
+
+#include "core/settings/settings.h"
+#include "plot/chart_widget.h"
+#include "scan/file_check.h"
+#include "scan/file_list.h"
+#include "scan/preview.h"
+#include "windows/controls/control_names.h"
+#include "windows/data/file_check_pane.h"
+
+namespace quorvane {
+
+namespace {
+
+constexpr std::array<const char*, 3> kCenterpieceCaptions = {"2 channels", "6 channels",
+                                                             "8 channels"};
+
+// Filters of "Load Multiple" by kind. That of "FI" asks for other files than the list shows: kept
+// on purpose.
+constexpr std::array<const char*, 4> kFilters = {
+    "XL-A/XL-I Files (*.IP* *.RA*)", "DAT Files (*.DAT)", "FL Files (*.FL*)", "EL Files (*.EL*)"};
+
+template <std::size_t N>
+int CheckedIndex(const std::array<QRadioButton*, N>& buttons) {
+  for (std::size_t k = 0; k < N; ++k) {
+    if (buttons[k]->isChecked()) return static_cast<int>(k);
+  }
+  return 0;
+}
+
+QPushButton* Button(const char* name, const char* caption, const char* tip) {
+  auto* button = Named(new QPushButton(caption), name);
+  button->setToolTip(tip);
+  return button;
+}
+
+}  // namespace
+
+SourceFilesTab::SourceFilesTab(Session& session, SessionHost& host, QWidget* parent)
+    : QWidget(parent), session_(session), host_(host) {
+  BuildWidgets();
+  ConnectSignals();
+  ChangeCenterpiece();
+  ShowFileNames({});  // until the first RefreshDirectory
+}
+
+void SourceFilesTab::BuildWidgets() {
+  lblCurrentDir_ = Named(new QLabel, "lblCurrentDir");
+  lblCurrentDir_->setTextFormat(Qt::PlainText);
+  btnChangeDir_ = Button("btnChangeDir", "Change Folder", "Select another folder");
+  lblPreview_ = Named(new QLabel, "lblPreview");
+  lblPreview_->setTextFormat(Qt::PlainText);
+  // A long name has its tool tip; it does not widen the page.
+  lblPreview_->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
+  TChartPreview_ = Named(new ChartWidget, "TChartPreview");
+  OfferAxes();
+
+  auto* settings = new QVBoxLayout;
+  settings->addWidget(BuildKindBox());
+  settings->addWidget(BuildCenterpieceBox());
+  settings->addWidget(BuildFileBox(), 1);
+  auto* folder = new QHBoxLayout;
+  folder->addWidget(btnChangeDir_);
+  folder->addWidget(lblCurrentDir_, 1);
+  auto* layout = new QGridLayout(this);
+  layout->addLayout(folder, 0, 0, 1, 2);
+  layout->addLayout(settings, 1, 0, 2, 1);
+  layout->addWidget(lblPreview_, 1, 1);
+  layout->addWidget(TChartPreview_, 2, 1);
+  layout->setRowStretch(2, 1);
+  layout->setColumnStretch(1, 1);
+}
+
+// The preview is a look at a shape; its axes come on demand, and are there the next time too.
+void SourceFilesTab::OfferAxes() {
+  auto* axes = Named(new QAction("Show Axes", TChartPreview_), "mnuShowAxes");
+  axes->setCheckable(true);
+  axes->setChecked(session_.Module.PreviewAxes);
+  TChartPreview_->SetAxesShown(session_.Module.PreviewAxes);
+  TChartPreview_->addAction(axes);
+  TChartPreview_->setContextMenuPolicy(Qt::ActionsContextMenu);
+  connect(axes, &QAction::toggled, this, [this](bool on) {
+    session_.Module.PreviewAxes = on;
+    TChartPreview_->SetAxesShown(on);
+    SaveOwnSettings(session_.Module, session_.Settings, host_);
+  });
+}
+
+QGroupBox* SourceFilesTab::BuildKindBox() {
+  auto* box = new QGroupBox("File Type");
+  auto* layout = new QHBoxLayout(box);
+  for (std::size_t k = 0; k < optFileType_.size(); ++k) {
+    optFileType_[k] = Named(new QRadioButton(KindName(static_cast<FileKind>(k))),
+                            ElementName("optFileType", static_cast<int>(k)));
+    layout->addWidget(optFileType_[k]);
+  }
+  layout->addStretch();
+  chkAllFiles_ = Named(new QCheckBox("All files"), "chkAllFiles");
+  chkAllFiles_->setToolTip("List every file of the folder, whatever its name");
+  layout->addWidget(chkAllFiles_);
+  optFileType_[0]->setChecked(true);
+  optFileType_[3]->setVisible(ShowElectrophoresis);
+  return box;
+}
+
+QGroupBox* SourceFilesTab::BuildCenterpieceBox() {
+  auto* box = new QGroupBox("Centerpiece");
+  auto* layout = new QVBoxLayout(box);
+  auto* pieces = new QHBoxLayout;
+  for (std::size_t k = 0; k < optCntrpiece_.size(); ++k) {
+    optCntrpiece_[k] = Named(new QRadioButton(kCenterpieceCaptions[k]),
+                             ElementName("optCntrpiece", static_cast<int>(k)));
+    pieces->addWidget(optCntrpiece_[k]);
+  }
+  pieces->addStretch();
+  optCntrpiece_[0]->setChecked(true);
+  auto* channels = new QHBoxLayout;
+  channels->addWidget(new QLabel("Channels:"));
+  for (std::size_t c = 0; c < chkChannel_.size(); ++c) {
+    chkChannel_[c] = Named(new QCheckBox(QString(QLatin1Char(ChannelLetters[c]))),
+                           ElementName("chkChannel", static_cast<int>(c)));
+    channels->addWidget(chkChannel_[c]);
+  }
+  channels->addStretch();
+  layout->addLayout(pieces);
+  layout->addLayout(channels);
+  return box;
+}
+
+QGroupBox* SourceFilesTab::BuildFileBox() {
+  comboDataFile_ = Named(new QComboBox, "comboDataFile");
+  comboDataFile_->setView(Named(new QListView, "lbDataFile"));
+  comboDataFile_->view()->setAccessibleName("Files of the folder");
+  comboDataFile_->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
+  comboDataFile_->setMinimumContentsLength(16);
+  comboDataFile_->setMaxVisibleItems(24);
+  cmdRefreshLB_ = Button("cmdRefreshLB", "Refresh", "Read the folder again");
+  txtFileComment_ = Named(new QPlainTextEdit, "txtFileComment");
+  txtFileComment_->setReadOnly(true);
+  txtFileComment_->setTabChangesFocus(true);
+  const int line = QFontMetrics(txtFileComment_->font()).lineSpacing();
+  txtFileComment_->setFixedHeight(3 * line + 10);  // two comment lines, one of them wrapped
+  paneFileCheck_ = new FileCheckPane;
+  checkTimer_ = new QTimer(this);
+  checkTimer_->setSingleShot(true);
+  cmdPreviewIt_ = Button("cmdPreviewIt", "Preview", "Preview selected file");
+  cmdLoadFile_ = Button("cmdLoadFile", "Load", "Load selected file");
+  cmdLoadBlank_ = Button("cmdLoadBlank", "Load Blank", "Load selected file as a blank");
+  cmdMultiLoad_ =
+      Button("cmdMultiLoad", "Load Multiple",
+             "Load multiple files using current centerpiece type and selected channels");
+
+  auto* box = new QGroupBox("File");
+  auto* layout = new QGridLayout(box);
+  layout->addWidget(comboDataFile_, 0, 0);
+  layout->addWidget(cmdRefreshLB_, 0, 1);
+  layout->addWidget(txtFileComment_, 1, 0, 1, 2);
+  auto* buttons = new QGridLayout;
+  buttons->addWidget(cmdPreviewIt_, 0, 0);
+  buttons->addWidget(cmdLoadBlank_, 0, 1);
+  buttons->addWidget(cmdLoadFile_, 1, 0);
+  buttons->addWidget(cmdMultiLoad_, 1, 1);
+  layout->addWidget(paneFileCheck_, 2, 0, 1, 2);
+  layout->addLayout(buttons, 3, 0, 1, 2);
+  layout->setRowStretch(2, 1);
+  return box;
+}
+
+void SourceFilesTab::ConnectSignals() {
+  for (QRadioButton* option : optFileType_) {
+    connect(option, &QRadioButton::toggled, this, [this](bool on) {
+      if (on) ChangeKind();
+    });
+  }
+  for (QRadioButton* option : optCntrpiece_) {
+    connect(option, &QRadioButton::toggled, this, [this](bool on) {
+      if (on) ChangeCenterpiece();
+    });
+  }
+  for (QCheckBox* channel : chkChannel_) {
+    connect(channel, &QCheckBox::toggled, this, &SourceFilesTab::CheckSoon);
+  }
+  connect(checkTimer_, &QTimer::timeout, this, &SourceFilesTab::ShowCheck);
+  connect(btnChangeDir_, &QPushButton::clicked, this, &SourceFilesTab::ChangeFolder);
+  connect(chkAllFiles_, &QCheckBox::toggled, this, &SourceFilesTab::FillFileList);
+  connect(cmdRefreshLB_, &QPushButton::clicked, this, &SourceFilesTab::FillFileList);
+  connect(comboDataFile_, &QComboBox::currentIndexChanged, this, &SourceFilesTab::ShowComments);
+  connect(cmdPreviewIt_, &QPushButton::clicked, this, &SourceFilesTab::Preview);
+  connect(cmdLoadFile_, &QPushButton::clicked, this, &SourceFilesTab::LoadOne);
+  connect(cmdLoadBlank_, &QPushButton::clicked, this, &SourceFilesTab::LoadBlank);
+  connect(cmdMultiLoad_, &QPushButton::clicked, this, &SourceFilesTab::LoadMany);
+}
+
+FileKind SourceFilesTab::Kind() const {
+  return static_cast<FileKind>(CheckedIndex(optFileType_));
+}
+
+Centerpiece SourceFilesTab::ChosenCenterpiece() const {
+  return static_cast<Centerpiece>(CheckedIndex(optCntrpiece_));
+}
+
+ScanLoadSettings SourceFilesTab::Settings() const {
+  ScanLoadSettings settings{Kind(), ChosenCenterpiece(), {}};
+  for (std::size_t c = 0; c < chkChannel_.size(); ++c) {
+    settings.chkChannel[c] = chkChannel_[c]->isChecked();
+  }
+  return settings;
+}
+
+std::filesystem::path SourceFilesTab::SelectedPath() const {
+  const QString name = comboDataFile_->currentText();
+  return name.isEmpty() ? std::filesystem::path() : session_.CurrentFolder / ToPath(name);
+}
+
+void SourceFilesTab::ChangeKind() {
+  for (QRadioButton* option : optCntrpiece_) option->setEnabled(Kind() == FileKind::kIpRa);
+  optCntrpiece_[0]->setChecked(true);
+  FillFileList();
+}
+
+void SourceFilesTab::ChangeCenterpiece() {
+  const int channels = ChannelCount(ChosenCenterpiece());
+  for (int c = 0; c < kMaxChannels; ++c) {
+    QCheckBox* box = chkChannel_[static_cast<std::size_t>(c)];
+    box->setEnabled(channels > 1 && c < channels);
+    box->setChecked(c < channels);
+  }
+  ShowPreview(Chart(TChartPreview_->GetChart()), lblPreview_->text());
+}
+
+void SourceFilesTab::RefreshDirectory() {
+  ShowFolder(32, 29);
+  FillFileList();
+}
+
+void SourceFilesTab::FollowSave() {
+  std::error_code error;
+  if (!std::filesystem::equivalent(session_.CurrentFolder, listed_, error)) {
+    RefreshDirectory();
+    return;
+  }
+  const QString selected = comboDataFile_->currentText();
+  std::vector<std::string> names;
+  try {
+    names = NamesIn(listed_);
+  } catch (const FileFault& fault) {
+    host_.ReportFailure(fault.what());
+    return;
+  }
+  if (std::find(names.begin(), names.end(), selected.toStdString()) == names.end()) {
+    ShowFileNames(names);
+    return;
+  }
+  SetNames(names);
+  const QSignalBlocker quiet(comboDataFile_);
+  comboDataFile_->setCurrentText(selected);
+  CheckSoon();  // the file may be the one that was written
+}
+
+void SourceFilesTab::ShowFolder(qsizetype longest, qsizetype kept) {
+  const QString folder = ToQString(session_.CurrentFolder);
+  const QString shown = folder.size() > longest ? "..." + folder.right(kept) : folder;
+  lblCurrentDir_->setText("Current Directory:: " + shown);
+  lblCurrentDir_->setToolTip(folder);
+}
+
+void SourceFilesTab::ChangeFolder() {
+  const QString chosen =
+      session_.Ask.ChooseFolder(this, "Select A Directory", ToQString(session_.CurrentFolder));
+  if (chosen.isEmpty()) return;
+  std::vector<std::string> names;
+  try {
+    names = NamesIn(ToPath(chosen));
+  } catch (const FileFault& fault) {
+    host_.ShowMessage("", fault.what(), MessageIcon::kExclamation);
+    return;
+  }
+  session_.CurrentFolder = listed_ = ToPath(chosen);
+  ShowFolder(40, 37);
+  host_.PrintIt("\r\nThe current directory is " + chosen.toStdString());
+  ShowFileNames(names);
+  emit FolderChanged();
+}
+
+std::vector<std::string> SourceFilesTab::NamesIn(const std::filesystem::path& folder) const {
+  return ListScanFiles(folder, chkAllFiles_->isChecked() ? std::nullopt : std::optional(Kind()));
+}
+
+void SourceFilesTab::FillFileList() {
+  session_.Remark({});
+  listed_ = session_.CurrentFolder;
+  std::vector<std::string> names;
+  try {
+    names = NamesIn(listed_);
+  } catch (const FileFault& fault) {
+    host_.ReportFailure(fault.what());
+  }
+  ShowFileNames(names);
+}
+
+void SourceFilesTab::ShowFileNames(const std::vector<std::string>& names) {
+  ShowPreview({}, {});
+  SetNames(names);
+  if (names.empty()) txtFileComment_->clear();
+  ShowComments();
+}
+
+void SourceFilesTab::SetNames(const std::vector<std::string>& names) {
+  QStringList list;
+  for (const std::string& name : names) list << QString::fromStdString(name);
+  const QSignalBlocker quiet(comboDataFile_);
+  comboDataFile_->clear();
+  comboDataFile_->addItems(list);
+  for (QPushButton* button : {cmdPreviewIt_, cmdLoadFile_, cmdLoadBlank_}) {
+    button->setEnabled(!list.isEmpty());
+  }
+}
+
+void SourceFilesTab::ShowComments() {
+  CheckSoon();
+  comboDataFile_->setToolTip(ToQString(SelectedPath()));  // the name may have no room
+  if (SelectedPath().empty()) return;
+  session_.Remark({});  // what was wrong with another file
+  const std::string lines = GetCommentLines(session_.Module.Store, SelectedPath(), host_);
+  if (!lines.empty()) txtFileComment_->setPlainText(QString::fromStdString(lines));
+}
+
+void SourceFilesTab::CheckSoon() {
+  checkTimer_->start(0);
+}
+
+void SourceFilesTab::ShowCheck() {
+  const std::filesystem::path path = SelectedPath();
+  if (path.empty()) {
+    paneFileCheck_->Clear();
+    return;
+  }
+  FileCheck check = CheckFile(path, Settings());
+  std::string drift = TemperatureDrift(session_.Module.Store.Datasets, check.columns.temperature);
+  paneFileCheck_->ShowCheck(std::move(check), std::move(drift));
+}
+
+void SourceFilesTab::Preview() {
+  if (SelectedPath().empty()) return;
+  const std::optional<Chart> chart = PreviewFile(SelectedPath(), host_);
+  if (chart) ShowPreview(*chart, "Preview of " + comboDataFile_->currentText());
+}
+
+void SourceFilesTab::ShowPreview(const Chart& chart, const QString& fileName) {
+  lblPreview_->setText(fileName);
+  lblPreview_->setToolTip(fileName);
+  TChartPreview_->SetChart(chart);
+  if (!chart.panels.empty()) MarkChannels();
+}
+
+void SourceFilesTab::MarkChannels() {
+  const Centerpiece centerpiece = ChosenCenterpiece();
+  if (centerpiece == Centerpiece::kTwoChannels) return;
+  const auto column = static_cast<std::size_t>(centerpiece);
+  std::vector<ChartBand> bands;
+  for (std::size_t c = 0; c < static_cast<std::size_t>(ChannelCount(centerpiece)); ++c) {
+    bands.push_back({static_cast<double>(ChannelLowRadius[c][column]),
+                     static_cast<double>(ChannelHighRadius[c][column]),
+                     QString(QLatin1Char(ChannelLetters[c]))});
+  }
+  TChartPreview_->SetBands(bands);
+}
+
+bool SourceFilesTab::SomeChannelChosen() {
+  for (const QCheckBox* box : chkChannel_) {
+    if (box->isChecked()) return true;
+  }
+  host_.ReportFailure("No channel is checked: nothing was loaded");
+  return false;
+}
+
+template <class Load>
+void SourceFilesTab::RunLoad(Load&& load) {
+  session_.Remark({});
+  host_.GoToEndOfLog();
+  DatasetStore& store = session_.Module.Store;
+  const int before = store.NumDatasets();
+  load(store);
+  if (store.NumDatasets() == before) return;
+  session_.Remark(QString::fromStdString(TakenForText(store, before, Kind())));
+  emit DatasetsChanged();
+}
+
+void SourceFilesTab::LoadOne() {
+  if (SelectedPath().empty() || !SomeChannelChosen()) return;
+  RunLoad(
+      [this](DatasetStore& store) { LoadSelectedFile(store, Settings(), SelectedPath(), host_); });
+}
+
+void SourceFilesTab::LoadBlank() {
+  if (SelectedPath().empty()) return;
+  RunLoad([this](DatasetStore& store) { LoadBlankFile(store, Kind(), SelectedPath(), host_); });
+}
+
+void SourceFilesTab::LoadMany() {
+  if (!SomeChannelChosen()) return;
+  const QString filter =
+      kFilters[static_cast<std::size_t>(Kind())] + QStringLiteral(";;All files (*)");
+  const QStringList chosen = session_.Ask.OpenFiles(
+      this, {"Load Multiple Files", ToQString(session_.CurrentFolder), filter, {}});
+  if (chosen.isEmpty()) return;
+  std::vector<std::filesystem::path> paths;
+  for (const QString& path : chosen) paths.push_back(ToPath(path));
+  RunLoad([&](DatasetStore& store) { LoadNamedFiles(store, Settings(), paths, host_); });
+}
+
+void SourceFilesTab::LoadFiles(const QStringList& paths) {
+  if (session_.Calculating || !SomeChannelChosen()) return;
+  std::vector<std::filesystem::path> dropped;
+  for (const QString& path : paths) dropped.push_back(ToPath(path));
+  RunLoad([&](DatasetStore& store) { LoadDroppedFiles(store, Settings(), dropped, host_); });
+}
+
+}  // namespace quorvane

@@ -1,0 +1,110 @@
+// The tab "Source Files" of the data window: a folder, the kind of its files, a look at one, and
+// loading.
+#pragma once
+
+#include <QWidget>
+#include <array>
+#include <filesystem>
+
+#include "scan/loading.h"
+#include "windows/session/session.h"
+
+class QCheckBox;
+class QComboBox;
+class QGroupBox;
+class QLabel;
+class QPlainTextEdit;
+class QPushButton;
+class QRadioButton;
+class QTimer;
+
+namespace quorvane {
+
+class ChartWidget;
+class FileCheckPane;
+
+class SourceFilesTab : public QWidget {
+  Q_OBJECT
+ public:
+  SourceFilesTab(Session& session, SessionHost& host,
+                 QWidget* parent = nullptr);  // both outlive it
+
+  // Shows session.CurrentFolder and lists its files anew.
+  void RefreshDirectory();
+
+  // After a file was saved: the same if session.CurrentFolder is another one. Otherwise new files
+  // join the list, and the selected one stays selected as it was looked at.
+  void FollowSave();
+
+  // Loads dropped files with the current settings; what is no scan is named in a message.
+  void LoadFiles(const QStringList& paths);
+
+  // The selected file, the settings or the loaded scans have changed: checks the file again, once
+  // for all changes until then.
+  void CheckSoon();
+
+  QPushButton& LoadButton() { return *cmdMultiLoad_; }  // of all selected files
+
+ signals:
+  void DatasetsChanged();  // datasets were loaded
+  void FolderChanged();    // session.CurrentFolder is another one
+
+ private:
+  void BuildWidgets();
+  void OfferAxes();
+  QGroupBox* BuildKindBox();
+  QGroupBox* BuildCenterpieceBox();
+  QGroupBox* BuildFileBox();
+  void ConnectSignals();
+
+  FileKind Kind() const;
+  Centerpiece ChosenCenterpiece() const;
+  ScanLoadSettings Settings() const;
+  std::filesystem::path SelectedPath() const;  // empty if no file is selected
+
+  void ChangeKind();
+  void ChangeCenterpiece();
+  void ChangeFolder();
+  void ShowFolder(qsizetype longest, qsizetype kept);
+  void FillFileList();
+  std::vector<std::string> NamesIn(const std::filesystem::path& folder) const;
+  void SetNames(const std::vector<std::string>& names);
+  void ShowFileNames(const std::vector<std::string>& names);
+  void ShowComments();
+  void ShowCheck();
+  void Preview();
+  void ShowPreview(const Chart& chart, const QString& fileName);
+  void MarkChannels();
+
+  bool SomeChannelChosen();
+  void LoadOne();
+  void LoadMany();
+  void LoadBlank();
+  // Loads by `load`. If that added datasets it emits DatasetsChanged, and a remark says which kind
+  // their files were taken for.
+  template <class Load>
+  void RunLoad(Load&& load);
+
+  Session& session_;
+  SessionHost& host_;
+  QLabel* lblCurrentDir_;
+  QPushButton* btnChangeDir_;
+  std::array<QRadioButton*, 4> optFileType_;
+  QCheckBox* chkAllFiles_;
+  std::array<QRadioButton*, 3> optCntrpiece_;
+  std::array<QCheckBox*, kMaxChannels> chkChannel_;
+  QComboBox* comboDataFile_;
+  QPushButton* cmdRefreshLB_;
+  QPlainTextEdit* txtFileComment_;
+  FileCheckPane* paneFileCheck_;
+  QTimer* checkTimer_;
+  QPushButton* cmdPreviewIt_;
+  QPushButton* cmdLoadFile_;
+  QPushButton* cmdLoadBlank_;
+  QPushButton* cmdMultiLoad_;
+  QLabel* lblPreview_;
+  ChartWidget* TChartPreview_;
+  std::filesystem::path listed_;  // the folder whose files the list shows
+};
+
+}  // namespace quorvane

@@ -1,0 +1,36 @@
+// The cross-correlation coefficients of a fit as the cells of a grid.
+#pragma once
+
+#include <QAbstractTableModel>
+
+#include "fit/fit_state.h"
+
+namespace quorvane {
+
+// Parameter names are the headers. Rows and columns of held parameters have the colour of grey
+// text, coefficients above the critical value RGB(255, 128, 32); each such cell says its ink too,
+// so that it can be read in every palette and on paper.
+class CorrelationModel : public QAbstractTableModel {
+  Q_OBJECT
+ public:
+  using QAbstractTableModel::QAbstractTableModel;
+
+  // Shows the coefficients of the finished fit `fit`, of which it keeps a copy. Throws
+  // ArithmeticFault where there are none; then what was shown stays.
+  void Show(const FitState& fit, double critical);
+  const FitState& Fit() const { return fit_; }
+
+  int rowCount(const QModelIndex& parent = {}) const override;
+  int columnCount(const QModelIndex& parent = {}) const override;
+  QVariant data(const QModelIndex& cell, int role) const override;
+  QVariant headerData(int section, Qt::Orientation orientation, int role) const override;
+
+ private:
+  bool IsHeld(int parameter) const { return fit_.FitIA(parameter) == 0; }
+
+  FitState fit_;
+  Matrix1<double> coefficients_;
+  double critical_ = 1.0;
+};
+
+}  // namespace quorvane

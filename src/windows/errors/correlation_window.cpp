@@ -1,0 +1,79 @@
+#include "windows/errors/correlation_window.h"
+
+#include <QAction>
+#include <QClipboard>
+#include <QGuiApplication>
+#include <QHBoxLayout>
+#include <QHeaderView>
+#include <QPushButton>
+#include <QTableView>
+#include <QVBoxLayout>
+
+#include "windows/controls/control_names.h"
+#include "windows/controls/grid_text.h"
+
+namespace quorvane {
+
+namespace {
+
+const QString kTitle = QStringLiteral("Cross-Correlation Coefficients");
+
+}  // namespace
+
+frmCCCs::frmCCCs(QWidget* parent) : QWidget(parent) {
+  BuildWidgets();
+  ConnectSignals();
+}
+
+void frmCCCs::BuildWidgets() {
+  setObjectName("frmCCCs");
+  setWindowTitle(kTitle);
+  gridCCC_ = Named(new QTableView, "gridCCC");
+  gridCCC_->setAccessibleName(kTitle);
+  gridCCC_->setModel(&cells_);
+  // Plain cells have the background of the data window.
+  QPalette plain = gridCCC_->palette();
+  plain.setColor(QPalette::Base, palette().color(QPalette::Window));
+  plain.setColor(QPalette::Text, palette().color(QPalette::WindowText));
+  gridCCC_->setPalette(plain);
+  gridCCC_->setTabKeyNavigation(false);
+  gridCCC_->verticalHeader()->setDefaultSectionSize(fontMetrics().height() * 3 / 2);
+  mnuCopyCells_ = Named(new QAction(tr("Copy"), gridCCC_), "mnuCopyCells");
+  mnuCopyCells_->setShortcut(QKeySequence::Copy);
+  mnuCopyCells_->setShortcutContext(Qt::WidgetWithChildrenShortcut);
+  gridCCC_->addAction(mnuCopyCells_);
+  gridCCC_->setContextMenuPolicy(Qt::ActionsContextMenu);
+  cmdCopyMe_ = Named(new QPushButton("Copy to Log"), "cmdCopyMe");
+  cmdCopyMe_->setToolTip("Copy the CCC table to the log");
+  cmdPrintMe_ = Named(new QPushButton("Print"), "cmdPrintMe");
+  cmdPrintMe_->setToolTip("Print CCC table");
+  auto* foot = new QHBoxLayout;
+  foot->addStretch();
+  foot->addWidget(cmdCopyMe_);
+  foot->addWidget(cmdPrintMe_);
+  auto* layout = new QVBoxLayout(this);
+  layout->setContentsMargins(6, 6, 6, 6);
+  layout->addWidget(gridCCC_, 1);
+  layout->addLayout(foot);
+}
+
+void frmCCCs::ConnectSignals() {
+  connect(mnuCopyCells_, &QAction::triggered, this, &frmCCCs::CopyCells);
+  connect(cmdCopyMe_, &QPushButton::clicked, this, &frmCCCs::LogRequested);
+  connect(cmdPrintMe_, &QPushButton::clicked, this, &frmCCCs::PrintRequested);
+}
+
+void frmCCCs::ShowFit(const FitState& fit, double critical) {
+  cells_.Show(fit, critical);
+  gridCCC_->resizeColumnsToContents();
+}
+
+PrintContent frmCCCs::Printed() const {
+  return PrintedGrid{kTitle, &cells_};
+}
+
+void frmCCCs::CopyCells() const {
+  QGuiApplication::clipboard()->setText(GridText(*gridCCC_));
+}
+
+}  // namespace quorvane

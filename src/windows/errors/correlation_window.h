@@ -1,0 +1,44 @@
+// frmCCCs: the cross-correlation coefficients of the last fit.
+#pragma once
+
+#include <QWidget>
+
+#include "windows/errors/correlation_model.h"
+#include "windows/session/printable.h"
+
+class QAction;
+class QPushButton;
+class QTableView;
+
+namespace quorvane {
+
+class frmCCCs : public QWidget, public Printable {
+  Q_OBJECT
+ public:
+  explicit frmCCCs(QWidget* parent = nullptr);
+
+  // Fills the grid. Throws ArithmeticFault where the fit has no coefficients; then it stays.
+  void ShowFit(const FitState& fit, double critical);
+
+  // The fit that the grid shows, whatever was fitted since.
+  const FitState& Fit() const { return cells_.Fit(); }
+
+  PrintContent Printed() const override;
+
+ signals:
+  void LogRequested();
+  void PrintRequested();
+
+ private:
+  void BuildWidgets();
+  void ConnectSignals();
+  void CopyCells() const;
+
+  CorrelationModel cells_;
+  QTableView* gridCCC_;
+  QAction* mnuCopyCells_;
+  QPushButton* cmdCopyMe_;
+  QPushButton* cmdPrintMe_;
+};
+
+}  // namespace quorvane

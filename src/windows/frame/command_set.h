@@ -1,0 +1,22 @@
+// The commands that the menus and the connections of the frame reach; all are owned by it.
+#pragma once
+
+namespace quorvane {
+
+class ErrorCommands;
+class ExperimentCommands;
+class FitCommands;
+class OptionCommands;
+class PrintCommands;
+class ReportCommands;
+
+struct CommandSet {
+  ExperimentCommands& experiments;
+  OptionCommands& options;
+  FitCommands& fits;
+  ErrorCommands& errors;
+  PrintCommands& prints;
+  ReportCommands& reports;
+};
+
+}  // namespace quorvane

@@ -1,0 +1,139 @@
+#include "windows/frame/connections.h"
+
+#include "windows/commands/error_commands.h"
+#include "windows/commands/experiment_commands.h"
+#include "windows/commands/fit_commands.h"
+#include "windows/commands/option_commands.h"
+#include "windows/commands/print_commands.h"
+#include "windows/commands/report_commands.h"
+#include "windows/controls/child_window.h"
+#include "windows/data/data_window.h"
+#include "windows/data/edit_tab.h"
+#include "windows/data/source_files_tab.h"
+#include "windows/errors/correlation_window.h"
+#include "windows/errors/quality_window.h"
+#include "windows/frame/main_menus.h"
+#include "windows/graphs/graphs_window.h"
+#include "windows/graphs/overlay_window.h"
+#include "windows/log/log_window.h"
+#include "windows/page/fit_control_tab.h"
+#include "windows/page/preview_window.h"
+#include "windows/page/set_ref_conc_window.h"
+#include "windows/session/autosave.h"
+#include "windows/session/session.h"
+#include "windows/session/unsaved_mark.h"
+
+namespace quorvane {
+
+namespace {
+
+void ConnectWindows(const FrameParts& parts) {
+  auto& [session, host, log, data, graphs, frame] = parts.windows;
+  MainMenus* menus = &parts.menus;
+  FitCommands* fits = &parts.commands.fits;
+  OptionCommands* options = &parts.commands.options;
+  QObject::connect(&log, &LogWindow::Clicked, fits, &FitCommands::Stop);
+  QObject::connect(&log, &LogWindow::Changed, menus, [&module = session.Module, menus] {
+    module.ExperimentOpen = true;
+    menus->SetLogWritten(true);
+  });
+  QObject::connect(&data, &DataWindow::FitRequested, fits, &FitCommands::RunFit);
+  QObject::connect(&data, &DataWindow::DatasetsChanged, menus, &MainMenus::Update);
+  QObject::connect(&data, &DataWindow::KDisplayChosen, options, &OptionCommands::SetKFormat);
+  QObject::connect(&data, &DataWindow::MwDisplayChosen, options, &OptionCommands::SetBuoyant);
+  QObject::connect(&parts.commands.experiments, &ExperimentCommands::ExperimentChanged, menus,
+                   [&session, &graphs, menus] {
+                     graphs.Refresh();
+                     if (session.Module.NumGraphs() == 0) graphs.parentWidget()->hide();
+                     menus->Update();
+                   });
+}
+
+void ConnectErrorAnalysis(const FrameParts& parts) {
+  DataWindow* data = &parts.windows.data;
+  ErrorCommands* errors = &parts.commands.errors;
+  FitCommands* fits = &parts.commands.fits;
+  frmCCCs* coefficients = &parts.coefficients;
+  QObject::connect(data, &DataWindow::CalcCIRequested, errors, &ErrorCommands::OpenConfidence);
+  QObject::connect(data, &DataWindow::ShowCCCsRequested, errors, &ErrorCommands::ShowCoefficients);
+  QObject::connect(data, &DataWindow::FitOutdated, errors, &ErrorCommands::CloseForFit);
+  QObject::connect(fits, &FitCommands::FitFinished, errors, &ErrorCommands::FollowFit);
+  QObject::connect(data, &DataWindow::FitOutdated, &parts.quality, &frmFitQuality::Clear);
+  QObject::connect(data, &DataWindow::DatasetsChanged, errors, &ErrorCommands::RefreshQuality);
+  QObject::connect(&parts.commands.options, &OptionCommands::ConstantsChanged, errors,
+                   &ErrorCommands::RefreshQuality);
+  QObject::connect(fits, &FitCommands::CalculatingChanged, errors, &ErrorCommands::CloseForFit);
+  QObject::connect(data, &DataWindow::FitOutdated, &parts.menus, &MainMenus::Update);
+  QObject::connect(&parts.commands.experiments, &ExperimentCommands::ExperimentChanged,
+                   coefficients->parentWidget(), &QWidget::hide);
+  QObject::connect(coefficients, &frmCCCs::LogRequested, errors, &ErrorCommands::LogCoefficients);
+  QObject::connect(coefficients, &frmCCCs::PrintRequested, &parts.commands.prints,
+                   [coefficients, prints = &parts.commands.prints] {
+                     prints->Print(coefficients->Printed(), coefficients->windowTitle());
+                   });
+}
+
+// What looks at the models without a fit, and is closed before the page loses its datasets.
+void ConnectEvaluations(const FrameParts& parts) {
+  DataWindow* data = &parts.windows.data;
+  FitControlTab* page = &data->FitControl();
+  PreviewWindow* preview = &parts.preview;
+  SetRefConcWindow* setRefConc = &parts.setRefConc;
+  QObject::connect(page, &FitControlTab::PreviewRequested, preview, &PreviewWindow::Preview);
+  QObject::connect(page, &FitControlTab::RefConcRequested, setRefConc, &SetRefConcWindow::Adjust);
+  QObject::connect(setRefConc, &SetRefConcWindow::Began, page, [page] { page->SetFitDone(false); });
+  QObject::connect(setRefConc, &SetRefConcWindow::Changed, page, &FitControlTab::ShowRow);
+  QObject::connect(&parts.commands.fits, &FitCommands::CalculatingChanged, setRefConc,
+                   [setRefConc](bool on) {
+                     if (on) setRefConc->Keep();  // the fit starts from the values of the page
+                   });
+  QObject::connect(data, &DataWindow::PageClosing, setRefConc, &SetRefConcWindow::Cancel);
+  QObject::connect(&data->Editing(), &EditTab::Edited, setRefConc, &SetRefConcWindow::Redraw);
+  QObject::connect(data, &DataWindow::DatasetsChanged, setRefConc, &SetRefConcWindow::Redraw);
+  QObject::connect(data, &DataWindow::PageClosing, preview, [preview] { CloseChild(*preview); });
+}
+
+// The report of a fit, and the plot of datasets that follows all that happens to them.
+void ConnectReports(const FrameParts& parts) {
+  DataWindow* data = &parts.windows.data;
+  OverlayWindow* overlay = &parts.overlay;
+  QObject::connect(&parts.commands.reports, &ReportCommands::Saved, data,
+                   [data] { data->SourceFiles().FollowSave(); });
+  QObject::connect(&parts.menus, &MainMenus::OverlayChosen, overlay,
+                   [overlay] { ShowChild(*overlay); });
+  QObject::connect(data, &DataWindow::DatasetsChanged, overlay, &OverlayWindow::Refresh);
+  QObject::connect(&data->Editing(), &EditTab::Edited, overlay, &OverlayWindow::Refresh);
+  QObject::connect(&parts.commands.fits, &FitCommands::CalculationEnded, overlay,
+                   &OverlayWindow::Refresh);
+  QObject::connect(&parts.commands.experiments, &ExperimentCommands::ExperimentChanged, overlay,
+                   [overlay, &module = parts.windows.session.Module] {
+                     overlay->Refresh();
+                     if (module.Store.Datasets.empty()) CloseChild(*overlay);
+                   });
+}
+
+void ConnectAutosave(const FrameParts& parts) {
+  const ExperimentCommands* experiments = &parts.commands.experiments;
+  Autosave* autosave = &parts.autosave;
+  UnsavedMark* unsaved = &parts.unsaved;
+  QObject::connect(experiments, &ExperimentCommands::NothingUnsaved, autosave, &Autosave::Clean);
+  QObject::connect(&parts.commands.fits, &FitCommands::CalculatingChanged, autosave,
+                   [autosave](bool on) {
+                     if (on) autosave->Keep();
+                   });
+  QObject::connect(experiments, &ExperimentCommands::NothingUnsaved, unsaved, &UnsavedMark::Clean);
+  QObject::connect(&parts.windows.log, &LogWindow::Changed, unsaved, &UnsavedMark::LogChanged);
+  QObject::connect(&parts.windows.data, &DataWindow::DatasetsChanged, unsaved, &UnsavedMark::Look);
+}
+
+}  // namespace
+
+void ConnectParts(const FrameParts& parts) {
+  ConnectWindows(parts);
+  ConnectErrorAnalysis(parts);
+  ConnectEvaluations(parts);
+  ConnectReports(parts);
+  ConnectAutosave(parts);
+}
+
+}  // namespace quorvane

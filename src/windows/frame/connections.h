@@ -1,0 +1,36 @@
+// The connections between the windows, the commands and the menus of frmMain.
+#pragma once
+
+#include "windows/frame/command_set.h"
+#include "windows/session/window_set.h"
+
+namespace quorvane {
+
+class Autosave;
+class MainMenus;
+class OverlayWindow;
+class PreviewWindow;
+class SetRefConcWindow;
+class UnsavedMark;
+class frmCCCs;
+class frmFitQuality;
+
+// All are owned by the frame.
+struct FrameParts {
+  WindowSet windows;
+  CommandSet commands;
+  MainMenus& menus;
+  frmCCCs& coefficients;
+  frmFitQuality& quality;
+  PreviewWindow& preview;
+  OverlayWindow& overlay;
+  SetRefConcWindow& setRefConc;
+  Autosave& autosave;
+  UnsavedMark& unsaved;
+};
+
+// What goes from one part to another without the frame. A signal's slots run in the order in which
+// they are connected: what the frame itself does at a signal is connected before.
+void ConnectParts(const FrameParts& parts);
+
+}  // namespace quorvane

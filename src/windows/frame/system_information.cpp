@@ -1,0 +1,67 @@
+#include "windows/frame/system_information.h"
+
+#include <QFile>
+#include <QGuiApplication>
+#include <QScreen>
+#include <QStringList>
+#include <QSysInfo>
+#include <QThread>
+
+#include "base/files.h"
+#include "core/program_state.h"
+
+namespace quorvane {
+
+namespace {
+
+// The name that the system gives to the processor, or else its architecture.
+QString ProcessorName() {
+  QFile info(QStringLiteral("/proc/cpuinfo"));
+  if (info.open(QIODevice::ReadOnly | QIODevice::Text)) {
+    const QStringList lines = QString::fromUtf8(info.readAll()).split('\n');
+    for (const QString& line : lines) {
+      if (line.startsWith(QStringLiteral("model name"))) return line.section(':', 1).trimmed();
+    }
+  }
+  return QSysInfo::currentCpuArchitecture();
+}
+
+QString ScreenText(const QScreen& screen) {
+  const QSize size = screen.size();
+  return QStringLiteral("%1 x %2, scale %3, %4 dots per inch")
+      .arg(size.width())
+      .arg(size.height())
+      .arg(screen.devicePixelRatio())
+      .arg(screen.logicalDotsPerInch());
+}
+
+QString BuildText() {
+  QString text = QStringLiteral(QUORVANE_BUILD_TYPE);
+#if defined(__clang__)
+  text += QStringLiteral(", Clang " __clang_version__);
+#elif defined(__GNUC__)
+  text += QStringLiteral(", GCC " __VERSION__);
+#endif
+  return text + ", " + QSysInfo::buildAbi();
+}
+
+}  // namespace
+
+QString SystemInformation(const std::filesystem::path& settingsFile) {
+  QStringList lines = {
+      QStringLiteral("Program: Quorvane %1").arg(QString::fromLatin1(ProgramVersion())),
+      QStringLiteral("System: %1").arg(QSysInfo::prettyProductName()),
+      QStringLiteral("Kernel: %1 %2").arg(QSysInfo::kernelType(), QSysInfo::kernelVersion()),
+      QStringLiteral("Processor: %1").arg(ProcessorName()),
+      QStringLiteral("Cores: %1").arg(QThread::idealThreadCount()),
+      QStringLiteral("Qt: %1, platform %2")
+          .arg(QString::fromLatin1(qVersion()), QGuiApplication::platformName())};
+  for (const QScreen* screen : QGuiApplication::screens()) {
+    lines << QStringLiteral("Screen: %1").arg(ScreenText(*screen));
+  }
+  lines << QStringLiteral("Settings: %1").arg(QString::fromStdString(PathText(settingsFile)))
+        << QStringLiteral("Build: %1").arg(BuildText());
+  return lines.join('\n');
+}
+
+}  // namespace quorvane

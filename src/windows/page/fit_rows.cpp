@@ -1,0 +1,293 @@
+#include "windows/page/fit_rows.h"
+
+#include <QEvent>
+#include <QGridLayout>
+#include <QScrollBar>
+
+#include "core/page/row_choices.h"
+#include "windows/controls/control_names.h"
+#include "windows/controls/dataset_tip.h"
+#include "windows/controls/page_controls.h"
+#include "windows/controls/row_keys.h"
+#include "windows/controls/value_box.h"
+#include "windows/page/row_heads.h"
+#include "windows/session/box_entry.h"
+#include "windows/session/session.h"
+
+namespace quorvane {
+
+FitRows::FitRows(Session& session, FocusMarker& marker, QWidget* parent)
+    : QScrollArea(parent),
+      session_(session),
+      marker_(marker),
+      content_(new QWidget),
+      grid_(new QGridLayout(content_)),
+      heads_(new RowHeads(this)),
+      keys_(new RowKeys(*this)) {
+  setFocusPolicy(Qt::NoFocus);
+  setWidgetResizable(true);
+  verticalScrollBar()->setObjectName("tabVScroll2");
+  horizontalScrollBar()->setObjectName("tabHScroll2");
+  grid_->setContentsMargins(4, 2, 4, 2);
+  grid_->setVerticalSpacing(2);
+  grid_->setHorizontalSpacing(4);
+  setMinimumHeight(7 * fontMetrics().height());
+  setViewportMargins(0, heads_->sizeHint().height(), 0, 0);
+  content_->installEventFilter(this);
+  setWidget(content_);
+  connect(horizontalScrollBar(), &QScrollBar::valueChanged, this, &FitRows::PlaceHeads);
+}
+
+void FitRows::Rebuild() {
+  const auto wanted = static_cast<std::size_t>(session_.Module.Setup.NumFitSets);
+  // Hidden, the many new controls are laid out and shown once instead of one by one.
+  content_->hide();
+  while (rows_.size() > wanted) RemoveLastRow();
+  while (rows_.size() < wanted) AddRow();
+  ChainTabOrder();
+  ShowParts();
+  ShowValues();
+  content_->show();
+  verticalScrollBar()->setValue(0);
+}
+
+bool FitRows::AreCurrent() const {
+  return rows_.size() == session_.Module.Setup.FitSetList.size() && RowsAreCurrent(session_.Module);
+}
+
+void FitRows::ShowValues() {
+  if (!AreCurrent()) return;
+  for (std::size_t row = 0; row < rows_.size(); ++row) {
+    ShowRowValues(rows_[row], session_.Module, static_cast<int>(row));
+  }
+}
+
+void FitRows::ShowRow(int row) {
+  if (AreCurrent()) ShowRowValues(rows_[static_cast<std::size_t>(row)], session_.Module, row);
+}
+
+bool FitRows::CommitRows() {
+  for (const FitRow& row : rows_) {
+    for (QWidget* control : row.All()) {
+      auto* box = qobject_cast<ValueBox*>(control);
+      if (box != nullptr && !box->Commit()) return false;
+    }
+  }
+  return true;
+}
+
+void FitRows::ShowParts() {
+  const FitSetup& setup = session_.Module.Setup;
+  const PageParts parts = PartsOf(setup);
+  for (const FitRow& row : rows_) ShowRowParts(row, parts);
+  if (AreCurrent()) {
+    for (std::size_t row = 0; row < rows_.size(); ++row) {
+      ShowRowLink(rows_[row], setup, static_cast<int>(row));
+    }
+  }
+  heads_->Show(setup, *grid_);
+  PlaceHeads();
+}
+
+void FitRows::PlaceHeads() {
+  const QRect view = viewport()->geometry();
+  const int height = viewportMargins().top();
+  heads_->setGeometry(view.x(), view.y() - height, view.width(), height);
+  heads_->Place(*grid_, content_->x());
+}
+
+void FitRows::resizeEvent(QResizeEvent* event) {
+  QScrollArea::resizeEvent(event);
+  PlaceHeads();
+}
+
+bool FitRows::eventFilter(QObject* watched, QEvent* event) {
+  // The columns are known once the grid has been laid out, which its resize or request brings.
+  if (watched == content_ &&
+      (event->type() == QEvent::Resize || event->type() == QEvent::LayoutRequest)) {
+    QMetaObject::invokeMethod(this, &FitRows::PlaceHeads, Qt::QueuedConnection);
+  }
+  return QScrollArea::eventFilter(watched, event);
+}
+
+void FitRows::AddRow() {
+  const int row = static_cast<int>(rows_.size());
+  rows_.push_back(MakeFitRow(*grid_, row));
+  keys_->AddRow(rows_.back().InTabOrder());
+  grid_->setRowStretch(row, 0);
+  grid_->setRowStretch(row + 1, 1);
+  ConnectBoxes(row);
+  ConnectChecks(row);
+  ConnectLink(row);
+  connect(rows_.back().lblFitNum, &ClickLabel::Clicked, this,
+          [this, row](Qt::KeyboardModifiers modifiers) { AskGeometry(row, modifiers); });
+}
+
+void FitRows::RemoveLastRow() {
+  grid_->setRowStretch(static_cast<int>(rows_.size()), 0);
+  keys_->RemoveLastRow();
+  for (QWidget* control : rows_.back().All()) delete control;
+  rows_.pop_back();
+  grid_->setRowStretch(static_cast<int>(rows_.size()), 1);
+}
+
+// A text that is left over from a page whose datasets are gone is dropped.
+void FitRows::BindRow(ValueBox& box, int row,
+                      std::function<Refusal(Dataset&, const std::string&)> enter,
+                      std::function<std::string(const Dataset&)> shown, std::string taken) {
+  QuorvaneModule& module = session_.Module;
+  BindEntry(box, session_,
+            {.enter =
+                 [this, &module, row, enter = std::move(enter)](const std::string& text) {
+                   return AreCurrent() ? enter(DatasetOfRow(module, row), text) : Refusal();
+                 },
+             .shown =
+                 [this, &module, row, shown = std::move(shown)] {
+                   return AreCurrent() ? shown(DatasetOfRow(module, row)) : std::string();
+                 },
+             .name = [this, &box] { return NameOfBox(box); },
+             .taken = [taken = std::move(taken)] { return taken; }});
+}
+
+// "Baseline of row 2": the head of its column, and the number of its row.
+QString FitRows::NameOfBox(QWidget& box) const {
+  int row = 0;
+  int column = 0;
+  int span = 0;
+  grid_->getItemPosition(grid_->indexOf(&box), &row, &column, &span, &span);
+  return tr("%1 of row %2").arg(heads_->CaptionOf(column)).arg(row + 1);
+}
+
+void FitRows::ConnectBoxes(int row) {
+  const FitRow& controls = rows_.back();
+  BindRow(*controls.lblRunSpeed, row, EnterSpeed, SpeedText, kTakesAboveZero);
+  for (std::size_t k = 0; k < RowValues.size(); ++k) {
+    const RowValue& value = RowValues[k];
+    ValueBox& box = *controls.boxes[k];
+    BindRow(
+        box, row,
+        [&value](Dataset& dataset, const std::string& text) { return Enter(value, dataset, text); },
+        [&value](const Dataset& dataset) { return TextOf(value, dataset); }, TakenBy(value));
+    if (value.spreads) {
+      connect(&box, &ValueBox::CtrlClicked, this, [this, &value, row] {
+        if (!CommitRows())
+          return;  // a box left by this very click may not have stored its text yet
+        CopyToRowsBelow(value, session_.Module, row);
+        ShowValues();
+      });
+    }
+    if (value.test == RowTest::kAboveZero) ConnectRefConc(box, row);
+  }
+}
+
+void FitRows::ConnectRefConc(ValueBox& box, int row) {
+  const auto request = [this, &box, row] {
+    if (box.Commit()) emit RefConcRequested(row);
+  };
+  connect(&box, &ValueBox::RightReleased, this, request);
+  connect(&box, &ValueBox::DoubleClicked, this, request);
+}
+
+void FitRows::ConnectChecks(int row) {
+  const FitRow& controls = rows_.back();
+  ConnectCheck(*controls.chkOffset, &FitSetup::chkOffset, row);
+  ConnectCheck(*controls.chkRefC, &FitSetup::chkRefC, row);
+  ConnectCheck(*controls.chkRefC2, &FitSetup::chkRefC2, row);
+}
+
+void FitRows::ConnectCheck(PageCheckBox& box, std::vector<CheckState> FitSetup::*states, int row) {
+  marker_.Watch(&box);
+  connect(&box, &PageCheckBox::clicked, this, [this, &box, states, row] {
+    (session_.Module.Setup.*states)[static_cast<std::size_t>(row)] = box.State();
+  });
+  connect(&box, &PageCheckBox::CtrlReleased, this, [this, states, row] {
+    CopyToRowsBelow(session_.Module.Setup.*states, row);
+    if (CommitRows()) ShowValues();
+  });
+}
+
+void FitRows::ConnectLink(int row) {
+  FitSetup& setup = session_.Module.Setup;
+  ValueBox& box = *rows_.back().txtLinkTo;
+  BindRow(
+      box, row,
+      [this, &setup, row](Dataset&, const std::string& text) {
+        Refusal refusal = EnterLink(setup, row, text);
+        ShowRowLink(rows_[static_cast<std::size_t>(row)], setup, row);
+        return refusal;
+      },
+      [&setup, row](const Dataset&) { return LinkText(setup, row); },
+      "the number of a row that is not linked itself");
+  connect(&box, &ValueBox::RightReleased, this, [this, row] { AskLink(row); });
+}
+
+void FitRows::ChainTabOrder() {
+  QWidget* previous = nullptr;
+  for (const FitRow& row : rows_) {
+    for (QWidget* control : row.InTabOrder()) {
+      if (previous != nullptr) setTabOrder(previous, control);
+      previous = control;
+    }
+  }
+}
+
+QWidget* FitRows::LastInTabOrder() const {
+  return rows_.empty() ? nullptr : rows_.back().InTabOrder().back();
+}
+
+void FitRows::SetContentEnabled(bool on) {
+  content_->setEnabled(on);
+}
+
+void FitRows::AskLink(int row) {
+  ValueBox* box = rows_[static_cast<std::size_t>(row)].txtLinkTo;
+  if (!box->Commit()) return;
+  box->selectAll();
+  const FitSetup& setup = session_.Module.Setup;
+  if (IsLinkTarget(setup, row)) {
+    session_.Ask.ShowMessage(window(), "", kUsedAsLink, MessageIcon::kNone);
+    return;
+  }
+  QMenu* menu = MakePopup("mnuLinkTo", "LinkMenu", this);
+  menu->setToolTipsVisible(true);
+  for (int target = 0; target < setup.NumFitSets; ++target) {
+    const Dataset& dataset = DatasetOfRow(session_.Module, target);
+    const std::string name = FitDataText(dataset);
+    QAction* entry = menu->addAction(QStringLiteral("%1  %2")
+                                         .arg(target + 1)
+                                         .arg(QString::fromStdString(name).replace('&', "&&")));
+    entry->setObjectName(ElementName("mnuLinkToSet", target));
+    entry->setToolTip(DatasetTip(dataset));
+    entry->setEnabled(MayLinkTo(setup, row, target));
+    connect(entry, &QAction::triggered, this, [this, row, target] { Link(row, target); });
+  }
+  AddCancel(menu, "mnuCancelLink");
+  menu->popup(box->mapToGlobal(box->rect().bottomLeft()));
+}
+
+void FitRows::Link(int row, int target) {
+  EnterLink(session_.Module.Setup, row, std::to_string(target + 1));
+  ShowRowLink(rows_[static_cast<std::size_t>(row)], session_.Module.Setup, row);
+}
+
+void FitRows::AskGeometry(int row, Qt::KeyboardModifiers modifiers) {
+  const bool below = modifiers.testFlag(Qt::ControlModifier);
+  if (!below && !modifiers.testFlag(Qt::ShiftModifier)) return;
+  QuorvaneModule& module = session_.Module;
+  QMenu* menu = MakePopup("mnuOptionCellGeom", "Cell Geometry", this);
+  int geometry = 0;
+  for (const std::string& name : CellGeometryNames(module)) {
+    QAction* entry = menu->addAction(QString::fromStdString(name).replace('&', "&&"));
+    entry->setObjectName(ElementName("mnuCellGeom", geometry));
+    entry->setCheckable(true);
+    entry->setChecked(module.Setup.SetCellChannel[static_cast<std::size_t>(row)] == geometry);
+    connect(entry, &QAction::triggered, this, [&module, row, geometry, below] {
+      ChooseCellGeometry(module.Setup, row, geometry, below);
+    });
+    ++geometry;
+  }
+  QWidget* number = rows_[static_cast<std::size_t>(row)].lblFitNum;
+  menu->popup(number->mapToGlobal(number->rect().bottomLeft()));
+}
+
+}  // namespace quorvane

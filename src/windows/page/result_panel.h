@@ -1,0 +1,46 @@
+// The result of a fit, one dataset at a time.
+#pragma once
+
+#include <QWidget>
+
+#include "fit/fit_state.h"
+
+class QLabel;
+class QToolButton;
+
+namespace quorvane {
+
+class ChartWidget;
+class PlotSwitch;
+struct Session;
+
+// TChartFitting with its steps: data, curve and deviations of a position of the last fit, or the
+// deviations alone.
+class ResultPanel : public QWidget {
+  Q_OBJECT
+ public:
+  explicit ResultPanel(Session& session, QWidget* parent = nullptr);
+
+  // Appears with the first dataset of the fit that the session holds.
+  void ShowFit();
+
+  // Draws again with changed plot options.
+  void Redraw();
+
+  // Forgets the result and disappears.
+  void Clear();
+
+ private:
+  void StepTo(int position);
+
+  Session& session_;
+  FitState fit_;       // as it ended; the session's is rebuilt by the next press of "Fit"
+  int position_ = -1;  // in the fit, from 0; -1: nothing is shown
+  ChartWidget* chart_;
+  QToolButton* back_;
+  QToolButton* forward_;
+  QLabel* which_;
+  PlotSwitch* plots_;
+};
+
+}  // namespace quorvane

@@ -1,0 +1,26 @@
+// How the boxes of the parameter page and of the simulator hand over what is typed.
+#pragma once
+
+#include <QString>
+#include <functional>
+#include <string>
+
+#include "core/page/page_entry.h"
+
+namespace quorvane {
+
+class ValueBox;
+struct Session;
+
+// How a box hands its text over.
+struct BoxEntry {
+  std::function<Refusal(const std::string&)> enter;
+  std::function<std::string()> shown;  // what the box shows afterwards
+  std::function<QString()> name;       // of the box, as a remark on a refused text bears it
+  std::function<std::string()> taken;  // the numbers that the box takes
+};
+
+// A refused text is told, and the status bar says what the box takes.
+void BindEntry(ValueBox& box, Session& session, BoxEntry entry);
+
+}  // namespace quorvane

@@ -1,0 +1,214 @@
+// Faults caught here: a marquee that takes other points than those under it or outlives its menu,
+// an edit that loses the zoom, lines that cannot be moved, a blank or a calculation that is
+// disturbed, edits that undo takes to the wrong dataset.
+#include "windows/data/edit_tab.h"
+
+#include <QAction>
+#include <QLineEdit>
+#include <QMenu>
+#include <QPushButton>
+
+#include <gtest/gtest.h>
+
+#include "support/recording_host.h"
+#include "support/session.h"
+#include "windows/chart_mouse.h"
+#include "windows/data/data_window.h"
+#include "windows/main_window_fixture.h"
+#include "windows/session_fixture.h"
+
+using namespace quorvane;
+
+namespace {
+
+class EditTabTest : public SessionFixture {
+ protected:
+  EditTabTest() {
+    AddSample("first.dat");
+    AddSample("second.dat");
+    tab.resize(600, 500);
+    tab.show();
+    tab.activateWindow();
+    EXPECT_TRUE(QTest::qWaitForWindowActive(&tab));
+    Open(0);
+  }
+
+  // Points at 6.0, 6.1 ... 6.5 with signals 0 to 5.
+  void AddSample(const char* name) {
+    Dataset& sample =
+        AddScan(session.Module, {.name = name, .points = 6, .first = 6.0, .last = 6.5},
+                [](double, double) { return 0.0; });
+    for (std::size_t k = 0; k < 6; ++k) sample.C[k] = static_cast<double>(k);
+  }
+  void Open(int dataset) {
+    tab.ShowDataset(dataset);
+    QCoreApplication::processEvents();
+  }
+  Dataset& Data(std::size_t k = 0) { return session.Module.Store.Datasets[k]; }
+  std::string States(std::size_t dataset = 0) {
+    std::string states;
+    for (std::size_t k = 0; k < 6; ++k) states += Data(dataset).Good[k] == kTrue ? '+' : '-';
+    return states;
+  }
+  void Drag(double x1, double y1, double x2, double y2, Qt::KeyboardModifiers keys = {}) {
+    const ChartMouse mouse(chart);
+    mouse.Drag(mouse.At(x1, y1), mouse.At(x2, y2), keys);
+    QCoreApplication::processEvents();
+  }
+  QAction* Entry(const char* name) { return menu.findChild<QAction*>(name); }
+  void Choose(const char* name) {
+    EXPECT_TRUE(menu.isVisible() && Entry(name)->isEnabled()) << name;
+    menu.close();
+    Entry(name)->trigger();
+    QCoreApplication::processEvents();
+  }
+  QPushButton* Button(const char* name) { return tab.findChild<QPushButton*>(name); }
+  // The part of the chart that a picture of it shows; empty for all.
+  std::optional<ChartArea> View() {
+    Drag(6.2, 2.0, 6.2, 2.0, Qt::ControlModifier);
+    return host.pictures.back().view;
+  }
+
+  RecordingHost host;
+  EditTab tab{session, host};
+  ChartWidget& chart = *tab.findChild<ChartWidget*>("editTChart");
+  QMenu& menu = *tab.findChild<QMenu*>("mnuEditData");
+};
+
+}  // namespace
+
+TEST_F(EditTabTest, EntriesActOnThePointsUnderTheMarquee) {
+  const struct {
+    const char* entry;
+    Qt::Key key;
+    Qt::KeyboardModifier modifier;
+    const char* states;
+  } cases[] = {{"DelInMarq", Qt::Key_Delete, Qt::NoModifier, "+---++"},
+               {"DelOutMarq", Qt::Key_Delete, Qt::ShiftModifier, "--++--"},
+               {"RestInMarq", Qt::Key_R, Qt::NoModifier, "+-++++"},
+               {"RestOutMarq", Qt::Key_R, Qt::ShiftModifier, "++++++"}};
+  for (const bool byKey : {false, true}) {
+    for (const auto& c : cases) {
+      Data().Good.fill(kTrue);
+      Data().Good[1] = kFalse;
+      Drag(6.35, 1.5, 6.15, 4.5);  // from right to left: the points at 6.2 and 6.3
+      if (byKey) {
+        QTest::keyClick(&menu, c.key, c.modifier);
+        EXPECT_FALSE(menu.isVisible());
+      } else {
+        Choose(c.entry);
+      }
+      EXPECT_EQ(States(), c.states) << c.entry;
+    }
+  }
+  const std::vector<ChartSeries>& series = chart.GetChart().panels.front().series;
+  EXPECT_EQ(series[0].x.size() + series[1].x.size(), 6u);  // deleted points stay in sight
+}
+
+TEST_F(EditTabTest, TheMarqueeGoesWithItsMenu) {
+  const QImage before = chart.grab().toImage();
+  Drag(6.2, 2.0, 6.2, 2.0);
+  EXPECT_FALSE(menu.isVisible());
+  Drag(6.15, 1.5, 6.35, 1.5);  // flat is enough
+  EXPECT_TRUE(menu.isVisible());
+  EXPECT_NE(chart.grab().toImage(), before);
+  Choose("CancelEdit");
+  EXPECT_EQ(chart.grab().toImage(), before);
+  EXPECT_EQ(States(), "++++++");
+}
+
+TEST_F(EditTabTest, ZoomOutlivesAnEditButNoOtherDataset) {
+  Drag(6.15, 1.5, 6.45, 4.5);
+  Choose("ZoomInMarq");
+  const std::optional<ChartArea> zoomed = View();
+  ASSERT_TRUE(zoomed);
+  EXPECT_NEAR(zoomed->x1, 6.15, 0.002);
+  EXPECT_NEAR(zoomed->y2, 4.5, 0.02);
+  Drag(6.25, 2.5, 6.35, 3.5);
+  Choose("DelInMarq");
+  EXPECT_EQ(View(), zoomed);
+  Open(0);
+  EXPECT_FALSE(View());
+  chart.ZoomTo(*zoomed);
+  Button("cmdZoomOut")->click();
+  EXPECT_FALSE(View());
+}
+
+TEST_F(EditTabTest, ShiftMovesTheLines) {
+  const double pixel = 0.6 / 400;  // cm, at least
+  Drag(6.0, 2.0, 6.06, 2.0);       // no Shift
+  menu.close();
+  Drag(6.25, 2.0, 6.3, 2.0, Qt::ShiftModifier);  // no line there
+  Button("cmdSetMenBase")->click();
+  EXPECT_EQ(Data().Rmen, 6.0);
+  Drag(6.0, 2.0, 6.4, 3.0, Qt::ShiftModifier);  // beyond the other line
+  Drag(6.5, 2.0, 6.1, 3.0, Qt::ShiftModifier);
+  EXPECT_EQ(Data().Rmen, 6.0);
+  Drag(6.15, 1.5, 6.35, 3.5);
+  Choose("DelInMarq");  // leaves the lines where they are
+  Button("cmdSetMenBase")->click();
+  EXPECT_NEAR(Data().Rmen, 6.1, pixel);
+  EXPECT_NEAR(Data().Rbase, 6.4, pixel);
+  EXPECT_EQ(chart.GetChart().panels.front().marks[0].x, Data().Rmen);
+  Button("cmdUndoEdit")->click();
+  EXPECT_EQ(Data().Rbase, 6.5);
+  EXPECT_EQ(chart.GetChart().panels.front().marks[1].x, 6.5);
+  EXPECT_EQ(States(), "++--++");
+}
+
+TEST_F(EditTabTest, KeysStepThroughTheEditsOfTheDatasetShown) {
+  Drag(6.15, 1.5, 6.35, 3.5);
+  Choose("DelInMarq");
+  Open(1);
+  EXPECT_FALSE(Button("cmdUndoEdit")->isEnabled());
+  QTest::keyClick(&chart, Qt::Key_Z, Qt::ControlModifier);
+  Open(0);
+  chart.setFocus();
+  QTest::keyClick(&tab, Qt::Key_Z, Qt::ControlModifier);
+  EXPECT_EQ(States(), "++++++");
+  QTest::keyClick(&tab, Qt::Key_Y, Qt::ControlModifier);
+  EXPECT_EQ(States(), "++--++");
+  Button("cmdRestoreAll")->click();
+  tab.SetCalculating(true);
+  ChartMouse(chart).Drag({100, 100}, {300, 300});
+  QTest::keyClick(&tab, Qt::Key_Z, Qt::ControlModifier);
+  EXPECT_FALSE(menu.isVisible());
+  EXPECT_EQ(States(), "++++++");
+}
+
+TEST_F(EditTabTest, ABlankIsOnlyLookedAt) {
+  Data().FileName.SetBytes("BL_first.dat");
+  Data().Edited = 0.0;
+  Open(0);
+  EXPECT_TRUE(chart.GetChart().panels.front().marks.empty());
+  EXPECT_EQ(Data().Edited, 0.0);
+  Drag(6.15, 1.5, 6.35, 3.5);
+  std::string entries;
+  for (const QAction* entry : menu.actions()) entries += entry->isEnabled() ? '+' : '-';
+  EXPECT_EQ(entries, "++----++");
+  EXPECT_FALSE(Button("cmdRestoreAll")->isEnabled() || Button("cmdSetMenBase")->isEnabled());
+  menu.close();
+}
+
+TEST_F(MainWindowTest, TheEditTabFollowsColoursAndStore) {
+  SetUpExample();
+  Click("cmdEditData(1)");
+  const auto* chart = Find<ChartWidget>("editTChart");
+  const PrintContent printed = Find<DataWindow>("frmData")->Printed();
+  EXPECT_EQ(std::get<const ChartWidget*>(printed), chart);
+  dialogs.colors = {QColor(1, 2, 3)};
+  Trigger("mnuSetGoodPointsColor");
+  EXPECT_EQ(chart->GetChart().panels[0].series[0].color, 0x030201u);
+  ChartMouse mouse(*Find<ChartWidget>("editTChart"));
+  const Dataset& shown = session.Module.Store.Datasets[1];
+  const double middle = (FirstRadius(shown) + LastRadius(shown)) / 2;
+  mouse.Drag(mouse.At(shown.Rmen, shown.C[0]), mouse.At(middle, shown.C[0]), Qt::ShiftModifier);
+  Click("cmdSetMenBase");
+  EXPECT_EQ(Find<QLineEdit>("txtRmen(1)")->text().toDouble(), std::round(shown.Rmen * 1e4) / 1e4);
+  Click("cmdRemoveData(0)");
+  EXPECT_TRUE(chart->GetChart().panels.empty());
+  EXPECT_FALSE(Find<QAbstractButton>("cmdUndoEdit")->isEnabled());
+  Click("cmdEditData(0)");  // was the second one
+  Click("cmdUndoEdit");
+  EXPECT_EQ(session.Module.Store.Datasets[0].Rmen, FirstRadius(session.Module.Store.Datasets[0]));
+}
