@@ -20,8 +20,8 @@
 
 namespace quorvane {
 
-ErrorCommands::ErrorCommands(WindowSet windows, FitCommands& fits, frmCCCs& coefficients,
-                             frmFitQuality& quality, QObject* parent)
+ErrorCommands::ErrorCommands(WindowSet windows, FitCommands& fits, CorrelationWindow& coefficients,
+                             QualityWindow& quality, QObject* parent)
     : QObject(parent),
       windows_(windows),
       fits_(fits),
@@ -37,8 +37,8 @@ bool ErrorCommands::MayAnalyse() {
 void ErrorCommands::OpenConfidence() {
   if (!MayAnalyse()) return;
   CloseForFit();
-  confidence_ = new frmConfInterval(windows_.session, &windows_.frame);
-  connect(confidence_, &frmConfInterval::CalculateRequested, this, &ErrorCommands::Search);
+  confidence_ = new ConfidenceWindow(windows_.session, &windows_.frame);
+  connect(confidence_, &ConfidenceWindow::CalculateRequested, this, &ErrorCommands::Search);
   confidence_->setAttribute(Qt::WA_DeleteOnClose);
   confidence_->show();
   windows_.log.Editor()->setFocus();
@@ -47,7 +47,7 @@ void ErrorCommands::OpenConfidence() {
 // The window is hidden while its search runs and goes for good afterwards.
 void ErrorCommands::Search(const ConfidenceRequest& request) {
   if (!MayAnalyse()) return;
-  const QPointer<frmConfInterval> window = confidence_;
+  const QPointer<ConfidenceWindow> window = confidence_;
   window->hide();
   fits_.RunConfidence(request);
   if (window) window->deleteLater();
@@ -56,17 +56,17 @@ void ErrorCommands::Search(const ConfidenceRequest& request) {
 void ErrorCommands::OpenMinima() {
   if (!MayAnalyse()) return;
   CloseForFit();
-  minima_ = new frmMinima(&windows_.frame);
-  connect(minima_, &frmMinima::CheckRequested, this, &ErrorCommands::CheckMinima);
-  connect(minima_, &frmMinima::StopRequested, &fits_, &FitCommands::Stop);
-  connect(minima_, &frmMinima::UseRequested, &fits_, &FitCommands::UseAsStart);
+  minima_ = new MinimaWindow(&windows_.frame);
+  connect(minima_, &MinimaWindow::CheckRequested, this, &ErrorCommands::CheckMinima);
+  connect(minima_, &MinimaWindow::StopRequested, &fits_, &FitCommands::Stop);
+  connect(minima_, &MinimaWindow::UseRequested, &fits_, &FitCommands::UseAsStart);
   minima_->setAttribute(Qt::WA_DeleteOnClose);
   minima_->show();
 }
 
 void ErrorCommands::CheckMinima(const MinimumRequest& request) {
   if (!MayAnalyse()) return;
-  const QPointer<frmMinima> window = minima_;
+  const QPointer<MinimaWindow> window = minima_;
   checking_ = true;
   window->SetRunning(true);
   const MinimumOutcome outcome = fits_.RunMinimumCheck(request);

@@ -9,10 +9,10 @@
 namespace quorvane {
 
 class FitCommands;
-class frmCCCs;
-class frmConfInterval;
-class frmFitQuality;
-class frmMinima;
+class CorrelationWindow;
+class ConfidenceWindow;
+class QualityWindow;
+class MinimaWindow;
 struct ConfidenceRequest;
 struct MinimumRequest;
 
@@ -20,8 +20,8 @@ class ErrorCommands : public QObject {
   Q_OBJECT
  public:
   // All outlive this.
-  ErrorCommands(WindowSet windows, FitCommands& fits, frmCCCs& coefficients, frmFitQuality& quality,
-                QObject* parent = nullptr);
+  ErrorCommands(WindowSet windows, FitCommands& fits, CorrelationWindow& coefficients,
+                QualityWindow& quality, QObject* parent = nullptr);
 
   // The button cmdCalcCI of frmData: opens frmConfInterval anew.
   void OpenConfidence();
@@ -54,10 +54,10 @@ class ErrorCommands : public QObject {
 
   WindowSet windows_;
   FitCommands& fits_;
-  frmCCCs& coefficients_;
-  frmFitQuality& quality_;
-  QPointer<frmConfInterval> confidence_;
-  QPointer<frmMinima> minima_;
+  CorrelationWindow& coefficients_;
+  QualityWindow& quality_;
+  QPointer<ConfidenceWindow> confidence_;
+  QPointer<MinimaWindow> minima_;
   bool checking_ = false;  // a check of frmMinima runs, and it stays open
 };
 

@@ -8,7 +8,7 @@
 
 namespace quorvane {
 
-frmInfo::frmInfo(const QString& comments, QWidget* parent) : QDialog(parent) {
+InfoWindow::InfoWindow(const QString& comments, QWidget* parent) : QDialog(parent) {
   setObjectName("frmInfo");
   setWindowTitle("Comment Lines");
   setAttribute(Qt::WA_DeleteOnClose);

@@ -5,11 +5,11 @@
 
 namespace quorvane {
 
-class frmInfo : public QDialog {
+class InfoWindow : public QDialog {
   Q_OBJECT
  public:
   // Show it with open(); it deletes itself when it is closed.
-  explicit frmInfo(const QString& comments, QWidget* parent = nullptr);
+  explicit InfoWindow(const QString& comments, QWidget* parent = nullptr);
 };
 
 }  // namespace quorvane

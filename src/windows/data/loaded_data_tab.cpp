@@ -317,7 +317,7 @@ void LoadedDataTab::Edit(int i) {
 void LoadedDataTab::ShowInfo(int i) {
   const Dataset& dataset = session_.Module.Store.Datasets[static_cast<std::size_t>(i)];
   const std::string comments = Comment1Of(dataset) + "\r\n" + Comment2Of(dataset);
-  auto* window = new frmInfo(QString::fromStdString(comments), this);
+  auto* window = new InfoWindow(QString::fromStdString(comments), this);
   window->open();
 }
 

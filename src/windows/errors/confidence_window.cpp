@@ -35,7 +35,7 @@ QString ToText(std::string_view text) {
 
 }  // namespace
 
-frmConfInterval::frmConfInterval(Session& session, QWidget* parent)
+ConfidenceWindow::ConfidenceWindow(Session& session, QWidget* parent)
     : QDialog(parent), session_(session) {
   BuildWidgets();
   ShowRows();
@@ -45,7 +45,7 @@ frmConfInterval::frmConfInterval(Session& session, QWidget* parent)
   ConnectSignals();
 }
 
-void frmConfInterval::BuildWidgets() {
+void ConfidenceWindow::BuildWidgets() {
   setObjectName("frmConfInterval");
   setWindowTitle("Confidence Intervals");
   cmdCalcCI_ = Named(new QPushButton(tr("Calculate")), "cmdCalcCI");
@@ -63,7 +63,7 @@ void frmConfInterval::BuildWidgets() {
   layout->addLayout(foot);
 }
 
-QWidget* frmConfInterval::BuildLevel() {
+QWidget* ConfidenceWindow::BuildLevel() {
   cmbFStat_ = Named(new QComboBox, "cmbFStat");
   cmbFStat_->addItems({"1 SD", "2 SD", "UserDefined!"});
   cmbFStat_->setAccessibleName(tr("Probability"));
@@ -103,7 +103,7 @@ QWidget* frmConfInterval::BuildLevel() {
   return box;
 }
 
-QWidget* frmConfInterval::BuildParameters() {
+QWidget* ConfidenceWindow::BuildParameters() {
   auto* box = new QGroupBox;
   auto* grid = new QGridLayout(box);
   grid->addWidget(Named(new QLabel(" Parameter "), "lblParam"), 0, 0);
@@ -123,15 +123,15 @@ QWidget* frmConfInterval::BuildParameters() {
   return box;
 }
 
-void frmConfInterval::ConnectSignals() {
-  connect(cmbFStat_, &QComboBox::activated, this, &frmConfInterval::ShowLevel);
+void ConfidenceWindow::ConnectSignals() {
+  connect(cmbFStat_, &QComboBox::activated, this, &ConfidenceWindow::ShowLevel);
   txtConfPercent_->SetStore([this](const QString& text) { return StoreLevel(text); });
-  connect(optVRmethod_[0], &QRadioButton::toggled, this, &frmConfInterval::ShowMeaning);
+  connect(optVRmethod_[0], &QRadioButton::toggled, this, &ConfidenceWindow::ShowMeaning);
   connect(cmdClose_, &QPushButton::clicked, this, &QDialog::reject);
-  connect(cmdCalcCI_, &QPushButton::clicked, this, &frmConfInterval::Calculate);
+  connect(cmdCalcCI_, &QPushButton::clicked, this, &ConfidenceWindow::Calculate);
 }
 
-void frmConfInterval::ShowRows() {
+void ConfidenceWindow::ShowRows() {
   const std::vector<ConfidenceRow> rows = ConfidenceRows(session_.Module.Fit);
   for (std::size_t k = 0; k < kRows; ++k) {
     const bool used = k < rows.size();
@@ -149,14 +149,14 @@ void frmConfInterval::ShowRows() {
   }
 }
 
-void frmConfInterval::ShowLevel() {
+void ConfidenceWindow::ShowLevel() {
   const int place = cmbFStat_->currentIndex();
   txtConfPercent_->ShowStored(QString::fromStdString(
       ConfidenceLevelText(session_.Module, static_cast<std::size_t>(place))));
   txtConfPercent_->setEnabled(place == static_cast<int>(kUserLevel));
 }
 
-void frmConfInterval::ShowMeaning() {
+void ConfidenceWindow::ShowMeaning() {
   const int fitted = session_.Module.Fit.NumFitted();
   QString text = fitted > 1
                      ? tr("The interval is joint for all %1 fitted parameters (baselines and "
@@ -172,7 +172,7 @@ void frmConfInterval::ShowMeaning() {
   lblMeaning_->setText(text);
 }
 
-bool frmConfInterval::StoreLevel(const QString& text) {
+bool ConfidenceWindow::StoreLevel(const QString& text) {
   if (!isVisible()) return true;  // the window was closed with an entry that nobody needs
   const LevelEntry entry = EnterConfidenceLevel(session_.Module, text.toStdString());
   if (entry != LevelEntry::kNotANumber) ShowLevel();
@@ -186,7 +186,7 @@ bool frmConfInterval::StoreLevel(const QString& text) {
   return false;
 }
 
-void frmConfInterval::Calculate() {
+void ConfidenceWindow::Calculate() {
   if (!txtConfPercent_->Commit()) return;
   ConfidenceRequest request;
   request.percent = ParseNumeric(txtConfPercent_->text().toStdString()).value();

@@ -19,11 +19,11 @@ namespace quorvane {
 class ValueBox;
 struct Session;
 
-class frmConfInterval : public QDialog {
+class ConfidenceWindow : public QDialog {
   Q_OBJECT
  public:
   // Shows the shared parameters of the finished fit of `session`, which outlives the window.
-  explicit frmConfInterval(Session& session, QWidget* parent = nullptr);
+  explicit ConfidenceWindow(Session& session, QWidget* parent = nullptr);
 
  signals:
   // cmdCalcCI, with the choices of the window.

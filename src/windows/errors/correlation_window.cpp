@@ -20,12 +20,12 @@ const QString kTitle = QStringLiteral("Cross-Correlation Coefficients");
 
 }  // namespace
 
-frmCCCs::frmCCCs(QWidget* parent) : QWidget(parent) {
+CorrelationWindow::CorrelationWindow(QWidget* parent) : QWidget(parent) {
   BuildWidgets();
   ConnectSignals();
 }
 
-void frmCCCs::BuildWidgets() {
+void CorrelationWindow::BuildWidgets() {
   setObjectName("frmCCCs");
   setWindowTitle(kTitle);
   gridCCC_ = Named(new QTableView, "gridCCC");
@@ -57,22 +57,22 @@ void frmCCCs::BuildWidgets() {
   layout->addLayout(foot);
 }
 
-void frmCCCs::ConnectSignals() {
-  connect(mnuCopyCells_, &QAction::triggered, this, &frmCCCs::CopyCells);
-  connect(cmdCopyMe_, &QPushButton::clicked, this, &frmCCCs::LogRequested);
-  connect(cmdPrintMe_, &QPushButton::clicked, this, &frmCCCs::PrintRequested);
+void CorrelationWindow::ConnectSignals() {
+  connect(mnuCopyCells_, &QAction::triggered, this, &CorrelationWindow::CopyCells);
+  connect(cmdCopyMe_, &QPushButton::clicked, this, &CorrelationWindow::LogRequested);
+  connect(cmdPrintMe_, &QPushButton::clicked, this, &CorrelationWindow::PrintRequested);
 }
 
-void frmCCCs::ShowFit(const FitState& fit, double critical) {
+void CorrelationWindow::ShowFit(const FitState& fit, double critical) {
   cells_.Show(fit, critical);
   gridCCC_->resizeColumnsToContents();
 }
 
-PrintContent frmCCCs::Printed() const {
+PrintContent CorrelationWindow::Printed() const {
   return PrintedGrid{kTitle, &cells_};
 }
 
-void frmCCCs::CopyCells() const {
+void CorrelationWindow::CopyCells() const {
   QGuiApplication::clipboard()->setText(GridText(*gridCCC_));
 }
 

@@ -12,10 +12,10 @@ class QTableView;
 
 namespace quorvane {
 
-class frmCCCs : public QWidget, public Printable {
+class CorrelationWindow : public QWidget, public Printable {
   Q_OBJECT
  public:
-  explicit frmCCCs(QWidget* parent = nullptr);
+  explicit CorrelationWindow(QWidget* parent = nullptr);
 
   // Fills the grid. Throws ArithmeticFault where the fit has no coefficients; then it stays.
   void ShowFit(const FitState& fit, double critical);

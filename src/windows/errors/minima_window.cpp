@@ -32,12 +32,12 @@ QString Number(double value, const char* pattern) {
 
 }  // namespace
 
-frmMinima::frmMinima(QWidget* parent) : QDialog(parent) {
+MinimaWindow::MinimaWindow(QWidget* parent) : QDialog(parent) {
   BuildWidgets();
   ConnectSignals();
 }
 
-void frmMinima::BuildWidgets() {
+void MinimaWindow::BuildWidgets() {
   setObjectName("frmMinima");
   setWindowTitle(tr("Check Minimum"));
   const MinimumRequest defaults;
@@ -94,13 +94,13 @@ void frmMinima::BuildWidgets() {
   resize(fontMetrics().averageCharWidth() * 90, fontMetrics().height() * 20);
 }
 
-void frmMinima::ConnectSignals() {
+void MinimaWindow::ConnectSignals() {
   connect(cmdCheckMinimum_, &QPushButton::clicked, this, [this] {
     emit CheckRequested(
         {.starts = spnStarts_->value(), .seed = static_cast<std::uint64_t>(spnSeed_->value())});
   });
-  connect(cmdStopMinima_, &QPushButton::clicked, this, &frmMinima::StopRequested);
-  connect(gridMinima_, &QTableWidget::itemSelectionChanged, this, &frmMinima::UpdateUse);
+  connect(cmdStopMinima_, &QPushButton::clicked, this, &MinimaWindow::StopRequested);
+  connect(gridMinima_, &QTableWidget::itemSelectionChanged, this, &MinimaWindow::UpdateUse);
   connect(cmdUseAsStart_, &QPushButton::clicked, this, [this] {
     emit UseRequested(
         outcome_.minima[static_cast<std::size_t>(gridMinima_->currentRow())].parameters);
@@ -108,7 +108,7 @@ void frmMinima::ConnectSignals() {
   connect(cmdClose_, &QPushButton::clicked, this, &QDialog::reject);
 }
 
-void frmMinima::SetRunning(bool on) {
+void MinimaWindow::SetRunning(bool on) {
   running_ = on;
   for (QWidget* part : {static_cast<QWidget*>(spnStarts_), static_cast<QWidget*>(spnSeed_),
                         static_cast<QWidget*>(cmdCheckMinimum_), static_cast<QWidget*>(gridMinima_),
@@ -123,8 +123,8 @@ void frmMinima::SetRunning(bool on) {
   }
 }
 
-void frmMinima::ShowOutcome(const FitState& fit, const MinimumRequest& request,
-                            const MinimumOutcome& outcome) {
+void MinimaWindow::ShowOutcome(const FitState& fit, const MinimumRequest& request,
+                               const MinimumOutcome& outcome) {
   outcome_ = outcome;
   fit_ = &fit;
   lblMinima_->setText(QString::fromStdString(MinimumSummary(outcome, request)));
@@ -133,7 +133,7 @@ void frmMinima::ShowOutcome(const FitState& fit, const MinimumRequest& request,
   UpdateUse();
 }
 
-void frmMinima::FillRows(const FitState& fit) {
+void MinimaWindow::FillRows(const FitState& fit) {
   QStringList heads = {tr("Sum of squares"), tr("rms"), tr("Starts"), tr("This fit")};
   for (const ModelParameter& parameter : fit.FitModel->parameters) {
     const std::string_view name = Trim(parameter.caption);
@@ -160,7 +160,7 @@ void frmMinima::FillRows(const FitState& fit) {
 }
 
 // Only what is better is worth a new start.
-void frmMinima::UpdateUse() {
+void MinimaWindow::UpdateUse() {
   const QModelIndexList rows = gridMinima_->selectionModel()->selectedRows();
   const bool better =
       !running_ && !rows.isEmpty() && fit_ != nullptr &&
@@ -169,7 +169,7 @@ void frmMinima::UpdateUse() {
   cmdUseAsStart_->setEnabled(better);
 }
 
-void frmMinima::reject() {
+void MinimaWindow::reject() {
   if (running_) {
     emit StopRequested();
     return;

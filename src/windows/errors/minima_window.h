@@ -14,10 +14,10 @@ namespace quorvane {
 
 struct FitState;
 
-class frmMinima : public QDialog {
+class MinimaWindow : public QDialog {
   Q_OBJECT
  public:
-  explicit frmMinima(QWidget* parent = nullptr);
+  explicit MinimaWindow(QWidget* parent = nullptr);
 
   // The check runs: only "Stop" can be pressed.
   void SetRunning(bool on);

@@ -39,13 +39,13 @@ QString RemarkText(const FitQuality& quality) {
 
 }  // namespace
 
-frmFitQuality::frmFitQuality(QWidget* parent) : QWidget(parent) {
+QualityWindow::QualityWindow(QWidget* parent) : QWidget(parent) {
   BuildWidgets();
   ConnectSignals();
   Clear();
 }
 
-void frmFitQuality::BuildWidgets() {
+void QualityWindow::BuildWidgets() {
   setObjectName("frmFitQuality");
   setWindowTitle(tr("Fit Quality"));
   gridQuality_ = Named(new QTableView, "gridQuality");
@@ -75,11 +75,11 @@ void frmFitQuality::BuildWidgets() {
   layout->addWidget(parts);
 }
 
-void frmFitQuality::ConnectSignals() {
-  connect(mnuCopyQuality_, &QAction::triggered, this, &frmFitQuality::CopyRows);
+void QualityWindow::ConnectSignals() {
+  connect(mnuCopyQuality_, &QAction::triggered, this, &QualityWindow::CopyRows);
 }
 
-void frmFitQuality::ShowFit(const QuorvaneModule& module) {
+void QualityWindow::ShowFit(const QuorvaneModule& module) {
   try {
     const FitQuality quality =
         CalcFitQuality(module.Fit, module.FitPage, module.ConstantsSet, module.CriticalCCCValue);
@@ -94,23 +94,23 @@ void frmFitQuality::ShowFit(const QuorvaneModule& module) {
   }
 }
 
-void frmFitQuality::Clear() {
+void QualityWindow::Clear() {
   hasFit_ = false;
   rows_.Clear();
   txtQualityRemarks_->setPlainText(
       tr("There is no finished fit, or the page has been changed since. Run the fit again."));
 }
 
-PrintContent frmFitQuality::Printed() const {
+PrintContent QualityWindow::Printed() const {
   if (!hasFit_) return {};
   return PrintedGrid{windowTitle(), &rows_};
 }
 
-QSize frmFitQuality::sizeHint() const {
+QSize QualityWindow::sizeHint() const {
   return {fontMetrics().averageCharWidth() * 124, fontMetrics().height() * 28};
 }
 
-void frmFitQuality::CopyRows() const {
+void QualityWindow::CopyRows() const {
   QGuiApplication::clipboard()->setText(GridText(*gridQuality_));
 }
 

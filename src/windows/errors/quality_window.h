@@ -14,10 +14,10 @@ namespace quorvane {
 
 struct QuorvaneModule;
 
-class frmFitQuality : public QWidget, public Printable {
+class QualityWindow : public QWidget, public Printable {
   Q_OBJECT
  public:
-  explicit frmFitQuality(QWidget* parent = nullptr);
+  explicit QualityWindow(QWidget* parent = nullptr);
 
   // Shows the finished fit that `module` holds; it is empty where that has no quality.
   void ShowFit(const QuorvaneModule& module);

@@ -53,12 +53,12 @@ void ConnectErrorAnalysis(const FrameParts& parts) {
   DataWindow* data = &parts.windows.data;
   ErrorCommands* errors = &parts.commands.errors;
   FitCommands* fits = &parts.commands.fits;
-  frmCCCs* coefficients = &parts.coefficients;
+  CorrelationWindow* coefficients = &parts.coefficients;
   QObject::connect(data, &DataWindow::CalcCIRequested, errors, &ErrorCommands::OpenConfidence);
   QObject::connect(data, &DataWindow::ShowCCCsRequested, errors, &ErrorCommands::ShowCoefficients);
   QObject::connect(data, &DataWindow::FitOutdated, errors, &ErrorCommands::CloseForFit);
   QObject::connect(fits, &FitCommands::FitFinished, errors, &ErrorCommands::FollowFit);
-  QObject::connect(data, &DataWindow::FitOutdated, &parts.quality, &frmFitQuality::Clear);
+  QObject::connect(data, &DataWindow::FitOutdated, &parts.quality, &QualityWindow::Clear);
   QObject::connect(data, &DataWindow::DatasetsChanged, errors, &ErrorCommands::RefreshQuality);
   QObject::connect(&parts.commands.options, &OptionCommands::ConstantsChanged, errors,
                    &ErrorCommands::RefreshQuality);
@@ -66,8 +66,9 @@ void ConnectErrorAnalysis(const FrameParts& parts) {
   QObject::connect(data, &DataWindow::FitOutdated, &parts.menus, &MainMenus::Update);
   QObject::connect(&parts.commands.experiments, &ExperimentCommands::ExperimentChanged,
                    coefficients->parentWidget(), &QWidget::hide);
-  QObject::connect(coefficients, &frmCCCs::LogRequested, errors, &ErrorCommands::LogCoefficients);
-  QObject::connect(coefficients, &frmCCCs::PrintRequested, &parts.commands.prints,
+  QObject::connect(coefficients, &CorrelationWindow::LogRequested, errors,
+                   &ErrorCommands::LogCoefficients);
+  QObject::connect(coefficients, &CorrelationWindow::PrintRequested, &parts.commands.prints,
                    [coefficients, prints = &parts.commands.prints] {
                      prints->Print(coefficients->Printed(), coefficients->windowTitle());
                    });

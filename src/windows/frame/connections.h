@@ -12,16 +12,16 @@ class OverlayWindow;
 class PreviewWindow;
 class SetRefConcWindow;
 class UnsavedMark;
-class frmCCCs;
-class frmFitQuality;
+class CorrelationWindow;
+class QualityWindow;
 
 // All are owned by the frame.
 struct FrameParts {
   WindowSet windows;
   CommandSet commands;
   MainMenus& menus;
-  frmCCCs& coefficients;
-  frmFitQuality& quality;
+  CorrelationWindow& coefficients;
+  QualityWindow& quality;
   PreviewWindow& preview;
   OverlayWindow& overlay;
   SetRefConcWindow& setRefConc;

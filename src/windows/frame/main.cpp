@@ -58,7 +58,7 @@ int main(int argc, char** argv) {
   LoadSettings(session.Module, settings);
   session.CurrentFolder = LoadLastDirectory(settings, session.ProgramFolder);
   if (!LoadGeometries(session)) return 1;
-  frmSplash splash;
+  SplashWindow splash;
   splash.show();
   QCoreApplication::processEvents();
   MainWindow window(session);

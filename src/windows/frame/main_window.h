@@ -36,8 +36,8 @@ class SimWindow;
 class SetRefConcWindow;
 class UnsavedMark;
 class WindowHost;
-class frmCCCs;
-class frmFitQuality;
+class CorrelationWindow;
+class QualityWindow;
 
 class MainWindow : public QMainWindow {
   Q_OBJECT
@@ -86,8 +86,8 @@ class MainWindow : public QMainWindow {
   std::unique_ptr<WindowHost> host_;
   DataWindow* data_;
   GraphsWindow* graphs_;
-  frmCCCs* coefficients_;
-  frmFitQuality* quality_;
+  CorrelationWindow* coefficients_;
+  QualityWindow* quality_;
   PreviewWindow* preview_;
   OverlayWindow* overlay_;
   SetRefConcWindow* setRefConc_;

@@ -42,7 +42,7 @@ QPixmap Draw() {
 
 }  // namespace
 
-frmSplash::frmSplash() : QSplashScreen(Draw()) {
+SplashWindow::SplashWindow() : QSplashScreen(Draw()) {
   setObjectName("frmSplash");
 }
 

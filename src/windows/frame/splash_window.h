@@ -5,10 +5,10 @@
 
 namespace quorvane {
 
-class frmSplash : public QSplashScreen {
+class SplashWindow : public QSplashScreen {
   Q_OBJECT
  public:
-  frmSplash();
+  SplashWindow();
 };
 
 }  // namespace quorvane

@@ -358,7 +358,7 @@ TEST_F(DataTabs, ShowsCommentsAndPassesTheModelOn) {
   const QSignalSpy setups(data, &LoadedDataTab::SetupFitRequested);
   Load({"a.RA1"});
   Click("cmdShowInfo(0)");
-  const QPointer<frmInfo> info = Find<frmInfo>("frmInfo");
+  const QPointer<InfoWindow> info = Find<InfoWindow>("frmInfo");
   EXPECT_TRUE(info->isModal());
   const QString comments = Find<QPlainTextEdit>("txtInfo")->toPlainText();
   EXPECT_TRUE(comments.startsWith("buffer A :: ") && comments.endsWith(".RA1\n" + kHeader));

@@ -36,7 +36,7 @@ class Confidence : public SessionFixture {
     session.Module.Fit = MakeProblem({.modelIndex = model}, TypicalShared(model));
     FitState& fit = session.Module.Fit;
     if (fit.SharedBase() + 2 <= fit.FitMA) fit.FitIA(fit.SharedBase() + 2) = 0;
-    window = std::make_unique<frmConfInterval>(session);
+    window = std::make_unique<ConfidenceWindow>(session);
     window->show();
     window->activateWindow();
     ASSERT_TRUE(QTest::qWaitForWindowActive(window.get()));
@@ -66,7 +66,7 @@ class Confidence : public SessionFixture {
     return rows;
   }
 
-  std::unique_ptr<frmConfInterval> window;
+  std::unique_ptr<ConfidenceWindow> window;
 };
 
 }  // namespace
@@ -151,17 +151,17 @@ class ErrorAnalysis : public MainWindowTest {
     EXPECT_TRUE(LogText().contains("Fitting Time: ")) << LogText().toStdString();
     QTest::qWait(1);
   }
-  frmConfInterval* OpenConfidence() {
+  ConfidenceWindow* OpenConfidence() {
     auto* tab = Find<QWidget>("frmData");
     tab->findChild<QPushButton*>("cmdCalcCI")->click();
-    return Find<frmConfInterval>("frmConfInterval");
+    return Find<ConfidenceWindow>("frmConfInterval");
   }
 };
 
 TEST_F(ErrorAnalysis, ASearchReportsAndLeavesTheFitAsItWas) {
   FitMany(30);
   const FitState before = session.Module.Fit;
-  const QPointer<frmConfInterval> confidence = OpenConfidence();
+  const QPointer<ConfidenceWindow> confidence = OpenConfidence();
   confidence->findChild<QCheckBox*>("chkParam(1)")->setChecked(false);  // K has no limits here
   EXPECT_TRUE(confidence->isVisible());
   QStringList told;
@@ -199,7 +199,7 @@ TEST_F(ErrorAnalysis, AStopEndsTheSearchAndChangesNothing) {
       [this] { Find<QAction>("cmdStop")->trigger(); }};
   int stopped = 0;
   for (const auto& stop : stops) {
-    const QPointer<frmConfInterval> confidence = OpenConfidence();
+    const QPointer<ConfidenceWindow> confidence = OpenConfidence();
     QTimer timer;
     QObject::connect(&timer, &QTimer::timeout, window.get(), [&] {
       if (session.Calculating && session.Module.Fit.FitKeepGoing) stop();
@@ -232,7 +232,7 @@ TEST_F(ErrorAnalysis, AStoppedFitLeavesTheFitBeforeItToBeAnalysed) {
 TEST_F(ErrorAnalysis, TheWindowGoesWithTheFitThatItWasOpenedFor) {
   for (const char* button : {"cmdFitMe", "cmdSetFit"}) {
     FitExample();
-    const QPointer<frmConfInterval> confidence = OpenConfidence();
+    const QPointer<ConfidenceWindow> confidence = OpenConfidence();
     Click(button);
     QTest::qWait(1);
     EXPECT_EQ(confidence, nullptr) << button;
@@ -253,7 +253,7 @@ TEST_F(ErrorAnalysis, ABetterMinimumIsOfferedAndTakenOver) {
   fit.FitChiSq = fit.Memory.bestChiSq = 2.0 * fit.Memory.bestChiSq;
   session.Module.FitPage.ModelMW = fit.FitA(weight);
   Trigger("mnuCheckMinimum");
-  const QPointer<frmMinima> minima = Find<frmMinima>("frmMinima");
+  const QPointer<MinimaWindow> minima = Find<MinimaWindow>("frmMinima");
   EXPECT_FALSE(Find<QPushButton>("cmdUseAsStart")->isEnabled());
   Find<QSpinBox>("spnStarts")->setValue(3);
   Click("cmdCheckMinimum");
@@ -280,7 +280,7 @@ TEST_F(ErrorAnalysis, ACheckThatIsStoppedOrFindsNothingOffersNothing) {
   FitMany();
   const FitState before = session.Module.Fit;
   Trigger("mnuCheckMinimum");
-  const QPointer<frmMinima> minima = Find<frmMinima>("frmMinima");
+  const QPointer<MinimaWindow> minima = Find<MinimaWindow>("frmMinima");
   Find<QSpinBox>("spnStarts")->setValue(1000);
   QTimer timer;
   QObject::connect(&timer, &QTimer::timeout, window.get(), [&] {
@@ -316,7 +316,7 @@ TEST_F(ErrorAnalysis, ASearchOffersTheBetterMinimumThatItMet) {
   }
 }
 
-TEST(frmCCCs, ColoursHeldAndCriticalCoefficientsOnly) {
+TEST(CorrelationWindow, ColoursHeldAndCriticalCoefficientsOnly) {
   FitState fit = MakeProblem({.modelIndex = 2, .sets = 1}, TypicalShared(2));
   ASSERT_EQ(fit.FitMA, 5);
   fit.FitCovar = Matrix1<double>(5, 5);
@@ -328,7 +328,7 @@ TEST(frmCCCs, ColoursHeldAndCriticalCoefficientsOnly) {
   set(1, 5, 1.01);
   fit.FitIA(4) = 0;
   fit.FitCovar(4, 4) = 0.0;
-  frmCCCs window;
+  CorrelationWindow window;
   window.ShowFit(fit, 0.95);
   auto* grid = window.findChild<QTableView*>("gridCCC");
   const QColor grey = QGuiApplication::palette().color(QPalette::Disabled, QPalette::WindowText);
@@ -366,7 +366,7 @@ TEST(frmCCCs, ColoursHeldAndCriticalCoefficientsOnly) {
 TEST_F(ErrorAnalysis, CoefficientsAreShownLoggedAndHidden) {
   FitExample();
   Click("cmdShowCCCs");
-  auto* coefficients = Find<frmCCCs>("frmCCCs");
+  auto* coefficients = Find<CorrelationWindow>("frmCCCs");
   EXPECT_TRUE(coefficients->isVisible());
   Click("cmdCopyMe");
   EXPECT_TRUE(LogText().endsWith(" \n"));
@@ -382,20 +382,20 @@ TEST_F(ErrorAnalysis, QualityFollowsTheFitAndGoesWithIt) {
   const auto* grid = Find<QTableView>("gridQuality");
   const auto remarks = [this] { return Find<QPlainTextEdit>("txtQualityRemarks")->toPlainText(); };
   Trigger("mnuFitQuality");
-  EXPECT_TRUE(Find<frmFitQuality>("frmFitQuality")->isVisible());
+  EXPECT_TRUE(Find<QualityWindow>("frmFitQuality")->isVisible());
   EXPECT_TRUE(remarks().startsWith("There is no finished fit"));
   EXPECT_TRUE(
-      std::holds_alternative<std::monostate>(Find<frmFitQuality>("frmFitQuality")->Printed()));
+      std::holds_alternative<std::monostate>(Find<QualityWindow>("frmFitQuality")->Printed()));
   FitExample();
   EXPECT_EQ(grid->model()->rowCount(), session.Module.Fit.NumFitSets);
   EXPECT_EQ(grid->model()->index(0, 1).data().toInt(), session.Module.Fit.SetPointCount(1));
-  EXPECT_TRUE(std::holds_alternative<PrintedGrid>(Find<frmFitQuality>("frmFitQuality")->Printed()));
+  EXPECT_TRUE(std::holds_alternative<PrintedGrid>(Find<QualityWindow>("frmFitQuality")->Printed()));
   EXPECT_TRUE(remarks().contains("vbar and density"));
   dialogs.texts = {"1.0"};  // the very default, but set
   Trigger("mnuSetRho");
   EXPECT_TRUE(remarks().contains("Still at the default: vbar."));
   Find<QLineEdit>("txtLoadData(0)")->setText("renamed.dat");
-  Find<frmFitQuality>("frmFitQuality")->setFocus();
+  Find<QualityWindow>("frmFitQuality")->setFocus();
   EXPECT_TRUE(Find<DataWindow>("frmData")->CommitPending());
   EXPECT_EQ(grid->model()->index(0, 0).data(), "renamed.dat");
   Click("cmdSetFit");
@@ -403,7 +403,7 @@ TEST_F(ErrorAnalysis, QualityFollowsTheFitAndGoesWithIt) {
   EXPECT_TRUE(remarks().startsWith("There is no finished fit"));
 }
 
-TEST(frmFitQuality, PointsOutWhatIsNoNoise) {
+TEST(QualityWindow, PointsOutWhatIsNoNoise) {
   QuorvaneModule module;
   FitState& fit = module.Fit = MakeProblem({.modelIndex = 0, .points = 12}, TypicalShared(0));
   fit.FitYCalc = Array1<double>(fit.FitNumPoints, 0.0);
@@ -416,7 +416,7 @@ TEST(frmFitQuality, PointsOutWhatIsNoNoise) {
     for (int k = 0; k < 12; ++k)
       fit.FitY(fit.SetFirstPoint(d) + k) = signs[d - 1][k] == '+' ? 1 : -1;
   }
-  frmFitQuality window;
+  QualityWindow window;
   window.ShowFit(module);
   auto* grid = window.findChild<QTableView*>("gridQuality");
   for (int row = 0; row < 2; ++row) {
