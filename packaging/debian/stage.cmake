@@ -6,7 +6,7 @@ file(COPY ${CMAKE_CURRENT_LIST_DIR}/copyright DESTINATION ${doc})
 file(COPY ${CMAKE_CURRENT_LIST_DIR}/changelog DESTINATION ${doc})
 
 # The programs read their guide and examples in share/quorvane; people look for them in share/doc.
-foreach(name README.md docs examples)
+foreach(name README.md CHANGELOG.md docs examples)
   file(CREATE_LINK ../../quorvane/${name} ${doc}/${name} SYMBOLIC)
 endforeach()
 file(REMOVE ${share}/quorvane/LICENSE)
