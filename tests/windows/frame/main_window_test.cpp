@@ -238,6 +238,9 @@ TEST(ScreenRefusal, KnowsTheSmallestScreens) {
     EXPECT_EQ(ScreenRefusal(test.screen).has_value(), test.refused)
         << test.screen.width << " " << test.screen.pixelsPerInchX;
   }
+  // Kept on purpose: words that run together.
+  EXPECT_NE(ScreenRefusal({800, 599, 96, 96})->find("resolutionof 800x600"), std::string::npos);
+  EXPECT_NE(ScreenRefusal({1023, 768, 120, 120})->find("theminimum"), std::string::npos);
 }
 
 TEST_F(MainWindowTest, ClosingDuringAFitStopsItFirst) {
