@@ -80,16 +80,26 @@ void TakeSession(Experiment&& experiment, QuorvaneModule& module) {
   module.GraphStreams = std::move(experiment.GraphStreams);
 }
 
-// What the user should know of the file that was read.
-void SayWhatWasRead(const ReadExperiment& read, const fs::path& path, Host& host) {
-  if (read.experiment.layout == kOldLayout) {
+void TakeLog(const std::string& log, QuorvaneModule& module, SessionHost& host) {
+  host.LoadLog(log);
+  module.ExperimentOpen = true;
+}
+
+// What the user should know of a file that was read.
+struct FileRemarks {
+  std::int32_t layout;
+  std::vector<std::string> warnings;
+};
+
+void SayWhatWasRead(const FileRemarks& remarks, const fs::path& path, Host& host) {
+  if (remarks.layout == kOldLayout) {
     host.ShowMessage("Old Version EXP File",
                      PathText(path) +
                          " was saved by a previous verion of Quorvane.\r\n"
                          " Please update the format by saving it from this program!",
                      MessageIcon::kExclamation);
   }
-  for (const std::string& warning : read.warnings) {
+  for (const std::string& warning : remarks.warnings) {
     host.ShowMessage("Bad EXP File", warning, MessageIcon::kExclamation);
   }
 }
@@ -161,17 +171,20 @@ void LoadReadExperiment(QuorvaneModule& module, ReadExperiment&& read, const fs:
   host.PrintIt("\r\nThe current directory is " + PathText(FolderOf(path)) + "\r\n");
 }
 
+// The boxes come when the datasets are there and before the log is.
 void TakeUpExperiment(QuorvaneModule& module, ReadExperiment&& read, const fs::path& path,
                       SessionHost& host) {
-  SayWhatWasRead(read, path, host);
-  ResumeExperiment(module, std::move(read), host);
+  const FileRemarks remarks = {read.experiment.layout, std::move(read.warnings)};
+  const std::string log = std::move(read.experiment.log);
+  TakeSession(std::move(read.experiment), module);
+  SayWhatWasRead(remarks, path, host);
+  TakeLog(log, module, host);
 }
 
 void ResumeExperiment(QuorvaneModule& module, ReadExperiment&& read, SessionHost& host) {
   const std::string log = std::move(read.experiment.log);
   TakeSession(std::move(read.experiment), module);
-  host.LoadLog(log);
-  module.ExperimentOpen = true;
+  TakeLog(log, module, host);
 }
 
 fs::path ArchiveLockFile(const fs::path& path) {
