@@ -90,7 +90,7 @@ void ConfidenceSearch(benchmark::State& state) {
   FitData(fit, host, iterations);
   const ConfidenceRequest request{95.46, RatioMethod::kParameters, std::vector<bool>(5, true)};
   std::size_t found = 0;
-  for (auto _ : state) found = CalcConfidence(fit, request, host).intervals.size();
+  for (auto _ : state) found = CalcConfidence(fit, request, StopFlag(), host).intervals.size();
   state.counters["intervals"] = static_cast<double>(found);
 }
 

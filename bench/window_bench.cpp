@@ -40,7 +40,7 @@ class NoDialogs : public QtDialogs {
 struct Program {
   Program() : settings(Fresh()), session(settings, dialogs, kExample), window(session) {
     session.CurrentFolder = kExample;
-    session.Module.ShowHints = false;
+    session.Module.Preferences.ShowHints = false;
     window.resize(1366, 728);
     window.show();
     QCoreApplication::processEvents();
@@ -110,7 +110,7 @@ void FitAndReport(benchmark::State& state) {
   Program program;
   program.LoadMany();
   QuorvaneModule& module = program.session.Module;
-  module.LogGraphs = module.SaveGraphs = state.range(0) != 0;
+  module.Preferences.LogGraphs = module.Preferences.SaveGraphs = state.range(0) != 0;
   program.SetUpFit();
   for (auto _ : state) program.Click("cmdFitMe");
   state.counters["pictures"] = static_cast<double>(module.NumGraphs());
@@ -127,7 +127,7 @@ void PreviewFit(benchmark::State& state) {
 void OpenLog(benchmark::State& state) {
   Program program;
   program.LoadMany();
-  program.session.Module.LogGraphs = true;
+  program.session.Module.Preferences.LogGraphs = true;
   program.SetUpFit();
   auto* log = program.window.findChild<LogWindow*>("frmDocument");
   for (int fits = 0; fits < 4; ++fits) program.Click("cmdFitMe");
@@ -153,7 +153,7 @@ void KeepUnsavedWork(benchmark::State& state) {
   program.LoadMany();
   QuorvaneModule& module = program.session.Module;
   program.SetUpFit();
-  module.LogGraphs = module.SaveGraphs = true;
+  module.Preferences.LogGraphs = module.Preferences.SaveGraphs = true;
   for (int pictures = 0; pictures < state.range(0); pictures += 100) program.Click("cmdFitMe");
   const auto folder = std::filesystem::temp_directory_path() / "quorvane-bench-unsaved";
   std::filesystem::remove_all(folder);  // of a run that was broken off

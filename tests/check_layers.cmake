@@ -23,7 +23,7 @@ set(floors_windows "frame" "commands" "data" "page|errors|sim|match" "graphs|pri
   "controls")
 set(floors_core "report" "page" "settings")
 # Headers of the folder itself that its rooms may include all the same.
-set(shared_core program_state)
+set(shared_core finished_fit program_state)
 set(shared_windows "")
 
 function(floor_of folder room result)

@@ -136,17 +136,14 @@ int Cores() {
 // cores; processor time, so that the table does not depend on what else the machine does.
 class PatientHost : public QuietHost {
  public:
-  explicit PatientHost(FitState& fit) : fit_(fit) {}
   void RunPendingEvents() override {
     constexpr double kPatience = 2.0;
     const auto used = static_cast<double>(std::clock() - start_) / CLOCKS_PER_SEC;
-    if (used > kPatience * Cores()) fit_.FitKeepGoing = false;
-    gaveUp_ = gaveUp_ || !fit_.FitKeepGoing;
+    if (used > kPatience * Cores()) stop.Raise();
   }
-  bool GaveUp() const { return gaveUp_; }
+  StopFlag stop;
 
  private:
-  FitState& fit_;
   std::clock_t start_ = std::clock();
   bool gaveUp_ = false;
 };
@@ -154,13 +151,13 @@ class PatientHost : public QuietHost {
 void SearchLevel(FitState& fit, std::size_t level, const Array1<double>& truth,
                  Experiment& experiment) {
   std::vector<Recovered>& parameters = experiment.parameters;
-  PatientHost host(fit);
+  PatientHost host;
   const int shared = fit.FitMA - fit.SharedBase();
   const ConfidenceRequest request{kLevels[level].percent, kLevels[level].method,
                                   std::vector<bool>(static_cast<std::size_t>(shared), true)};
-  const ConfidenceOutcome found = CalcConfidence(fit, request, host);
+  const ConfidenceOutcome found = CalcConfidence(fit, request, host.stop, host);
   experiment.ratio[level] = found.ratio;
-  experiment.givenUp += host.GaveUp();
+  experiment.givenUp += host.stop.Raised();
   if (found.intervals.size() != parameters.size()) return;  // a fault, or given up
   std::size_t k = 0;
   for (int l = fit.SharedBase() + 1; l <= fit.FitMA; ++l) {

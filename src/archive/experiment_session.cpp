@@ -44,13 +44,13 @@ void TakePage(const Experiment& experiment, QuorvaneModule& module) {
   FitPage& page = module.FitPage = experiment.FitPage;
   module.ConstantsSet = {};
   if (experiment.layout == kOldLayout) {
-    page.Vbar = module.DefaultVbar;
-    page.VbarB = module.DefaultVbarB;
-    page.Density = module.DefaultDensity;
+    page.Vbar = module.Preferences.DefaultVbar;
+    page.VbarB = module.Preferences.DefaultVbarB;
+    page.Density = module.Preferences.DefaultDensity;
   } else {
-    Reconcile(page.Vbar, module.DefaultVbar);
-    Reconcile(page.VbarB, module.DefaultVbarB);
-    Reconcile(page.Density, module.DefaultDensity);
+    Reconcile(page.Vbar, module.Preferences.DefaultVbar);
+    Reconcile(page.VbarB, module.Preferences.DefaultVbarB);
+    Reconcile(page.Density, module.Preferences.DefaultDensity);
   }
   const double last = static_cast<double>(Models().size() - 1);
   if (!(page.ModelIndex >= 0.0 && page.ModelIndex <= last)) page.ModelIndex = 0.0;
@@ -74,9 +74,7 @@ void TakeDatasets(std::vector<Dataset> datasets, DatasetStore& store) {
 void TakeSession(Experiment&& experiment, QuorvaneModule& module) {
   TakePage(experiment, module);
   TakeDatasets(std::move(experiment.Datasets), module.Store);
-  module.Fit = {};
-  module.LastFit = {};
-  module.CIRatios = {};
+  module.LastFit.reset();
   module.GraphStreams = std::move(experiment.GraphStreams);
 }
 

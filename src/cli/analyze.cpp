@@ -79,10 +79,10 @@ ExitStatus WritePictures(const Job& job, const QuorvaneModule& module) {
   const fs::path& folder = *job.output.graphsFolder;
   MakeFolder(folder);
   const OffscreenDrawing drawing;
-  for (int set = 0; set < module.Fit.NumFitSets; ++set) {
-    const Chart chart = PlotDataFit(module.Fit, module.Store.Datasets, set, module.Plots);
-    const std::string name =
-        PictureName(module.Fit, module.Store.Datasets, set, job.output.graphsFormat);
+  const FitState& fit = module.LastFit->state;
+  for (int set = 0; set < fit.NumFitSets; ++set) {
+    const Chart chart = PlotDataFit(fit, module.Store.Datasets, set, module.Preferences.Plots);
+    const std::string name = PictureName(fit, module.Store.Datasets, set, job.output.graphsFormat);
     WriteWholeFile(folder / PathFromText(name), RenderChart(chart, job.output.graphsFormat));
   }
   return ExitStatus::kDone;
@@ -109,7 +109,7 @@ ExitStatus WriteData(const Job& job, const QuorvaneModule& module, Host& host) {
 
 ExitStatus WriteTable(const Job& job, const QuorvaneModule& module) {
   if (job.output.table) {
-    WriteWholeFile(*job.output.table, FitTable(module.Fit, module.Store.Datasets));
+    WriteWholeFile(*job.output.table, FitTable(module.LastFit->state, module.Store.Datasets));
   }
   return ExitStatus::kDone;
 }
@@ -145,8 +145,9 @@ ExitStatus WriteFit(const Job& job, const QuorvaneModule& module, bool fitted, H
 // The fit again from many starts; a better minimum is told, and left to the user.
 ExitStatus CheckMinima(const MinimumRequest& request, QuorvaneModule& module, Json& json,
                        TerminalHost& host) {
-  const MinimumOutcome outcome = CheckMinimum(module.Fit, request, host);
-  json["minima"] = MinimaJson(module.Fit, request, outcome);
+  const FitState& fit = module.LastFit->state;
+  const MinimumOutcome outcome = CheckMinimum(fit, request, module.Stop, host);
+  json["minima"] = MinimaJson(fit, request, outcome);
   if (outcome.better || outcome.stopped || outcome.minima.empty()) {
     host.ReportFailure(MinimumSummary(outcome, request));
   }
@@ -161,20 +162,22 @@ ExitStatus AnalyseErrors(const Job& job, const FitOutcome& fit, QuorvaneModule& 
   if (!job.fit || fit.ending != FitEnding::kFinished) return ExitStatus::kDone;
   ExitStatus status = ExitStatus::kDone;
   if (job.fit->minima) status = CheckMinima(*job.fit->minima, module, json, host);
-  json["quality"] = QualityJson(module);
+  const FitState& state = *fit.state;
+  const double critical = module.Preferences.CriticalCCCValue;
+  json["quality"] = QualityJson(*module.LastFit, critical);
   if (job.confidence) {
     const ConfidenceRequest request = ConfidenceOf(job, module.Setup);
     const ConfidenceOutcome found = SearchIntervals(module, request, host);
-    json["confidence"] = ConfidenceJson(module.Fit, request, found);
+    json["confidence"] = ConfidenceJson(state, request, found);
     if (found.stopped || !found.error.empty()) status = ExitStatus::kNotDone;
-    if (found.better) host.ReportFailure(BetterFitText(module.Fit, *found.better));
+    if (found.better) host.ReportFailure(BetterFitText(state, *found.better));
     const std::string missing = MissingLimitsText(found);
     if (!missing.empty()) host.ReportFailure(missing);
     if (!found.error.empty()) host.ReportFailure("The confidence search failed: " + found.error);
   }
   if (job.crossCorrelation) {
-    LogCrossCorrelation(module.Fit, host);
-    json["cross_correlation"] = CrossCorrelationJson(module);
+    LogCrossCorrelation(state, host);
+    json["cross_correlation"] = CrossCorrelationJson(state, critical);
   }
   return status;
 }
@@ -201,7 +204,7 @@ Json ResultsJson(const Job& job, const QuorvaneModule& module, const FitOutcome&
   Json json = DocumentHead();
   json["constants"] = ConstantsJson(module);
   json["datasets"] = DatasetsJson(module.Store.Datasets);
-  if (job.fit) json["fit"] = FitJson(module, outcome);
+  if (job.fit) json["fit"] = FitJson(outcome, module.LastFit.get());
   json.update(analysis);
   json["log"] = host.Log();
   return json;
@@ -213,7 +216,7 @@ ExitStatus RunAnalyze(const AnalyzeArguments& arguments, const CommandStreams& s
   const std::unique_ptr<ParsedJob> parsed = ReadJob(PathFromText(arguments.job));
   const Job& job = parsed->job;
   QuorvaneModule module;
-  TerminalHost host(streams, arguments.quiet, module.Fit.FitKeepGoing);
+  TerminalHost host(streams, arguments.quiet, module.Stop);
   if (job.output.archive || !arguments.log.empty()) host.KeepPictures();
   if (!Begin(job, streams, module, host)) return ExitStatus::kFileFault;
   const ExitStatus loaded = ApplyLoads(job, module, host);

@@ -107,7 +107,7 @@ ExitStatus RunArchive(const ArchiveArguments& arguments, const CommandStreams& s
   ReadExperiment read = Read(arguments.file);
   const Contents contents = ContentsOf(read.experiment);
   QuorvaneModule module;
-  TerminalHost host(streams, true, module.Fit.FitKeepGoing);
+  TerminalHost host(streams, true, module.Stop);
   TakeUpExperiment(module, std::move(read), PathFromText(arguments.file), host);
   PrintExperiment(contents, module.GraphStreams, host.Log(), streams.out);
   if (!arguments.json.empty()) {

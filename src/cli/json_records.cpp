@@ -121,9 +121,9 @@ void AddConcentrations(const FitState& fit, Json& json) {
   }
 }
 
-Json SetQualityJson(const SetQuality& set, const QuorvaneModule& module) {
+Json SetQualityJson(const SetQuality& set, const std::vector<Dataset>& datasets) {
   Json json = {{"dataset", set.dataset},
-               {"name", NameOf(module.Store.Datasets[static_cast<std::size_t>(set.dataset - 1)])},
+               {"name", NameOf(datasets[static_cast<std::size_t>(set.dataset - 1)])},
                {"points", set.points},
                {"rms", set.rms},
                {"share", set.share},
@@ -146,7 +146,7 @@ Json ConstantsJson(const QuorvaneModule& module) {
   return {{"vbar", module.FitPage.Vbar},
           {"vbar_b", module.FitPage.VbarB},
           {"density", module.FitPage.Density},
-          {"mc_tolerance", module.MCTolerance},
+          {"mc_tolerance", module.Preferences.MCTolerance},
           {"temperature", module.Setup.DegC}};
 }
 
@@ -157,11 +157,11 @@ Json DatasetsJson(const std::vector<Dataset>& datasets) {
   return list;
 }
 
-Json FitJson(const QuorvaneModule& module, const FitOutcome& outcome) {
+Json FitJson(const FitOutcome& outcome, const FinishedFit* last) {
   if (outcome.ending == FitEnding::kRefused || outcome.ending == FitEnding::kFailed) {
     return {{"error", outcome.error}, {"where", outcome.where}};
   }
-  const FitState& fit = module.Fit;
+  const FitState& fit = *outcome.state;
   const bool stopped = outcome.ending == FitEnding::kStopped;
   const FitStatistics statistics = CalcFitStatistics(fit);
   Json json = {{"model", fit.FitModel->name},
@@ -176,8 +176,8 @@ Json FitJson(const QuorvaneModule& module, const FitOutcome& outcome) {
                {"variance", statistics.variance},
                {"rms", std::sqrt(statistics.variance)}};
   if (!stopped) {
-    json["f_ratio"] = module.CIRatios.FRatio;
-    json["variance_ratio"] = module.CIRatios.VarianceRatio;
+    json["f_ratio"] = last->ratios.FRatio;
+    json["variance_ratio"] = last->ratios.VarianceRatio;
   }
   json["seconds"] = outcome.seconds;
   json["parameters"] = ParametersJson(fit, stopped ? nullptr : &statistics);
@@ -188,11 +188,10 @@ Json FitJson(const QuorvaneModule& module, const FitOutcome& outcome) {
   return json;
 }
 
-Json QualityJson(const QuorvaneModule& module) {
-  const FitQuality quality =
-      CalcFitQuality(module.Fit, module.FitPage, module.ConstantsSet, module.CriticalCCCValue);
+Json QualityJson(const FinishedFit& last, double critical) {
+  const FitQuality quality = CalcFitQuality(last.state, last.page, last.constantsSet, critical);
   Json sets = Json::array();
-  for (const SetQuality& set : quality.sets) sets.push_back(SetQualityJson(set, module));
+  for (const SetQuality& set : quality.sets) sets.push_back(SetQualityJson(set, last.datasets));
   Json pairs = Json::array();
   for (const StrongCorrelation& pair : quality.correlations) {
     pairs.push_back(
@@ -203,7 +202,7 @@ Json QualityJson(const QuorvaneModule& module) {
     implausible.push_back({{"name", value.name}, {"value", value.value}, {"reason", value.reason}});
   }
   return {{"datasets", sets},
-          {"critical", module.CriticalCCCValue},
+          {"critical", critical},
           {"strong_correlations", pairs},
           {"implausible", implausible},
           {"at_default", quality.atDefault},
@@ -245,14 +244,12 @@ Json MinimaJson(const FitState& fit, const MinimumRequest& request, const Minimu
           {"found", std::move(list)}};
 }
 
-Json CrossCorrelationJson(const QuorvaneModule& module) {
+Json CrossCorrelationJson(const FitState& fit, double critical) {
   Json names = Json::array();
-  for (int k = 1; k <= module.Fit.FitMA; ++k) {
-    names.push_back(std::string(Trim(module.Fit.FitParamNames(k))));
+  for (int k = 1; k <= fit.FitMA; ++k) {
+    names.push_back(std::string(Trim(fit.FitParamNames(k))));
   }
-  return {{"critical", module.CriticalCCCValue},
-          {"names", names},
-          {"matrix", MatrixJson(CrossCorrelation(module.Fit))}};
+  return {{"critical", critical}, {"names", names}, {"matrix", MatrixJson(CrossCorrelation(fit))}};
 }
 
 }  // namespace quorvane

@@ -16,13 +16,13 @@ Json ConstantsJson(const QuorvaneModule& module);
 // All datasets, "number" from 1.
 Json DatasetsJson(const std::vector<Dataset>& datasets);
 
-// The fit that module.Fit holds, or {"error", "where"} for one that was refused or failed.
-// Throws ArithmeticFault.
-Json FitJson(const QuorvaneModule& module, const FitOutcome& outcome);
+// The run that ended so, or {"error", "where"} for one that was refused or failed. `last` is the
+// finished fit of a run that finished. Throws ArithmeticFault.
+Json FitJson(const FitOutcome& outcome, const FinishedFit* last);
 
-// The quality of the fit that module.Fit holds; what cannot be computed is absent.
-// Throws ArithmeticFault.
-Json QualityJson(const QuorvaneModule& module);
+// The quality of a finished fit, correlations counting as strong above `critical`; what cannot be
+// computed is absent. Throws ArithmeticFault.
+Json QualityJson(const FinishedFit& last, double critical);
 
 Json ConfidenceJson(const FitState& fit, const ConfidenceRequest& request,
                     const ConfidenceOutcome& outcome);
@@ -30,7 +30,7 @@ Json ConfidenceJson(const FitState& fit, const ConfidenceRequest& request,
 // The check of the minimum of `fit`.
 Json MinimaJson(const FitState& fit, const MinimumRequest& request, const MinimumOutcome& outcome);
 
-// The coefficients of the fit that module.Fit holds. Throws ArithmeticFault.
-Json CrossCorrelationJson(const QuorvaneModule& module);
+// The coefficients of a finished fit. Throws ArithmeticFault.
+Json CrossCorrelationJson(const FitState& fit, double critical);
 
 }  // namespace quorvane

@@ -63,8 +63,8 @@ Json MatchJson(const MatchSeries& series, FittingRange range, const MatchResult&
 }  // namespace
 
 ExitStatus RunMatch(const MatchArguments& arguments, const CommandStreams& streams) {
-  bool keepGoing = true;
-  TerminalHost host(streams, false, keepGoing);
+  StopFlag stop;
+  TerminalHost host(streams, false, stop);
   MatchSeries series;
   const ExitStatus loaded = StatusOf(Load(arguments, series, host));
   if (loaded != ExitStatus::kDone) return loaded;

@@ -46,7 +46,7 @@ ExitStatus RunScan(const ScanArguments& arguments, const CommandStreams& streams
   const TableReader options("quorvane-cli scan", "", nothing);
   const LoadWords words = WordsOf(arguments);
   QuorvaneModule module;
-  TerminalHost host(streams, true, module.Fit.FitKeepGoing);
+  TerminalHost host(streams, true, module.Stop);
   LoadChannelFile(module, FindChannelFile(streams.programFolder));
   LogHead(host);
   ExitStatus status = ExitStatus::kDone;

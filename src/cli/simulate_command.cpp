@@ -95,8 +95,8 @@ ExitStatus RunSimulate(const SimulateArguments& arguments, const CommandStreams&
   ReadEntries(job, inputs);
   job.RefuseUnknownKeys();
 
-  bool keepGoing = true;  // a simulation runs to its end; a second interrupt ends the program
-  TerminalHost host(streams, true, keepGoing);
+  StopFlag stop;  // a simulation runs to its end; a second interrupt ends the program
+  TerminalHost host(streams, true, stop);
   UniformSource uniform(arguments.seed.value_or(SeedFromClock()));
   const SimOutcome outcome = Simulate(simulator, uniform, host);
   streams.err << host.Log();  // "Singular matrix" and its like; standard output is the scan's

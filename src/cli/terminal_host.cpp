@@ -22,8 +22,8 @@ void CatchInterrupts() {
   std::signal(SIGINT, OnInterrupt);
 }
 
-TerminalHost::TerminalHost(const CommandStreams& streams, bool quiet, bool& keepGoing)
-    : streams_(streams), quiet_(quiet), keepGoing_(keepGoing) {}
+TerminalHost::TerminalHost(const CommandStreams& streams, bool quiet, StopFlag& stop)
+    : streams_(streams), quiet_(quiet), stop_(stop) {}
 
 void TerminalHost::PrintIt(std::string_view text) {
   ClearProgressLine();
@@ -43,7 +43,7 @@ bool TerminalHost::AskYesNo(std::string_view title, std::string_view text) {
 
 void TerminalHost::RunPendingEvents() {
   const bool late = timeLimit_ && sinceLimitSet_.Seconds() > *timeLimit_;
-  if (interrupted != 0 || late) keepGoing_ = false;
+  if (interrupted != 0 || late) stop_.Raise();
 }
 
 void TerminalHost::SetStatus(std::string_view) {}

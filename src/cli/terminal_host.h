@@ -7,6 +7,7 @@
 
 #include "base/clock.h"
 #include "base/host.h"
+#include "base/stop_flag.h"
 #include "cli/command_line.h"
 #include "cli/log_document.h"
 #include "plot/offscreen.h"
@@ -19,8 +20,8 @@ void CatchInterrupts();
 
 class TerminalHost : public SessionHost {
  public:
-  // `keepGoing` is cleared by an interrupt or by the time limit; it and the streams outlive this.
-  TerminalHost(const CommandStreams& streams, bool quiet, bool& keepGoing);
+  // `stop` is raised by an interrupt or by the time limit; it and the streams outlive this.
+  TerminalHost(const CommandStreams& streams, bool quiet, StopFlag& stop);
 
   void PrintIt(std::string_view text) override;
   void ShowMessage(std::string_view title, std::string_view text, MessageIcon icon) override;
@@ -49,7 +50,7 @@ class TerminalHost : public SessionHost {
 
   const CommandStreams& streams_;
   bool quiet_;
-  bool& keepGoing_;
+  StopFlag& stop_;
   LogDocument log_;
   std::optional<OffscreenDrawing> drawing_;  // while pictures are kept
   std::string lastFailure_;

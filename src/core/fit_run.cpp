@@ -40,30 +40,32 @@ void LogStop(Host& host) {
 }
 
 // The variance ratios, which the confidence search uses as well.
-void LogRatios(QuorvaneModule& module, const FitStatistics& statistics, Host& host) {
+CIRatios LogRatios(const QuorvaneModule& module, const FitStatistics& statistics, Host& host) {
+  CIRatios ratios;
   const double level = module.ConfidenceLevels[1];
   const double p = level / 100.0;
   const double f = FSTAT(statistics.fitted, statistics.freedom, p, host);
   CheckArithmetic([&] {
-    module.CIRatios.VarianceRatio =
-        static_cast<double>(statistics.fitted) / statistics.freedom * f + 1.0;
+    ratios.VarianceRatio = static_cast<double>(statistics.fitted) / statistics.freedom * f + 1.0;
   });
-  module.CIRatios.FRatio = FSTAT(statistics.freedom, statistics.freedom, p, host);
+  ratios.FRatio = FSTAT(statistics.freedom, statistics.freedom, p, host);
   host.PrintIt("\r\nVariance Ratio at the " + FormatNumber(level, "##.0#") + "% confidence level:");
-  host.PrintIt("F(NDF,NDF,1-P) = " + FormatParam(module.CIRatios.FRatio) + "\r\n");
+  host.PrintIt("F(NDF,NDF,1-P) = " + FormatParam(ratios.FRatio) + "\r\n");
+  return ratios;
 }
 
-void SendGraphs(QuorvaneModule& module, Host& host) {
-  if (!module.SaveGraphs && !module.LogGraphs) return;
-  for (int set = 0; set < module.Fit.NumFitSets; ++set) {
-    SendGraphToLog(module, PlotDataFit(module.Fit, module.Store.Datasets, set, module.Plots), host);
+void SendGraphs(const FitState& fit, QuorvaneModule& module, Host& host) {
+  if (!module.Preferences.SaveGraphs && !module.Preferences.LogGraphs) return;
+  for (int set = 0; set < fit.NumFitSets; ++set) {
+    SendGraphToLog(module, PlotDataFit(fit, module.Store.Datasets, set, module.Preferences.Plots),
+                   host);
     host.RunPendingEvents();  // a hundred pictures take a second
   }
 }
 
 // What follows a finished minimisation: the values go back, the report into the log.
-void Report(QuorvaneModule& module, int iterations, const Stopwatch& watch, Host& host) {
-  FitState& fit = module.Fit;
+void Report(FinishedFit& run, QuorvaneModule& module, const Stopwatch& watch, Host& host) {
+  FitState& fit = run.state;
   CalcModelValues(fit);
   UpdateParameters(fit, module.FitPage, module.Store.Datasets);
   const FitStatistics statistics = CalcFitStatistics(fit);
@@ -79,9 +81,9 @@ void Report(QuorvaneModule& module, int iterations, const Stopwatch& watch, Host
     CalcLoadConcs(fit, module.Store.Datasets);
     LogLoadingConcs(source, host);
   }
-  LogFitCounts(source, iterations, host);
-  LogRatios(module, statistics, host);
-  SendGraphs(module, host);
+  LogFitCounts(source, run.iterations, host);
+  run.ratios = LogRatios(module, statistics, host);
+  SendGraphs(fit, module, host);
   host.PrintIt(" ");
   host.PrintIt(kRule);
   host.PrintIt(" ");
@@ -97,36 +99,45 @@ void ReportFailure(const FitState& fit, const std::string& description, Host& ho
   host.PrintIt(kRule);
 }
 
-void RememberFit(QuorvaneModule& module, int iterations) {
-  FitRecord& record = module.LastFit;
-  record = {.finished = true,
-            .iterations = iterations,
-            .datasets = module.Store.Datasets,
-            .page = module.FitPage,
-            .constantsSet = module.ConstantsSet,
-            .cells = {},
-            .intervals = {}};
-  for (const std::int16_t channel : module.Setup.SetCellChannel) {
+// Session and page as they are now, with the values of the fit, beside the state.
+void CompleteRecord(FinishedFit& run, const QuorvaneModule& module) {
+  run.page = module.FitPage;
+  run.constantsSet = module.ConstantsSet;
+  run.datasets = module.Store.Datasets;
+  for (const std::int16_t channel : run.setup.SetCellChannel) {
     const auto place = static_cast<std::size_t>(channel);
     const bool known = place < module.CellGeometries.size();
-    record.cells.emplace_back(known ? Trim(module.CellGeometries[place].name) : "");
+    run.cells.emplace_back(known ? Trim(module.CellGeometries[place].name) : "");
   }
 }
 
+// What a viewer may look at when the run is over: the stop flag belongs to the session.
+std::shared_ptr<const FitState> StateOf(const std::shared_ptr<FinishedFit>& run) {
+  run->state.Stop = nullptr;
+  return {run, &run->state};
+}
+
+// The arrays of the run. False, with a message, if no parameter is to be fitted.
+bool Assemble(FitState& fit, const QuorvaneModule& module, Host& host) {
+  SetupDataArrays(fit, module.Setup, module.Store.Datasets, module.CellGeometries,
+                  module.Preferences.MCTolerance, host);
+  fit.CurrentProc = "cmdFit_Me";
+  bool anyFitted = false;
+  SetupParameterArray(fit, module.Setup, module.FitPage, module.Store.Datasets, anyFitted);
+  fit.CurrentProc = "cmdFit_Me";
+  return anyFitted;
+}
+
 // Assembly, minimisation and report; errors go up to the handler.
-FitOutcome FitAndReport(QuorvaneModule& module, Host& host) {
-  FitState& fit = module.Fit;
+FitOutcome FitAndReport(const std::shared_ptr<FinishedFit>& run, QuorvaneModule& module,
+                        Host& host) {
+  FitState& fit = run->state;
   const Stopwatch watch;
   fit.CurrentProc = "cmdFit_Me";
   host.RunPendingEvents();
   host.RunPendingEvents();
   const Stopwatch assembly;
-  SetupDataArrays(fit, module.Setup, module.Store.Datasets, module.CellGeometries,
-                  module.MCTolerance, host);
-  fit.CurrentProc = "cmdFit_Me";
-  bool anyFitted = false;
-  SetupParameterArray(fit, module.Setup, module.FitPage, module.Store.Datasets, anyFitted);
-  fit.CurrentProc = "cmdFit_Me";
+  const bool anyFitted = Assemble(fit, module, host);
   const double assemblySeconds = assembly.Seconds();
   if (!anyFitted) {
     host.ShowMessage("Parameter Choice Error", "No Parameters Chosen for Fitting!",
@@ -134,7 +145,6 @@ FitOutcome FitAndReport(QuorvaneModule& module, Host& host) {
     return Refusal("Parameter Choice Error", "No Parameters Chosen for Fitting!");
   }
   host.SetStatus("Click anywhere in log window to halt fitting.");
-  fit.FitKeepGoing = true;
   LogFitHead(module, host);
   host.RunPendingEvents();
   host.RunPendingEvents();
@@ -144,49 +154,56 @@ FitOutcome FitAndReport(QuorvaneModule& module, Host& host) {
   outcome.seconds = assemblySeconds + minimisation.Seconds();
   if (outcome.iterations == 0) {
     LogStop(host);
-    fit.FitKeepGoing = false;
     host.SetStatus(" ");
     outcome.ending = FitEnding::kStopped;
+    outcome.state = StateOf(run);
     return outcome;
   }
-  fit.FitKeepGoing = false;
   host.SetStatus(" ");
-  Report(module, outcome.iterations, watch, host);
-  RememberFit(module, outcome.iterations);
+  run->iterations = outcome.iterations;
+  Report(*run, module, watch, host);
+  CompleteRecord(*run, module);
   outcome.ending = FitEnding::kFinished;
+  outcome.state = StateOf(run);
+  module.LastFit = run;
   return outcome;
 }
 
 }  // namespace
 
 FitOutcome RunFit(QuorvaneModule& module, Host& host) {
-  module.LastFit = {};
   if (const auto refusal = CheckCellEnds(module, 0, module.Setup.NumFitSets, host)) {
     return Refusal(refusal->title, refusal->text);
   }
+  const auto run = std::make_shared<FinishedFit>();
+  run->setup = module.Setup;
+  run->state.Stop = &module.Stop;
   std::string description;
   try {
-    return FitAndReport(module, host);
+    return FitAndReport(run, module, host);
   } catch (const ArithmeticFault& fault) {
     description = fault.what();
   } catch (const SubscriptFault& fault) {
     description = fault.what();
   }
-  ReportFailure(module.Fit, description, host);
-  return {.ending = FitEnding::kFailed, .error = description, .where = module.Fit.CurrentProc};
+  module.LastFit.reset();
+  ReportFailure(run->state, description, host);
+  return {.ending = FitEnding::kFailed, .error = description, .where = run->state.CurrentProc};
 }
 
 ConfidenceOutcome SearchIntervals(QuorvaneModule& module, const ConfidenceRequest& request,
                                   Host& host) {
-  ConfidenceOutcome outcome = CalcConfidence(module.Fit, request, host);
-  if (module.LastFit.finished && !outcome.intervals.empty()) {
-    module.LastFit.intervals = {request, outcome};
+  ConfidenceOutcome outcome = CalcConfidence(module.LastFit->state, request, module.Stop, host);
+  if (!outcome.intervals.empty()) {
+    FinishedFit known = *module.LastFit;
+    known.intervals = {request, outcome};
+    module.LastFit = std::make_shared<const FinishedFit>(std::move(known));
   }
   return outcome;
 }
 
 void TakeAsStart(QuorvaneModule& module, const Array1<double>& values) {
-  FitState other = module.Fit;
+  FitState other = module.LastFit->state;
   other.FitA = values;
   UpdateParameters(other, module.FitPage, module.Store.Datasets);
 }

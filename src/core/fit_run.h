@@ -18,22 +18,26 @@ enum class FitEnding {
 
 struct FitOutcome {
   FitEnding ending = FitEnding::kRefused;
-  int iterations = 0;    // of a finished fit
-  double seconds = 0.0;  // assembly and minimisation, steady clock
-  std::string error;     // text of the refusal, or description of the error
-  std::string where;     // title of the box, or the routine last entered
+  int iterations = 0;                          // of a finished fit
+  double seconds = 0.0;                        // assembly and minimisation, steady clock
+  std::string error;                           // text of the refusal, or description of the error
+  std::string where;                           // title of the box, or the routine last entered
+  std::shared_ptr<const FitState> state = {};  // where a finished or stopped run ended; else null
 };
 
-// "Fit": fits module.Setup from the values of datasets and page. A failure is shown in a message
-// box and logged, never thrown. LastFit is the record of this fit, or none unless it finished.
+// "Fit": fits module.Setup from the values of datasets and page, until it ends or module.Stop is
+// raised. A failure is shown in a message box and logged, never thrown. Works on a state of its own
+// and hands it over as module.LastFit when it has finished; a stopped or refused one leaves the
+// last fit as it is, a failed one leaves none.
 FitOutcome RunFit(QuorvaneModule& module, Host& host);
 
-// CalcConfidence around module.Fit. LastFit keeps the request and the intervals found.
+// CalcConfidence around module.LastFit, which must be there. LastFit becomes one that knows the
+// request and the intervals found.
 ConfidenceOutcome SearchIntervals(QuorvaneModule& module, const ConfidenceRequest& request,
                                   Host& host);
 
-// Puts other values of the parameters of module.Fit, in the order of FitA, into page and datasets,
-// as a fit that ended there would: the start of the next one. module.Fit stays as it is.
+// Puts other values of the parameters of module.LastFit, in the order of FitA, into page and
+// datasets, as a fit that ended there would: the start of the next one.
 // Throws ArithmeticFault for a reference concentration beyond all bounds; then nothing changed.
 void TakeAsStart(QuorvaneModule& module, const Array1<double>& values);
 

@@ -12,10 +12,10 @@ void SaveGraph(QuorvaneModule& module, const Chart& chart) {
 }
 
 void SendGraphToLog(QuorvaneModule& module, const Chart& chart, Host& host) {
-  if (module.SaveGraphs) SaveGraph(module, chart);
+  if (module.Preferences.SaveGraphs) SaveGraph(module, chart);
   host.GoToEndOfLog();
   host.FocusLog();
-  if (module.LogGraphs) host.SendPictureToLog(chart);
+  if (module.Preferences.LogGraphs) host.SendPictureToLog(chart);
 }
 
 Chart GraphAt(const QuorvaneModule& module, int number) {

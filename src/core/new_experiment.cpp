@@ -21,9 +21,7 @@ void StartNewExperiment(QuorvaneModule& module) {
   const Model* model = module.Setup.FitModel;
   module.Setup = {};
   module.Setup.FitModel = model;
-  module.Fit = {};
-  module.LastFit = {};
-  module.CIRatios = {};
+  module.LastFit.reset();
   module.ExperimentOpen = false;
 }
 

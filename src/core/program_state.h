@@ -5,18 +5,17 @@
 #include <cstddef>
 #include <cstdint>
 #include <filesystem>
-#include <optional>
-#include <string>
+#include <memory>
 #include <vector>
 
 #include "base/k_display.h"
+#include "base/stop_flag.h"
+#include "core/finished_fit.h"
 #include "fit/fit_page.h"
 #include "fit/fit_plots.h"
 #include "fit/fit_setup.h"
-#include "fit/fit_state.h"
 #include "scan/cell_geometry.h"
 #include "scan/dataset_store.h"
-#include "stats/confidence.h"
 
 namespace quorvane {
 
@@ -25,53 +24,8 @@ inline constexpr std::array<std::uint32_t, 16> GraphColors = {
     0x000000, 0x0000FF, 0x00FF00, 0xFF0000, 0x00FFFF,   0xFF00FF, 0xFFFF00, 0x7F7F7F,
     0x9F003F, 0x00005F, 0x005F00, 0xDFDF00, 0xFFFFFFFF, 0xDF00DF, 0x9F3F00, 0x007F00};
 
-// Ratios of the last report, kept for the confidence search.
-struct CIRatios {
-  double FRatio = 0.0;         // F(NDF, NDF, P)
-  double VarianceRatio = 0.0;  // 1 + nFit/NDF F(nFit, NDF, P)
-};
-
-// A search of confidence intervals that has ended, and what it was asked.
-struct IntervalSearch {
-  ConfidenceRequest request;
-  ConfidenceOutcome outcome;
-};
-
-// The last finished fit as it was made, beside the arrays of QuorvaneModule::Fit: edits, unloading
-// and changes of the page that come later do not touch it.
-struct FitRecord {
-  bool finished = false;                    // false: there is none
-  int iterations = 0;                       // of the fit
-  std::vector<Dataset> datasets;            // the whole store, with the fitted values
-  struct FitPage page;                      // with the fitted values
-  struct ConstantsSet constantsSet;         // of that page
-  std::vector<std::string> cells;           // name of the cell geometry, by position in the fit
-  std::optional<IntervalSearch> intervals;  // the last search around this fit that found one
-};
-
-struct QuorvaneModule {
-  DatasetStore Store;
-  struct FitPage FitPage;
-  struct ConstantsSet ConstantsSet;
-  const Model* ChosenModel = &FirstModel();  // in the list; Setup holds that of the page
-  FitSetup Setup;
-  FitState Fit;
-  FitRecord LastFit;
-  struct CIRatios CIRatios;
-  bool ExperimentOpen = false;
-
-  // Levels of the confidence search in percent: 1 and 2 standard deviations, and the user's own,
-  // which repeats the first until it is set.
-  std::array<double, 3> ConfidenceLevels = {68.27, 95.46, 68.27};
-
-  std::filesystem::path ChannelFile;
-  bool HaveChannelFile = false;
-  std::vector<CellGeometry> CellGeometries;
-
-  std::vector<std::vector<std::byte>> GraphStreams;  // serialised Charts, "Graph #1" first
-  int NumGraphs() const { return static_cast<int>(GraphStreams.size()); }
-
-  // Preferences, kept from one session to the next.
+// What the user prefers, kept from one session to the next.
+struct Preferences {
   bool SaveGraphs = true;
   bool LogGraphs = true;
   PlotOptions Plots;
@@ -87,6 +41,30 @@ struct QuorvaneModule {
   double CriticalCCCValue = 0.95;
   double MCTolerance = 0.25;
   bool PreviewAxes = false;  // whether the preview of a file has axes
+};
+
+struct QuorvaneModule {
+  DatasetStore Store;
+  struct FitPage FitPage;
+  struct ConstantsSet ConstantsSet;
+  const Model* ChosenModel = &FirstModel();  // in the list; Setup holds that of the page
+  FitSetup Setup;
+  std::shared_ptr<const FinishedFit> LastFit;  // null: there is none
+  StopFlag Stop;                               // of the calculation that runs
+  bool ExperimentOpen = false;
+
+  // Levels of the confidence search in percent: 1 and 2 standard deviations, and the user's own,
+  // which repeats the first until it is set.
+  std::array<double, 3> ConfidenceLevels = {68.27, 95.46, 68.27};
+
+  std::filesystem::path ChannelFile;
+  bool HaveChannelFile = false;
+  std::vector<CellGeometry> CellGeometries;
+
+  std::vector<std::vector<std::byte>> GraphStreams;  // serialised Charts, "Graph #1" first
+  int NumGraphs() const { return static_cast<int>(GraphStreams.size()); }
+
+  struct Preferences Preferences;
 };
 
 // "1.0.0"

@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "base/array1.h"
+#include "base/stop_flag.h"
 #include "fit/arrow_solve.h"
 #include "fit/point_facts.h"
 
@@ -106,11 +107,14 @@ struct FitState {
   Matrix1<double> FitCovar;  // after the closing step the covariance matrix, parameter order
   double FitChiSq = 0.0;     // sum of squared residuals last evaluated
 
-  std::string CurrentProc;    // the routine last entered; failures name it
-  bool FitKeepGoing = false;  // cleared to stop a running calculation
+  std::string CurrentProc;         // the routine last entered; failures name it
+  const StopFlag* Stop = nullptr;  // read by every loop; null: nothing stops it. Outlives the run.
 
   StepMemory Memory;
   PassWorkspace Workspace;
+
+  // Whether a running calculation goes on: nobody has asked it to stop.
+  bool FitKeepGoing() const { return Stop == nullptr || !Stop->Raised(); }
 
   // The end of the per-dataset block of FitA, N times M.
   int SharedBase() const { return NumFitSets * ParamsPerSet; }

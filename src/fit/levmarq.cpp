@@ -268,7 +268,7 @@ void FitData(FitState& fit, Host& host, int& iterations) {
     passes = CountPass(passes, before, fit.FitChiSq);
     host.ReportProgress({.what = "Fit", .iteration = iterations, .sumOfSquares = fit.FitChiSq});
     host.RunPendingEvents();
-    if (!fit.FitKeepGoing) {
+    if (!fit.FitKeepGoing()) {
       iterations = 0;
       return;
     }

@@ -13,7 +13,7 @@ class Host;
 struct FitState;
 
 // Runs the whole fit on `fit`; `iterations` used, 0 if the user stopped it. Needs the arrays of
-// the assembly and FitKeepGoing set. Ends when two passes, counted until the sum of squares rises
+// the assembly. Ends when two passes, counted until the sum of squares rises
 // again, moved it by less than 0.001 (absolute). There is no limit on the iterations.
 // Afterwards FitA holds the best parameters, FitCovar the covariance matrix (not if stopped), and
 // FitChiSq the sum last evaluated, which may be that of a rejected last step: kept on purpose.

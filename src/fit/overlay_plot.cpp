@@ -61,13 +61,13 @@ OverlayLook OverlayLookOf(std::size_t index) {
   return {kSymbols[index % kSymbols.size()], color};
 }
 
-Chart PlotOverlay(const std::vector<OverlaySet>& sets, const FitState& fit, bool usingPsi) {
+Chart PlotOverlay(const std::vector<OverlaySet>& sets, const FitState* fit, bool usingPsi) {
   constexpr std::size_t kLegendRoom = 24;  // more names would cover the data
   ChartPanel panel{.leftTitle = "Concentration", .series = {}, .marks = {}};
   panel.legend = sets.size() <= kLegendRoom;
   for (const OverlaySet& set : sets) panel.series.push_back(Marks(set, usingPsi));
   for (const OverlaySet& set : sets) {
-    if (set.fitted > 0) panel.series.push_back(Curve(set, fit, usingPsi));
+    if (fit != nullptr && set.fitted > 0) panel.series.push_back(Curve(set, *fit, usingPsi));
   }
   Chart chart;
   chart.title = "Overlay";

@@ -25,9 +25,9 @@ struct OverlaySet {
 };
 
 // The good points of the datasets as marks, each with its own symbol and colour, named in a legend
-// if there is room for it, and the curves of `fit` in the same colours. Against the radius, or with
-// `usingPsi` against (r^2 - r0^2)/2, r0 being the dataset's reference radius. Signals are as
-// loaded, baselines included.
-Chart PlotOverlay(const std::vector<OverlaySet>& sets, const FitState& fit, bool usingPsi);
+// if there is room for it, and the curves of `fit` (null: there is none) in the same colours.
+// Against the radius, or with `usingPsi` against (r^2 - r0^2)/2, r0 being the dataset's reference
+// radius. Signals are as loaded, baselines included.
+Chart PlotOverlay(const std::vector<OverlaySet>& sets, const FitState* fit, bool usingPsi);
 
 }  // namespace quorvane

@@ -24,7 +24,7 @@ FitRest Descend(FitState& fit, Host& host, Matrix1<double>& alpha, double& lambd
     const double best = fit.Memory.bestChiSq;
     MRQMIN1(fit, host, fit.FitA, fit.FitCovar, alpha, fit.FitChiSq, lambda);
     host.ReportProgress({.what = "Fit", .iteration = step, .sumOfSquares = fit.Memory.bestChiSq});
-    if (!fit.FitKeepGoing) return FitRest::kStopped;
+    if (!fit.FitKeepGoing()) return FitRest::kStopped;
     still = std::fabs(fit.FitChiSq - best) <= kSameSum * best ? still + 1 : 0;
     if (still == kStillToEnd || lambda > kMostLambda) return FitRest::kSettled;
     lambda = std::max(lambda, kLeastLambda);

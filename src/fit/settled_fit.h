@@ -9,7 +9,7 @@ struct FitState;
 enum class FitRest {
   kSettled,  // two steps running moved the sum by a relative 1e-8 at most, or none lowers it
   kTooLong,  // the limit on the steps came first
-  kStopped,  // FitKeepGoing was cleared; no covariance
+  kStopped,  // the flag of the state was raised; no covariance
 };
 
 // The steps of FitData from FitA, with an end that does not depend on the size of the signal; at

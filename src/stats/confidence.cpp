@@ -1,7 +1,6 @@
 #include "stats/confidence.h"
 
 #include <algorithm>
-#include <atomic>
 #include <chrono>
 #include <exception>
 #include <future>
@@ -27,20 +26,18 @@ namespace quorvane {
 
 namespace {
 
-// The Host of one search: keeps its lines for the log, hears of a stop through a flag, and
-// remembers a better minimum that the fits come upon.
+// The Host of one search: keeps its lines for the log and remembers a better minimum that the fits
+// come upon.
 class SearchHost : public Host {
  public:
   // A search begins at `start`.
-  SearchHost(FitState& fit, const std::atomic<bool>& stop, double start)
-      : fit_(fit), stop_(stop), trial_(start), lowest_((1.0 - kClearly) * AcceptedSum(fit)) {}
+  SearchHost(const FitState& fit, double start)
+      : fit_(fit), trial_(start), lowest_((1.0 - kClearly) * AcceptedSum(fit)) {}
 
   void PrintIt(std::string_view text) override { lines.emplace_back(text); }
   void ShowMessage(std::string_view, std::string_view, MessageIcon) override {}
   bool AskYesNo(std::string_view, std::string_view) override { return false; }
-  void RunPendingEvents() override {
-    if (stop_.load(std::memory_order_relaxed)) fit_.FitKeepGoing = false;
-  }
+  void RunPendingEvents() override {}
   void SetStatus(std::string_view) override {}
   // Fits between two trial values have nothing to say that a reader could follow.
   void ReportProgress(const Progress& progress) override {
@@ -75,8 +72,7 @@ class SearchHost : public Host {
     better = BetterFit{sum, fit_.FitA};
   }
 
-  FitState& fit_;
-  const std::atomic<bool>& stop_;
+  const FitState& fit_;
   mutable std::mutex mutex_;  // guards what follows
   SearchPhase phase_ = SearchPhase::kBracketing;
   double trial_;
@@ -85,8 +81,9 @@ class SearchHost : public Host {
 
 // The search of one parameter.
 struct Search {
-  Search(const FitState& start, int parameter, std::string caption, const std::atomic<bool>& stop)
-      : j(parameter), fit(start), host(fit, stop, start.FitA(parameter)) {
+  Search(const FitState& start, int parameter, std::string caption, const StopFlag& end)
+      : j(parameter), fit(start), host(fit, start.FitA(parameter)) {
+    fit.Stop = &end;
     interval.name = std::move(caption);
     interval.value = start.FitA(parameter);
   }
@@ -97,15 +94,14 @@ struct Search {
     double chiLower = 0.0;
     double upper = 0.0;
     double lower = 0.0;
-    host.RunPendingEvents();
-    if (!fit.FitKeepGoing) return;
+    if (!fit.FitKeepGoing()) return;
     BracketParameter(fit, host, chiBest, ratio, j, upper, lower, chiUpper, chiLower);
-    if (!fit.FitKeepGoing) return;
+    if (!fit.FitKeepGoing()) return;
     interval.upper = BisectParameter(fit, host, chiBest, ratio, j, interval.value, upper, chiUpper);
     fit.FitChiSq = chiBest;
-    if (!fit.FitKeepGoing) return;
+    if (!fit.FitKeepGoing()) return;
     interval.lower = BisectParameter(fit, host, chiBest, ratio, j, interval.value, lower, chiLower);
-    finished = fit.FitKeepGoing;
+    finished = fit.FitKeepGoing();
   }
 
   int j;
@@ -135,25 +131,31 @@ double SoughtRatio(const FitState& fit, const ConfidenceRequest& request, Host& 
 
 std::vector<std::unique_ptr<Search>> PlanSearches(const FitState& fit,
                                                   const ConfidenceRequest& request,
-                                                  const std::atomic<bool>& stop) {
+                                                  const StopFlag& end) {
   std::vector<std::unique_ptr<Search>> searches;
   const std::span<const ModelParameter> parameters = fit.FitModel->parameters;
   for (std::size_t k = 0; k < std::min(parameters.size(), request.chosen.size()); ++k) {
     const int j = fit.SharedBase() + static_cast<int>(k) + 1;
     if (!request.chosen[k] || fit.FitIA(j) == 0) continue;
     searches.push_back(
-        std::make_unique<Search>(fit, j, std::string(Trim(parameters[k].caption)), stop));
+        std::make_unique<Search>(fit, j, std::string(Trim(parameters[k].caption)), end));
   }
   return searches;
 }
 
+// The two flags of a search: that of the user, and the one that ends its threads, after a fault
+// too.
+struct SearchStops {
+  const StopFlag& user;
+  StopFlag end;
+};
+
 // Waits for one search while the user is served.
-void AwaitSearch(std::future<void>& result, const Search& search, FitState& fit,
-                 std::atomic<bool>& stop, Host& host) {
+void AwaitSearch(std::future<void>& result, const Search& search, SearchStops& stops, Host& host) {
   constexpr auto kTurn = std::chrono::milliseconds(20);
   do {
     host.RunPendingEvents();
-    if (!fit.FitKeepGoing) stop = true;
+    if (stops.user.Raised()) stops.end.Raise();
     host.ReportProgress(search.host.Now(search.interval.name));
   } while (result.wait_for(kTurn) != std::future_status::ready);
 }
@@ -165,9 +167,10 @@ void LogInterval(const Search& search, Host& host) {
 }
 
 // Runs all searches, as many at once as the machine has cores, and logs them in their order.
-void RunSearches(std::vector<std::unique_ptr<Search>>& searches, FitState& fit, double ratio,
-                 std::atomic<bool>& stop, ConfidenceOutcome& outcome, Host& host) {
+void RunSearches(std::vector<std::unique_ptr<Search>>& searches, const FitState& fit,
+                 SearchStops& stops, ConfidenceOutcome& outcome, Host& host) {
   const double chiBest = fit.FitChiSq;
+  const double ratio = outcome.ratio;
   std::counting_semaphore<> cores(
       std::max(1, static_cast<int>(std::thread::hardware_concurrency())));
   std::vector<std::future<void>> results;
@@ -185,13 +188,13 @@ void RunSearches(std::vector<std::unique_ptr<Search>>& searches, FitState& fit, 
   }
   std::exception_ptr fault;
   for (std::size_t k = 0; k < searches.size(); ++k) {
-    AwaitSearch(results[k], *searches[k], fit, stop, host);
+    AwaitSearch(results[k], *searches[k], stops, host);
     const bool over = fault || outcome.stopped;  // the rest only has to end
     try {
       results[k].get();
     } catch (...) {
       if (!over) fault = std::current_exception();
-      stop = true;
+      stops.end.Raise();
     }
     if (over) continue;
     for (const std::string& line : searches[k]->host.lines) host.PrintIt(line);
@@ -200,7 +203,7 @@ void RunSearches(std::vector<std::unique_ptr<Search>>& searches, FitState& fit, 
       LogInterval(*searches[k], host);
       outcome.intervals.push_back(searches[k]->interval);
     }
-    outcome.stopped = !fit.FitKeepGoing;
+    outcome.stopped = stops.user.Raised();
   }
   for (const auto& search : searches) {
     const std::optional<BetterFit>& better = search->host.better;
@@ -269,17 +272,17 @@ std::vector<ConfidenceRow> ConfidenceRows(const FitState& fit) {
   return rows;
 }
 
-ConfidenceOutcome CalcConfidence(FitState& fit, const ConfidenceRequest& request, Host& host) {
+ConfidenceOutcome CalcConfidence(const FitState& fit, const ConfidenceRequest& request,
+                                 const StopFlag& stop, Host& host) {
   ConfidenceOutcome outcome;
   const Stopwatch watch;
-  std::atomic<bool> stop = false;
-  fit.FitKeepGoing = true;
+  SearchStops stops{stop, {}};
   host.RunPendingEvents();
   host.SetStatus("Click anywhere in log window to halt calculation.");
   try {
     outcome.ratio = SoughtRatio(fit, request, host);
-    std::vector<std::unique_ptr<Search>> searches = PlanSearches(fit, request, stop);
-    RunSearches(searches, fit, outcome.ratio, stop, outcome, host);
+    std::vector<std::unique_ptr<Search>> searches = PlanSearches(fit, request, stops.end);
+    RunSearches(searches, fit, stops, outcome, host);
     outcome.seconds = watch.Seconds();
     if (outcome.stopped) {
       LogStop(host);
@@ -291,7 +294,6 @@ ConfidenceOutcome CalcConfidence(FitState& fit, const ConfidenceRequest& request
     outcome.seconds = watch.Seconds();
     LogFault(fault, host);
   }
-  fit.FitKeepGoing = false;
   host.SetStatus(" ");
   return outcome;
 }

@@ -11,6 +11,7 @@
 namespace quorvane {
 
 class Host;
+class StopFlag;
 struct FitState;
 
 enum class RatioMethod {
@@ -72,9 +73,10 @@ std::vector<ConfidenceRow> ConfidenceRows(const FitState& fit);
 
 // Searches the limits of the chosen parameters around the fit that `fit` holds and logs them. Each
 // parameter is searched on its own copy of `fit` on its own thread, and the lines come in the order
-// of the parameters, the same as one after the other would give. A stop (FitKeepGoing cleared by
-// the host's events) ends all of them; intervals logged until then stand. A fault is logged and
-// ends the search. `fit` keeps its parameters, flags, sums and covariance.
-ConfidenceOutcome CalcConfidence(FitState& fit, const ConfidenceRequest& request, Host& host);
+// of the parameters, the same as one after the other would give. `stop`, raised by the host's
+// events, ends all of them; intervals logged until then stand. A fault is logged and ends the
+// search.
+ConfidenceOutcome CalcConfidence(const FitState& fit, const ConfidenceRequest& request,
+                                 const StopFlag& stop, Host& host);
 
 }  // namespace quorvane

@@ -11,7 +11,7 @@ struct FitState;
 // until the sum of squares exceeds ChiBest times Ratio, at most 30 fits each way; each fit starts
 // from where the last one ended. Upper and Lower are where it came to, ChiUpper and ChiLower the
 // sums there. FitChiSq is ChiBest again afterwards. A stop by the user ends it at once; then only
-// FitKeepGoing tells, and the outputs are not to be used.
+// FitKeepGoing() tells, and the outputs are not to be used.
 // Kept on purpose: steps are proportional to the value, so a parameter of 0 never moves; the first
 // factor up is 1.003 and down 1.004.
 // Throws as FitData.

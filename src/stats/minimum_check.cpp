@@ -71,21 +71,15 @@ Array1<double> ScatteredStart(const FitState& fit, Deviates& deviates) {
   return start;
 }
 
-// The Host of one start: hears of a stop and of singular matrices.
+// The Host of one start: hears of singular matrices.
 class StartHost : public QuietHost {
  public:
-  StartHost(FitState& fit, const std::atomic<bool>& stop) : fit_(fit), stop_(stop) {}
   void PrintIt(std::string_view) override { singular_ = true; }
-  void RunPendingEvents() override {
-    if (stop_.load(std::memory_order_relaxed)) fit_.FitKeepGoing = false;
-  }
   // A matrix that was singular on the way is forgotten with the next step.
   void ReportProgress(const Progress&) override { singular_ = false; }
   bool EndedSingular() const { return singular_; }
 
  private:
-  FitState& fit_;
-  const std::atomic<bool>& stop_;
   bool singular_ = false;
 };
 
@@ -112,11 +106,11 @@ Array1<double> NearnessOf(const FitState& fit) {
   return nearness;
 }
 
-void RunStart(const FitState& fit, const std::atomic<bool>& stop, Start& start) {
+void RunStart(const FitState& fit, const StopFlag& stop, Start& start) {
   FitState copy = fit;
   copy.FitA = start.values;
-  copy.FitKeepGoing = true;
-  StartHost host(copy, stop);
+  copy.Stop = &stop;
+  StartHost host;
   try {
     const FitRest rest = SettleFit(copy, host, kMostSteps);
     if (rest == FitRest::kStopped) return;
@@ -135,11 +129,12 @@ void RunStart(const FitState& fit, const std::atomic<bool>& stop, Start& start) 
 
 // What the threads share.
 struct Race {
-  Race(const FitState& finished, std::vector<Start>& all) : fit(finished), starts(all) {}
+  Race(const FitState& finished, const StopFlag& userStop, std::vector<Start>& all)
+      : fit(finished), stop(userStop), starts(all) {}
 
   const FitState& fit;
+  const StopFlag& stop;
   std::vector<Start>& starts;
-  std::atomic<bool> stop = false;
   std::atomic<std::size_t> next = 0;
   std::mutex mutex;  // guards what follows
   int ended = 0;
@@ -147,7 +142,8 @@ struct Race {
 };
 
 void RunStarts(Race& race) {
-  for (std::size_t k = race.next++; k < race.starts.size() && !race.stop; k = race.next++) {
+  for (std::size_t k = race.next++; k < race.starts.size() && !race.stop.Raised();
+       k = race.next++) {
     RunStart(race.fit, race.stop, race.starts[k]);
     const std::lock_guard<std::mutex> lock(race.mutex);
     ++race.ended;
@@ -169,24 +165,21 @@ void ReportRace(Race& race, Host& host) {
 }
 
 // Runs all starts while the user is served. False after a stop.
-bool RunAll(FitState& fit, std::vector<Start>& starts, int threads, Host& host) {
+bool RunAll(Race& race, int threads, Host& host) {
   constexpr auto kTurn = std::chrono::milliseconds(20);
-  const FitState finished = fit;  // the user's stop is written into `fit` meanwhile
-  Race race(finished, starts);
   if (threads <= 0) threads = std::max(1, static_cast<int>(std::thread::hardware_concurrency()));
   std::vector<std::future<void>> runners;
-  for (int k = 0; k < std::min(threads, static_cast<int>(starts.size())); ++k) {
+  for (int k = 0; k < std::min(threads, static_cast<int>(race.starts.size())); ++k) {
     runners.push_back(std::async(std::launch::async, [&race] { RunStarts(race); }));
   }
   for (const std::future<void>& runner : runners) {
     do {
       host.RunPendingEvents();
-      if (!fit.FitKeepGoing) race.stop = true;
       ReportRace(race, host);
     } while (runner.wait_for(kTurn) != std::future_status::ready);
   }
   for (std::future<void>& runner : runners) runner.get();
-  return !race.stop;
+  return !race.stop.Raised();
 }
 
 // Below this all sums are 0 to the fit.
@@ -246,10 +239,10 @@ bool IsLowerSum(const FitState& fit, double sum, double than) {
   return sum < than * (1.0 - kRelative) - Rounding(fit);
 }
 
-MinimumOutcome CheckMinimum(FitState& fit, const MinimumRequest& request, Host& host) {
+MinimumOutcome CheckMinimum(const FitState& fit, const MinimumRequest& request,
+                            const StopFlag& stop, Host& host) {
   MinimumOutcome outcome;
   const Stopwatch watch;
-  fit.FitKeepGoing = true;
   host.RunPendingEvents();
   host.SetStatus("Click anywhere in log window to halt calculation.");
   Deviates deviates(request.seed);
@@ -258,7 +251,8 @@ MinimumOutcome CheckMinimum(FitState& fit, const MinimumRequest& request, Host& 
   for (int k = 0; k < request.starts; ++k) {
     starts.emplace_back().values = ScatteredStart(fit, deviates);
   }
-  outcome.stopped = !RunAll(fit, starts, request.threads, host);
+  Race race(fit, stop, starts);
+  outcome.stopped = !RunAll(race, request.threads, host);
   for (std::size_t k = 1; k < starts.size(); ++k) {
     outcome.ended += starts[k].end == StartEnd::kAtRest;
     outcome.failed += starts[k].end == StartEnd::kFailed;
@@ -269,7 +263,6 @@ MinimumOutcome CheckMinimum(FitState& fit, const MinimumRequest& request, Host& 
     outcome.better = 0;
   }
   outcome.seconds = watch.Seconds();
-  fit.FitKeepGoing = false;
   host.SetStatus(" ");
   return outcome;
 }

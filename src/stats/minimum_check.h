@@ -11,6 +11,7 @@
 namespace quorvane {
 
 class Host;
+class StopFlag;
 struct FitState;
 
 struct MinimumRequest {
@@ -50,10 +51,10 @@ struct MinimumOutcome {
 // Two ends are one minimum if their sums agree to a relative 1e-4 and each fitted parameter to a
 // quarter of its standard error (or a relative 1e-4, if that is more). Better is a sum that is
 // lower by a relative 1e-6. Sums below 1e-12 of the squared signal count as equal. A start is given
-// up after 500 steps. The result does not depend on the number of threads. A stop (FitKeepGoing
-// cleared by the host's events) ends all of it. `fit` keeps its parameters, flags, sums and
-// covariance; nothing is logged. Throws nothing that a start ran into.
-MinimumOutcome CheckMinimum(FitState& fit, const MinimumRequest& request, Host& host);
+// up after 500 steps. The result does not depend on the number of threads. `stop`, raised by the
+// host's events, ends all of it; nothing is logged. Throws nothing that a start ran into.
+MinimumOutcome CheckMinimum(const FitState& fit, const MinimumRequest& request,
+                            const StopFlag& stop, Host& host);
 
 // What came out, in a sentence or two for a window or a terminal.
 std::string MinimumSummary(const MinimumOutcome& outcome, const MinimumRequest& request);

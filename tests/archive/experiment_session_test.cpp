@@ -54,11 +54,11 @@ TEST_F(ExperimentTest, ReconcilesVbarAndModel) {
   } cases[] = {{0.0, 0.73, 0.73, 10.0, 10}, {0.75, 0.75, 0.75, 11.0, 0}, {0.7, 0.7, 0.7, 10.4, 0},
                {0.7, 0.7, 0.7, 2.5, 2},     {0.7, 0.7, 0.7, -0.1, 0},    {0.7, 0.7, 0.7, NAN, 0}};
   for (const auto& test : cases) {
-    module.DefaultVbar = 0.73;
+    module.Preferences.DefaultVbar = 0.73;
     ASSERT_TRUE(Load(SampleMembers(test.vbar, test.index)));
     EXPECT_EQ(module.FitPage.Vbar, test.vbarAfter);
-    EXPECT_EQ(module.DefaultVbar, test.defaultAfter);
-    EXPECT_EQ(module.DefaultDensity, 1.01);
+    EXPECT_EQ(module.Preferences.DefaultVbar, test.defaultAfter);
+    EXPECT_EQ(module.Preferences.DefaultDensity, 1.01);
     EXPECT_EQ(module.Setup.FitModel->index, test.indexAfter) << test.index;
   }
 }
@@ -66,7 +66,7 @@ TEST_F(ExperimentTest, ReconcilesVbarAndModel) {
 TEST_F(ExperimentTest, WarnsOfTheOldLayoutAndSavesTheCurrentOne) {
   StoredMembers members = SampleMembers();
   members[0].second = DataHead(51919, 1) + OldPage() + OldRecord("old.dat");
-  module.DefaultVbar = 0.7;
+  module.Preferences.DefaultVbar = 0.7;
   ASSERT_TRUE(Load(members));
   ASSERT_EQ(host.messages.size(), 1U);
   EXPECT_EQ(host.messages[0].title, "Old Version EXP File");
@@ -75,7 +75,7 @@ TEST_F(ExperimentTest, WarnsOfTheOldLayoutAndSavesTheCurrentOne) {
                                        " Please update the format by saving it from this program!");
   EXPECT_EQ(module.FitPage.Vbar, 0.7);
   ASSERT_TRUE(SaveExperiment(module, folder / "a.exz", host));
-  module.DefaultVbar = 0.73;
+  module.Preferences.DefaultVbar = 0.73;
   ASSERT_TRUE(LoadExperiment(module, folder / "a.exz", host));
   EXPECT_EQ(host.messages.size(), 1U);
   EXPECT_EQ(module.FitPage.ModelLnK3, 14.0);

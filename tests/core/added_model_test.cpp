@@ -62,11 +62,12 @@ TEST(AddedModel, IsFittedReportedAndSearchedByItsEntryAlone) {
   for (int press = 0; press < 5; ++press) {  // the end rule is absolute, the signals are small
     ASSERT_EQ(RunFit(module, host).ending, FitEnding::kFinished);
   }
-  const FitStatistics statistics = CalcFitStatistics(module.Fit);
-  const int weight = module.Fit.SharedBase() + 1;
-  EXPECT_NEAR(module.FitPage.ModelMW, kWeight, 3.0 * StandardError(module.Fit, statistics, weight));
+  const FitState& fit = module.LastFit->state;
+  const FitStatistics statistics = CalcFitStatistics(fit);
+  const int weight = fit.SharedBase() + 1;
+  EXPECT_NEAR(module.FitPage.ModelMW, kWeight, 3.0 * StandardError(fit, statistics, weight));
   EXPECT_NEAR(module.FitPage.ModelAlpha, kFraction,
-              3.0 * StandardError(module.Fit, statistics, weight + 1));
+              3.0 * StandardError(fit, statistics, weight + 1));
   EXPECT_EQ(host.CountLinesWith("Model :: Monomer and trimer apart"), 5);
   EXPECT_EQ(host.CountLinesWith("Sigma at Max. Speed of 24000 RPM"), 5);
   EXPECT_EQ(host.CountLinesWith("Alpha = 0.3"), 5);

@@ -44,7 +44,8 @@ TEST(RunFit, FinishesAndWritesBack) {
   EXPECT_GT(outcome.seconds, 0.0);
   EXPECT_NEAR(module.FitPage.ModelMW, 8000.0, 150.0);
   EXPECT_NEAR(module.Store.Datasets[1].RefConc, 0.3, 0.01);
-  EXPECT_FALSE(module.Fit.FitKeepGoing);
+  ASSERT_NE(module.LastFit, nullptr);
+  EXPECT_EQ(module.LastFit->state.Stop, nullptr);  // the session may go before its fits
   EXPECT_EQ(host.pictures.size(), 2U);
   EXPECT_EQ(module.NumGraphs(), 2);
   const Chart kept = ParseChart(module.GraphStreams[1]);
@@ -93,7 +94,7 @@ TEST(RunFit, AStopKeepsDatasetsAndPage) {
   SetupFit(module.Setup, module.FitPage, module.Store, *FindModel(0), host);
   const std::string before = Kept(module);
   host.onEvents = [&] {
-    if (host.eventRuns == 6) module.Fit.FitKeepGoing = false;
+    if (host.eventRuns == 6) module.Stop.Raise();
   };
   const FitOutcome outcome = RunFit(module, host);
   EXPECT_EQ(outcome.ending, FitEnding::kStopped);
@@ -200,10 +201,10 @@ TEST(CalculatedLoad, OfAFlatDatasetIsTheMeanConcentration) {
   module.Store.Datasets[0].C[59] = module.Store.Datasets[0].C[0];
   ASSERT_EQ(RunFit(module, host).ending, FitEnding::kFinished);
   for (const int kind : {1, 2}) {  // the same curve with targets and without
-    FitState flat = module.Fit;
+    FitState flat = module.LastFit->state;
     const int last = flat.FitNumPoints - 2 + kind;
     flat.FitY(last) = flat.FitYCalc(last) = 0.0;
-    EXPECT_DOUBLE_EQ(CalculatedLoad(flat, 2, kind), CalculatedLoad(module.Fit, 2, kind));
+    EXPECT_DOUBLE_EQ(CalculatedLoad(flat, 2, kind), CalculatedLoad(module.LastFit->state, 2, kind));
   }
 }
 
@@ -213,8 +214,8 @@ TEST(PlotDataFit, FollowsTheTwoOptionsAndLeavesMassPointsOut) {
   SetUpMass(module, host);
   ASSERT_EQ(RunFit(module, host).ending, FitEnding::kFinished);
   const auto& datasets = module.Store.Datasets;
-  const Chart plain = PlotDataFit(module.Fit, datasets, 1, {false, false});
-  const Chart shifted = PlotDataFit(module.Fit, datasets, 1, {true, true});
+  const Chart plain = PlotDataFit(module.LastFit->state, datasets, 1, {false, false});
+  const Chart shifted = PlotDataFit(module.LastFit->state, datasets, 1, {true, true});
   const ChartSeries& data = plain.panels[0].series[0];
   ASSERT_EQ(data.x.size(), 60U);
   EXPECT_EQ(data.x.front(), 6.40);
@@ -225,7 +226,7 @@ TEST(PlotDataFit, FollowsTheTwoOptionsAndLeavesMassPointsOut) {
   EXPECT_LT(shifted.panels[0].series[0].x.front(), 0.0);  // the meniscus lies above R0
   EXPECT_DOUBLE_EQ(data.y[7] - shifted.panels[0].series[0].y[7], datasets[1].Offset);
   EXPECT_EQ(plain.panels[1].series[0].y, shifted.panels[1].series[0].y);
-  const Chart deviations = PlotDeviations(module.Fit, datasets, 1);
+  const Chart deviations = PlotDeviations(module.LastFit->state, datasets, 1);
   EXPECT_EQ(deviations.panels[0].series[0].x.size(), 62U);
   EXPECT_EQ(deviations.title, "(2) fast.dat : Deviation Plot");
 }

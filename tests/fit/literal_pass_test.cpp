@@ -273,7 +273,11 @@ Ending RunLiteral(const FitState& problem) {
 Ending RunReal(const FitState& problem) {
   Ending ending{.fault = {}, .currentProc = {}, .lines = {}, .fit = problem};
   RecordingHost host;
-  host.onEvents = [&] { ending.fit.FitKeepGoing = host.lastIteration < kLastIteration; };
+  StopFlag stop;
+  ending.fit.Stop = &stop;
+  host.onEvents = [&] {
+    if (host.lastIteration >= kLastIteration) stop.Raise();
+  };
   ending.fault = FaultOf([&] { FitData(ending.fit, host, ending.iterations); });
   ending.currentProc = ending.fit.CurrentProc;
   ending.lines = host.lines;

@@ -72,7 +72,7 @@ void FitShortly(QuorvaneModule& module, int model) {
   host.answers.assign(1, false);
   int events = 0;
   host.onEvents = [&] {
-    if (++events > 40) module.Fit.FitKeepGoing = false;
+    if (++events > 40) module.Stop.Raise();
   };
   if (SetupFit(module.Setup, module.FitPage, module.Store, *FindModel(model), host))
     RunFit(module, host);

@@ -63,8 +63,9 @@ class Program {
         journal_(open((folder / "journal").c_str(), O_WRONLY | O_CREAT | O_APPEND, 0644)) {
     session_.LockArchives = true;
     session_.CurrentFolder = folder;
-    session_.Module.ShowHints = false;
-    session_.Module.LogGraphs = session_.Module.SaveGraphs = false;  // those of the example do
+    session_.Module.Preferences.ShowHints = false;
+    session_.Module.Preferences.LogGraphs = session_.Module.Preferences.SaveGraphs =
+        false;  // those of the example do
     window_ = std::make_unique<MainWindow>(session_);
     window_->show();
     QCoreApplication::processEvents();

@@ -104,7 +104,11 @@ TEST(Simulate, MakesScansWhoseFitFindsTheEntries) {
     for (int d = 1; d <= kSets; ++d) AddScan(fit, plan, d);
     for (const int k : plan.held) fit.FitIA(fit.SharedBase() + k) = 0;
     RecordingHost host;
-    host.onEvents = [&] { fit.FitKeepGoing = host.lastIteration < 1000; };
+    StopFlag stop;
+    fit.Stop = &stop;
+    host.onEvents = [&] {
+      if (host.lastIteration >= 1000) stop.Raise();
+    };
     int iterations = 0;
     FitData(fit, host, iterations);
     EXPECT_GT(iterations, 0) << "model " << plan.model;

@@ -92,7 +92,8 @@ TEST(CalcConfidence, EndsOnTheStepsOfItsSearch) {
   for (const auto& test : cases) {
     FitState fit = ParabolaFit(test.noise);
     RecordingHost host;
-    const ConfidenceOutcome found = CalcConfidence(fit, {95.46, test.method, {true}}, host);
+    const ConfidenceOutcome found =
+        CalcConfidence(fit, {95.46, test.method, {true}}, kNoStop, host);
     EXPECT_NEAR(found.ratio, test.ratio, kRounding);
     ASSERT_EQ(found.intervals.size(), 1U);
     EXPECT_NEAR(found.intervals[0].lower, test.lower, kRounding);
@@ -110,7 +111,7 @@ TEST(CalcConfidence, ThreadsDoNotDisturbEachOtherOrTheFit) {
   const FitState before = fit;
   RecordingHost host;
   const ConfidenceOutcome all =
-      CalcConfidence(fit, {95.46, RatioMethod::kParameters, {true, true, true}}, host);
+      CalcConfidence(fit, {95.46, RatioMethod::kParameters, {true, true, true}}, kNoStop, host);
   ASSERT_EQ(all.intervals.size(), 2U);  // the stoichiometry is held
   EXPECT_EQ(all.intervals[0].name, "Buoyant MW");
   EXPECT_EQ(all.intervals[1].name, "LnK1");
@@ -118,7 +119,7 @@ TEST(CalcConfidence, ThreadsDoNotDisturbEachOtherOrTheFit) {
     std::vector<bool> one(3, false);
     one[2 * k] = true;
     const ConfidenceOutcome alone =
-        CalcConfidence(fit, {95.46, RatioMethod::kParameters, one}, host);
+        CalcConfidence(fit, {95.46, RatioMethod::kParameters, one}, kNoStop, host);
     ASSERT_EQ(alone.intervals.size(), 1U);
     EXPECT_EQ(alone.intervals[0].lower, all.intervals[k].lower);
     EXPECT_EQ(alone.intervals[0].upper, all.intervals[k].upper);
@@ -127,18 +128,18 @@ TEST(CalcConfidence, ThreadsDoNotDisturbEachOtherOrTheFit) {
   EXPECT_EQ(fit.FitIA, before.FitIA);
   EXPECT_EQ(fit.FitChiSq, before.FitChiSq);
   EXPECT_EQ(fit.FitCovar, before.FitCovar);
-  EXPECT_FALSE(fit.FitKeepGoing);
   EXPECT_EQ(host.CountLinesWith("CalcCI Time: "), 3);
 }
 
 TEST(CalcConfidence, AStopLeavesNoHalfResult) {
   FitState fit = FinishedFit(2);
   RecordingHost host;
+  StopFlag stop;
   host.onEvents = [&] {
-    if (host.eventRuns > 1) fit.FitKeepGoing = false;
+    if (host.eventRuns > 1) stop.Raise();
   };
   const ConfidenceOutcome outcome =
-      CalcConfidence(fit, {95.46, RatioMethod::kParameters, {true, false, true}}, host);
+      CalcConfidence(fit, {95.46, RatioMethod::kParameters, {true, false, true}}, stop, host);
   EXPECT_TRUE(outcome.stopped);
   // The first search may have ended before the stop was heard; the second is not waited for.
   EXPECT_LE(outcome.intervals.size(), 1U);
@@ -157,7 +158,7 @@ TEST(CalcConfidence, AFaultIsLoggedAndEndsIt) {
   fit.FitIA(fit.FitMA) = 1;  // one fitted parameter: the F quantile divides by zero
   RecordingHost host;
   const ConfidenceOutcome outcome =
-      CalcConfidence(fit, {95.46, RatioMethod::kParameters, {true}}, host);
+      CalcConfidence(fit, {95.46, RatioMethod::kParameters, {true}}, kNoStop, host);
   EXPECT_EQ(outcome.error, "Division by zero");
   const std::string rule(42, '=');
   EXPECT_EQ(host.lines.back(), rule +
@@ -170,7 +171,8 @@ TEST(CalcConfidence, AFaultIsLoggedAndEndsIt) {
   fit.SetEpsA(2) = 0.0;
   fit.FitChiSq = 1e300;
   host.lines.clear();
-  EXPECT_EQ(CalcConfidence(fit, {95.46, RatioMethod::kParameters, {true}}, host).error, "Overflow");
+  EXPECT_EQ(CalcConfidence(fit, {95.46, RatioMethod::kParameters, {true}}, kNoStop, host).error,
+            "Overflow");
   EXPECT_GT(host.CountLinesWith("Singular matrix"), 0);
 }
 

@@ -59,7 +59,7 @@ TEST(CheckMinimum, FindsTheBetterMinimumFromTheWorse) {
   FitState fit = WorseFit();
   const FitState before = fit;
   RecordingHost host;
-  const MinimumOutcome found = CheckMinimum(fit, {.starts = 40}, host);
+  const MinimumOutcome found = CheckMinimum(fit, {.starts = 40}, kNoStop, host);
   ASSERT_GE(found.minima.size(), 2U);
   ASSERT_TRUE(found.better);
   const FoundMinimum& best = found.minima[*found.better];
@@ -92,7 +92,7 @@ TEST(CheckMinimum, FindsTheBetterMinimumFromTheWorse) {
 TEST(CheckMinimum, OffersNothingBetterThanTheBest) {
   FitState best = WaveFit(10.2);
   RecordingHost host;
-  const MinimumOutcome found = CheckMinimum(best, {.starts = 40}, host);
+  const MinimumOutcome found = CheckMinimum(best, {.starts = 40}, kNoStop, host);
   EXPECT_FALSE(found.better);
   EXPECT_TRUE(found.minima[0].current);
   EXPECT_TRUE(MinimumSummary(found, {}).starts_with("No better minimum was found."));
@@ -107,7 +107,7 @@ TEST(CheckMinimum, TakesEndsOfOneMinimumForOne) {
     fit.FitIA(fit.SharedBase() + 2) = 0;
     RecordingHost host;
     ASSERT_EQ(SettleFit(fit, host, 500), FitRest::kSettled);
-    const MinimumOutcome found = CheckMinimum(fit, {.starts = 12}, host);
+    const MinimumOutcome found = CheckMinimum(fit, {.starts = 12}, kNoStop, host);
     ASSERT_FALSE(found.minima.empty());
     EXPECT_FALSE(found.better) << noise;
     EXPECT_TRUE(found.minima[0].current) << noise;
@@ -131,7 +131,7 @@ TEST(CheckMinimum, GivesLinkedDatasetsTheConcentrationsOfTheirTargets) {
   FillSignal(fit, [&](int) { return noise(); });
   RecordingHost host;
   ASSERT_EQ(SettleFit(fit, host, 500), FitRest::kSettled);
-  const MinimumOutcome found = CheckMinimum(fit, {.starts = 20}, host);
+  const MinimumOutcome found = CheckMinimum(fit, {.starts = 20}, kNoStop, host);
   ASSERT_FALSE(found.minima.empty());
   const Array1<double>& values = found.minima[0].parameters;
   for (const int l : {6, 8, 10, 12}) EXPECT_EQ(values(l), values(l - 1)) << l;
@@ -140,9 +140,11 @@ TEST(CheckMinimum, GivesLinkedDatasetsTheConcentrationsOfTheirTargets) {
 TEST(CheckMinimum, DoesNotDependOnTheThreads) {
   FitState fit = WorseFit();
   RecordingHost host;
-  const MinimumOutcome one = CheckMinimum(fit, {.starts = 30, .seed = 7, .threads = 1}, host);
-  const MinimumOutcome many = CheckMinimum(fit, {.starts = 30, .seed = 7, .threads = 8}, host);
-  const MinimumOutcome other = CheckMinimum(fit, {.starts = 30, .seed = 8}, host);
+  const MinimumOutcome one =
+      CheckMinimum(fit, {.starts = 30, .seed = 7, .threads = 1}, kNoStop, host);
+  const MinimumOutcome many =
+      CheckMinimum(fit, {.starts = 30, .seed = 7, .threads = 8}, kNoStop, host);
+  const MinimumOutcome other = CheckMinimum(fit, {.starts = 30, .seed = 8}, kNoStop, host);
   ASSERT_EQ(one.minima.size(), many.minima.size());
   EXPECT_EQ(one.failed, many.failed);
   bool differs = one.minima.size() != other.minima.size();
@@ -164,8 +166,9 @@ TEST(CheckMinimum, AStopEndsItAndKeepsTheFit) {
   RecordingHost host;
   SettleFit(fit, host, 500);
   const Array1<double> before = fit.FitA;
-  host.onEvents = [&] { fit.FitKeepGoing = false; };
-  const MinimumOutcome found = CheckMinimum(fit, {.starts = 10000}, host);
+  StopFlag stop;
+  host.onEvents = [&] { stop.Raise(); };
+  const MinimumOutcome found = CheckMinimum(fit, {.starts = 10000}, stop, host);
   EXPECT_TRUE(found.stopped);
   EXPECT_LT(found.ended + found.failed, 10000);
   EXPECT_EQ(fit.FitA, before);
@@ -182,7 +185,7 @@ TEST(CheckMinimum, CountsStartsThatFail) {
   FitState fit = WaveFit(10.2);
   fit.FitModel = &model;
   RecordingHost host;
-  const MinimumOutcome found = CheckMinimum(fit, {.starts = 40}, host);
+  const MinimumOutcome found = CheckMinimum(fit, {.starts = 40}, kNoStop, host);
   EXPECT_GT(found.failed, 0);
   EXPECT_GT(found.ended, 0);
   EXPECT_EQ(found.ended + found.failed, 40);
@@ -198,12 +201,12 @@ TEST(CalcConfidence, RemembersABetterMinimumThatItMeets) {
   RecordingHost host;
   SettleFit(fit, host, 500);
   const ConfidenceRequest request{95.46, RatioMethod::kParameters, {true, true, true}};
-  EXPECT_FALSE(CalcConfidence(fit, request, host).better);
+  EXPECT_FALSE(CalcConfidence(fit, request, kNoStop, host).better);
   const double best = fit.FitChiSq;
   const Array1<double> values = fit.FitA;
   fit.FitA(1) += 0.05;  // away from the minimum, as if the fit had ended there
   fit.FitChiSq = fit.Memory.bestChiSq = 1.5 * best;
-  const ConfidenceOutcome found = CalcConfidence(fit, request, host);
+  const ConfidenceOutcome found = CalcConfidence(fit, request, kNoStop, host);
   ASSERT_TRUE(found.better);
   EXPECT_NEAR(found.better->sum, best, 0.05 * best);
   EXPECT_NEAR(found.better->parameters(1), values(1), 0.03);  // on the way back from 0.05 off

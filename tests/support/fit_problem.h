@@ -13,6 +13,9 @@
 
 namespace quorvane {
 
+// Of a calculation that nobody stops.
+inline const StopFlag kNoStop;
+
 // Normal deviates, the same on every platform (the library's distributions are not).
 class NormalNoise {
  public:
@@ -132,7 +135,6 @@ inline FitState MakeProblem(const ProblemSize& size, const std::vector<double>& 
   fit.FitMA = static_cast<std::int16_t>(fit.FitA.size());
   fit.FitIA = Array1<std::int16_t>(fit.FitMA, 1);
   for (int l = 1; l <= fit.FitMA; ++l) fit.FitParamNames.Append("p" + std::to_string(l));
-  fit.FitKeepGoing = true;
   return fit;
 }
 
@@ -155,7 +157,6 @@ inline FitState MakeCurveProblem(const Model& model, const std::vector<double>& 
   fit.SetALoad = fit.SetBLoad = Array1<double>(1, 1.0);
   fit.FitMA = static_cast<std::int16_t>(fit.FitA.size());
   fit.FitIA = Array1<std::int16_t>(fit.FitMA, 1);
-  fit.FitKeepGoing = true;
   return fit;
 }
 

@@ -95,13 +95,10 @@ inline NistAgreement FitNist(const NistSet& set, const NistValues& start, double
   constexpr int kMostIterations = 20000;
   class PatientHost : public QuietHost {
    public:
-    explicit PatientHost(FitState& fit) : fit_(fit) {}
     void ReportProgress(const Progress& progress) override {
-      if (progress.iteration >= kMostIterations) fit_.FitKeepGoing = false;
+      if (progress.iteration >= kMostIterations) stop.Raise();
     }
-
-   private:
-    FitState& fit_;
+    StopFlag stop;
   };
   nistCurrent = {&set, scale};
   std::vector<double> y;
@@ -109,7 +106,8 @@ inline NistAgreement FitNist(const NistSet& set, const NistValues& start, double
   const NistValues& x = set.rows.at("x");
   FitState fit =
       MakeCurveProblem(kNistModel, {x.begin(), x.end()}, y, {start.begin(), start.end()});
-  PatientHost host(fit);
+  PatientHost host;
+  fit.Stop = &host.stop;
   NistAgreement agreement;
   FitData(fit, host, agreement.iterations);
   const double variance = fit.FitChiSq / (fit.FitNumPoints - fit.FitMA);

@@ -88,7 +88,7 @@ class MainWindowTest : public testing::Test {
     Click("cmdSetFit");
     session.Module.FitPage.ModelMW = 8000.0;
     session.Module.FitPage.ModelLnK1 = -1.0;
-    session.Module.LogGraphs = session.Module.SaveGraphs = false;
+    session.Module.Preferences.LogGraphs = session.Module.Preferences.SaveGraphs = false;
   }
   // 2000 points of an exponential, with a wave for noise.
   static void FillLong(Dataset& dataset) {

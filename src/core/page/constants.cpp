@@ -71,32 +71,32 @@ double ValueOf(const QuorvaneModule& module, Constant constant) {
     case Constant::kDensity:
       return module.FitPage.Density;
     case Constant::kMCTolerance:
-      return module.MCTolerance;
+      return module.Preferences.MCTolerance;
     case Constant::kCriticalCCC:
       break;
   }
-  return module.CriticalCCCValue;
+  return module.Preferences.CriticalCCCValue;
 }
 
 void SetConstant(QuorvaneModule& module, Constant constant, double value) {
   switch (constant) {
     case Constant::kVbar:
-      module.FitPage.Vbar = module.DefaultVbar = value;
+      module.FitPage.Vbar = module.Preferences.DefaultVbar = value;
       module.ConstantsSet.Vbar = true;
       return;
     case Constant::kVbarB:
-      module.FitPage.VbarB = module.DefaultVbarB = value;
+      module.FitPage.VbarB = module.Preferences.DefaultVbarB = value;
       module.ConstantsSet.VbarB = true;
       return;
     case Constant::kDensity:
-      module.FitPage.Density = module.DefaultDensity = value;
+      module.FitPage.Density = module.Preferences.DefaultDensity = value;
       module.ConstantsSet.Density = true;
       return;
     case Constant::kMCTolerance:
-      module.MCTolerance = value;
+      module.Preferences.MCTolerance = value;
       return;
     case Constant::kCriticalCCC:
-      module.CriticalCCCValue = value;
+      module.Preferences.CriticalCCCValue = value;
       return;
   }
 }

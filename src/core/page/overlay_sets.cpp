@@ -10,11 +10,12 @@ bool SameScan(const Dataset& a, const Dataset& b) {
 
 // Position of the dataset in the last finished fit, from 1; 0 if it had no part in it.
 int FittedAs(const QuorvaneModule& module, const Dataset& dataset) {
-  if (!module.LastFit.finished) return 0;
-  for (int d = 1; d <= module.Fit.NumFitSets; ++d) {
+  if (!module.LastFit) return 0;
+  const FitState& fit = module.LastFit->state;
+  for (int d = 1; d <= fit.NumFitSets; ++d) {
     const auto place = static_cast<std::size_t>(d - 1);
-    const std::int16_t fitted = module.Fit.FitSetList[place];
-    if (SameScan(module.LastFit.datasets[static_cast<std::size_t>(fitted)], dataset)) return d;
+    const std::int16_t fitted = fit.FitSetList[place];
+    if (SameScan(module.LastFit->datasets[static_cast<std::size_t>(fitted)], dataset)) return d;
   }
   return 0;
 }

@@ -52,7 +52,7 @@ ModelCurves PreviewFit(const QuorvaneModule& module, Host& host) {
   if (CheckCellEnds(module, 0, module.Setup.NumFitSets, host)) return {};
   return EvaluateModels(module, "cmdPreviewFit", [&](FitState& fit) {
     SetupDataArrays(fit, module.Setup, module.Store.Datasets, module.CellGeometries,
-                    module.MCTolerance, host);
+                    module.Preferences.MCTolerance, host);
     bool anyFitted = false;
     SetupParameterArray(fit, module.Setup, module.FitPage, module.Store.Datasets, anyFitted);
   });
@@ -101,7 +101,7 @@ ModelCurves RefConcAdjustment::Move(Component component, int bar) {
 
 void RefConcAdjustment::Assemble(FitState& fit, Host& host) const {
   SetupSingleDatasetArray(fit, module_.Setup, row_, module_.Store.Datasets, module_.CellGeometries,
-                          module_.MCTolerance, host);
+                          module_.Preferences.MCTolerance, host);
   SetupSingleParameterArray(fit, module_.Setup, module_.FitPage, row_, module_.Store.Datasets);
 }
 

@@ -27,7 +27,7 @@ std::string_view KName(const SharedParameter& value, const Model& model) {
 
 std::string WeightLabel(const SharedParameter& value, const QuorvaneModule& module) {
   const char* component = value.place == 2 ? "-B" : "-A";
-  return std::string(module.UseBuoyantMW ? "Buoy. " : "") + std::string(value.label) +
+  return std::string(module.Preferences.UseBuoyantMW ? "Buoy. " : "") + std::string(value.label) +
          (module.Setup.TwoComponentModel ? component : "");
 }
 
@@ -47,15 +47,16 @@ constexpr Conversion kToStored = {BuoyantWeight, LnKOf};
 double Convert(const SharedParameter& value, const QuorvaneModule& module,
                const Conversion& conversion, double number) {
   const FitPage& page = module.FitPage;
-  if (value.kind == ParameterKind::kWeight && !module.UseBuoyantMW) {
+  if (value.kind == ParameterKind::kWeight && !module.Preferences.UseBuoyantMW) {
     return conversion.weight(number, value.place == 2 ? page.VbarB : page.Vbar, page.Density);
   }
   const bool logarithm = IsConstant(value) && !IsRatio(value, module.Setup);
-  return logarithm ? conversion.constant(number, module.KFormat) : number;
+  return logarithm ? conversion.constant(number, module.Preferences.KFormat) : number;
 }
 
 bool MustBePositive(const SharedParameter& value, const QuorvaneModule& module) {
-  return IsConstant(value) && (module.KFormat == KDisplay::kPlain || IsRatio(value, module.Setup));
+  return IsConstant(value) &&
+         (module.Preferences.KFormat == KDisplay::kPlain || IsRatio(value, module.Setup));
 }
 
 Refusal NotPositive(const SharedParameter& value, const FitSetup& setup) {
@@ -68,7 +69,7 @@ Refusal NotPositive(const SharedParameter& value, const FitSetup& setup) {
 double LnKAsShown(const SharedParameter& value, const QuorvaneModule& module) {
   const std::string text =
       FormatParam(Convert(value, module, kToShown, module.FitPage.*value.field));
-  return LnKOf(ParseNumeric(text).value_or(0.0), module.KFormat);
+  return LnKOf(ParseNumeric(text).value_or(0.0), module.Preferences.KFormat);
 }
 
 }  // namespace
@@ -81,7 +82,7 @@ std::string LabelOf(const SharedParameter& value, const QuorvaneModule& module) 
   if (value.kind == ParameterKind::kWeight) return WeightLabel(value, module);
   if (!IsConstant(value)) return std::string(value.label);
   if (IsRatio(value, module.Setup)) return RatioName(value);
-  return KLabel(KName(value, *module.Setup.FitModel), module.KFormat);
+  return KLabel(KName(value, *module.Setup.FitModel), module.Preferences.KFormat);
 }
 
 std::string TextOf(const SharedParameter& value, const QuorvaneModule& module) {

@@ -17,7 +17,8 @@ PaperReport MakePaperReport(const QuorvaneModule& module) {
   report.sections = {MethodsSection(view), ResultsSection(view), QualitySection(view),
                      FilesSection(view)};
   for (int set = 0; set < view.fit.NumFitSets; ++set) {
-    report.charts.push_back(PlotDataFit(view.fit, view.record.datasets, set, module.Plots));
+    report.charts.push_back(
+        PlotDataFit(view.fit, view.record.datasets, set, module.Preferences.Plots));
   }
   return report;
 }

@@ -18,7 +18,7 @@ struct PaperReport {
   std::vector<Chart> charts;  // one a dataset: data and curve above, residuals below
 };
 
-// The report of the fit that module.LastFit records, which must have finished. Reads the scan files
+// The report of module.LastFit, which must be there. Reads the scan files
 // for their digests; one that cannot be read, or no longer holds its data, is named as such. A
 // value that cannot be (the error of a parameter that the data do not determine) is "n/a".
 PaperReport MakePaperReport(const QuorvaneModule& module);

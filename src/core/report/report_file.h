@@ -25,7 +25,7 @@ struct ReportDrawing {
       pages;
 };
 
-// Writes the report of module.LastFit, which must have finished, in the format of the suffix. The
+// Writes the report of module.LastFit, which must be there, in the format of the suffix. The
 // file is written whole or not at all.
 // Throws FileFault, for a suffix that says no format too, and what `drawing` throws.
 void WriteReport(const QuorvaneModule& module, const std::filesystem::path& path,

@@ -70,7 +70,7 @@ ReportSection QualitySection(const ReportView& view) {
       .title = "Quality of the fit", .paragraphs = {}, .tables = {WholeFit(view)}};
   try {
     FitQuality quality = CalcFitQuality(view.fit, view.record.page, view.record.constantsSet,
-                                        view.module.CriticalCCCValue);
+                                        view.module.Preferences.CriticalCCCValue);
     for (int d = 1; d <= view.fit.NumFitSets; ++d) {  // as they are numbered here
       quality.sets[static_cast<std::size_t>(d - 1)].dataset = d;
     }

@@ -8,8 +8,8 @@ namespace quorvane {
 
 ReportView::ReportView(const QuorvaneModule& shownModule)
     : module(shownModule),
-      fit(module.Fit),
-      record(module.LastFit),
+      record(*module.LastFit),
+      fit(record.state),
       statistics(CalcFitStatistics(fit, AcceptedSum(fit))) {}
 
 std::string ReportView::ModelName() const {

@@ -11,10 +11,10 @@
 
 namespace quorvane {
 
-// A finished fit and its record, which outlive it. Datasets d are numbered from 1, by position in
+// A finished fit, which outlives it. Datasets d are numbered from 1, by position in
 // the fit.
 struct ReportView {
-  // Of the fit that module.LastFit records. Throws ArithmeticFault where it has no variance.
+  // Of module.LastFit. Throws ArithmeticFault where it has no variance.
   explicit ReportView(const QuorvaneModule& shownModule);
 
   std::string ModelName() const;
@@ -27,8 +27,8 @@ struct ReportView {
   bool NeedsWidth() const { return Two() ? fit.UseMassConservation : fit.CalcLoadingConcs; }
 
   const QuorvaneModule& module;
+  const FinishedFit& record;
   const FitState& fit;
-  const FitRecord& record;
   FitStatistics statistics;  // of the values that the fit ended with
 };
 

@@ -102,21 +102,21 @@ void ReadConstant(const SectionReader& section, const char* key, double& default
 }
 
 void ReadAll(QuorvaneModule& module, const SectionReader& section) {
-  section.Read("SaveGraphs", module.SaveGraphs);
-  section.Read("SubtractOffsets", module.Plots.SubtractOffsets);
-  section.Read("PlotUsingPSI", module.Plots.PlotUsingPSI);
-  section.Read("LogGraphs", module.LogGraphs);
-  section.Read("ShowNIWarning", module.ShowNIWarning);
-  section.Read("UseBuoyantMW", module.UseBuoyantMW);
-  section.Read("KFormat", module.KFormat);
-  section.Read("DeletedColor", module.DeletedColor);
-  section.Read("GoodColor", module.GoodColor);
-  ReadConstant(section, "Vbar", module.DefaultVbar, module.FitPage.Vbar);
-  ReadConstant(section, "VbarB", module.DefaultVbarB, module.FitPage.VbarB);
-  ReadConstant(section, "Density", module.DefaultDensity, module.FitPage.Density);
-  section.Read("CriticalCCC", module.CriticalCCCValue);
-  section.Read("MassConservationTolerance", module.MCTolerance);
-  section.Read("ShowHints", module.ShowHints);
+  section.Read("SaveGraphs", module.Preferences.SaveGraphs);
+  section.Read("SubtractOffsets", module.Preferences.Plots.SubtractOffsets);
+  section.Read("PlotUsingPSI", module.Preferences.Plots.PlotUsingPSI);
+  section.Read("LogGraphs", module.Preferences.LogGraphs);
+  section.Read("ShowNIWarning", module.Preferences.ShowNIWarning);
+  section.Read("UseBuoyantMW", module.Preferences.UseBuoyantMW);
+  section.Read("KFormat", module.Preferences.KFormat);
+  section.Read("DeletedColor", module.Preferences.DeletedColor);
+  section.Read("GoodColor", module.Preferences.GoodColor);
+  ReadConstant(section, "Vbar", module.Preferences.DefaultVbar, module.FitPage.Vbar);
+  ReadConstant(section, "VbarB", module.Preferences.DefaultVbarB, module.FitPage.VbarB);
+  ReadConstant(section, "Density", module.Preferences.DefaultDensity, module.FitPage.Density);
+  section.Read("CriticalCCC", module.Preferences.CriticalCCCValue);
+  section.Read("MassConservationTolerance", module.Preferences.MCTolerance);
+  section.Read("ShowHints", module.Preferences.ShowHints);
 }
 
 std::string FloatText(float value) {
@@ -152,7 +152,7 @@ void LoadSettings(QuorvaneModule& module, const SettingsStore& store) {
   } catch (const NotConverted&) {  // the keys behind it keep what they were
   }
   try {
-    SectionReader(store, kOwn).Read("PreviewAxes", module.PreviewAxes);
+    SectionReader(store, kOwn).Read("PreviewAxes", module.Preferences.PreviewAxes);
   } catch (const NotConverted&) {
   }
 }
@@ -160,30 +160,30 @@ void LoadSettings(QuorvaneModule& module, const SettingsStore& store) {
 void SaveSettings(const QuorvaneModule& module, const std::filesystem::path& currentFolder,
                   SettingsStore& store, Host& host) {
   Store(store, kSettings,
-        {{"SaveGraphs", Flag(module.SaveGraphs)},
-         {"PlotUsingPSI", Flag(module.Plots.PlotUsingPSI)},
-         {"SubtractOffsets", Flag(module.Plots.SubtractOffsets)},
-         {"LogGraphs", Flag(module.LogGraphs)},
-         {"ShowNIWarning", Flag(module.ShowNIWarning)},
-         {"UseBuoyantMW", Flag(module.UseBuoyantMW)},
-         {"KFormat", std::to_string(static_cast<int>(module.KFormat))},
+        {{"SaveGraphs", Flag(module.Preferences.SaveGraphs)},
+         {"PlotUsingPSI", Flag(module.Preferences.Plots.PlotUsingPSI)},
+         {"SubtractOffsets", Flag(module.Preferences.Plots.SubtractOffsets)},
+         {"LogGraphs", Flag(module.Preferences.LogGraphs)},
+         {"ShowNIWarning", Flag(module.Preferences.ShowNIWarning)},
+         {"UseBuoyantMW", Flag(module.Preferences.UseBuoyantMW)},
+         {"KFormat", std::to_string(static_cast<int>(module.Preferences.KFormat))},
          {"LastDirectory", PathText(currentFolder)},
-         {"DeletedColor", ColorText(module.DeletedColor)},
-         {"GoodColor", ColorText(module.GoodColor)},
-         {"Vbar", ShortestText(module.DefaultVbar)},
-         {"VbarB", ShortestText(module.DefaultVbarB)},
-         {"Density", ShortestText(module.DefaultDensity)},
-         {"MassConservationTolerance", ShortestText(module.MCTolerance)},
-         {"CriticalCCC", ShortestText(module.CriticalCCCValue)}},
+         {"DeletedColor", ColorText(module.Preferences.DeletedColor)},
+         {"GoodColor", ColorText(module.Preferences.GoodColor)},
+         {"Vbar", ShortestText(module.Preferences.DefaultVbar)},
+         {"VbarB", ShortestText(module.Preferences.DefaultVbarB)},
+         {"Density", ShortestText(module.Preferences.DefaultDensity)},
+         {"MassConservationTolerance", ShortestText(module.Preferences.MCTolerance)},
+         {"CriticalCCC", ShortestText(module.Preferences.CriticalCCCValue)}},
         host);
 }
 
 void SaveOwnSettings(const QuorvaneModule& module, SettingsStore& store, Host& host) {
-  Store(store, kOwn, {{"PreviewAxes", Flag(module.PreviewAxes)}}, host);
+  Store(store, kOwn, {{"PreviewAxes", Flag(module.Preferences.PreviewAxes)}}, host);
 }
 
 void SaveShowHints(const QuorvaneModule& module, SettingsStore& store, Host& host) {
-  Store(store, kSettings, {{"ShowHints", Flag(module.ShowHints)}}, host);
+  Store(store, kSettings, {{"ShowHints", Flag(module.Preferences.ShowHints)}}, host);
 }
 
 std::filesystem::path LoadLastDirectory(const SettingsStore& store,

@@ -73,7 +73,7 @@ void ErrorCommands::CheckMinima(const MinimumRequest& request) {
   checking_ = false;
   if (!window) return;
   window->SetRunning(false);
-  window->ShowOutcome(windows_.session.Module.Fit, request, outcome);
+  window->ShowOutcome(windows_.session.Module.LastFit, request, outcome);
 }
 
 void ErrorCommands::CloseForFit() {
@@ -85,7 +85,7 @@ void ErrorCommands::ShowCoefficients() {
   if (!MayAnalyse()) return;
   const QuorvaneModule& module = windows_.session.Module;
   try {
-    coefficients_.ShowFit(module.Fit, module.CriticalCCCValue);
+    coefficients_.ShowFit(module.LastFit, module.Preferences.CriticalCCCValue);
   } catch (const ArithmeticFault& fault) {
     windows_.host.ShowMessage("Cross-Correlation Coefficients", fault.what(),
                               MessageIcon::kExclamation);

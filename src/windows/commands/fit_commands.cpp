@@ -23,7 +23,7 @@ template <class Work>
 void FitCommands::Calculate(Work&& work) {
   Session& session = windows_.session;
   session.Calculating = true;
-  session.StopRequested = false;
+  session.Module.Stop.Lower();
   windows_.log.MoveToEnd();  // not into an older report that the user has clicked in
   emit CalculatingChanged(true);
   {
@@ -37,15 +37,8 @@ void FitCommands::Calculate(Work&& work) {
 void FitCommands::RunFit() {
   QuorvaneModule& module = windows_.session.Module;
   if (windows_.session.Calculating || !windows_.session.CommitPending()) return;
-  FitState last = module.Fit;
-  FitRecord record = std::move(module.LastFit);
   FitOutcome outcome;
   Calculate([&] { outcome = quorvane::RunFit(module, windows_.host); });
-  // The values stay those of the last fit, and so does what its error analysis works on.
-  if (outcome.ending == FitEnding::kStopped || outcome.ending == FitEnding::kRefused) {
-    module.Fit = std::move(last);
-    module.LastFit = std::move(record);
-  }
   ShowOutcome(outcome);
   emit CalculationEnded();
 }
@@ -71,29 +64,31 @@ void FitCommands::ShowOutcome(const FitOutcome& outcome) {
 
 void FitCommands::RunConfidence(const ConfidenceRequest& request) {
   if (windows_.session.Calculating) return;
-  const FitState& fit = windows_.session.Module.Fit;
+  QuorvaneModule& module = windows_.session.Module;
   ConfidenceOutcome outcome;
   Calculate([&] {
     windows_.frame.activateWindow();
     windows_.log.Editor()->setFocus();
-    outcome = SearchIntervals(windows_.session.Module, request, windows_.host);
+    outcome = SearchIntervals(module, request, windows_.host);
   });
   emit CalculationEnded();
-  if (windows_.session.StopRequested) return;
+  if (module.Stop.Raised()) return;
   const std::string missing = MissingLimitsText(outcome);
   if (!missing.empty()) {
     windows_.host.ShowMessage("Confidence Intervals", missing, MessageIcon::kInformation);
   }
   if (!outcome.better) return;
-  const std::string text =
-      BetterFitText(fit, *outcome.better) + "\n\nUse its values as the start of a new fit?";
+  const std::string text = BetterFitText(module.LastFit->state, *outcome.better) +
+                           "\n\nUse its values as the start of a new fit?";
   if (windows_.host.AskYesNo("Confidence Intervals", text)) UseAsStart(outcome.better->parameters);
 }
 
 MinimumOutcome FitCommands::RunMinimumCheck(const MinimumRequest& request) {
   MinimumOutcome outcome;
   if (windows_.session.Calculating) return outcome;
-  Calculate([&] { outcome = CheckMinimum(windows_.session.Module.Fit, request, windows_.host); });
+  QuorvaneModule& module = windows_.session.Module;
+  Calculate(
+      [&] { outcome = CheckMinimum(module.LastFit->state, request, module.Stop, windows_.host); });
   emit CalculationEnded();
   return outcome;
 }
@@ -111,8 +106,7 @@ void FitCommands::UseAsStart(const Array1<double>& parameters) {
 }
 
 void FitCommands::Stop() {
-  windows_.session.StopRequested = true;
-  windows_.session.Module.Fit.FitKeepGoing = false;
+  windows_.session.Module.Stop.Raise();
 }
 
 }  // namespace quorvane

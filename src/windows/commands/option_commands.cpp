@@ -53,20 +53,20 @@ void OptionCommands::AskConstant(Constant constant) {
 }
 
 void OptionCommands::SetKFormat(KDisplay display) {
-  windows_.session.Module.KFormat = display;
+  windows_.session.Module.Preferences.KFormat = display;
   windows_.data.RefreshDisplay();
   emit Changed();
 }
 
 void OptionCommands::SetBuoyant(bool buoyant) {
-  windows_.session.Module.UseBuoyantMW = buoyant;
+  windows_.session.Module.Preferences.UseBuoyantMW = buoyant;
   windows_.data.RefreshDisplay();
   emit Changed();
 }
 
 void OptionCommands::ChooseColor(bool deleted) {
   QuorvaneModule& module = windows_.session.Module;
-  std::uint32_t& color = deleted ? module.DeletedColor : module.GoodColor;
+  std::uint32_t& color = deleted ? module.Preferences.DeletedColor : module.Preferences.GoodColor;
   const std::optional<QColor> chosen =
       windows_.session.Ask.ChooseColor(&windows_.frame, ToQColor(color));
   if (!chosen) return;

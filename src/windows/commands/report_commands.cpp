@@ -13,7 +13,7 @@ ReportCommands::ReportCommands(WindowSet windows, QObject* parent)
 
 void ReportCommands::Save() {
   Session& session = windows_.session;
-  if (session.Calculating || !session.Module.LastFit.finished) return;
+  if (session.Calculating || !session.Module.LastFit) return;
   const QString name = session.Ask.SaveFile(
       &windows_.frame, {tr("Save Report"), ToQString(session.CurrentFolder),
                         tr("Web page (*.html);;PDF document (*.pdf)"), QStringLiteral("report")});

@@ -214,7 +214,7 @@ void DataWindow::FollowTab(int tab) {
 }
 
 void DataWindow::ShowHint() {
-  if (hintShown_ || !session_.Module.ShowHints) return;
+  if (hintShown_ || !session_.Module.Preferences.ShowHints) return;
   hintShown_ = true;
   hint_ = new HintWindow(session_, host_, this);
   hint_->setAttribute(Qt::WA_DeleteOnClose);

@@ -168,7 +168,8 @@ void EditTab::Redraw() {
 
 Chart EditTab::DatasetChart(const Dataset& dataset, Lines lines) {
   const QuorvaneModule& module = session_.Module;
-  Chart chart = PlotPoints(dataset, {module.GoodColor, module.DeletedColor});
+  Chart chart =
+      PlotPoints(dataset, {module.Preferences.GoodColor, module.Preferences.DeletedColor});
   const bool recorded = dataset.Rmen == Rmen_ && dataset.Rbase == Rbase_;
   if (lines == Lines::kStay && recorded) {
     const std::vector<ChartMark>& shown = editTChart_->GetChart().panels.front().marks;

@@ -89,12 +89,12 @@ void SourceFilesTab::BuildWidgets() {
 void SourceFilesTab::OfferAxes() {
   auto* axes = Named(new QAction("Show Axes", TChartPreview_), "mnuShowAxes");
   axes->setCheckable(true);
-  axes->setChecked(session_.Module.PreviewAxes);
-  TChartPreview_->SetAxesShown(session_.Module.PreviewAxes);
+  axes->setChecked(session_.Module.Preferences.PreviewAxes);
+  TChartPreview_->SetAxesShown(session_.Module.Preferences.PreviewAxes);
   TChartPreview_->addAction(axes);
   TChartPreview_->setContextMenuPolicy(Qt::ActionsContextMenu);
   connect(axes, &QAction::toggled, this, [this](bool on) {
-    session_.Module.PreviewAxes = on;
+    session_.Module.Preferences.PreviewAxes = on;
     TChartPreview_->SetAxesShown(on);
     SaveOwnSettings(session_.Module, session_.Settings, host_);
   });

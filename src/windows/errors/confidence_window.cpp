@@ -132,7 +132,7 @@ void ConfidenceWindow::ConnectSignals() {
 }
 
 void ConfidenceWindow::ShowRows() {
-  const std::vector<ConfidenceRow> rows = ConfidenceRows(session_.Module.Fit);
+  const std::vector<ConfidenceRow> rows = ConfidenceRows(session_.Module.LastFit->state);
   for (std::size_t k = 0; k < kRows; ++k) {
     const bool used = k < rows.size();
     for (QWidget* part : {static_cast<QWidget*>(names_[k]), static_cast<QWidget*>(values_[k]),
@@ -157,7 +157,7 @@ void ConfidenceWindow::ShowLevel() {
 }
 
 void ConfidenceWindow::ShowMeaning() {
-  const int fitted = session_.Module.Fit.NumFitted();
+  const int fitted = session_.Module.LastFit->state.NumFitted();
   QString text = fitted > 1
                      ? tr("The interval is joint for all %1 fitted parameters (baselines and "
                           "reference concentrations count): it allows for errors of all of "

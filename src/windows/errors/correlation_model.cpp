@@ -33,10 +33,10 @@ QVariant ColorPart(const std::optional<QColor>& ground, int role) {
 
 }  // namespace
 
-void CorrelationModel::Show(const FitState& fit, double critical) {
-  Matrix1<double> coefficients = CrossCorrelation(fit);
+void CorrelationModel::Show(std::shared_ptr<const FinishedFit> fit, double critical) {
+  Matrix1<double> coefficients = CrossCorrelation(fit->state);
   beginResetModel();
-  fit_ = fit;
+  fit_ = std::move(fit);
   coefficients_ = std::move(coefficients);
   critical_ = critical;
   endResetModel();
@@ -66,7 +66,7 @@ QVariant CorrelationModel::headerData(int section, Qt::Orientation, int role) co
   const int parameter = section + 1;
   if (section < 0 || parameter > coefficients_.rows()) return {};
   if (role == Qt::DisplayRole) {
-    const std::string_view name = Trim(fit_.FitParamNames(parameter));
+    const std::string_view name = Trim(Fit().FitParamNames(parameter));
     return QString::fromUtf8(name.data(), static_cast<qsizetype>(name.size()));
   }
   return ColorPart(IsHeld(parameter) ? std::optional(HeldColor()) : std::nullopt, role);

@@ -2,8 +2,9 @@
 #pragma once
 
 #include <QAbstractTableModel>
+#include <memory>
 
-#include "fit/fit_state.h"
+#include "core/finished_fit.h"
 
 namespace quorvane {
 
@@ -15,10 +16,10 @@ class CorrelationModel : public QAbstractTableModel {
  public:
   using QAbstractTableModel::QAbstractTableModel;
 
-  // Shows the coefficients of the finished fit `fit`, of which it keeps a copy. Throws
-  // ArithmeticFault where there are none; then what was shown stays.
-  void Show(const FitState& fit, double critical);
-  const FitState& Fit() const { return fit_; }
+  // Shows the coefficients of `fit`. Throws ArithmeticFault where there are none; then what was
+  // shown stays.
+  void Show(std::shared_ptr<const FinishedFit> fit, double critical);
+  const FitState& Fit() const { return fit_->state; }
 
   int rowCount(const QModelIndex& parent = {}) const override;
   int columnCount(const QModelIndex& parent = {}) const override;
@@ -26,9 +27,9 @@ class CorrelationModel : public QAbstractTableModel {
   QVariant headerData(int section, Qt::Orientation orientation, int role) const override;
 
  private:
-  bool IsHeld(int parameter) const { return fit_.FitIA(parameter) == 0; }
+  bool IsHeld(int parameter) const { return Fit().FitIA(parameter) == 0; }
 
-  FitState fit_;
+  std::shared_ptr<const FinishedFit> fit_;  // null: there are no cells
   Matrix1<double> coefficients_;
   double critical_ = 1.0;
 };

@@ -63,8 +63,8 @@ void CorrelationWindow::ConnectSignals() {
   connect(cmdPrintMe_, &QPushButton::clicked, this, &CorrelationWindow::PrintRequested);
 }
 
-void CorrelationWindow::ShowFit(const FitState& fit, double critical) {
-  cells_.Show(fit, critical);
+void CorrelationWindow::ShowFit(std::shared_ptr<const FinishedFit> fit, double critical) {
+  cells_.Show(std::move(fit), critical);
   gridCCC_->resizeColumnsToContents();
 }
 

@@ -18,7 +18,7 @@ class CorrelationWindow : public QWidget, public Printable {
   explicit CorrelationWindow(QWidget* parent = nullptr);
 
   // Fills the grid. Throws ArithmeticFault where the fit has no coefficients; then it stays.
-  void ShowFit(const FitState& fit, double critical);
+  void ShowFit(std::shared_ptr<const FinishedFit> fit, double critical);
 
   // The fit that the grid shows, whatever was fitted since.
   const FitState& Fit() const { return cells_.Fit(); }

@@ -11,7 +11,7 @@
 
 #include "base/number_format.h"
 #include "base/text.h"
-#include "fit/fit_state.h"
+#include "core/finished_fit.h"
 #include "fit/models.h"
 #include "stats/confidence.h"
 #include "windows/controls/control_names.h"
@@ -123,12 +123,12 @@ void MinimaWindow::SetRunning(bool on) {
   }
 }
 
-void MinimaWindow::ShowOutcome(const FitState& fit, const MinimumRequest& request,
-                               const MinimumOutcome& outcome) {
+void MinimaWindow::ShowOutcome(std::shared_ptr<const FinishedFit> fit,
+                               const MinimumRequest& request, const MinimumOutcome& outcome) {
   outcome_ = outcome;
-  fit_ = &fit;
+  fit_ = std::move(fit);
   lblMinima_->setText(QString::fromStdString(MinimumSummary(outcome, request)));
-  FillRows(fit);
+  FillRows(fit_->state);
   if (outcome.better) gridMinima_->selectRow(static_cast<int>(*outcome.better));
   UpdateUse();
 }
@@ -164,7 +164,7 @@ void MinimaWindow::UpdateUse() {
   const QModelIndexList rows = gridMinima_->selectionModel()->selectedRows();
   const bool better =
       !running_ && !rows.isEmpty() && fit_ != nullptr &&
-      IsLowerSum(*fit_, outcome_.minima[static_cast<std::size_t>(rows.first().row())].sum,
+      IsLowerSum(fit_->state, outcome_.minima[static_cast<std::size_t>(rows.first().row())].sum,
                  outcome_.currentSum);
   cmdUseAsStart_->setEnabled(better);
 }

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <QDialog>
+#include <memory>
 
 #include "stats/minimum_check.h"
 
@@ -12,6 +13,7 @@ class QTableWidget;
 
 namespace quorvane {
 
+struct FinishedFit;
 struct FitState;
 
 class MinimaWindow : public QDialog {
@@ -23,7 +25,7 @@ class MinimaWindow : public QDialog {
   void SetRunning(bool on);
 
   // What a check of `fit` found; the better minimum, if there is one, is selected.
-  void ShowOutcome(const FitState& fit, const MinimumRequest& request,
+  void ShowOutcome(std::shared_ptr<const FinishedFit> fit, const MinimumRequest& request,
                    const MinimumOutcome& outcome);
 
   void reject() override;  // stops a running check and stays
@@ -41,7 +43,7 @@ class MinimaWindow : public QDialog {
   void UpdateUse();
 
   MinimumOutcome outcome_;
-  const FitState* fit_ = nullptr;  // of the session; it is not changed while this is open
+  std::shared_ptr<const FinishedFit> fit_;  // that was checked
   bool running_ = false;
   QSpinBox* spnStarts_;
   QSpinBox* spnSeed_;

@@ -82,7 +82,8 @@ void QualityWindow::ConnectSignals() {
 void QualityWindow::ShowFit(const QuorvaneModule& module) {
   try {
     const FitQuality quality =
-        CalcFitQuality(module.Fit, module.FitPage, module.ConstantsSet, module.CriticalCCCValue);
+        CalcFitQuality(module.LastFit->state, module.FitPage, module.ConstantsSet,
+                       module.Preferences.CriticalCCCValue);
     rows_.Show(quality, NamesOf(quality, module.Store.Datasets));
     txtQualityRemarks_->setPlainText(RemarkText(quality));
     gridQuality_->resizeColumnsToContents();

@@ -19,7 +19,8 @@ class QualityWindow : public QWidget, public Printable {
  public:
   explicit QualityWindow(QWidget* parent = nullptr);
 
-  // Shows the finished fit that `module` holds; it is empty where that has no quality.
+  // Shows the last fit of `module`, which must be there, with what is known of the constants now;
+  // it is empty where that has no quality.
   void ShowFit(const QuorvaneModule& module);
 
   // There is no finished fit.

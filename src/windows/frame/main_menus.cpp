@@ -166,8 +166,8 @@ void MainMenus::BuildRecentFiles() {
 void MainMenus::BuildGraphMenu() {
   QuorvaneModule& module = windows_.session.Module;
   QMenu* graph = AddMenu(nullptr, "mnuGraph", tr("&Graphs"));
-  AddToggle(graph, "mnuLogGraphs", tr("Show in &Log"), module.LogGraphs);
-  AddToggle(graph, "mnuGraphSave", tr("&Save for Export"), module.SaveGraphs);
+  AddToggle(graph, "mnuLogGraphs", tr("Show in &Log"), module.Preferences.LogGraphs);
+  AddToggle(graph, "mnuGraphSave", tr("&Save for Export"), module.Preferences.SaveGraphs);
   graph_.exportGraphs =
       AddAction(graph, "mnuExpGraph", tr("&Export"), [this] { commands_.options.ExportGraphs(); });
   graph_.exportGraphs->setShortcut(Qt::CTRL | Qt::SHIFT | Qt::Key_E);
@@ -188,8 +188,10 @@ void MainMenus::BuildOptionMenu() {
   QMenu* options = AddMenu(nullptr, "mnuOptions", tr("&Options"));
   BuildFittingMenu(options);
   QMenu* plots = AddMenu(options, "mnuPlotOpts", tr("Plots"));
-  AddToggle(plots, "mnuPlotSubOffsets", tr("Subtract Baseline"), module.Plots.SubtractOffsets);
-  AddToggle(plots, "mnuPlotUsePSI", tr("Plot Using (r^2 - r0^2)/2"), module.Plots.PlotUsingPSI);
+  AddToggle(plots, "mnuPlotSubOffsets", tr("Subtract Baseline"),
+            module.Preferences.Plots.SubtractOffsets);
+  AddToggle(plots, "mnuPlotUsePSI", tr("Plot Using (r^2 - r0^2)/2"),
+            module.Preferences.Plots.PlotUsingPSI);
   BuildCellMenu(options);
   options->addSeparator();
   const struct {
@@ -297,16 +299,16 @@ void MainMenus::Update() {
   const bool loaded = module.Store.NumDatasets() > 0;
   file_.saveData->setEnabled(loaded);
   file_.saveCorrected->setEnabled(loaded);
-  file_.saveReport->setEnabled(module.LastFit.finished);
+  file_.saveReport->setEnabled(module.LastFit != nullptr);
   graph_.exportGraphs->setEnabled(module.NumGraphs() > 0);
   graph_.overlay->setEnabled(loaded);
   graph_.deleteAll->setEnabled(module.NumGraphs() > 0);
   fitting_.checkMinimum->setEnabled(windows_.data.FitControl().FitDone());
-  fitting_.buoyant->setChecked(module.UseBuoyantMW);
-  fitting_.weight->setChecked(!module.UseBuoyantMW);
-  fitting_.lnK->setChecked(module.KFormat == KDisplay::kLn);
-  fitting_.log10K->setChecked(module.KFormat == KDisplay::kLog10);
-  fitting_.plainK->setChecked(module.KFormat == KDisplay::kPlain);
+  fitting_.buoyant->setChecked(module.Preferences.UseBuoyantMW);
+  fitting_.weight->setChecked(!module.Preferences.UseBuoyantMW);
+  fitting_.lnK->setChecked(module.Preferences.KFormat == KDisplay::kLn);
+  fitting_.log10K->setChecked(module.Preferences.KFormat == KDisplay::kLog10);
+  fitting_.plainK->setChecked(module.Preferences.KFormat == KDisplay::kPlain);
 }
 
 void MainMenus::SetCalculating(bool on) {

@@ -111,7 +111,7 @@ void OverlayWindow::showEvent(QShowEvent* event) {
 void OverlayWindow::Refresh() {
   if (!isVisible()) return;
   ListDatasets();
-  const bool fitted = session_.Module.LastFit.finished;
+  const bool fitted = session_.Module.LastFit != nullptr;
   chkCurves_->setEnabled(fitted);
   if (!fitted) chkCurves_->setChecked(false);
   Draw();
@@ -161,8 +161,8 @@ Chart OverlayWindow::Drawn() const {
     if (sets_->item(k)->checkState() == Qt::Checked) chosen.push_back(k);
   }
   const QuorvaneModule& module = session_.Module;
-  return PlotOverlay(OverlaySets(module, chosen, chkCurves_->isChecked()), module.Fit,
-                     psi_->isChecked());
+  const FitState* fit = module.LastFit ? &module.LastFit->state : nullptr;
+  return PlotOverlay(OverlaySets(module, chosen, chkCurves_->isChecked()), fit, psi_->isChecked());
 }
 
 void OverlayWindow::Draw() {

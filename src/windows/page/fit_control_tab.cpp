@@ -95,7 +95,7 @@ bool FitControlTab::SetupFit(const Model& model) {
   SetFitDone(false);
   setUpdatesEnabled(true);
   const bool nonideal = FindParameter(model, shared::kVirialC) != nullptr;
-  if (nonideal && session_.Module.ShowNIWarning) WarnNonideal();
+  if (nonideal && session_.Module.Preferences.ShowNIWarning) WarnNonideal();
   return true;
 }
 
@@ -135,7 +135,7 @@ void FitControlTab::ChainTabOrder() {
 }
 
 void FitControlTab::WarnNonideal() {
-  auto* warning = new NIWarning(session_.Module.ShowNIWarning, this);
+  auto* warning = new NIWarning(session_.Module.Preferences.ShowNIWarning, this);
   warning->setAttribute(Qt::WA_DeleteOnClose);
   warning->open();
 }

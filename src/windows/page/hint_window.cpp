@@ -40,7 +40,7 @@ HintWindow::HintWindow(Session& session, Host& host, QWidget* parent)
 }
 
 void HintWindow::Confirm() {
-  if (Check1_->isChecked()) session_.Module.ShowHints = false;
+  if (Check1_->isChecked()) session_.Module.Preferences.ShowHints = false;
   SaveShowHints(session_.Module, session_.Settings, host_);
   accept();
 }

@@ -254,7 +254,7 @@ void ModelBlock::AskKDisplay(const QWidget* at) {
         tr(entry.caption), this, [this, display = entry.display] { emit KDisplayChosen(display); });
     action->setObjectName(entry.name);
     action->setCheckable(true);
-    action->setChecked(session_.Module.KFormat == entry.display);
+    action->setChecked(session_.Module.Preferences.KFormat == entry.display);
   }
   menu->popup(at->mapToGlobal(at->rect().bottomLeft()));
 }
@@ -266,7 +266,7 @@ void ModelBlock::AskMwDisplay(const QWidget* at) {
         menu->addAction(caption, this, [this, buoyant] { emit MwDisplayChosen(buoyant); });
     action->setObjectName(name);
     action->setCheckable(true);
-    action->setChecked(session_.Module.UseBuoyantMW == buoyant);
+    action->setChecked(session_.Module.Preferences.UseBuoyantMW == buoyant);
   };
   add("popmnuDispMW", tr("Display MW"), false);
   add("popmnuDispMWB", tr("Display Buoyant MW"), true);

@@ -5,6 +5,7 @@
 #include <QToolButton>
 #include <QVBoxLayout>
 
+#include "core/finished_fit.h"
 #include "fit/fit_plots.h"
 #include "plot/chart_widget.h"
 #include "windows/controls/dataset_tip.h"
@@ -53,18 +54,18 @@ ResultPanel::ResultPanel(Session& session, QWidget* parent)
 }
 
 void ResultPanel::ShowFit() {
-  fit_ = session_.Module.Fit;
+  fit_ = session_.Module.LastFit;
   StepTo(0);
   show();
 }
 
 void ResultPanel::Redraw() {
-  if (position_ >= 0) StepTo(position_);
+  StepTo(position_);
 }
 
 void ResultPanel::Clear() {
   position_ = -1;
-  fit_ = {};
+  fit_.reset();
   chart_->SetChart({});
   which_->clear();
   back_->setEnabled(false);
@@ -73,15 +74,18 @@ void ResultPanel::Clear() {
 }
 
 void ResultPanel::StepTo(int position) {
-  const QuorvaneModule& module = session_.Module;
-  const int count = fit_.NumFitSets;
+  if (!fit_) return;
+  const FitState& fit = fit_->state;
+  const int count = fit.NumFitSets;
   if (position < 0 || position >= count) return;
+  const QuorvaneModule& module = session_.Module;
   position_ = position;
   const std::vector<Dataset>& datasets = module.Store.Datasets;
-  chart_->SetChart(plots_->Deviations() ? PlotDeviations(fit_, datasets, position)
-                                        : PlotDataFit(fit_, datasets, position, module.Plots));
+  chart_->SetChart(plots_->Deviations()
+                       ? PlotDeviations(fit, datasets, position)
+                       : PlotDataFit(fit, datasets, position, module.Preferences.Plots));
   const auto place = static_cast<std::size_t>(position);
-  which_->setToolTip(DatasetTip(datasets[static_cast<std::size_t>(fit_.FitSetList[place])]));
+  which_->setToolTip(DatasetTip(datasets[static_cast<std::size_t>(fit.FitSetList[place])]));
   which_->setText(tr("Dataset %1 of %2 in the fit").arg(position + 1).arg(count));
   back_->setEnabled(position > 0);
   forward_->setEnabled(position + 1 < count);

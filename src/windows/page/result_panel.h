@@ -2,8 +2,7 @@
 #pragma once
 
 #include <QWidget>
-
-#include "fit/fit_state.h"
+#include <memory>
 
 class QLabel;
 class QToolButton;
@@ -11,6 +10,7 @@ class QToolButton;
 namespace quorvane {
 
 class ChartWidget;
+struct FinishedFit;
 class PlotSwitch;
 struct Session;
 
@@ -21,7 +21,7 @@ class ResultPanel : public QWidget {
  public:
   explicit ResultPanel(Session& session, QWidget* parent = nullptr);
 
-  // Appears with the first dataset of the fit that the session holds.
+  // Appears with the first dataset of the last fit.
   void ShowFit();
 
   // Draws again with changed plot options.
@@ -34,8 +34,8 @@ class ResultPanel : public QWidget {
   void StepTo(int position);
 
   Session& session_;
-  FitState fit_;       // as it ended; the session's is rebuilt by the next press of "Fit"
-  int position_ = -1;  // in the fit, from 0; -1: nothing is shown
+  std::shared_ptr<const FinishedFit> fit_;  // null: nothing is shown
+  int position_ = -1;                       // in the fit, from 0; -1: nothing is shown
   ChartWidget* chart_;
   QToolButton* back_;
   QToolButton* forward_;

@@ -25,8 +25,7 @@ struct Session {
   std::filesystem::path ProgramFolder;
   std::filesystem::path CurrentFolder;  // where file dialogs and lists start
   bool LockArchives = false;            // whether other programs are told which archive is open
-  bool StopRequested = false;  // by a click, Esc, Stop or a close, since the calculation began
-  bool Calculating = false;    // a fit or search runs; no other command may start
+  bool Calculating = false;             // a fit or search runs; no other command may start
 
   // Set by the main window while it lives.
   // Stores what is being typed, in whatever window. False if it was refused: the message was shown,

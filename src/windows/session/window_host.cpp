@@ -41,8 +41,6 @@ void WindowHost::RunPendingEvents() {
     QCoreApplication::processEvents();
     sinceEvents_ = Stopwatch();
   }
-  // A stop in the first moments comes before the fit sets its flag.
-  if (session_.StopRequested) session_.Module.Fit.FitKeepGoing = false;
 }
 
 void WindowHost::SetStatus(std::string_view text) {

@@ -31,7 +31,7 @@ SimWindow::SimWindow(Session& session, Host& host, QWidget* parent)
       tabSim_(new QTabWidget) {
   BuildWidgets();
   ConnectSignals();
-  SetKDisplay(simulator_.Inputs, session_.Module.KFormat);
+  SetKDisplay(simulator_.Inputs, session_.Module.Preferences.KFormat);
   input_->ShowInputs();
   plots_->ShowModel(simulator_.Inputs.model);
 }
@@ -60,7 +60,7 @@ void SimWindow::ConnectSignals() {
 
 // What is being typed is still in the old form.
 void SimWindow::RefreshDisplay() {
-  const KDisplay display = session_.Module.KFormat;
+  const KDisplay display = session_.Module.Preferences.KFormat;
   if (simulator_.Inputs.kDisplay == display) return;
   input_->CommitPending();
   constants_.Change(simulator_.Inputs, display);

@@ -44,7 +44,7 @@ TEST(Overlay, DrawsGoodPointsAndFindsTheCurveAfterUnloading) {
   EXPECT_EQ(OverlaySets(module, {1}, false)[0].fitted, 0);
 
   for (const bool psi : {false, true}) {
-    const Chart chart = PlotOverlay(sets, module.Fit, psi);
+    const Chart chart = PlotOverlay(sets, &module.LastFit->state, psi);
     const ChartPanel& panel = chart.panels.at(0);
     EXPECT_TRUE(panel.legend);
     ASSERT_EQ(panel.series.size(), 3U);

@@ -29,7 +29,7 @@ class RefConc : public testing::Test {
     }
     module.Store.UseData[0] = false;
     module.FitPage.ModelMW = kBuoyant;
-    module.Plots = {.SubtractOffsets = true, .PlotUsingPSI = true};
+    module.Preferences.Plots = {.SubtractOffsets = true, .PlotUsingPSI = true};
     ASSERT_TRUE(SetupFit(module.Setup, module.FitPage, module.Store, *FindModel(model), host));
   }
 
@@ -64,7 +64,7 @@ TEST_F(RefConc, MovesOneValueAndGivesBothBack) {
 TEST_F(RefConc, EvaluatesWithoutTouchingTheLastFit) {
   SetUpModel(0);
   ASSERT_EQ(RunFit(module, host).ending, FitEnding::kFinished);
-  const double curve = module.Fit.FitYCalc(100);
+  const auto last = module.LastFit;
   Dataset& dataset = module.Store.Datasets[2];
   dataset.RefConc = 0.3;
   dataset.Offset = 0.02;
@@ -85,8 +85,7 @@ TEST_F(RefConc, EvaluatesWithoutTouchingTheLastFit) {
     EXPECT_NEAR(model.y[k], 0.02 + 0.3 * std::exp(kBuoyant * omega * x), 1e-12);
   }
   EXPECT_EQ(RefConcAdjustment(module, 1).Begin(host).charts[0], preview[1]);
-  EXPECT_EQ(module.Fit.NumFitSets, 2);
-  EXPECT_EQ(module.Fit.FitYCalc(100), curve);
+  EXPECT_EQ(module.LastFit, last);
 }
 
 TEST_F(RefConc, AnExtremeBarOverflowsWithItsMessage) {

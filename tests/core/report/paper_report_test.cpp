@@ -18,6 +18,7 @@
 #include "fit/models.h"
 #include "scan/scan_file.h"
 #include "stats/fit_quality.h"
+#include "support/last_fit.h"
 #include "support/recording_host.h"
 #include "support/session.h"
 #include "support/temp_folder.h"
@@ -87,7 +88,7 @@ TEST_F(PaperReportTest, SaysWhatTheFitWasAndFound) {
   const PaperReport report = MakePaperReport(module);
   EXPECT_EQ(ReportBody(report).substr(200), ReportBody(before).substr(200));  // behind the time
 
-  const FitState& fit = module.Fit;
+  const FitState& fit = module.LastFit->state;
   const FitStatistics statistics = CalcFitStatistics(fit, AcceptedSum(fit));
   const int weight = fit.SharedBase() + 1;
   const auto whole = [](double value) { return FormatNumber(value, "##0"); };
@@ -138,38 +139,40 @@ TEST_F(PaperReportTest, SaysWhatTheFitWasAndFound) {
   }));
   EXPECT_NEAR(squares, AcceptedSum(fit), 2e-3 * squares);  // of rounded numbers
   EXPECT_EQ(report.charts.size(), 3U);
-  EXPECT_EQ(report.charts[1], PlotDataFit(fit, module.LastFit.datasets, 1, module.Plots));
+  EXPECT_EQ(report.charts[1],
+            PlotDataFit(fit, module.LastFit->datasets, 1, module.Preferences.Plots));
 }
 
 TEST_F(PaperReportTest, IntervalsBelongToTheirFit) {
   Fit();
   SearchIntervals(module, {95.46, RatioMethod::kParameters, {true}}, host);
-  EXPECT_TRUE(module.LastFit.intervals);
+  EXPECT_TRUE(module.LastFit->intervals);
   SearchIntervals(module, {99.0, RatioMethod::kParameters, {false}}, host);  // finds nothing
-  EXPECT_EQ(module.LastFit.intervals->request.percent, 95.46);
-  ConfidenceInterval& weight = module.LastFit.intervals->outcome.intervals[0];
-  weight.lower = 0.0;
-  weight.upper = weight.value;
+  EXPECT_EQ(module.LastFit->intervals->request.percent, 95.46);
+  ChangeLastFit(module, [](FinishedFit& fit) {
+    ConfidenceInterval& weight = fit.intervals->outcome.intervals[0];
+    weight.lower = 0.0;
+    weight.upper = weight.value;
+  });
   EXPECT_EQ(
       Find(MakePaperReport(module), "Parameters shared by all datasets", "Molecular weight")[3],
       "[no limit, no limit]");
   Fit();
-  EXPECT_FALSE(module.LastFit.intervals);
+  EXPECT_FALSE(module.LastFit->intervals);
   EXPECT_EQ(Find(MakePaperReport(module), "Parameters shared by all datasets", "K").size(), 4U);
-  host.onEvents = [this] { module.Fit.FitKeepGoing = false; };
+  const auto last = module.LastFit;
+  module.Stop.Raise();
   EXPECT_EQ(RunFit(module, host).ending, FitEnding::kStopped);
-  EXPECT_FALSE(module.LastFit.finished);
-  host.onEvents = {};
-  Fit();
+  EXPECT_EQ(module.LastFit, last);
   StartNewExperiment(module);
-  EXPECT_FALSE(module.LastFit.finished);
+  EXPECT_EQ(module.LastFit, nullptr);
 }
 
 // A last step that was rejected is the log's business; the report says so.
 TEST_F(PaperReportTest, CountsTheSumOfTheFittedValues) {
   Fit();
   const PaperReport before = MakePaperReport(module);
-  module.Fit.FitChiSq = 40.0;
+  ChangeLastFit(module, [](FinishedFit& fit) { fit.state.FitChiSq = 40.0; });
   const PaperReport after = MakePaperReport(module);
   for (const char* row : {"Sum of squared residuals", "Variance"}) {
     EXPECT_EQ(Find(after, "The whole fit", row), Find(before, "The whole fit", row));
@@ -214,7 +217,7 @@ TEST_F(PaperReportTest, NamesEndsAndLoadsThatCount) {
 // A value that the data do not determine keeps the rest of the report from nothing.
 TEST_F(PaperReportTest, AnImpossibleErrorIsNotAvailable) {
   Fit();
-  module.Fit.FitCovar(1, 1) = -1.0;
+  ChangeLastFit(module, [](FinishedFit& fit) { fit.state.FitCovar(1, 1) = -1.0; });
   EXPECT_EQ(Find(MakePaperReport(module), "Values of each dataset", "1")[2], "n/a");
 }
 

@@ -30,12 +30,12 @@ void StoreRecent(IniSettings& store, const std::vector<std::string>& paths) {
 
 TEST_F(SettingsTest, KeepWhatASessionSet) {
   QuorvaneModule module;
-  module.SaveGraphs = false;
-  module.KFormat = KDisplay::kPlain;
-  module.DeletedColor = 0x0A00FF;
-  module.DefaultVbar = 0.1 + 0.2;
-  module.MCTolerance = 1e-7;
-  module.ShowHints = false;
+  module.Preferences.SaveGraphs = false;
+  module.Preferences.KFormat = KDisplay::kPlain;
+  module.Preferences.DeletedColor = 0x0A00FF;
+  module.Preferences.DefaultVbar = 0.1 + 0.2;
+  module.Preferences.MCTolerance = 1e-7;
+  module.Preferences.ShowHints = false;
   SaveSettings(module, folder.path(), store, host);
   SaveShowHints(module, store, host);
   SaveLogFont({"Liberation Mono", true, false, 9.5F}, store, host);
@@ -45,13 +45,13 @@ TEST_F(SettingsTest, KeepWhatASessionSet) {
 
   QuorvaneModule next;
   LoadSettings(next, store);
-  EXPECT_FALSE(next.SaveGraphs);
-  EXPECT_FALSE(next.ShowHints);
-  EXPECT_TRUE(next.LogGraphs);
-  EXPECT_EQ(next.KFormat, KDisplay::kPlain);
-  EXPECT_EQ(next.DeletedColor, 0x0A00FFU);
+  EXPECT_FALSE(next.Preferences.SaveGraphs);
+  EXPECT_FALSE(next.Preferences.ShowHints);
+  EXPECT_TRUE(next.Preferences.LogGraphs);
+  EXPECT_EQ(next.Preferences.KFormat, KDisplay::kPlain);
+  EXPECT_EQ(next.Preferences.DeletedColor, 0x0A00FFU);
   EXPECT_EQ(next.FitPage.Vbar, 0.1 + 0.2);
-  EXPECT_EQ(next.MCTolerance, 1e-7);
+  EXPECT_EQ(next.Preferences.MCTolerance, 1e-7);
   EXPECT_EQ(LoadLastDirectory(store, "/elsewhere"), folder.path());
   EXPECT_EQ(LoadWindowPlace(store).MainLeft, -20.5F);
   const LogFont font = LoadLogFont(store, {});
@@ -80,11 +80,11 @@ TEST_F(SettingsTest, EndAtTheFirstValueThatDoesNotConvert) {
                  "; mine\n[Settings]\n" + std::string(test.line) + "\nKFormat=1\nVbar=0.8\n");
     QuorvaneModule module;
     LoadSettings(module, IniSettings(folder / "quorvane.ini"));
-    EXPECT_EQ(module.SaveGraphs, test.saveGraphs) << test.line;
-    EXPECT_EQ(module.Plots.SubtractOffsets, test.subtractOffsets) << test.line;
-    EXPECT_EQ(static_cast<int>(module.KFormat), test.kFormat) << test.line;
+    EXPECT_EQ(module.Preferences.SaveGraphs, test.saveGraphs) << test.line;
+    EXPECT_EQ(module.Preferences.Plots.SubtractOffsets, test.subtractOffsets) << test.line;
+    EXPECT_EQ(static_cast<int>(module.Preferences.KFormat), test.kFormat) << test.line;
     EXPECT_EQ(module.FitPage.Vbar, test.vbar) << test.line;
-    EXPECT_EQ(module.DefaultVbarB, 0.73) << test.line;
+    EXPECT_EQ(module.Preferences.DefaultVbarB, 0.73) << test.line;
   }
 }
 

@@ -19,7 +19,7 @@ namespace {
 
 class KeptWorkTest : public MainWindowTest {
  protected:
-  KeptWorkTest() { session.Module.ShowHints = false; }
+  KeptWorkTest() { session.Module.Preferences.ShowHints = false; }
 
   // Two scans of the example in the folder of the test.
   void WriteScans() {

@@ -87,7 +87,7 @@ TEST_F(SaveReportTest, WritesBothFormatsOfTheLastFinishedFit) {
   SetUpExample();
   EXPECT_FALSE(action->isEnabled());
   Click("cmdFitMe");
-  const std::size_t sets = session.Module.LastFit.datasets.size();
+  const std::size_t sets = session.Module.LastFit->datasets.size();
   dialogs.files = {ToQString(folder / "fit.html"), ToQString(folder / "fit.pdf"), ""};
   Trigger("mnuSaveReport");
   const std::string html = ReadText(folder / "fit.html");

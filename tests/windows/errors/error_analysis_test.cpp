@@ -17,6 +17,7 @@
 #include <QTimer>
 
 #include "support/fit_problem.h"
+#include "support/last_fit.h"
 #include "windows/data/data_window.h"
 #include "windows/errors/confidence_window.h"
 #include "windows/errors/correlation_window.h"
@@ -33,9 +34,10 @@ class Confidence : public SessionFixture {
  protected:
   // Opens the window for a fit of the model with its second shared parameter held.
   void Open(int model) {
-    session.Module.Fit = MakeProblem({.modelIndex = model}, TypicalShared(model));
-    FitState& fit = session.Module.Fit;
-    if (fit.SharedBase() + 2 <= fit.FitMA) fit.FitIA(fit.SharedBase() + 2) = 0;
+    ChangeLastFit(session.Module, [&](FinishedFit& last) {
+      FitState& fit = last.state = MakeProblem({.modelIndex = model}, TypicalShared(model));
+      if (fit.SharedBase() + 2 <= fit.FitMA) fit.FitIA(fit.SharedBase() + 2) = 0;
+    });
     window = std::make_unique<ConfidenceWindow>(session);
     window->show();
     window->activateWindow();
@@ -151,6 +153,13 @@ class ErrorAnalysis : public MainWindowTest {
     EXPECT_TRUE(LogText().contains("Fitting Time: ")) << LogText().toStdString();
     QTest::qWait(1);
   }
+  // As if the fit had ended with parameter l so much higher.
+  void EndElsewhere(int l, double by) {
+    ChangeLastFit(session.Module, [&](FinishedFit& last) {
+      last.state.FitA(l) += by;
+      last.state.FitChiSq = last.state.Memory.bestChiSq *= 2.0;
+    });
+  }
   ConfidenceWindow* OpenConfidence() {
     auto* tab = Find<QWidget>("frmData");
     tab->findChild<QPushButton*>("cmdCalcCI")->click();
@@ -160,7 +169,7 @@ class ErrorAnalysis : public MainWindowTest {
 
 TEST_F(ErrorAnalysis, ASearchReportsAndLeavesTheFitAsItWas) {
   FitMany(30);
-  const FitState before = session.Module.Fit;
+  const auto before = session.Module.LastFit;
   const QPointer<ConfidenceWindow> confidence = OpenConfidence();
   confidence->findChild<QCheckBox*>("chkParam(1)")->setChecked(false);  // K has no limits here
   EXPECT_TRUE(confidence->isVisible());
@@ -184,15 +193,15 @@ TEST_F(ErrorAnalysis, ASearchReportsAndLeavesTheFitAsItWas) {
   EXPECT_TRUE(LogText().contains("CalcCI Time: "));
   QTest::qWait(1);
   EXPECT_EQ(confidence, nullptr);
-  EXPECT_EQ(session.Module.Fit.FitA, before.FitA);
-  EXPECT_EQ(session.Module.Fit.FitChiSq, before.FitChiSq);
+  EXPECT_EQ(session.Module.LastFit->state.FitA, before->state.FitA);
+  EXPECT_EQ(session.Module.LastFit->state.FitChiSq, before->state.FitChiSq);
   EXPECT_EQ(Find<QLabel>("sbStatusBar")->text(), " ");
   EXPECT_TRUE(Find<QAction>("mnuPrint")->isEnabled());
 }
 
 TEST_F(ErrorAnalysis, AStopEndsTheSearchAndChangesNothing) {
   FitMany();
-  const FitState before = session.Module.Fit;
+  const auto before = session.Module.LastFit;
   const std::vector<std::function<void()>> stops = {
       [this] { QTest::mouseClick(Find<QTextEdit>("logFile")->viewport(), Qt::LeftButton); },
       [this] { QTest::keyClick(Find<QTextEdit>("logFile"), Qt::Key_Escape); },
@@ -202,12 +211,12 @@ TEST_F(ErrorAnalysis, AStopEndsTheSearchAndChangesNothing) {
     const QPointer<ConfidenceWindow> confidence = OpenConfidence();
     QTimer timer;
     QObject::connect(&timer, &QTimer::timeout, window.get(), [&] {
-      if (session.Calculating && session.Module.Fit.FitKeepGoing) stop();
+      if (session.Calculating && !session.Module.Stop.Raised()) stop();
     });
     timer.start(0);
     confidence->findChild<QPushButton*>("cmdCalcCI")->click();
     EXPECT_EQ(LogText().count("** User Terminated Calculation of CIs **"), ++stopped);
-    EXPECT_EQ(session.Module.Fit.FitA, before.FitA);
+    EXPECT_EQ(session.Module.LastFit, before);
     QTest::qWait(1);
     EXPECT_EQ(confidence, nullptr);
   }
@@ -215,7 +224,7 @@ TEST_F(ErrorAnalysis, AStopEndsTheSearchAndChangesNothing) {
 
 TEST_F(ErrorAnalysis, AStoppedFitLeavesTheFitBeforeItToBeAnalysed) {
   FitMany();
-  const FitState before = session.Module.Fit;
+  const auto before = session.Module.LastFit;
   Find<QLineEdit>("txtMWB")->setText("5000");
   QTimer timer;
   QObject::connect(&timer, &QTimer::timeout, window.get(), [&] {
@@ -224,8 +233,7 @@ TEST_F(ErrorAnalysis, AStoppedFitLeavesTheFitBeforeItToBeAnalysed) {
   timer.start(0);
   Click("cmdFitMe");
   EXPECT_TRUE(LogText().contains("** User  Terminated Fitting Process  **"));
-  EXPECT_EQ(session.Module.Fit.FitA, before.FitA);
-  EXPECT_EQ(session.Module.Fit.FitCovar, before.FitCovar);
+  EXPECT_EQ(session.Module.LastFit, before);
   EXPECT_TRUE(Find<QPushButton>("cmdShowCCCs")->isEnabled());
 }
 
@@ -244,14 +252,11 @@ TEST_F(ErrorAnalysis, TheWindowGoesWithTheFitThatItWasOpenedFor) {
 TEST_F(ErrorAnalysis, ABetterMinimumIsOfferedAndTakenOver) {
   EXPECT_FALSE(Find<QAction>("mnuCheckMinimum")->isEnabled());
   FitExample();
-  FitState& fit = session.Module.Fit;
-  const Array1<double> best = fit.FitA;
+  const Array1<double> best = session.Module.LastFit->state.FitA;
+  const int weight = session.Module.LastFit->state.SharedBase() + 1;
   const QString log = LogText();
-  // As if the fit had ended elsewhere.
-  const int weight = fit.SharedBase() + 1;
-  fit.FitA(weight) *= 1.1;
-  fit.FitChiSq = fit.Memory.bestChiSq = 2.0 * fit.Memory.bestChiSq;
-  session.Module.FitPage.ModelMW = fit.FitA(weight);
+  EndElsewhere(weight, 0.1 * best(weight));
+  session.Module.FitPage.ModelMW = 1.1 * best(weight);
   Trigger("mnuCheckMinimum");
   const QPointer<MinimaWindow> minima = Find<MinimaWindow>("frmMinima");
   EXPECT_FALSE(Find<QPushButton>("cmdUseAsStart")->isEnabled());
@@ -278,7 +283,7 @@ TEST_F(ErrorAnalysis, ABetterMinimumIsOfferedAndTakenOver) {
 
 TEST_F(ErrorAnalysis, ACheckThatIsStoppedOrFindsNothingOffersNothing) {
   FitMany();
-  const FitState before = session.Module.Fit;
+  const auto before = session.Module.LastFit;
   Trigger("mnuCheckMinimum");
   const QPointer<MinimaWindow> minima = Find<MinimaWindow>("frmMinima");
   Find<QSpinBox>("spnStarts")->setValue(1000);
@@ -290,7 +295,7 @@ TEST_F(ErrorAnalysis, ACheckThatIsStoppedOrFindsNothingOffersNothing) {
   Click("cmdCheckMinimum");
   timer.stop();
   EXPECT_TRUE(Find<QLabel>("lblMinima")->text().startsWith("Stopped: "));
-  EXPECT_EQ(session.Module.Fit.FitA, before.FitA);
+  EXPECT_EQ(session.Module.LastFit, before);
   EXPECT_FALSE(Find<QPushButton>("cmdStopMinima")->isEnabled());
   Click("cmdFitMe");  // a new fit: the window goes
   QTest::qWait(1);
@@ -300,10 +305,8 @@ TEST_F(ErrorAnalysis, ACheckThatIsStoppedOrFindsNothingOffersNothing) {
 TEST_F(ErrorAnalysis, ASearchOffersTheBetterMinimumThatItMet) {
   for (const bool accepted : {false, true}) {
     FitExample();
-    FitState& fit = session.Module.Fit;
     const double weight = session.Module.FitPage.ModelMW;
-    fit.FitA(1) += 0.05;
-    fit.FitChiSq = fit.Memory.bestChiSq = 2.0 * fit.Memory.bestChiSq;
+    EndElsewhere(1, 0.05);
     dialogs.questions.clear();
     dialogs.yesNo = {accepted};
     OpenConfidence()->findChild<QPushButton*>("cmdCalcCI")->click();
@@ -328,8 +331,10 @@ TEST(CorrelationWindow, ColoursHeldAndCriticalCoefficientsOnly) {
   set(1, 5, 1.01);
   fit.FitIA(4) = 0;
   fit.FitCovar(4, 4) = 0.0;
+  const auto last = std::make_shared<FinishedFit>();
+  last->state = fit;
   CorrelationWindow window;
-  window.ShowFit(fit, 0.95);
+  window.ShowFit(last, 0.95);
   auto* grid = window.findChild<QTableView*>("gridCCC");
   const QColor grey = QGuiApplication::palette().color(QPalette::Disabled, QPalette::WindowText);
   // By row: . plain, g grey, c critical.
@@ -387,8 +392,9 @@ TEST_F(ErrorAnalysis, QualityFollowsTheFitAndGoesWithIt) {
   EXPECT_TRUE(
       std::holds_alternative<std::monostate>(Find<QualityWindow>("frmFitQuality")->Printed()));
   FitExample();
-  EXPECT_EQ(grid->model()->rowCount(), session.Module.Fit.NumFitSets);
-  EXPECT_EQ(grid->model()->index(0, 1).data().toInt(), session.Module.Fit.SetPointCount(1));
+  EXPECT_EQ(grid->model()->rowCount(), session.Module.LastFit->state.NumFitSets);
+  EXPECT_EQ(grid->model()->index(0, 1).data().toInt(),
+            session.Module.LastFit->state.SetPointCount(1));
   EXPECT_TRUE(std::holds_alternative<PrintedGrid>(Find<QualityWindow>("frmFitQuality")->Printed()));
   EXPECT_TRUE(remarks().contains("vbar and density"));
   dialogs.texts = {"1.0"};  // the very default, but set
@@ -405,7 +411,7 @@ TEST_F(ErrorAnalysis, QualityFollowsTheFitAndGoesWithIt) {
 
 TEST(QualityWindow, PointsOutWhatIsNoNoise) {
   QuorvaneModule module;
-  FitState& fit = module.Fit = MakeProblem({.modelIndex = 0, .points = 12}, TypicalShared(0));
+  FitState fit = MakeProblem({.modelIndex = 0, .points = 12}, TypicalShared(0));
   fit.FitYCalc = Array1<double>(fit.FitNumPoints, 0.0);
   fit.FitCovar = Matrix1<double>(fit.FitMA, fit.FitMA);
   module.Store.Datasets.assign(2, EmptyDataset());
@@ -416,6 +422,7 @@ TEST(QualityWindow, PointsOutWhatIsNoNoise) {
     for (int k = 0; k < 12; ++k)
       fit.FitY(fit.SetFirstPoint(d) + k) = signs[d - 1][k] == '+' ? 1 : -1;
   }
+  ChangeLastFit(module, [&](FinishedFit& last) { last.state = fit; });
   QualityWindow window;
   window.ShowFit(module);
   auto* grid = window.findChild<QTableView*>("gridQuality");

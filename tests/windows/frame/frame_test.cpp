@@ -170,7 +170,7 @@ TEST_F(FrameTest, NothingIsDiscardedBehindSave) {
 }
 
 TEST_F(FrameTest, AfterALoadAndAPictureTheKeysGoToTheLog) {
-  session.Module.ShowHints = false;
+  session.Module.Preferences.ShowHints = false;
   const auto keysGoToLog = [this] { return window->focusWidget() == Find("logFile"); };
   SetUpExample();
   EXPECT_TRUE(keysGoToLog());
@@ -184,7 +184,7 @@ TEST_F(FrameTest, AfterALoadAndAPictureTheKeysGoToTheLog) {
   modal.close();
   window->activateWindow();
   for (const bool pictures : {false, true}) {
-    session.Module.LogGraphs = session.Module.SaveGraphs = pictures;
+    session.Module.Preferences.LogGraphs = session.Module.Preferences.SaveGraphs = pictures;
     Click("cmdSetFit");
     Find("txtMWB")->setFocus();
     Click("cmdFitMe");

@@ -76,7 +76,7 @@ TEST_F(MainWindowTest, AFitIsStoppedByClickEscapeOrButtonAndDisturbedByNothing) 
     int checks = 0;
     QTimer timer;
     QObject::connect(&timer, &QTimer::timeout, window.get(), [&] {
-      if (!session.Module.Fit.FitKeepGoing || checks++ > 0) return;
+      if (!session.Calculating || checks++ > 0) return;
       EXPECT_FALSE(Find<QAction>("mnuFileOpen")->isEnabled());
       EXPECT_FALSE(Find<QAbstractButton>("cmdFitMe")->isEnabled());
       EXPECT_FALSE(Find<QAbstractButton>("cmdLoadFile")->isEnabled());
@@ -117,7 +117,7 @@ TEST_F(MainWindowTest, ConstantsAreRefusedWithTheirBoxes) {
     EXPECT_EQ(dialogs.messages[0].text, test.text);
   }
   EXPECT_EQ(session.Module.FitPage.Vbar, 0.2501);
-  EXPECT_EQ(session.Module.MCTolerance, 10.0);
+  EXPECT_EQ(session.Module.Preferences.MCTolerance, 10.0);
 }
 
 TEST_F(MainWindowTest, NewAsksOnlyForAnOpenExperiment) {
@@ -175,7 +175,7 @@ TEST_F(MainWindowTest, TheResultOutlivesARefusedFit) {
   session.Module.Setup.chkMWB = session.Module.Setup.chkLnK1 = CheckState::kUnchecked;
   Click("cmdFitMe");
   EXPECT_EQ(dialogs.messages.back().text, "No Parameters Chosen for Fitting!");
-  EXPECT_TRUE(session.Module.LastFit.finished && Find<QAction>("mnuSaveReport")->isEnabled());
+  EXPECT_TRUE(session.Module.LastFit && Find<QAction>("mnuSaveReport")->isEnabled());
   Trigger("mnuOptionDispK");  // draws the result again
   EXPECT_EQ(chart->GetChart(), fitted);
 }
@@ -202,11 +202,11 @@ TEST_F(MainWindowTest, SettingsOutliveTheProgram) {
   window.reset();
   Session again(settings, dialogs, folder.path());
   LoadSettings(again.Module, settings);
-  EXPECT_FALSE(again.Module.SaveGraphs);
-  EXPECT_TRUE(again.Module.Plots.PlotUsingPSI);
-  EXPECT_EQ(again.Module.KFormat, KDisplay::kPlain);
-  EXPECT_FALSE(again.Module.UseBuoyantMW);
-  EXPECT_EQ(again.Module.GoodColor, 0x030201U);
+  EXPECT_FALSE(again.Module.Preferences.SaveGraphs);
+  EXPECT_TRUE(again.Module.Preferences.Plots.PlotUsingPSI);
+  EXPECT_EQ(again.Module.Preferences.KFormat, KDisplay::kPlain);
+  EXPECT_FALSE(again.Module.Preferences.UseBuoyantMW);
+  EXPECT_EQ(again.Module.Preferences.GoodColor, 0x030201U);
   const MainWindow next(again);
   EXPECT_TRUE(next.findChild<QAction*>("mnuOptionDispK")->isChecked());
   EXPECT_FALSE(next.findChild<QAction*>("mnuOptionDispLnK")->isChecked());
@@ -249,7 +249,7 @@ TEST_F(MainWindowTest, ClosingDuringAFitStopsItFirst) {
   int closes = 0;
   QTimer timer;
   QObject::connect(&timer, &QTimer::timeout, window.get(), [&] {
-    if (!session.Module.Fit.FitKeepGoing) return;
+    if (!session.Calculating) return;
     for (; closes < 2; ++closes) EXPECT_FALSE(window->close());
   });
   timer.start(0);
@@ -391,7 +391,7 @@ TEST_F(MainWindowTest, NoKeyMeansTwoThings) {
 }
 
 TEST_F(MainWindowTest, KeysOpenTabsAndRunTheFit) {
-  session.Module.ShowHints = false;
+  session.Module.Preferences.ShowHints = false;
   SetUpExample();
   QTest::keyClick(window.get(), Qt::Key_2, Qt::ControlModifier);
   EXPECT_EQ(Tabs(), "1211");

@@ -36,7 +36,7 @@ constexpr double kLn10 = 2.302585092994046;
 class FitControlTabTest : public testing::Test {
  protected:
   FitControlTabTest() {
-    session.Module.ShowNIWarning = false;
+    session.Module.Preferences.ShowNIWarning = false;
     tab.show();
     tab.activateWindow();
     EXPECT_TRUE(QTest::qWaitForWindowActive(&tab));
@@ -130,8 +130,8 @@ TEST_F(FitControlTabTest, ValuesAreShownAndStoredInTheirForms) {
       {true, kPlain, "txtLnK3", ".01", &FitPage::ModelLnK3, -2.0 * kLn10, "1.000E-2"},
   };
   for (const Case& c : cases) {
-    session.Module.UseBuoyantMW = c.buoyant;
-    session.Module.KFormat = c.KFormat;
+    session.Module.Preferences.UseBuoyantMW = c.buoyant;
+    session.Module.Preferences.KFormat = c.KFormat;
     tab.RefreshDisplay();
     Type(c.box, c.typed);
     EXPECT_NEAR(page.*c.field, c.stored, 1e-12 * std::fabs(c.stored)) << c.box << c.typed;
@@ -140,7 +140,7 @@ TEST_F(FitControlTabTest, ValuesAreShownAndStoredInTheirForms) {
   // Three changes of the display bring the first text back and leave the value alone.
   page.ModelLnK1 = 14.123456;
   for (const KDisplay display : {kLn, kLog10, kPlain, kLn}) {
-    session.Module.KFormat = display;
+    session.Module.Preferences.KFormat = display;
     tab.RefreshDisplay();
   }
   EXPECT_EQ(Text("txtLnK1"), "14.1235");
@@ -150,7 +150,7 @@ TEST_F(FitControlTabTest, ValuesAreShownAndStoredInTheirForms) {
 
 TEST_F(FitControlTabTest, RefusalsKeepTheValueAndTheFocus) {
   SetUp(8, 2);
-  session.Module.UseBuoyantMW = false;
+  session.Module.Preferences.UseBuoyantMW = false;
   const char* const illegal = "Illegal Value Entered";
   struct Case {
     KDisplay KFormat;
@@ -185,7 +185,7 @@ TEST_F(FitControlTabTest, RefusalsKeepTheValueAndTheFocus) {
   session.Remark = [&remark](const QString& text) { remark = text; };
   Click("chkUseMC");
   for (const Case& c : cases) {
-    session.Module.KFormat = c.KFormat;
+    session.Module.Preferences.KFormat = c.KFormat;
     tab.RefreshDisplay();
     if (setup.ConstrainKRatios != c.constrained) Click("chkConstrainKratios");
     const std::string before = Text(c.box);
@@ -207,8 +207,8 @@ TEST_F(FitControlTabTest, ValuesBeyondTheirFormAreNoCrash) {
   SetUp(2, 1);
   page.Vbar = 1.0;
   page.ModelLnK1 = 800.0;
-  session.Module.UseBuoyantMW = false;
-  session.Module.KFormat = kPlain;
+  session.Module.Preferences.UseBuoyantMW = false;
+  session.Module.Preferences.KFormat = kPlain;
   tab.RefreshDisplay();
   EXPECT_EQ(Text("txtMWB"), "Division by zero");
   EXPECT_EQ(Text("txtLnK1"), "Overflow");
@@ -308,7 +308,7 @@ TEST_F(FitControlTabTest, ConstrainedRatiosComeBackAsTheyWere) {
   EXPECT_EQ(Text("txtLnK2"), "4.4817");
   EXPECT_EQ(Find<QCheckBox>("chkLnK2")->checkState(), Qt::PartiallyChecked);
   EXPECT_FALSE(Find("chkLnK2")->isEnabled());
-  session.Module.KFormat = kPlain;
+  session.Module.Preferences.KFormat = kPlain;
   tab.RefreshDisplay();
   EXPECT_EQ(Text("txtLnK2"), "4.4817");
   Click("chkConstrainKratios");
@@ -496,11 +496,11 @@ TEST_F(FitControlTabTest, NumbersHaveAPointInEveryLocale) {
 }
 
 TEST_F(FitControlTabTest, TheNonidealModelWarnsUntilToldNotTo) {
-  session.Module.ShowNIWarning = true;
+  session.Module.Preferences.ShowNIWarning = true;
   SetUp(1, 1);
   auto* warning = Find<QDialog>("frmNIWarn");
   EXPECT_TRUE(warning->isVisible() && warning->isModal());
   warning->findChild<QCheckBox*>("chkDontShow")->setChecked(true);
   warning->findChild<QPushButton*>("cmdOK")->click();
-  EXPECT_FALSE(warning->isVisible() || session.Module.ShowNIWarning);
+  EXPECT_FALSE(warning->isVisible() || session.Module.Preferences.ShowNIWarning);
 }

@@ -18,7 +18,7 @@ namespace {
 class SimWindowTest : public MainWindowTest {
  protected:
   SimWindowTest() {
-    session.Module.KFormat = KDisplay::kLn;
+    session.Module.Preferences.KFormat = KDisplay::kLn;
     Trigger("mnuSimulate");
     sim = Find("frmSim");
     tabs = Find<QTabWidget>("tabSim");
