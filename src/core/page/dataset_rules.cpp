@@ -1,17 +1,28 @@
 #include "core/page/dataset_rules.h"
 
+#include "base/arithmetic.h"
 #include "scan/blank.h"
 
 namespace quorvane {
+
+namespace {
+
+const Dataset& DatasetAt(const DatasetStore& store, int position) {
+  const auto place = static_cast<std::size_t>(position);
+  if (place >= store.Datasets.size()) throw SubscriptFault();
+  return store.Datasets[place];
+}
+
+}  // namespace
 
 Refusal RefusalOfFitting(const Dataset& dataset) {
   return IsBlank(dataset) ? Refusal{"a blank is never fitted"} : Refusal{};
 }
 
 Refusal ChooseForFit(DatasetStore& store, int position, bool use) {
-  const auto place = static_cast<std::size_t>(position);
-  if (Refusal refusal = RefusalOfFitting(store.Datasets.at(place)); refusal && use) return refusal;
-  store.UseData[place] = use;
+  Refusal refusal = RefusalOfFitting(DatasetAt(store, position));
+  if (refusal && use) return refusal;
+  store.UseData[static_cast<std::size_t>(position)] = use;
   return {};
 }
 
@@ -31,11 +42,8 @@ Refusal RefusalOfBlanking(const Dataset& dataset) {
 }
 
 Refusal TakeOffBlank(DatasetStore& store, int position, int blank, Host& host) {
-  const Dataset& sample = store.Datasets.at(static_cast<std::size_t>(position));
-  if (!IsBlank(store.Datasets.at(static_cast<std::size_t>(blank)))) {
-    return Refusal{"that dataset is no blank"};
-  }
-  if (Refusal refusal = RefusalOfBlanking(sample)) return refusal;
+  if (!IsBlank(DatasetAt(store, blank))) return Refusal{"that dataset is no blank"};
+  if (Refusal refusal = RefusalOfBlanking(DatasetAt(store, position))) return refusal;
   BlankDataset(store, position, blank, host);
   return {};
 }

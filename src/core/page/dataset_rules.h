@@ -1,5 +1,5 @@
 // What may be done with a loaded dataset: a blank is subtracted from samples, and is neither fitted
-// nor edited. Positions in the store count from 0.
+// nor edited. Positions in the store count from 0; one that it does not have throws SubscriptFault.
 #pragma once
 
 #include "core/page/refusal.h"

@@ -63,8 +63,10 @@ Refusal SetValue(const RowValue& value, Dataset& dataset, double number) {
 }
 
 void SetCheck(const RowCheck& check, FitSetup& setup, int row, bool checked) {
-  (setup.*check.states).at(static_cast<std::size_t>(row)) =
-      checked ? CheckState::kChecked : CheckState::kUnchecked;
+  std::vector<CheckState>& states = setup.*check.states;
+  const auto place = static_cast<std::size_t>(row);
+  if (place >= states.size()) throw SubscriptFault();
+  states[place] = checked ? CheckState::kChecked : CheckState::kUnchecked;
 }
 
 std::string TextOf(const RowValue& value, const Dataset& dataset) {

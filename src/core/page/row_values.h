@@ -68,6 +68,7 @@ std::optional<int> RowOfDataset(const FitSetup& setup, int dataset);
 Refusal RefusalOfValue(const RowValue& value, double number);
 Refusal SetValue(const RowValue& value, Dataset& dataset, double number);
 
+// Throws SubscriptFault for a row that the page does not have.
 void SetCheck(const RowCheck& check, FitSetup& setup, int row, bool checked);
 
 std::string TextOf(const RowValue& value, const Dataset& dataset);

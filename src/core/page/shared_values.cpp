@@ -54,18 +54,18 @@ double Convert(const SharedParameter& value, const QuorvaneModule& module,
   return logarithm ? conversion.constant(number, module.KFormat) : number;
 }
 
-bool MustBePositive(const SharedParameter& value, const QuorvaneModule& module) {
-  return IsConstant(value) && (module.KFormat == KDisplay::kPlain || IsRatio(value, module.Setup));
+// Whether its box shows K itself.
+bool IsPlainK(const SharedParameter& value, const QuorvaneModule& module) {
+  return IsConstant(value) && !IsRatio(value, module.Setup) && module.KFormat == KDisplay::kPlain;
 }
 
 Refusal NotPositive(const std::string& constant) {
   return Refusal{constant + " must be greater than 0!"};
 }
 
-// Why a K cannot be typed: it has no logarithm. A ratio has a rule of its own.
+// Why a K cannot be typed: it has no logarithm.
 Refusal RefusalOfK(const SharedParameter& value, const QuorvaneModule& module, double typed) {
-  const bool plain = IsConstant(value) && module.KFormat == KDisplay::kPlain;
-  if (!plain || IsRatio(value, module.Setup) || typed > 0.0) return {};
+  if (!IsPlainK(value, module) || typed > 0.0) return {};
   return &value == &shared::kLnK1 ? Refusal{"K must be >0 !"}
                                   : NotPositive(std::string(value.label));
 }
@@ -135,7 +135,8 @@ Refusal Enter(const SharedParameter& value, QuorvaneModule& module, std::string_
 }
 
 std::string TakenBy(const SharedParameter& value, const QuorvaneModule& module) {
-  return MustBePositive(value, module) ? kTakesAboveZero : kTakesAnyNumber;
+  const bool positive = IsPlainK(value, module) || IsRatio(value, module.Setup);
+  return positive ? kTakesAboveZero : kTakesAnyNumber;
 }
 
 Refusal RefusalOfConstraint(const Model& model) {
