@@ -154,12 +154,12 @@ void CheckFit(const JobFit& fit) {
   Require(fit.table, "constrain_k_ratios", RefusalOfConstraint(*fit.model));
   for (const auto& [parameter, entry] : fit.parameters) {
     if (!MayBeRatio(*parameter)) continue;
-    const auto require = [&](const Refusal& refusal) {
-      if (!refusal) return;
+    Refusal refusal;
+    if (entry.fit.value_or(false)) refusal = RefusalOfFitting(*parameter, true);
+    if (!refusal && entry.start) refusal = RefusalOfRatio(*parameter, *entry.start);
+    if (refusal) {
       fit.table.Fail("parameters", std::string(parameter->name) + ": " + LineOf(refusal));
-    };
-    if (entry.fit.value_or(false)) require(RefusalOfFitting(*parameter, true));
-    if (entry.start) require(RefusalOfRatio(*parameter, *entry.start));
+    }
   }
 }
 
