@@ -50,7 +50,6 @@ class PageRules : public testing::Test {
 
 TEST_F(PageRules, ValuesOutsideTheirBoundsChangeNothing) {
   using Set = std::function<Refusal(double)>;
-  using Get = std::function<double()>;
   const auto row = [&](const RowValue& value) {
     return Set([&](double x) { return SetValue(value, First(), x); });
   };
@@ -60,11 +59,11 @@ TEST_F(PageRules, ValuesOutsideTheirBoundsChangeNothing) {
   const Set speed = [&](double x) { return SetSpeed(First(), x); };
   const Set temperature = [&](double x) { return SetTemperature(setup, x); };
   const Set weight = [&](double x) { return SetShared(shared::kMW, module, x); };
-  const Get stored = [&] {  // any change shows in it
-    double sum = First().Speed + setup.DegC + page.ModelMW + module.MCTolerance + page.Vbar +
-                 page.Density + module.CriticalCCCValue;
-    for (const RowValue& value : RowValues) sum += First().*value.field;
-    return sum;
+  const auto stored = [&] {
+    std::vector<double> all = {1.0 * First().Speed, setup.DegC,   page.ModelMW,           page.Vbar,
+                               module.MCTolerance,  page.Density, module.CriticalCCCValue};
+    for (const RowValue& value : RowValues) all.push_back(First().*value.field);
+    return all;
   };
   const std::string illegal = "Illegal Value Entered", out = "Out-of-range Value Entered";
   const struct {
@@ -86,7 +85,7 @@ TEST_F(PageRules, ValuesOutsideTheirBoundsChangeNothing) {
   };
   for (const auto& test : cases) {
     for (const double x : test.taken) EXPECT_FALSE(test.set(x)) << x << test.line;
-    const double before = stored();
+    const std::vector<double> before = stored();
     for (const double x : test.refused) EXPECT_EQ(LineOf(test.set(x)), test.line) << x;
     EXPECT_EQ(stored(), before) << test.line;
   }
@@ -129,8 +128,7 @@ TEST_F(PageRules, LinksAreNeverChained) {
 TEST_F(PageRules, GeometriesAreThoseOfTheTable) {
   EXPECT_EQ(SetCellGeometry(module, 0, 1).text, "there is no such cell geometry");
   module.CellGeometries.resize(2);
-  EXPECT_TRUE(SetCellGeometry(module, 0, 2) && SetCellGeometry(module, 0, -1));
-  EXPECT_TRUE(SetCellGeometry(module, 3, 0));
+  EXPECT_TRUE(SetCellGeometry(module, 0, 2) && SetCellGeometry(module, 3, 0));
   EXPECT_FALSE(SetCellGeometry(module, 1, 1, true));
   EXPECT_EQ(setup.SetCellChannel, (std::vector<std::int16_t>{0, 1, 1}));
 }
@@ -144,9 +142,7 @@ TEST_F(PageRules, ConstrainedRatiosAreAboveZeroAndHeld) {
   EXPECT_EQ(SetCheck(shared::kLnK2, setup, true).text, "a constrained ratio is held");
   EXPECT_FALSE(SetCheck(shared::kLnK2, setup, false));
   EXPECT_EQ(setup.chkLnK2, CheckState::kGrey);
-  EXPECT_FALSE(SetCheck(shared::kLnK1, setup, false));
-  EXPECT_EQ(setup.chkLnK1, CheckState::kUnchecked);
-  EXPECT_FALSE(SetShared(shared::kLnK1, module, -1.0));
+  EXPECT_FALSE(SetCheck(shared::kLnK1, setup, false) || SetShared(shared::kLnK1, module, -1.0));
   EXPECT_EQ(page.ModelLnK3, 3.0);
   ConfidenceRequest request;
   EXPECT_EQ(ChooseForSearch(request, setup, "LnK3").text, "LnK3 is held in this fit");

@@ -102,7 +102,6 @@ TEST_F(MainWindowTest, ConstantsAreRefusedWithTheirBoxes) {
                {"mnuSetVbar", "0,74", "Vbar Entry Error", "Illegal Value Entered"},
                {"mnuSetVbar", "0.2501", "", ""},
                {"mnuSetRho", "0.5", "Density Value Error", "Out-of-range Value Entered"},
-               {"mnuSetRho", "", "", ""},
                {"mnuSetMCTol", "0", "MC Tolerance Value Error", "Out-of-range Value Entered"},
                {"mnuSetCritCCC", "1", "Critical CCC Value Error", "Out-of-range Value Entered"}};
   for (const auto& test : cases) {
