@@ -187,7 +187,7 @@ void TakeTemperature(const Job& job, QuorvaneModule& module) {
   if (!module.Store.Datasets.empty()) {
     module.Setup.DegC = static_cast<double>(module.Store.Datasets.front().Temperature);
   }
-  if (job.temperature) module.Setup.DegC = *job.temperature;
+  if (job.temperature) Require(SetTemperature(module.Setup, *job.temperature));
 }
 
 // A new session, or that of the job's archive. False, with a message, if it cannot be taken up.

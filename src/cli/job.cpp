@@ -4,7 +4,9 @@
 
 #include "base/files.h"
 #include "base/text.h"
+#include "core/page/confidence_level.h"
 #include "core/page/constants.h"
+#include "core/page/shared_values.h"
 #include "core/report/report_file.h"
 #include "fit/models.h"
 
@@ -60,22 +62,30 @@ std::vector<JobLoad> ReadLoads(TableReader& root, const fs::path& folder) {
   return loads;
 }
 
-void RequirePositive(const TableReader& table, const char* key,
-                     const std::optional<double>& value) {
-  if (value && !(*value > 0.0)) {
-    table.Fail(key, "Illegal Value Entered: it must be greater than 0");
-  }
-}
-
-void RequireNotNegative(const TableReader& table, const char* key,
-                        const std::optional<double>& value) {
-  if (value && *value < 0.0) table.Fail(key, "Illegal Value Entered: it must not be negative");
-}
-
 std::optional<int> Position(TableReader& table, const char* key) {
   const std::optional<int> number = table.Integer(key);
   if (number && *number < 1) table.Fail(key, "dataset numbers count from 1");
   return number;
+}
+
+// What stands in the row of a dataset on the page.
+void ReadPageValues(TableReader& table, JobDataset& dataset) {
+  dataset.speed = table.Integer("speed");
+  for (const RowValue& value : RowValues) {
+    const std::optional<double> number = table.Number(value.name);
+    if (number) dataset.values[&value] = *number;
+  }
+  for (const RowCheck& check : RowChecks) {
+    const std::optional<bool> checked = table.Flag(check.name);
+    if (checked) dataset.checks[&check] = *checked;
+  }
+}
+
+void CheckPageValues(const JobDataset& dataset) {
+  if (dataset.speed) Require(dataset.table, "speed", RefusalOfSpeed(*dataset.speed));
+  for (const auto& [value, number] : dataset.values) {
+    Require(dataset.table, value->name, RefusalOfValue(*value, number));
+  }
 }
 
 JobDataset ReadDataset(TableReader& table) {
@@ -89,29 +99,11 @@ JobDataset ReadDataset(TableReader& table) {
   dataset.deleteOutside = table.Range("delete_outside");
   dataset.deleteRanges = table.Ranges("delete");
   dataset.restoreRanges = table.Ranges("restore");
-  dataset.meniscus = table.Number("meniscus");
-  dataset.base = table.Number("base");
-  dataset.speed = table.Integer("speed");
-  dataset.extCoeff = table.Number("ext_coeff");
-  dataset.extCoeffB = table.Number("ext_coeff_b");
-  dataset.baseline = table.Number("baseline");
-  dataset.refConc = table.Number("ref_conc");
-  dataset.refConcB = table.Number("ref_conc_b");
-  dataset.loadA = table.Number("load_a");
-  dataset.loadB = table.Number("load_b");
-  dataset.fitBaseline = table.Flag("fit_baseline");
-  dataset.fitRefConc = table.Flag("fit_ref_conc");
-  dataset.fitRefConcB = table.Flag("fit_ref_conc_b");
+  ReadPageValues(table, dataset);
   dataset.linkTo = Position(table, "link_to");
   dataset.cellGeometry = table.Integer("cell_geometry");
   table.RefuseUnknownKeys();
-  if (dataset.speed && *dataset.speed <= 0) {
-    table.Fail("speed", "Illegal Value Entered: it must be greater than 0");
-  }
-  RequirePositive(table, "ref_conc", dataset.refConc);
-  RequirePositive(table, "ref_conc_b", dataset.refConcB);
-  RequireNotNegative(table, "load_a", dataset.loadA);
-  RequireNotNegative(table, "load_b", dataset.loadB);
+  CheckPageValues(dataset);
   return dataset;
 }
 
@@ -159,18 +151,14 @@ std::map<const SharedParameter*, JobParameter> ReadParameters(TableReader& fit) 
 // Rules between the switches of [fit].
 void CheckFit(const JobFit& fit) {
   if (!fit.constrainKRatios) return;
-  if (!fit.model->kRatios) {
-    fit.table.Fail("constrain_k_ratios", "this model has no K ratios");
-  }
+  Require(fit.table, "constrain_k_ratios", RefusalOfConstraint(*fit.model));
   for (const auto& [parameter, entry] : fit.parameters) {
     if (!MayBeRatio(*parameter)) continue;
-    const std::string name(parameter->name);
-    if (entry.fit.value_or(false)) {
-      fit.table.Fail("parameters", name + ": a constrained ratio is held");
-    }
-    if (entry.start && !(*entry.start > 0.0)) {
-      fit.table.Fail("parameters",
-                     name + ": " + std::string(parameter->label) + "/K1 must be greater than 0!");
+    Refusal refusal;
+    if (entry.fit.value_or(false)) refusal = RefusalOfFitting(*parameter, true);
+    if (!refusal && entry.start) refusal = RefusalOfRatio(*parameter, *entry.start);
+    if (refusal) {
+      fit.table.Fail("parameters", std::string(parameter->name) + ": " + LineOf(refusal));
     }
   }
 }
@@ -212,7 +200,7 @@ std::optional<JobFit> ReadFit(TableReader& root) {
 
 std::optional<double> ReadConstant(TableReader& table, const char* key, Constant constant) {
   const std::optional<double> value = table.Number(key);
-  if (value && !InRange(constant, *value)) table.Fail(key, "Out-of-range Value Entered");
+  if (value) Require(table, key, RefusalOfConstant(constant, *value));
   return value;
 }
 
@@ -235,9 +223,7 @@ std::optional<JobConfidence> ReadConfidence(TableReader& root) {
   const int method = table->Integer("method").value_or(2);
   confidence.parameters = table->Texts("parameters");
   table->RefuseUnknownKeys();
-  if (!(confidence.percent > 50.0 && confidence.percent < 100.0)) {
-    table->Fail("percent", "Value must be 50 < P < 100 ");
-  }
+  Require(*table, "percent", RefusalOfLevel(confidence.percent));
   if (method != 1 && method != 2) table->Fail("method", "1 or 2 is wanted");
   confidence.method = static_cast<RatioMethod>(method);
   return confidence;
@@ -281,6 +267,14 @@ JobOutput ReadOutput(TableReader& root, const fs::path& folder) {
 }
 
 }  // namespace
+
+void Require(const TableReader& table, const char* key, const Refusal& refusal) {
+  if (refusal) table.Fail(key, LineOf(refusal));
+}
+
+void Require(const Refusal& refusal) {
+  if (refusal) throw JobFault(LineOf(refusal));
+}
 
 ScanLoadSettings LoadSettingsOf(const LoadWords& words, const fs::path& file,
                                 const TableReader& table) {

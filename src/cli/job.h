@@ -11,6 +11,7 @@
 #include <vector>
 
 #include "cli/toml_reader.h"
+#include "core/page/row_values.h"
 #include "fit/models.h"
 #include "plot/chart_export.h"
 #include "scan/loading.h"
@@ -46,19 +47,9 @@ struct JobDataset {
   std::optional<RadiusRange> deleteOutside;
   std::vector<RadiusRange> deleteRanges;
   std::vector<RadiusRange> restoreRanges;
-  std::optional<double> meniscus;
-  std::optional<double> base;
   std::optional<int> speed;
-  std::optional<double> extCoeff;
-  std::optional<double> extCoeffB;
-  std::optional<double> baseline;
-  std::optional<double> refConc;
-  std::optional<double> refConcB;
-  std::optional<double> loadA;
-  std::optional<double> loadB;
-  std::optional<bool> fitBaseline;
-  std::optional<bool> fitRefConc;
-  std::optional<bool> fitRefConcB;
+  std::map<const RowValue*, double> values;
+  std::map<const RowCheck*, bool> checks;
   std::optional<int> linkTo;
   std::optional<int> cellGeometry;
 };
@@ -126,6 +117,12 @@ struct ParsedJob {
 // Reads and checks a job. Relative paths in it are taken from its folder.
 // Throws FileFault if it cannot be read and JobFault, naming file, line and key, if it is bad.
 std::unique_ptr<ParsedJob> ReadJob(const std::filesystem::path& path);
+
+// Refuses the job because of a key of `table` if a rule of the session does.
+void Require(const TableReader& table, const char* key, const Refusal& refusal);
+
+// The same for a value that was judged as it was read, when its key was at hand.
+void Require(const Refusal& refusal);
 
 // The load settings that the words ask for; `table` is for messages.
 // Throws JobFault for a word that is none.

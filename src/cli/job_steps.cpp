@@ -1,13 +1,14 @@
 #include "cli/job_steps.h"
 
-#include <algorithm>
-
 #include "base/files.h"
 #include "base/host.h"
 #include "core/page/cell_files.h"
+#include "core/page/confidence_level.h"
 #include "core/page/constants.h"
+#include "core/page/dataset_rules.h"
+#include "core/page/row_choices.h"
+#include "core/page/shared_values.h"
 #include "fit/models.h"
-#include "scan/blank.h"
 #include "scan/point_edits.h"
 
 namespace quorvane {
@@ -30,46 +31,46 @@ EditRectangle BetweenRadii(const RadiusRange& range) {
   return rectangle;
 }
 
+bool SetsEnds(const JobDataset& job) {
+  return job.values.contains(&row::kRmen) || job.values.contains(&row::kRbase);
+}
+
 bool EditsPoints(const JobDataset& job) {
   return job.deleteOutside || !job.deleteRanges.empty() || !job.restoreRanges.empty() ||
-         job.meniscus || job.base;
+         SetsEnds(job);
+}
+
+// What the job gives for one end of the column; the dataset's own if it gives nothing.
+double EndOf(const JobDataset& job, const RowValue& end, const Dataset& dataset) {
+  const auto given = job.values.find(&end);
+  return given != job.values.end() ? given->second : dataset.*end.field;
 }
 
 void EditPoints(const JobDataset& job, Dataset& dataset) {
   if (!EditsPoints(job)) return;
-  if (IsBlank(dataset)) job.table.Fail("number", "a blank cannot be edited");
-  dataset.Edited = 1.0;
+  Require(job.table, "number", OpenForEditing(dataset));
   if (job.deleteOutside) DeleteOutside(dataset, BetweenRadii(*job.deleteOutside));
   for (const RadiusRange& range : job.deleteRanges) DeleteInside(dataset, BetweenRadii(range));
   for (const RadiusRange& range : job.restoreRanges) RestoreInside(dataset, BetweenRadii(range));
-  if (job.meniscus || job.base) {
-    SetMeniscusAndBase(dataset, job.meniscus.value_or(dataset.Rmen),
-                       job.base.value_or(dataset.Rbase));
+  if (SetsEnds(job)) {
+    SetMeniscusAndBase(dataset, EndOf(job, row::kRmen, dataset), EndOf(job, row::kRbase, dataset));
   }
 }
 
 void Blank(const JobDataset& job, std::size_t place, DatasetStore& store, Host& host) {
   if (!job.subtractBlank) return;
-  const std::size_t blank = PlaceOf(job.table, "subtract_blank", *job.subtractBlank, store);
   const char* const key = "subtract_blank";
-  if (!IsBlank(store.Datasets[blank])) job.table.Fail(key, "that dataset is no blank");
-  if (IsBlank(store.Datasets[place])) job.table.Fail(key, "a blank cannot be blanked");
-  if (IsBlanked(store.Datasets[place])) job.table.Fail(key, "a blank was subtracted already");
-  BlankDataset(store, static_cast<int>(place), static_cast<int>(blank), host);
+  const std::size_t blank = PlaceOf(job.table, key, *job.subtractBlank, store);
+  Require(job.table, key,
+          TakeOffBlank(store, static_cast<int>(place), static_cast<int>(blank), host));
 }
 
 void SetValues(const JobDataset& job, Dataset& dataset) {
-  if (job.speed) dataset.Speed = *job.speed;
-  const auto set = [](double& field, const std::optional<double>& value) {
-    if (value) field = *value;
-  };
-  set(dataset.ExtCoeff, job.extCoeff);
-  set(dataset.ExtCoeff2, job.extCoeffB);
-  set(dataset.Offset, job.baseline);
-  set(dataset.RefConc, job.refConc);
-  set(dataset.RefConc2, job.refConcB);
-  set(dataset.ALoad, job.loadA);
-  set(dataset.BLoad, job.loadB);
+  if (job.speed) Require(job.table, "speed", SetSpeed(dataset, *job.speed));
+  for (const auto& [value, number] : job.values) {
+    if (value == &row::kRmen || value == &row::kRbase) continue;  // an edit of the points set them
+    Require(job.table, value->name, SetValue(*value, dataset, number));
+  }
 }
 
 void Rename(const JobDataset& job, Dataset& dataset, Host& host) {
@@ -81,73 +82,46 @@ void Rename(const JobDataset& job, Dataset& dataset, Host& host) {
   }
 }
 
-CheckState StateOf(bool checked) {
-  return checked ? CheckState::kChecked : CheckState::kUnchecked;
+// The link of a dataset that stands in row `row` of the page.
+RowLink LinkOf(const JobDataset& job, int row, const QuorvaneModule& module) {
+  const std::size_t place = PlaceOf(job.table, "link_to", *job.linkTo, module.Store);
+  const std::optional<int> target = RowOfDataset(module.Setup, static_cast<int>(place));
+  if (!target) job.table.Fail("link_to", "that dataset is not in the fit");
+  return {row, *target};
 }
 
-// Position in the fit of a dataset (from 0), -1 if it is not in it.
-int PositionInFit(const FitSetup& setup, std::size_t place) {
-  const auto found =
-      std::find(setup.FitSetList.begin(), setup.FitSetList.end(), static_cast<std::int16_t>(place));
-  return found == setup.FitSetList.end() ? -1 : static_cast<int>(found - setup.FitSetList.begin());
-}
-
-void Link(const JobDataset& job, std::size_t position, const DatasetStore& store, FitSetup& setup) {
-  if (!job.linkTo) return;
-  const int target = PositionInFit(setup, PlaceOf(job.table, "link_to", *job.linkTo, store));
-  if (target < 0) job.table.Fail("link_to", "that dataset is not in the fit");
-  setup.RefLink[position] = static_cast<std::int16_t>(target);
-}
-
-// A dataset that others are linked to cannot itself be linked.
-void CheckLinks(const Job& job, const FitSetup& setup) {
+// The rows of the page; what is said of datasets outside the fit does not count.
+void SetRows(const Job& job, QuorvaneModule& module) {
+  FitSetup& setup = module.Setup;
+  std::vector<RowLink> links;
+  std::vector<const JobDataset*> linked;
   for (const JobDataset& dataset : job.datasets) {
-    const int position = PositionInFit(setup, static_cast<std::size_t>(dataset.number - 1));
-    if (position < 0 || !dataset.linkTo) continue;
-    const std::int16_t target = setup.RefLink[static_cast<std::size_t>(position)];
-    if (setup.RefLink[static_cast<std::size_t>(target)] != target) {
-      dataset.table.Fail("link_to", "This set is currently being used as a link");
+    const std::optional<int> row = RowOfDataset(setup, dataset.number - 1);
+    if (!row) continue;
+    for (const auto& [check, checked] : dataset.checks) SetCheck(*check, setup, *row, checked);
+    if (dataset.linkTo) {
+      links.push_back(LinkOf(dataset, *row, module));
+      linked.push_back(&dataset);
     }
+    if (dataset.cellGeometry) {
+      Require(dataset.table, "cell_geometry", SetCellGeometry(module, *row, *dataset.cellGeometry));
+    }
+  }
+  if (const std::optional<LinkRefusal> refused = LinkRows(setup, links)) {
+    Require(linked[refused->place]->table, "link_to", refused->refusal);
   }
 }
 
-void SetRow(const JobDataset& job, const QuorvaneModule& module, FitSetup& setup) {
-  const int position = PositionInFit(setup, static_cast<std::size_t>(job.number - 1));
-  if (position < 0) return;
-  const auto row = static_cast<std::size_t>(position);
-  if (job.fitBaseline) setup.chkOffset[row] = StateOf(*job.fitBaseline);
-  if (job.fitRefConc) setup.chkRefC[row] = StateOf(*job.fitRefConc);
-  if (job.fitRefConcB) setup.chkRefC2[row] = StateOf(*job.fitRefConcB);
-  Link(job, row, module.Store, setup);
-  if (job.cellGeometry) {
-    const int known = std::max(1, static_cast<int>(module.CellGeometries.size()));
-    if (*job.cellGeometry < 0 || *job.cellGeometry >= known) {
-      job.table.Fail("cell_geometry", "there is no such cell geometry");
-    }
-    setup.SetCellChannel[row] = static_cast<std::int16_t>(*job.cellGeometry);
-  }
-}
-
-void SetShared(const JobFit& job, FitPage& page, FitSetup& setup) {
+void SetSharedValues(const JobFit& job, QuorvaneModule& module) {
   for (const auto& [parameter, entry] : job.parameters) {
-    if (entry.start) page.*parameter->field = *entry.start;
-    if (entry.fit) setup.*parameter->check = StateOf(*entry.fit);
+    if (entry.start) Require(job.table, "parameters", SetShared(*parameter, module, *entry.start));
+    if (entry.fit) {
+      Require(job.table, "parameters", SetCheck(*parameter, module.Setup, *entry.fit));
+    }
   }
-}
-
-// Place among the model's shared parameters (from 0) of the one with that name on the page.
-std::size_t SharedPlace(const JobConfidence& job, const std::string& name, const FitSetup& setup) {
-  const std::span<const ModelParameter> parameters = setup.FitModel->parameters;
-  const auto found =
-      std::find_if(parameters.begin(), parameters.end(),
-                   [&](const ModelParameter& parameter) { return parameter.shared->name == name; });
-  if (found == parameters.end()) {
-    job.table.Fail("parameters", "this model has no \"" + name + "\"");
+  if (job.constrainKRatios) {
+    Require(job.table, "constrain_k_ratios", ConstrainStoredRatios(module));
   }
-  if (setup.*found->shared->check != CheckState::kChecked) {
-    job.table.Fail("parameters", name + " is held in this fit");
-  }
-  return static_cast<std::size_t>(found - parameters.begin());
 }
 
 }  // namespace
@@ -159,7 +133,7 @@ void ApplyConstants(const Job& job, const std::filesystem::path& programFolder,
   }
   LoadChannelFile(module, job.channelsFile.value_or(FindChannelFile(programFolder)));
   const auto set = [&](Constant constant, const std::optional<double>& value) {
-    if (value) SetConstant(module, constant, *value);
+    if (value) Require(SetConstant(module, constant, *value));
   };
   set(Constant::kVbar, job.vbar);
   set(Constant::kVbarB, job.vbarB);
@@ -196,10 +170,9 @@ void ApplyDatasets(const Job& job, QuorvaneModule& module, Host& host) {
   for (const JobDataset& entry : job.datasets) {
     const std::size_t place = PlaceOf(entry.table, "number", entry.number, store);
     Rename(entry, store.Datasets[place], host);
-    if (entry.use.value_or(false) && IsBlank(store.Datasets[place])) {
-      entry.table.Fail("use", "a blank is never fitted");
+    if (entry.use) {
+      Require(entry.table, "use", ChooseForFit(store, static_cast<int>(place), *entry.use));
     }
-    if (entry.use) store.UseData[place] = *entry.use;
     Blank(entry, place, store, host);
     EditPoints(entry, store.Datasets[place]);
     SetValues(entry, store.Datasets[place]);
@@ -212,18 +185,11 @@ bool ApplyFit(const Job& job, QuorvaneModule& module, Host& host) {
   FitSetup& setup = module.Setup;
   if (!SetupFit(setup, module.FitPage, module.Store, *fit.model, host)) return false;
   module.ChosenModel = fit.model;
-  if (job.temperature) setup.DegC = *job.temperature;
+  if (job.temperature) Require(SetTemperature(setup, *job.temperature));
   setup.UseMassConservation = fit.useMassConservation;
   setup.CalcLoadingConcs = fit.calcLoadingConcs;
-  for (const JobDataset& dataset : job.datasets) SetRow(dataset, module, setup);
-  CheckLinks(job, setup);
-  SetShared(fit, module.FitPage, setup);
-  if (fit.constrainKRatios) {
-    for (const double ratio : {module.FitPage.ModelLnK2, module.FitPage.ModelLnK3}) {
-      if (!(ratio > 0.0)) fit.table.Fail("constrain_k_ratios", "the ratios must be greater than 0");
-    }
-    ConstrainRatios(setup);
-  }
+  SetRows(job, module);
+  SetSharedValues(fit, module);
   return true;
 }
 
@@ -234,7 +200,7 @@ ConfidenceRequest ConfidenceOf(const Job& job, const FitSetup& setup) {
                             std::vector<bool>(count, !confidence.parameters)};
   if (!confidence.parameters) return request;
   for (const std::string& name : *confidence.parameters) {
-    request.chosen[SharedPlace(confidence, name, setup)] = true;
+    Require(confidence.table, "parameters", ChooseForSearch(request, setup, name));
   }
   return request;
 }

@@ -23,7 +23,7 @@ namespace {
 
 const std::string kShortRule(39, '=');
 
-FitOutcome Refusal(std::string title, std::string text) {
+FitOutcome RefusedFit(std::string title, std::string text) {
   return {.ending = FitEnding::kRefused, .error = std::move(text), .where = std::move(title)};
 }
 
@@ -142,7 +142,7 @@ FitOutcome FitAndReport(const std::shared_ptr<FinishedFit>& run, QuorvaneModule&
   if (!anyFitted) {
     host.ShowMessage("Parameter Choice Error", "No Parameters Chosen for Fitting!",
                      MessageIcon::kNone);
-    return Refusal("Parameter Choice Error", "No Parameters Chosen for Fitting!");
+    return RefusedFit("Parameter Choice Error", "No Parameters Chosen for Fitting!");
   }
   host.SetStatus("Click anywhere in log window to halt fitting.");
   LogFitHead(module, host);
@@ -173,7 +173,7 @@ FitOutcome FitAndReport(const std::shared_ptr<FinishedFit>& run, QuorvaneModule&
 
 FitOutcome RunFit(QuorvaneModule& module, Host& host) {
   if (const auto refusal = CheckCellEnds(module, 0, module.Setup.NumFitSets, host)) {
-    return Refusal(refusal->title, refusal->text);
+    return RefusedFit(refusal->title, refusal->text);
   }
   const auto run = std::make_shared<FinishedFit>();
   run->setup = module.Setup;

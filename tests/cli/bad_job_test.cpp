@@ -31,16 +31,6 @@ TEST_F(BadJobTest, IsRefusedWithFileLineAndKey) {
   EXPECT_GT(count, 30);
 }
 
-TEST_F(BadJobTest, ALinkedToSetCannotItselfBeLinked) {
-  for (const char* name : {"00001.RA3", "00002.RA3", "00003.RA3"}) WriteScan(name);
-  EXPECT_EQ(Analyze("[[load]]\nfile = \"00001.RA3\"\n[[load]]\nfile = \"00002.RA3\"\n"
-                    "[[load]]\nfile = \"00003.RA3\"\n"
-                    "[[dataset]]\nnumber = 1\nlink_to = 2\n[[dataset]]\nnumber = 2\nlink_to = 3\n"
-                    "[fit]\nmodel = 6\n"),
-            2);
-  EXPECT_NE(err.str().find("This set is currently being used as a link"), std::string::npos);
-}
-
 TEST_F(BadJobTest, JobsThatCannotBeReadHaveStatusThree) {
   EXPECT_EQ(Run({"analyze", Path("missing.toml")}), 3);
   EXPECT_EQ(Run({"analyze", folder.path().string()}), 3);

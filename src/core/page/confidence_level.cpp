@@ -1,9 +1,11 @@
 #include "core/page/confidence_level.h"
 
+#include <algorithm>
 #include <optional>
 
 #include "base/number_format.h"
 #include "base/text.h"
+#include "fit/models.h"
 
 namespace quorvane {
 
@@ -22,15 +24,35 @@ std::string ConfidenceLevelText(const QuorvaneModule& module, std::size_t place)
   return LevelText(module.ConfidenceLevels[place]);
 }
 
+Refusal RefusalOfLevel(double percent) {
+  return percent > kLeast && percent < kMost ? Refusal{} : Refusal{"Value must be 50 < P < 100 "};
+}
+
 LevelEntry EnterConfidenceLevel(QuorvaneModule& module, std::string_view text) {
   const std::optional<double> level = ParseNumeric(text);
   if (!level) return LevelEntry::kNotANumber;
-  if (*level <= kLeast || *level >= kMost) return LevelEntry::kOutOfRange;
+  if (RefusalOfLevel(*level)) return LevelEntry::kOutOfRange;
   // Neither is a level that the box, from which the search takes it, shows as one of the limits.
   const std::string shown = LevelText(*level);
   if (shown == LevelText(kLeast) || shown == LevelText(kMost)) return LevelEntry::kOutOfRange;
   module.ConfidenceLevels[kUserLevel] = *level;
   return LevelEntry::kTaken;
+}
+
+Refusal ChooseForSearch(ConfidenceRequest& request, const FitSetup& setup, std::string_view name) {
+  const std::span<const ModelParameter> parameters = setup.FitModel->parameters;
+  const auto found =
+      std::find_if(parameters.begin(), parameters.end(),
+                   [&](const ModelParameter& parameter) { return parameter.shared->name == name; });
+  if (found == parameters.end()) {
+    return Refusal{"this model has no \"" + std::string(name) + "\""};
+  }
+  if (setup.*found->shared->check != CheckState::kChecked) {
+    return Refusal{std::string(name) + " is held in this fit"};
+  }
+  request.chosen.resize(parameters.size());
+  request.chosen[static_cast<std::size_t>(found - parameters.begin())] = true;
+  return {};
 }
 
 }  // namespace quorvane

@@ -1,10 +1,11 @@
-// The level of a confidence search as the user chooses it.
+// What the user chooses of a confidence search: its level, and the parameters it is for.
 #pragma once
 
 #include <cstddef>
 #include <string>
 #include <string_view>
 
+#include "core/page/refusal.h"
 #include "core/program_state.h"
 
 namespace quorvane {
@@ -14,10 +15,17 @@ inline constexpr std::size_t kUserLevel = 2;  // the place in ConfidenceLevels t
 // The level as its box shows it: "95.46".
 std::string ConfidenceLevelText(const QuorvaneModule& module, std::size_t place);
 
+// Why `percent` cannot be a level: 50 < level < 100.
+Refusal RefusalOfLevel(double percent);
+
 enum class LevelEntry { kTaken, kNotANumber, kOutOfRange };
 
 // Takes a typed level, in percent, 50 < level < 100 as shown too, as the user's own; anything else
 // changes nothing.
 LevelEntry EnterConfidenceLevel(QuorvaneModule& module, std::string_view text);
+
+// Adds the shared parameter with that name in a job to what is searched. Refused if the model of
+// `setup` does not have it, or holds it.
+Refusal ChooseForSearch(ConfidenceRequest& request, const FitSetup& setup, std::string_view name);
 
 }  // namespace quorvane

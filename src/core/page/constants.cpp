@@ -1,6 +1,27 @@
 #include "core/page/constants.h"
 
+#include <cmath>
+
 namespace quorvane {
+
+namespace {
+
+bool InRange(Constant constant, double value) {
+  switch (constant) {
+    case Constant::kVbar:
+    case Constant::kVbarB:
+      return value > 0.25;
+    case Constant::kDensity:
+      return value > 0.5;
+    case Constant::kMCTolerance:
+      return value > 0.0 && value <= 10.0;
+    case Constant::kCriticalCCC:
+      break;
+  }
+  return value > 0.0 && value < 1.0;
+}
+
+}  // namespace
 
 const ConstantDialog& DialogOf(Constant constant) {
   static constexpr ConstantDialog kVbar = {
@@ -47,19 +68,9 @@ const ConstantDialog& DialogOf(Constant constant) {
   return kCritical;
 }
 
-bool InRange(Constant constant, double value) {
-  switch (constant) {
-    case Constant::kVbar:
-    case Constant::kVbarB:
-      return value > 0.25;
-    case Constant::kDensity:
-      return value > 0.5;
-    case Constant::kMCTolerance:
-      return value > 0.0 && value <= 10.0;
-    case Constant::kCriticalCCC:
-      break;
-  }
-  return value > 0.0 && value < 1.0;
+Refusal RefusalOfConstant(Constant constant, double value) {
+  return std::isfinite(value) && InRange(constant, value) ? Refusal{}
+                                                          : Refusal{"Out-of-range Value Entered"};
 }
 
 double ValueOf(const QuorvaneModule& module, Constant constant) {
@@ -78,27 +89,29 @@ double ValueOf(const QuorvaneModule& module, Constant constant) {
   return module.Preferences.CriticalCCCValue;
 }
 
-void SetConstant(QuorvaneModule& module, Constant constant, double value) {
+Refusal SetConstant(QuorvaneModule& module, Constant constant, double value) {
+  if (Refusal refusal = RefusalOfConstant(constant, value)) return refusal;
   switch (constant) {
     case Constant::kVbar:
       module.FitPage.Vbar = module.Preferences.DefaultVbar = value;
       module.ConstantsSet.Vbar = true;
-      return;
+      break;
     case Constant::kVbarB:
       module.FitPage.VbarB = module.Preferences.DefaultVbarB = value;
       module.ConstantsSet.VbarB = true;
-      return;
+      break;
     case Constant::kDensity:
       module.FitPage.Density = module.Preferences.DefaultDensity = value;
       module.ConstantsSet.Density = true;
-      return;
+      break;
     case Constant::kMCTolerance:
       module.Preferences.MCTolerance = value;
-      return;
+      break;
     case Constant::kCriticalCCC:
       module.Preferences.CriticalCCCValue = value;
-      return;
+      break;
   }
+  return {};
 }
 
 }  // namespace quorvane

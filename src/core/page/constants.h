@@ -1,8 +1,7 @@
 // The physical constants of an experiment and the bounds within which they are accepted.
 #pragma once
 
-#include <string>
-
+#include "core/page/refusal.h"
 #include "core/program_state.h"
 
 namespace quorvane {
@@ -22,13 +21,13 @@ struct ConstantDialog {
 
 const ConstantDialog& DialogOf(Constant constant);
 
-// Whether `value` lies within the bounds: vbar above 0.25, density above 0.5, MC tolerance above 0
-// and up to 10, critical coefficient between 0 and 1.
-bool InRange(Constant constant, double value);
+// Why the constant cannot be `value`; the bounds are: vbar above 0.25, density above 0.5, MC
+// tolerance above 0 and up to 10, critical coefficient between 0 and 1.
+Refusal RefusalOfConstant(Constant constant, double value);
 
 double ValueOf(const QuorvaneModule& module, Constant constant);
 
-// Takes a value that is in range; vbar and density for this experiment and for new ones.
-void SetConstant(QuorvaneModule& module, Constant constant, double value);
+// Takes a value within the bounds; vbar and density for this experiment and for new ones.
+Refusal SetConstant(QuorvaneModule& module, Constant constant, double value);
 
 }  // namespace quorvane

@@ -1,6 +1,7 @@
 #include "core/page/row_values.h"
 
 #include <algorithm>
+#include <cmath>
 #include <limits>
 
 #include "base/arithmetic.h"
@@ -14,16 +15,13 @@ namespace {
 constexpr std::size_t kLongestName = 17;
 constexpr std::size_t kNameEnd = 14;
 
-bool Passes(RowTest test, double value) {
-  switch (test) {
-    case RowTest::kAboveZero:
-      return value > 0.0;
-    case RowTest::kNotNegative:
-      return value >= 0.0;
-    case RowTest::kAny:
-      break;
-  }
-  return true;
+Refusal NotAboveZero() {
+  return Refusal{kIllegalValue, "it must be greater than 0"};
+}
+
+// The whole number of rpm next to it. Throws ArithmeticFault for one that no dataset can hold.
+std::int32_t WholeSpeed(double rpm) {
+  return static_cast<std::int32_t>(RoundHalfEven(rpm, 0, std::numeric_limits<std::int32_t>::max()));
 }
 
 }  // namespace
@@ -42,15 +40,42 @@ Dataset& DatasetOfRow(QuorvaneModule& module, int row) {
   return module.Store.Datasets[static_cast<std::size_t>(list[position])];
 }
 
+std::optional<int> RowOfDataset(const FitSetup& setup, int dataset) {
+  const auto& list = setup.FitSetList;
+  const auto found = std::find(list.begin(), list.end(), dataset);
+  if (found == list.end()) return std::nullopt;
+  return static_cast<int>(found - list.begin());
+}
+
+Refusal RefusalOfValue(const RowValue& value, double number) {
+  if (!std::isfinite(number)) return {kIllegalValue};
+  if (value.test == RowTest::kAboveZero && !(number > 0.0)) return NotAboveZero();
+  if (value.test == RowTest::kNotNegative && number < 0.0) {
+    return Refusal{kIllegalValue, "it must not be negative"};
+  }
+  return {};
+}
+
+Refusal SetValue(const RowValue& value, Dataset& dataset, double number) {
+  Refusal refusal = RefusalOfValue(value, number);
+  if (!refusal) dataset.*value.field = number;
+  return refusal;
+}
+
+void SetCheck(const RowCheck& check, FitSetup& setup, int row, bool checked) {
+  std::vector<CheckState>& states = setup.*check.states;
+  const auto place = static_cast<std::size_t>(row);
+  if (place >= states.size()) throw SubscriptFault();
+  states[place] = checked ? CheckState::kChecked : CheckState::kUnchecked;
+}
+
 std::string TextOf(const RowValue& value, const Dataset& dataset) {
   return ParamText(dataset.*value.field);
 }
 
 Refusal Enter(const RowValue& value, Dataset& dataset, std::string_view text) {
   const std::optional<double> entered = ParseNumeric(text);
-  if (!entered || !Passes(value.test, *entered)) return kIllegalValue;
-  dataset.*value.field = *entered;
-  return {};
+  return entered ? SetValue(value, dataset, *entered) : Refusal{kIllegalValue};
 }
 
 std::string TakenBy(const RowValue& value) {
@@ -65,23 +90,28 @@ std::string TakenBy(const RowValue& value) {
   return kTakesAnyNumber;
 }
 
+Refusal RefusalOfSpeed(double rpm) {
+  if (!(rpm > 0.0)) return NotAboveZero();
+  try {
+    return WholeSpeed(rpm) == 0 ? NotAboveZero() : Refusal{};
+  } catch (const ArithmeticFault& fault) {
+    return {fault.what()};
+  }
+}
+
+Refusal SetSpeed(Dataset& dataset, double rpm) {
+  Refusal refusal = RefusalOfSpeed(rpm);
+  if (!refusal) dataset.Speed = WholeSpeed(rpm);
+  return refusal;
+}
+
 std::string SpeedText(const Dataset& dataset) {
   return FormatNumber(dataset.Speed, "#####");
 }
 
 Refusal EnterSpeed(Dataset& dataset, std::string_view text) {
   const std::optional<double> entered = ParseNumeric(text);
-  if (!entered || !(*entered > 0.0)) return kIllegalValue;
-  try {
-    const auto speed = static_cast<std::int32_t>(
-        RoundHalfEven(*entered, 0, std::numeric_limits<std::int32_t>::max()));
-    // Without a rotation there is no gradient that could be fitted.
-    if (speed == 0) return kIllegalValue;
-    dataset.Speed = speed;
-  } catch (const ArithmeticFault& fault) {
-    return fault.what();
-  }
-  return {};
+  return entered ? SetSpeed(dataset, *entered) : Refusal{kIllegalValue};
 }
 
 std::string FitDataText(const Dataset& dataset) {
@@ -102,15 +132,19 @@ void CopyToRowsBelow(std::vector<CheckState>& states, int row) {
   std::fill(source, states.end(), *source);
 }
 
+Refusal SetTemperature(FitSetup& setup, double degC) {
+  if (!std::isfinite(degC)) return {kIllegalValue};
+  setup.DegC = degC;
+  return {};
+}
+
 std::string TemperatureText(const FitSetup& setup) {
   return FormatNumber(setup.DegC, "##.0##");
 }
 
 Refusal EnterTemperature(FitSetup& setup, std::string_view text) {
   const std::optional<double> entered = ParseNumeric(text);
-  if (!entered) return kIllegalValue;
-  setup.DegC = *entered;
-  return {};
+  return entered ? SetTemperature(setup, *entered) : Refusal{kIllegalValue};
 }
 
 }  // namespace quorvane

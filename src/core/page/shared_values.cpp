@@ -54,15 +54,21 @@ double Convert(const SharedParameter& value, const QuorvaneModule& module,
   return logarithm ? conversion.constant(number, module.Preferences.KFormat) : number;
 }
 
-bool MustBePositive(const SharedParameter& value, const QuorvaneModule& module) {
-  return IsConstant(value) &&
-         (module.Preferences.KFormat == KDisplay::kPlain || IsRatio(value, module.Setup));
+// Whether its box shows K itself.
+bool IsPlainK(const SharedParameter& value, const QuorvaneModule& module) {
+  return IsConstant(value) && !IsRatio(value, module.Setup) &&
+         module.Preferences.KFormat == KDisplay::kPlain;
 }
 
-Refusal NotPositive(const SharedParameter& value, const FitSetup& setup) {
-  if (&value == &shared::kLnK1) return "K must be >0 !";
-  return (IsRatio(value, setup) ? RatioName(value) : std::string(value.label)) +
-         " must be greater than 0!";
+Refusal NotPositive(const std::string& constant) {
+  return Refusal{constant + " must be greater than 0!"};
+}
+
+// Why a K cannot be typed: it has no logarithm.
+Refusal RefusalOfK(const SharedParameter& value, const QuorvaneModule& module, double typed) {
+  if (!IsPlainK(value, module) || typed > 0.0) return {};
+  return &value == &shared::kLnK1 ? Refusal{"K must be >0 !"}
+                                  : NotPositive(std::string(value.label));
 }
 
 // ln K as the digits of its box give it.
@@ -93,36 +99,75 @@ std::string TextOf(const SharedParameter& value, const QuorvaneModule& module) {
   }
 }
 
-Refusal Enter(const SharedParameter& value, QuorvaneModule& module, std::string_view text) {
-  const std::optional<double> entered = ParseNumeric(text);
-  if (!entered) return kIllegalValue;
-  if (MustBePositive(value, module) && !(*entered > 0.0)) return NotPositive(value, module.Setup);
-  try {
-    const double stored = Convert(value, module, kToStored, *entered);
-    FormatParam(Convert(value, module, kToShown, stored));
-    module.FitPage.*value.field = stored;
-  } catch (const ArithmeticFault& fault) {
-    return fault.what();
+Refusal RefusalOfRatio(const SharedParameter& value, double ratio) {
+  return ratio > 0.0 ? Refusal{} : NotPositive(RatioName(value));
+}
+
+Refusal SetShared(const SharedParameter& value, QuorvaneModule& module, double number) {
+  if (!std::isfinite(number)) return {kIllegalValue};
+  Refusal refusal = IsRatio(value, module.Setup) ? RefusalOfRatio(value, number) : Refusal{};
+  if (!refusal) module.FitPage.*value.field = number;
+  return refusal;
+}
+
+Refusal RefusalOfFitting(const SharedParameter& value, bool constrained) {
+  return constrained && MayBeRatio(value) ? Refusal{"a constrained ratio is held"} : Refusal{};
+}
+
+Refusal SetCheck(const SharedParameter& value, FitSetup& setup, bool checked) {
+  if (Refusal held = RefusalOfFitting(value, setup.ConstrainKRatios)) {
+    return checked ? held : Refusal{};  // its box stays grey
   }
+  setup.*value.check = checked ? CheckState::kChecked : CheckState::kUnchecked;
   return {};
 }
 
+Refusal Enter(const SharedParameter& value, QuorvaneModule& module, std::string_view text) {
+  const std::optional<double> entered = ParseNumeric(text);
+  if (!entered) return {kIllegalValue};
+  if (Refusal refusal = RefusalOfK(value, module, *entered)) return refusal;
+  try {
+    const double stored = Convert(value, module, kToStored, *entered);
+    FormatParam(Convert(value, module, kToShown, stored));
+    return SetShared(value, module, stored);
+  } catch (const ArithmeticFault& fault) {
+    return {fault.what()};
+  }
+}
+
 std::string TakenBy(const SharedParameter& value, const QuorvaneModule& module) {
-  return MustBePositive(value, module) ? kTakesAboveZero : kTakesAnyNumber;
+  const bool positive = IsPlainK(value, module) || IsRatio(value, module.Setup);
+  return positive ? kTakesAboveZero : kTakesAnyNumber;
+}
+
+Refusal RefusalOfConstraint(const Model& model) {
+  return model.kRatios ? Refusal{} : Refusal{"this model has no K ratios"};
+}
+
+Refusal ConstrainStoredRatios(QuorvaneModule& module) {
+  if (Refusal refusal = RefusalOfConstraint(*module.Setup.FitModel)) return refusal;
+  const FitPage& page = module.FitPage;
+  if (RefusalOfRatio(shared::kLnK2, page.ModelLnK2) ||
+      RefusalOfRatio(shared::kLnK3, page.ModelLnK3)) {
+    return Refusal{"the ratios must be greater than 0"};
+  }
+  ConstrainRatios(module.Setup);
+  return {};
 }
 
 Refusal ConstrainShownRatios(QuorvaneModule& module) {
+  if (Refusal refusal = RefusalOfConstraint(*module.Setup.FitModel)) return refusal;
   try {
     const double lnK1 = LnKAsShown(shared::kLnK1, module);
     const double ratio2 = std::exp(LnKAsShown(shared::kLnK2, module) - lnK1);
     const double ratio3 = std::exp(LnKAsShown(shared::kLnK3, module) - lnK1);
     for (const double ratio : {ratio2, ratio3}) FormatParam(ratio);
-    if (ratio2 == 0.0) return RatioName(shared::kLnK2) + " must be greater than 0!";
-    if (ratio3 == 0.0) return RatioName(shared::kLnK3) + " must be greater than 0!";
+    if (Refusal refusal = RefusalOfRatio(shared::kLnK2, ratio2)) return refusal;
+    if (Refusal refusal = RefusalOfRatio(shared::kLnK3, ratio3)) return refusal;
     module.FitPage.ModelLnK2 = ratio2;
     module.FitPage.ModelLnK3 = ratio3;
   } catch (const ArithmeticFault& fault) {
-    return fault.what();
+    return {fault.what()};
   }
   ConstrainRatios(module.Setup);
   return {};
@@ -132,7 +177,7 @@ Refusal ReleaseShownRatios(QuorvaneModule& module) {
   try {
     ReleaseRatios(module.Setup, module.FitPage, LnKAsShown(shared::kLnK1, module));
   } catch (const ArithmeticFault& fault) {
-    return fault.what();
+    return {fault.what()};
   }
   return {};
 }

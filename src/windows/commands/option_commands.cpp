@@ -38,18 +38,15 @@ void OptionCommands::AskConstant(Constant constant) {
       QString::fromStdString(FormatNumber(ValueOf(module, constant), dialog.pattern)));
   if (!answer || answer->isEmpty()) return;
   const std::optional<double> value = ParseNumeric(answer->toStdString());
-  if (!value || !InRange(constant, *value)) windows_.session.Remark(dialog.taken);
-  if (!value) {
-    windows_.host.ShowMessage(dialog.notANumberTitle, "Illegal Value Entered",
-                              MessageIcon::kExclamation);
-  } else if (!InRange(constant, *value)) {
-    windows_.host.ShowMessage(dialog.outOfRangeTitle, "Out-of-range Value Entered",
-                              MessageIcon::kExclamation);
-  } else {
-    SetConstant(module, constant, *value);
+  const Refusal refusal = value ? SetConstant(module, constant, *value) : Refusal{kIllegalValue};
+  if (!refusal) {
     windows_.data.RefreshDisplay();
     emit ConstantsChanged();
+    return;
   }
+  windows_.session.Remark(dialog.taken);
+  windows_.host.ShowMessage(value ? dialog.outOfRangeTitle : dialog.notANumberTitle, refusal.text,
+                            MessageIcon::kExclamation);
 }
 
 void OptionCommands::SetKFormat(KDisplay display) {

@@ -17,11 +17,6 @@ void PageCheckBox::ShowState(CheckState state) {
                                                 : Qt::Unchecked);
 }
 
-CheckState PageCheckBox::State() const {
-  if (checkState() == Qt::PartiallyChecked) return CheckState::kGrey;
-  return isChecked() ? CheckState::kChecked : CheckState::kUnchecked;
-}
-
 void PageCheckBox::mouseReleaseEvent(QMouseEvent* event) {
   const bool gesture = event->button() == Qt::LeftButton &&
                        event->modifiers().testFlag(Qt::ControlModifier) &&

@@ -18,7 +18,6 @@ class PageCheckBox : public QCheckBox {
  public:
   using QCheckBox::QCheckBox;
   void ShowState(CheckState state);
-  CheckState State() const;
 
  signals:
   // The left button was released over the box, or the space bar, with Ctrl held; its state is

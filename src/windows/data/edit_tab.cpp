@@ -8,6 +8,7 @@
 #include <QVBoxLayout>
 
 #include "base/host.h"
+#include "core/page/dataset_rules.h"
 #include "plot/point_chart.h"
 #include "scan/point_plot.h"
 #include "windows/controls/control_names.h"
@@ -144,7 +145,7 @@ const ChartWidget& EditTab::ShownChart() const {
 void EditTab::ShowDataset(int position) {
   EditDataset_ = position;
   Dataset& dataset = *Shown();
-  if (!IsBlank(dataset)) dataset.Edited = 1.0;
+  static_cast<void>(OpenForEditing(dataset));  // a blank is shown all the same
   mnuEditData_->close();
   editTChart_->SetChart(DatasetChart(dataset, Lines::kAsRecorded));
   UpdateActions();
@@ -194,7 +195,7 @@ void EditTab::SetCalculating(bool on) {
 
 void EditTab::UpdateActions() {
   const Dataset* dataset = Shown();
-  const bool editable = dataset != nullptr && !IsBlank(*dataset);
+  const bool editable = dataset != nullptr && !RefusalOfEditing(*dataset);
   for (QWidget* button : {cmdSetMenBase_, cmdRestoreAll_}) button->setEnabled(editable);
   cmdZoomOut_->setEnabled(dataset != nullptr);
   for (QAction* entry : {DelInMarq_, DelOutMarq_, RestInMarq_, RestOutMarq_}) {

@@ -11,8 +11,8 @@
 #include <QToolButton>
 #include <array>
 
+#include "core/page/dataset_rules.h"
 #include "fit/models.h"
-#include "scan/blank.h"
 #include "windows/controls/control_names.h"
 #include "windows/controls/dataset_tip.h"
 #include "windows/controls/page_controls.h"
@@ -194,8 +194,8 @@ void LoadedDataTab::ConnectRow(int i) {
   const Row& row = rows_[static_cast<std::size_t>(i)];
   row.txtLoadData->SetStore([this, i](const QString& text) { return Rename(i, text); });
   connect(row.chkUseData, &PageCheckBox::clicked, this, [this, i](bool on) {
-    session_.Module.Store.UseData[static_cast<std::size_t>(i)] = on;
-    ShowChoices();
+    static_cast<void>(ChooseForFit(session_.Module.Store, i, on));
+    ShowChoices();  // whether it was taken or not
   });
   connect(row.chkUseData, &PageCheckBox::CtrlReleased, this, [this, i, use = row.chkUseData] {
     ChooseFrom(session_.Module.Store, i, use->isChecked());
@@ -243,15 +243,15 @@ void LoadedDataTab::ShowRow(int i) {
   const Dataset& dataset = session_.Module.Store.Datasets[static_cast<std::size_t>(i)];
   row.txtLoadData->ShowStored(QString::fromStdString(NameOf(dataset)));
   row.txtLoadData->setToolTip(DatasetTip(dataset));
-  row.chkUseData->setEnabled(!IsBlank(dataset));
-  row.cmdBlankData->setEnabled(!IsBlank(dataset) && !IsBlanked(dataset));
+  row.chkUseData->setEnabled(!RefusalOfFitting(dataset));
+  row.cmdBlankData->setEnabled(!RefusalOfBlanking(dataset));
   ShowEditState(i);
 }
 
 void LoadedDataTab::ShowEditState(int i) {
   QPushButton* button = rows_[static_cast<std::size_t>(i)].cmdEditData;
   const Dataset& dataset = session_.Module.Store.Datasets[static_cast<std::size_t>(i)];
-  if (IsBlank(dataset)) {
+  if (RefusalOfEditing(dataset)) {
     button->setText("View");
     button->setToolTip("View this blank");
     button->setAccessibleDescription({});
@@ -345,7 +345,10 @@ void LoadedDataTab::OfferBlanks(int i) {
 }
 
 void LoadedDataTab::Blank(int i, int blank) {
-  BlankDataset(session_.Module.Store, i, blank, host_);
+  if (const Refusal refusal = TakeOffBlank(session_.Module.Store, i, blank, host_)) {
+    host_.ShowMessage("Load Blank Sets", refusal.text, MessageIcon::kNone);
+    return;
+  }
   ShowRow(i);
   emit DatasetsChanged();
 }

@@ -152,12 +152,12 @@ void ShowRowValues(const FitRow& controls, QuorvaneModule& module, int row) {
 }
 
 void ShowRowLink(const FitRow& controls, const FitSetup& setup, int row) {
-  const bool free = !IsLinked(setup, row);
+  const OwnRefConcs own = OwnRefConcsOf(setup, row);
   controls.txtLinkTo->ShowStored(QString::fromStdString(LinkText(setup, row)));
-  controls.boxes[kRefConc]->setEnabled(free);
-  controls.chkRefC->setEnabled(free);
-  controls.boxes[kRefConc2]->setEnabled(free && setup.TwoComponentModel);
-  controls.chkRefC2->setEnabled(free && setup.TwoComponentModel);
+  controls.boxes[kRefConc]->setEnabled(own.a);
+  controls.chkRefC->setEnabled(own.a);
+  controls.boxes[kRefConc2]->setEnabled(own.b);
+  controls.chkRefC2->setEnabled(own.b);
 }
 
 }  // namespace quorvane

@@ -176,7 +176,7 @@ void FitRows::ConnectBoxes(int row) {
         ShowValues();
       });
     }
-    if (value.test == RowTest::kAboveZero) ConnectRefConc(box, row);
+    if (&value == &row::kRefConc || &value == &row::kRefConc2) ConnectRefConc(box, row);
   }
 }
 
@@ -190,18 +190,16 @@ void FitRows::ConnectRefConc(ValueBox& box, int row) {
 
 void FitRows::ConnectChecks(int row) {
   const FitRow& controls = rows_.back();
-  ConnectCheck(*controls.chkOffset, &FitSetup::chkOffset, row);
-  ConnectCheck(*controls.chkRefC, &FitSetup::chkRefC, row);
-  ConnectCheck(*controls.chkRefC2, &FitSetup::chkRefC2, row);
+  const std::array boxes = {controls.chkOffset, controls.chkRefC, controls.chkRefC2};
+  for (std::size_t k = 0; k < RowChecks.size(); ++k) ConnectCheck(*boxes[k], RowChecks[k], row);
 }
 
-void FitRows::ConnectCheck(PageCheckBox& box, std::vector<CheckState> FitSetup::*states, int row) {
+void FitRows::ConnectCheck(PageCheckBox& box, const RowCheck& check, int row) {
   marker_.Watch(&box);
-  connect(&box, &PageCheckBox::clicked, this, [this, &box, states, row] {
-    (session_.Module.Setup.*states)[static_cast<std::size_t>(row)] = box.State();
-  });
-  connect(&box, &PageCheckBox::CtrlReleased, this, [this, states, row] {
-    CopyToRowsBelow(session_.Module.Setup.*states, row);
+  connect(&box, &PageCheckBox::clicked, this,
+          [this, &check, row](bool on) { SetCheck(check, session_.Module.Setup, row, on); });
+  connect(&box, &PageCheckBox::CtrlReleased, this, [this, &check, row] {
+    CopyToRowsBelow(session_.Module.Setup.*check.states, row);
     if (CommitRows()) ShowValues();
   });
 }
@@ -244,8 +242,9 @@ void FitRows::AskLink(int row) {
   if (!box->Commit()) return;
   box->selectAll();
   const FitSetup& setup = session_.Module.Setup;
-  if (IsLinkTarget(setup, row)) {
-    session_.Ask.ShowMessage(window(), "", kUsedAsLink, MessageIcon::kNone);
+  if (const Refusal refusal = RefusalOfLinking(setup, row)) {
+    session_.Ask.ShowMessage(window(), "", QString::fromStdString(refusal.text),
+                             MessageIcon::kNone);
     return;
   }
   QMenu* menu = MakePopup("mnuLinkTo", "LinkMenu", this);
@@ -266,7 +265,7 @@ void FitRows::AskLink(int row) {
 }
 
 void FitRows::Link(int row, int target) {
-  EnterLink(session_.Module.Setup, row, std::to_string(target + 1));
+  TellEntryError(session_, window(), LinkRow(session_.Module.Setup, row, target));
   ShowRowLink(rows_[static_cast<std::size_t>(row)], session_.Module.Setup, row);
 }
 
@@ -281,8 +280,8 @@ void FitRows::AskGeometry(int row, Qt::KeyboardModifiers modifiers) {
     entry->setObjectName(ElementName("mnuCellGeom", geometry));
     entry->setCheckable(true);
     entry->setChecked(module.Setup.SetCellChannel[static_cast<std::size_t>(row)] == geometry);
-    connect(entry, &QAction::triggered, this, [&module, row, geometry, below] {
-      ChooseCellGeometry(module.Setup, row, geometry, below);
+    connect(entry, &QAction::triggered, this, [this, &module, row, geometry, below] {
+      TellEntryError(session_, window(), SetCellGeometry(module, row, geometry, below));
     });
     ++geometry;
   }

@@ -61,7 +61,7 @@ class FitRows : public QScrollArea {
   void ConnectBoxes(int row);
   void ConnectRefConc(ValueBox& box, int row);
   void ConnectChecks(int row);
-  void ConnectCheck(PageCheckBox& box, std::vector<CheckState> FitSetup::*states, int row);
+  void ConnectCheck(PageCheckBox& box, const RowCheck& check, int row);
   void ConnectLink(int row);
   void ChainTabOrder();
   void AskLink(int row);

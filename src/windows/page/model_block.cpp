@@ -153,8 +153,9 @@ void ModelBlock::BindGroup(const Group& group) {
        .shown = [&module, &value] { return TextOf(value, module); },
        .name = [label = group.label] { return label->text(); },
        .taken = [&module, &value] { return TakenBy(value, module); }});
-  connect(group.check, &PageCheckBox::clicked, this,
-          [&module, &value, check = group.check] { module.Setup.*value.check = check->State(); });
+  connect(group.check, &PageCheckBox::clicked, this, [this, &module, &value](bool on) {
+    TellEntryError(session_, window(), SetCheck(value, module.Setup, on));
+  });
 }
 
 // The right button on labels and on the boxes of constants chooses how these are shown.
@@ -188,7 +189,7 @@ void ModelBlock::ShowGroup(const Group& group) {
   group.check->setAccessibleName(tr("Fit %1").arg(group.label->text()));
   group.box->ShowStored(QString::fromStdString(TextOf(*group.value, module)));
   group.check->ShowState(state);
-  group.check->setEnabled(state != CheckState::kGrey);
+  group.check->setEnabled(!RefusalOfFitting(*group.value, module.Setup.ConstrainKRatios));
   const bool shown = HasValue(module.Setup, *group.value);
   group.label->setVisible(shown);
   group.box->setVisible(shown);
@@ -217,12 +218,8 @@ void ModelBlock::Constrain(bool on) {
   }
   const Refusal refusal = on ? ConstrainShownRatios(module) : ReleaseShownRatios(module);
   ShowAll();
-  if (refusal.empty()) {
-    emit RatiosSwitched();
-    return;
-  }
-  session_.Ask.ShowMessage(window(), kEntryErrorTitle, QString::fromStdString(refusal),
-                           MessageIcon::kExclamation);
+  if (!refusal) emit RatiosSwitched();
+  TellEntryError(session_, window(), refusal);
 }
 
 std::vector<QWidget*> ModelBlock::InTabOrder() const {

@@ -7,17 +7,22 @@
 
 namespace quorvane {
 
+void TellEntryError(Session& session, QWidget* window, const Refusal& refusal) {
+  if (!refusal) return;
+  session.Ask.ShowMessage(window, kEntryErrorTitle, QString::fromStdString(refusal.text),
+                          MessageIcon::kExclamation);
+}
+
 void BindEntry(ValueBox& box, Session& session, BoxEntry entry) {
   box.SetStore([&box, &session, entry = std::move(entry)](const QString& text) {
     const Refusal refusal = entry.enter(text.toStdString());
     box.ShowStored(QString::fromStdString(entry.shown()));
     session.Remark(
-        refusal.empty()
-            ? QString()
-            : QObject::tr("%1 takes %2.").arg(entry.name(), QString::fromStdString(entry.taken())));
-    if (refusal.empty()) return true;
-    session.Ask.ShowMessage(box.window(), kEntryErrorTitle, QString::fromStdString(refusal),
-                            MessageIcon::kExclamation);
+        refusal
+            ? QObject::tr("%1 takes %2.").arg(entry.name(), QString::fromStdString(entry.taken()))
+            : QString());
+    if (!refusal) return true;
+    TellEntryError(session, box.window(), refusal);
     return false;
   });
 }

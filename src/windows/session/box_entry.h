@@ -7,6 +7,8 @@
 
 #include "core/page/page_entry.h"
 
+class QWidget;
+
 namespace quorvane {
 
 class ValueBox;
@@ -19,6 +21,9 @@ struct BoxEntry {
   std::function<QString()> name;       // of the box, as a remark on a refused text bears it
   std::function<std::string()> taken;  // the numbers that the box takes
 };
+
+// The box "Parameter Entry Error" over `window`; nothing if nothing was refused.
+void TellEntryError(Session& session, QWidget* window, const Refusal& refusal);
 
 // A refused text is told, and the status bar says what the box takes.
 void BindEntry(ValueBox& box, Session& session, BoxEntry entry);

@@ -191,7 +191,7 @@ void SimInputTab::ConnectSignals() {
     const auto enter = [this, box](const std::string& text) {
       const auto message = EnterText(simulator_, box, text);
       if (!message && box == SimBox::kWaveL) emit HeaderChanged();
-      return Refusal(message.value_or(""));
+      return message ? Refusal{std::string(*message)} : Refusal{};
     };
     const Entry& entry = entries_[static_cast<std::size_t>(box)];
     BindEntry(*entry.box, session_,
@@ -236,8 +236,7 @@ bool SimInputTab::CommitPending() {
 bool SimInputTab::CheckEntries() {
   const std::optional<EntryRefusal> refusal = FirstRefusal(simulator_.Inputs);
   if (!refusal) return true;
-  session_.Ask.ShowMessage(window(), kEntryErrorTitle, ToText(refusal->message),
-                           MessageIcon::kExclamation);
+  TellEntryError(session_, window(), Refusal{std::string(refusal->message)});
   entries_[static_cast<std::size_t>(refusal->box)].box->setFocus(Qt::OtherFocusReason);
   return false;
 }

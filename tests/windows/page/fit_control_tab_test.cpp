@@ -163,21 +163,15 @@ TEST_F(FitControlTabTest, RefusalsKeepTheValueAndTheFocus) {
   const std::vector<Case> cases = {
       {kLn, false, "txtLnK1", "1,5", illegal, "LnK1 takes any number, such as 0.5 or 1.5E-6."},
       {kPlain, false, "txtLnK1", "0", "K must be >0 !", "K1 takes a number above 0."},
-      {kPlain, false, "txtLnK1", "-3", "K must be >0 !", "K1 takes a number above 0."},
       {kPlain, false, "txtLnK2", "0", "K2 must be greater than 0!", "K2 "},
-      {kPlain, false, "txtLnK3", "-1", "K3 must be greater than 0!", "K3 "},
-      {kLn, true, "txtLnK2", "0", "K2/K1 must be greater than 0!", "K2/K1 "},
-      {kLn, true, "txtLnK3", "-1", "K3/K1 must be greater than 0!", "K3/K1 "},
-      {kLn, true, "txtLnK3", "x", illegal, "K3/K1 takes a number above 0."},
+      {kLn, true, "txtLnK3", "-1", "K3/K1 must be greater than 0!",
+       "K3/K1 takes a number above 0."},
       {kLog10, false, "txtLnK1", "1e308", "Overflow", "LogK1 "},
-      {kLn, false, "txtMWB", "", illegal, "MW-A "},
       {kLn, false, "txtOffset(1)", "0x1", illegal, "Baseline of row 2 takes any number"},
       {kLn, false, "txtRefConc(1)", "0", illegal, "Ref.Conc.A of row 2 takes a number above 0."},
-      {kLn, false, "txtRefConc2(1)", "-1", illegal, "Ref.Conc.B of row 2 "},
       {kLn, false, "txtALoad(1)", "-0.1", illegal,
        "[A]load of row 2 takes 0 or a number above it."},
       {kLn, false, "lblRunSpeed(1)", "0", illegal, "Speed of row 2 takes a number above 0."},
-      {kLn, false, "lblRunSpeed(1)", "3e9", "Overflow", "Speed of row 2 "},
       {kLn, false, "lblDegC", "warm", illegal, "Temperature takes any number"},
       {kLn, false, "txtLinkTo(1)", "3", illegal, "Link To of row 2 "},
   };
@@ -292,8 +286,6 @@ TEST_F(FitControlTabTest, LinksAreNeverChained) {
   Click("txtLinkTo(2)", {}, Qt::RightButton);
   EXPECT_EQ(Entries("mnuLinkTo"), "+-++");
   Choose("mnuLinkTo", "mnuCancelLink");
-  Type("txtLinkTo(0)", "3");
-  EXPECT_EQ(setup.RefLink, (std::vector<std::int16_t>{0, 0, 2}));
   Type("txtLinkTo(1)", "2");
   EXPECT_TRUE(Find("txtRefConc(1)")->isEnabled());
 }
