@@ -18,6 +18,10 @@ std::string LevelText(double level) {
   return FormatNumber(level, "00.00");
 }
 
+Refusal OutOfRange() {
+  return Refusal{"Value must be 50 < P < 100 "};
+}
+
 }  // namespace
 
 std::string ConfidenceLevelText(const QuorvaneModule& module, std::size_t place) {
@@ -25,18 +29,16 @@ std::string ConfidenceLevelText(const QuorvaneModule& module, std::size_t place)
 }
 
 Refusal RefusalOfLevel(double percent) {
-  return percent > kLeast && percent < kMost ? Refusal{} : Refusal{"Value must be 50 < P < 100 "};
+  return percent > kLeast && percent < kMost ? Refusal{} : OutOfRange();
 }
 
-LevelEntry EnterConfidenceLevel(QuorvaneModule& module, std::string_view text) {
-  const std::optional<double> level = ParseNumeric(text);
-  if (!level) return LevelEntry::kNotANumber;
-  if (RefusalOfLevel(*level)) return LevelEntry::kOutOfRange;
+Refusal SetConfidenceLevel(QuorvaneModule& module, double percent) {
+  if (Refusal refusal = RefusalOfLevel(percent)) return refusal;
   // Neither is a level that the box, from which the search takes it, shows as one of the limits.
-  const std::string shown = LevelText(*level);
-  if (shown == LevelText(kLeast) || shown == LevelText(kMost)) return LevelEntry::kOutOfRange;
-  module.ConfidenceLevels[kUserLevel] = *level;
-  return LevelEntry::kTaken;
+  const std::string shown = LevelText(percent);
+  if (shown == LevelText(kLeast) || shown == LevelText(kMost)) return OutOfRange();
+  module.ConfidenceLevels[kUserLevel] = percent;
+  return {};
 }
 
 Refusal ChooseForSearch(ConfidenceRequest& request, const FitSetup& setup, std::string_view name) {

@@ -18,11 +18,8 @@ std::string ConfidenceLevelText(const QuorvaneModule& module, std::size_t place)
 // Why `percent` cannot be a level: 50 < level < 100.
 Refusal RefusalOfLevel(double percent);
 
-enum class LevelEntry { kTaken, kNotANumber, kOutOfRange };
-
-// Takes a typed level, in percent, 50 < level < 100 as shown too, as the user's own; anything else
-// changes nothing.
-LevelEntry EnterConfidenceLevel(QuorvaneModule& module, std::string_view text);
+// Takes a level, in percent, 50 < level < 100 as shown too, as the user's own.
+Refusal SetConfidenceLevel(QuorvaneModule& module, double percent);
 
 // Adds the shared parameter with that name in a job to what is searched. Refused if the model of
 // `setup` does not have it, or holds it.

@@ -174,15 +174,15 @@ void ConfidenceWindow::ShowMeaning() {
 
 bool ConfidenceWindow::StoreLevel(const QString& text) {
   if (!isVisible()) return true;  // the window was closed with an entry that nobody needs
-  const LevelEntry entry = EnterConfidenceLevel(session_.Module, text.toStdString());
-  if (entry != LevelEntry::kNotANumber) ShowLevel();
-  if (entry == LevelEntry::kTaken) return true;
+  const std::optional<double> level = ParseNumeric(text.toStdString());
+  const Refusal refusal =
+      level ? SetConfidenceLevel(session_.Module, *level) : Refusal{kIllegalValue};
+  if (level) ShowLevel();
+  if (!refusal) return true;
   cmbFStat_->hidePopup();
-  const bool number = entry == LevelEntry::kOutOfRange;
   session_.Remark(tr("The probability takes a number between 50 and 100."));
-  session_.Ask.ShowMessage(this, number ? "Parameter Out of Range!" : "Parameter Entry Error!",
-                           number ? "Value must be 50 < P < 100 " : "Illegal Value Entered",
-                           MessageIcon::kExclamation);
+  session_.Ask.ShowMessage(this, level ? "Parameter Out of Range!" : "Parameter Entry Error!",
+                           QString::fromStdString(refusal.text), MessageIcon::kExclamation);
   return false;
 }
 
