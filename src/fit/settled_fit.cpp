@@ -42,7 +42,7 @@ double LongestMove(const FitState& fit, int l) {
   if (l <= fit.NumFitSets) return kInfinity;  // a baseline is linear
   if (l <= fit.SharedBase()) return 1.5;      // ln reference concentrations
   const auto place = static_cast<std::size_t>(l - fit.SharedBase() - 1);
-  if (place >= fit.FitModel->parameters.size()) return kInfinity;
+  if (fit.FitModel == nullptr || place >= fit.FitModel->parameters.size()) return kInfinity;
   const SharedParameter& shared = *fit.FitModel->parameters[place].shared;
   switch (shared.kind) {
     case ParameterKind::kWeight:
