@@ -78,7 +78,10 @@ bool ArrowSolver::FactorDense(Dense& dense, const std::vector<double>& diagonal)
   const std::size_t n = dense.size();
   double* m = dense.factor.data();
   for (std::size_t j = 0; j < n; ++j) {
-    if (!(m[j * n + j] > kDoubtful * diagonal[j] && m[j * n + j] > kLeastPivot)) return false;
+    if (!(m[j * n + j] > kDoubtful * diagonal[j] && m[j * n + j] > kLeastPivot)) {
+      doubtfulPlace_ = dense.places[j];
+      return false;
+    }
     for (std::size_t i = j + 1; i < n; ++i) {
       const double share = m[i * n + j] / m[j * n + j];
       for (std::size_t k = j + 1; k <= i; ++k) m[i * n + k] -= share * m[k * n + j];

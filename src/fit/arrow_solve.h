@@ -33,6 +33,10 @@ class ArrowSolver {
   // is doubtful, that is, so small beside its diagonal element that rounding would show.
   bool Factor(const Matrix1<double>& alpha, double lambda);
 
+  // The place of the doubtful pivot after a Factor that was false. Within a group and in the border
+  // the places rise, and the border comes last.
+  int DoubtfulPlace() const { return doubtfulPlace_; }
+
   // Puts the solution for the right-hand side b [1..n][1] in its place.
   void Solve(Matrix1<double>& b);
 
@@ -48,7 +52,7 @@ class ArrowSolver {
     std::size_t size() const { return places.size(); }
   };
 
-  static bool FactorDense(Dense& dense, const std::vector<double>& diagonal);
+  bool FactorDense(Dense& dense, const std::vector<double>& diagonal);
   static void SolveDense(const Dense& dense, double* right, std::size_t stride);
   static std::vector<double> InverseOf(const Dense& dense);
   void TakeBlock(Dense& dense, const Matrix1<double>& alpha, double lambda);
@@ -60,6 +64,7 @@ class ArrowSolver {
   Dense border_;
   std::vector<double> diagonal_;  // of the block at hand before elimination; also a right side
   std::vector<double> right_;     // of the border
+  int doubtfulPlace_ = 0;
 };
 
 }  // namespace quorvane

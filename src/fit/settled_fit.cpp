@@ -2,51 +2,381 @@
 
 #include <algorithm>
 #include <cmath>
+#include <limits>
 
+#include "base/arithmetic.h"
 #include "base/host.h"
 #include "fit/fit_state.h"
 #include "fit/levmarq.h"
 #include "fit/model_pass.h"
+#include "fit/models.h"
 
 namespace quorvane {
 
 namespace {
 
-constexpr double kSameSum = 1e-8;       // relative
-constexpr double kLeastLambda = 1e-12;  // steps of Newton; far above what closes a fit
-constexpr double kMostLambda = 1e12;    // a step that is nothing
+constexpr double kInfinity = std::numeric_limits<double>::infinity();
 
-// Steps until the sum stands still.
-FitRest Descend(FitState& fit, Host& host, Matrix1<double>& alpha, double& lambda, int mostSteps) {
-  constexpr int kStillToEnd = 2;
-  int still = 0;
-  for (int step = 1; step <= mostSteps; ++step) {
-    const double best = fit.Memory.bestChiSq;
-    MRQMIN1(fit, host, fit.FitA, fit.FitCovar, alpha, fit.FitChiSq, lambda);
-    host.ReportProgress({.what = "Fit", .iteration = step, .sumOfSquares = fit.Memory.bestChiSq});
-    if (!fit.FitKeepGoing()) return FitRest::kStopped;
-    still = std::fabs(fit.FitChiSq - best) <= kSameSum * best ? still + 1 : 0;
-    if (still == kStillToEnd || lambda > kMostLambda) return FitRest::kSettled;
-    lambda = std::max(lambda, kLeastLambda);
+// The forecast of a Newton step bounds every move: (move / standard error)^2 <= fall / variance.
+constexpr double kSettledMove = 1e-4;  // standard errors
+constexpr double kSmallMove = 3e-3;    // enough where the sum cannot be lowered any more
+// Relative to the sum: what its rounding hides, and what stands still.
+constexpr double kRounding = 1e-11;
+constexpr double kSameSum = 1e-10;
+// Relative to the squared signal: a sum that is rounding as a whole.
+constexpr double kPerfect = 1e-24;
+
+// A step that forecasts so small a fall promises nothing worth a pass.
+constexpr double kNothing = 1e-13;
+
+constexpr double kNear = 0.1;     // a Newton step whose fall is a smaller share is tried as it is
+constexpr double kNewton = 1e-9;  // the least damping; a step of Newton for all that shows
+constexpr double kLeastAgain = 1e-7;  // after a step of Newton that failed
+constexpr double kFirstLambda = 1e-3;
+constexpr double kMostLambda = 1e14;
+constexpr double kFirstGrowth = 4.0;
+
+// How far one step may take a parameter: the signal is exponential in most of them, and the
+// linear forecast is worth nothing further out.
+double LongestMove(const FitState& fit, int l) {
+  if (l <= fit.NumFitSets) return kInfinity;  // a baseline is linear
+  if (l <= fit.SharedBase()) return 1.5;      // ln reference concentrations
+  const auto place = static_cast<std::size_t>(l - fit.SharedBase() - 1);
+  if (fit.FitModel == nullptr || place >= fit.FitModel->parameters.size()) return kInfinity;
+  const SharedParameter& shared = *fit.FitModel->parameters[place].shared;
+  switch (shared.kind) {
+    case ParameterKind::kWeight:
+      return std::max(0.5 * std::fabs(fit.FitA(l)), 1.0);
+    case ParameterKind::kStoichiometry:
+      return 0.5;
+    case ParameterKind::kLnK:
+      return fit.ConstrainKRatios && MayBeRatio(shared) ? 0.5 : 2.0;
+    case ParameterKind::kFraction:
+      return 0.25;
+    case ParameterKind::kVirial:
+      break;
   }
-  return FitRest::kTooLong;
+  return kInfinity;
+}
+
+class Descent {
+ public:
+  Descent(FitState& fit, Host& host);
+
+  RestEnd Run(int mostSteps);
+
+ private:
+  enum class Trial { kAccepted, kRejected, kNothingToGain };
+
+  void FirstPass();
+  bool Pass(const Array1<double>& a, double& sum);
+  FitRest Descend(int mostSteps);
+  Trial TryStep();
+  double Damped();
+  double DampedWithinLimits();
+  double Forecast(double share) const;
+  double TimesTooLong() const;
+  void Accept(double sum, double forecast);
+  void Reject();
+  bool FactorWhatIsKnown();
+  double NewtonForecast();
+  bool Settled(double move) const;
+  FitRest AtStandstill();
+  void FindRunaway();
+  void Close();
+
+  double Best() const { return fit_.Memory.bestChiSq; }
+
+  FitState& fit_;
+  Host& host_;
+  Matrix1<double> alpha_;         // curvature at the accepted point
+  Matrix1<double> known_;         // the same without what is not determined; empty while all is
+  std::vector<int> unknown_;      // places that are not determined
+  std::vector<int> parameter_;    // [place from 0] index of FitA
+  std::vector<double> damping_;   // [place from 0] what the last step added to the curvature
+  std::vector<double> start_;     // [place from 0] where it began
+  std::vector<double> lastMove_;  // [place from 0] of the last accepted step
+  double freedom_ = 1.0;
+  double perfect_ = 0.0;  // a sum that is rounding as a whole
+  double lambda_ = kNewton;
+  double growth_ = kFirstGrowth;  // of lambda at the next rejection
+  double newtonForecast_ = 0.0;   // the fall that an undamped step promises
+  RestEnd end_;
+};
+
+Descent::Descent(FitState& fit, Host& host) : fit_(fit), host_(host), alpha_(fit.FitMA, fit.FitMA) {
+  if (fit.FitMA > kMaxParameters) throw SubscriptFault();
+  fit.FitCovar = Matrix1<double>(fit.FitMA, fit.FitMA);
+  StepMemory& memory = fit.Memory;
+  memory.mfit = fit.NumFitted();
+  memory.solver = ArrowSolver(ShapeOf(fit));
+  for (int l = 1; l <= fit.FitMA; ++l) {
+    if (fit.FitIA(l) == 0) continue;
+    parameter_.push_back(l);
+    start_.push_back(fit.FitA(l));
+  }
+  damping_.assign(parameter_.size(), 0.0);
+  lastMove_ = damping_;
+  freedom_ = std::max(1, fit.FitNumPoints - memory.mfit);
+  for (int i = 1; i <= fit.FitNumPoints; ++i) perfect_ += fit.FitY(i) * fit.FitY(i);
+  perfect_ *= kPerfect;
+}
+
+// The sums at `a`: FitCovar and trialStep take curvature and gradient. False after a fault.
+bool Descent::Pass(const Array1<double>& a, double& sum) {
+  try {
+    MRQCOF(fit_, a, fit_.FitCovar, fit_.Memory.trialStep, sum);
+  } catch (const ArithmeticFault&) {
+    return false;
+  }
+  return std::isfinite(sum);
+}
+
+void Descent::FirstPass() {
+  StepMemory& memory = fit_.Memory;
+  MRQCOF(fit_, fit_.FitA, alpha_, memory.beta, memory.bestChiSq);
+  end_.startSum = memory.bestChiSq;
+  for (int l = 1; l <= fit_.FitMA; ++l) memory.trialA(l) = fit_.FitA(l);
+}
+
+// Factors the curvature without the parameters that the data do not determine beside the others;
+// those get a row of the unit matrix. False if there is nothing to factor.
+bool Descent::FactorWhatIsKnown() {
+  StepMemory& memory = fit_.Memory;
+  unknown_.clear();
+  if (memory.solver.Factor(alpha_, 0.0)) return true;
+  known_ = alpha_;
+  do {
+    const int place = memory.solver.DoubtfulPlace();
+    if (std::find(unknown_.begin(), unknown_.end(), place) != unknown_.end()) return false;
+    unknown_.push_back(place);
+    for (int k = 1; k <= memory.mfit; ++k) known_(place, k) = known_(k, place) = 0.0;
+    known_(place, place) = 1.0;
+  } while (!memory.solver.Factor(known_, 0.0));
+  return true;
+}
+
+// The fall that an undamped step promises; the step is left in trialStep.
+double Descent::NewtonForecast() {
+  StepMemory& memory = fit_.Memory;
+  double forecast = kInfinity;
+  const FaultFlags faults = FaultsRaisedBy([&] {
+    if (!FactorWhatIsKnown()) return;
+    std::copy_n(memory.beta.Row(1), memory.mfit, memory.trialStep.Row(1));
+    for (const int place : unknown_) memory.trialStep(place, 1) = 0.0;
+    memory.solver.Solve(memory.trialStep);
+    forecast = 0.0;
+    for (int j = 1; j <= memory.mfit; ++j) forecast += memory.trialStep(j, 1) * memory.beta(j, 1);
+  });
+  return faults.Any() || !(forecast >= 0.0) ? kInfinity : forecast;
+}
+
+// A step damped by lambda_, into trialStep; the fall that it promises, below 0 where there is none.
+double Descent::Damped() {
+  StepMemory& memory = fit_.Memory;
+  double forecast = -1.0;
+  const FaultFlags faults = FaultsRaisedBy([&] {
+    for (std::size_t k = 0; k < damping_.size(); ++k) {
+      double& diagonal = alpha_(static_cast<int>(k) + 1, static_cast<int>(k) + 1);
+      damping_[k] = diagonal;  // kept for the way back
+      diagonal += lambda_ * (diagonal > 0.0 ? diagonal : 1.0);
+    }
+    const bool solved = memory.solver.Factor(alpha_, 0.0);
+    for (std::size_t k = 0; k < damping_.size(); ++k) {
+      double& diagonal = alpha_(static_cast<int>(k) + 1, static_cast<int>(k) + 1);
+      std::swap(damping_[k], diagonal);
+      damping_[k] -= diagonal;
+    }
+    if (!solved) return;
+    std::copy_n(memory.beta.Row(1), memory.mfit, memory.trialStep.Row(1));
+    memory.solver.Solve(memory.trialStep);
+    forecast = Forecast(1.0);
+  });
+  return faults.Any() || !std::isfinite(forecast) ? -1.0 : forecast;
+}
+
+// The fall that a share of the step in trialStep promises.
+double Descent::Forecast(double share) const {
+  double slope = 0.0;
+  double damped = 0.0;
+  for (std::size_t k = 0; k < damping_.size(); ++k) {
+    const int j = static_cast<int>(k) + 1;
+    const double step = fit_.Memory.trialStep(j, 1);
+    slope += step * fit_.Memory.beta(j, 1);
+    damped += step * step * damping_[k];
+  }
+  return 2.0 * share * slope - share * share * (slope - damped);
+}
+
+// The longest move of the step in trialStep over what is allowed.
+double Descent::TimesTooLong() const {
+  double times = 0.0;
+  for (std::size_t k = 0; k < parameter_.size(); ++k) {
+    const double step = std::fabs(fit_.Memory.trialStep(static_cast<int>(k) + 1, 1));
+    times = std::max(times, step / LongestMove(fit_, parameter_[k]));
+  }
+  return times;
+}
+
+// More damping turns a step that is too long; what is left of its length is cut.
+double Descent::DampedWithinLimits() {
+  constexpr int kTurns = 8;
+  double forecast = Damped();
+  for (int turn = 0; turn < kTurns; ++turn) {
+    if (forecast >= 0.0 && TimesTooLong() <= 1.0) return forecast;
+    lambda_ = std::max(10.0 * lambda_, kFirstLambda / 10.0);
+    forecast = Damped();
+  }
+  const double times = TimesTooLong();
+  if (forecast < 0.0 || times <= 1.0) return forecast;
+  forecast = Forecast(1.0 / times);
+  for (int j = 1; j <= fit_.Memory.mfit; ++j) fit_.Memory.trialStep(j, 1) /= times;
+  return forecast;
+}
+
+void Descent::Accept(double sum, double forecast) {
+  constexpr double kGood = 0.75;
+  constexpr double kPoor = 0.25;
+  constexpr double kEasing = 5.0;
+  constexpr double kTightening = 3.0;
+  StepMemory& memory = fit_.Memory;
+  const double quality = (memory.bestChiSq - sum) / forecast;
+  if (quality > kGood) lambda_ /= kEasing;
+  if (quality < kPoor) lambda_ *= kTightening;
+  lambda_ = std::max(lambda_, kNewton);
+  growth_ = kFirstGrowth;
+  memory.bestChiSq = sum;
+  std::swap(alpha_, fit_.FitCovar);
+  std::copy_n(memory.trialStep.Row(1), memory.mfit, memory.beta.Row(1));
+  for (std::size_t k = 0; k < parameter_.size(); ++k) {
+    const int l = parameter_[k];
+    lastMove_[k] = memory.trialA(l) - fit_.FitA(l);
+    fit_.FitA(l) = memory.trialA(l);
+  }
+}
+
+void Descent::Reject() {
+  lambda_ = std::max(lambda_ * growth_, kLeastAgain);
+  growth_ *= 2.0;
+}
+
+// One step from the accepted point, and a pass at its end.
+Descent::Trial Descent::TryStep() {
+  StepMemory& memory = fit_.Memory;
+  const double forecast = DampedWithinLimits();
+  if (lambda_ > kMostLambda) return Trial::kNothingToGain;
+  if (forecast < 0.0) {
+    Reject();
+    return Trial::kRejected;
+  }
+  if (forecast <= kNothing * Best() + perfect_) return Trial::kNothingToGain;
+  for (std::size_t k = 0; k < parameter_.size(); ++k) {
+    const int l = parameter_[k];
+    memory.trialA(l) = fit_.FitA(l) + memory.trialStep(static_cast<int>(k) + 1, 1);
+  }
+  double sum = 0.0;
+  if (Pass(memory.trialA, sum) && sum < Best()) {
+    Accept(sum, forecast);
+    return Trial::kAccepted;
+  }
+  Reject();
+  return Trial::kRejected;
+}
+
+// The forecast of a Newton step bounds every move: (move / standard error)^2 <= fall / variance.
+bool Descent::Settled(double move) const {
+  const double enough = std::max(move * move / freedom_, kRounding);
+  return newtonForecast_ <= enough * Best() + perfect_;
+}
+
+FitRest Descent::Descend(int mostSteps) {
+  constexpr int kStillToEnd = 3;
+  int still = 0;
+  newtonForecast_ = NewtonForecast();
+  if (newtonForecast_ > kNear * Best()) lambda_ = kFirstLambda;
+  while (true) {
+    if (unknown_.empty() && Settled(kSettledMove)) return FitRest::kSettled;
+    if (still >= kStillToEnd) {
+      const FitRest rest = AtStandstill();
+      if (rest != FitRest::kSettled || Settled(kSmallMove)) return rest;
+    }
+    if (end_.steps == mostSteps) return FitRest::kTooLong;
+    const double before = Best();
+    const Trial trial = TryStep();
+    if (trial == Trial::kNothingToGain) return AtStandstill();
+    ++end_.steps;
+    host_.ReportProgress({.what = "Fit", .iteration = end_.steps, .sumOfSquares = Best()});
+    host_.RunPendingEvents();
+    if (!fit_.FitKeepGoing()) return FitRest::kStopped;
+    if (trial != Trial::kAccepted) continue;
+    still = before - Best() <= kSameSum * before + perfect_ ? still + 1 : 0;
+    newtonForecast_ = NewtonForecast();
+  }
+}
+
+// What it is that ended: a parameter that is still on its way, one without influence, or a minimum.
+FitRest Descent::AtStandstill() {
+  newtonForecast_ = NewtonForecast();  // the steps since have spoilt trialStep
+  FindRunaway();
+  if (end_.runaway != 0) return FitRest::kRunaway;
+  return unknown_.empty() ? FitRest::kSettled : FitRest::kUndetermined;
+}
+
+// A parameter that has come far and would still go on the same way by more than a step may.
+void Descent::FindRunaway() {
+  constexpr double kFar = 2.0;  // longest moves
+  double most = kFar;
+  end_.runaway = 0;
+  if (unknown_.empty() && Settled(kSmallMove)) return;
+  for (std::size_t k = 0; k < parameter_.size(); ++k) {
+    const int place = static_cast<int>(k) + 1;
+    const double limit = LongestMove(fit_, parameter_[k]);
+    const double way = (fit_.FitA(parameter_[k]) - start_[k]) / limit;
+    const bool unknown = std::find(unknown_.begin(), unknown_.end(), place) != unknown_.end();
+    const double ahead = fit_.Memory.trialStep(place, 1) / limit;
+    if (lastMove_[k] * way <= 0.0 || (!unknown && ahead * way <= kFar * std::fabs(way))) continue;
+    if (std::fabs(way) <= most) continue;
+    most = std::fabs(way);
+    end_.runaway = parameter_[k];
+    end_.upwards = way > 0.0;
+  }
+}
+
+// The covariance of what is determined, in parameter order.
+void Descent::Close() {
+  StepMemory& memory = fit_.Memory;
+  fit_.FitChiSq = Best();
+  if (end_.rest == FitRest::kStopped) return;
+  fit_.FitCovar = Matrix1<double>(fit_.FitMA, fit_.FitMA);
+  const FaultFlags faults = FaultsRaisedBy([&] {
+    if (FactorWhatIsKnown()) memory.solver.Invert(fit_.FitCovar);
+  });
+  if (faults.Any()) fit_.FitCovar = Matrix1<double>(fit_.FitMA, fit_.FitMA);
+  for (const int place : unknown_) {
+    fit_.FitCovar(place, place) = 0.0;
+    end_.undetermined.push_back(parameter_[static_cast<std::size_t>(place - 1)]);
+  }
+  std::sort(end_.undetermined.begin(), end_.undetermined.end());
+  COVSRT(fit_, fit_.FitCovar, fit_.FitMA, memory.mfit);
+}
+
+RestEnd Descent::Run(int mostSteps) {
+  fit_.CurrentProc = "SettleFit";
+  PreparePass(fit_);
+  FirstPass();
+  end_.rest = Descend(mostSteps);
+  Close();
+  return end_;
 }
 
 }  // namespace
 
+RestEnd BringToRest(FitState& fit, Host& host, int mostSteps) {
+  return Descent(fit, host).Run(mostSteps);
+}
+
 FitRest SettleFit(FitState& fit, Host& host, int mostSteps) {
-  fit.FitCovar = Matrix1<double>(fit.FitMA, fit.FitMA);
-  Matrix1<double> alpha(fit.FitMA, fit.FitMA);
-  fit.CurrentProc = "SettleFit";
-  PreparePass(fit);
-  double lambda = -1.0;
-  MRQMIN1(fit, host, fit.FitA, fit.FitCovar, alpha, fit.FitChiSq, lambda);
-  const FitRest rest = Descend(fit, host, alpha, lambda, mostSteps);
-  fit.FitChiSq = fit.Memory.bestChiSq;
-  if (rest == FitRest::kStopped) return rest;
-  lambda = 0.0;
-  MRQMIN1(fit, host, fit.FitA, fit.FitCovar, alpha, fit.FitChiSq, lambda);
-  return rest;
+  return BringToRest(fit, host, mostSteps).rest;
 }
 
 }  // namespace quorvane

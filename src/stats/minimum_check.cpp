@@ -71,18 +71,6 @@ Array1<double> ScatteredStart(const FitState& fit, Deviates& deviates) {
   return start;
 }
 
-// The Host of one start: hears of singular matrices.
-class StartHost : public QuietHost {
- public:
-  void PrintIt(std::string_view) override { singular_ = true; }
-  // A matrix that was singular on the way is forgotten with the next step.
-  void ReportProgress(const Progress&) override { singular_ = false; }
-  bool EndedSingular() const { return singular_; }
-
- private:
-  bool singular_ = false;
-};
-
 enum class StartEnd { kWaiting, kAtRest, kFailed };
 
 // One start and where it came to.
@@ -110,12 +98,12 @@ void RunStart(const FitState& fit, const StopFlag& stop, Start& start) {
   FitState copy = fit;
   copy.FitA = start.values;
   copy.Stop = &stop;
-  StartHost host;
+  QuietHost host;
   try {
     const FitRest rest = SettleFit(copy, host, kMostSteps);
     if (rest == FitRest::kStopped) return;
     start.end = StartEnd::kFailed;
-    if (rest == FitRest::kTooLong || host.EndedSingular() || !std::isfinite(copy.FitChiSq)) return;
+    if (rest != FitRest::kSettled) return;
     start.nearness = NearnessOf(copy);
     start.values = copy.FitA;
     start.sum = copy.FitChiSq;
