@@ -372,7 +372,7 @@ class PanelFiller {
   void SayNoData(bool lowest) {
     left_->setTickLabels(false);
     if (lowest) bottom_->setTickLabels(false);
-    QCPItemText* text = NewText("No data", kAxisTitlePixels, Qt::gray);
+    QCPItemText* text = NewText(QObject::tr("No data"), kAxisTitlePixels, Qt::gray);
     text->position->setType(QCPItemPosition::ptAxisRectRatio);
     text->position->setCoords(0.5, 0.5);
   }

@@ -40,10 +40,11 @@ void OptionCommands::AskConstant(Constant constant) {
   const std::optional<double> value = ParseNumeric(answer->toStdString());
   if (!value || !InRange(constant, *value)) windows_.session.Remark(dialog.taken);
   if (!value) {
-    windows_.host.ShowMessage(dialog.notANumberTitle, "Illegal Value Entered",
+    windows_.host.ShowMessage(dialog.notANumberTitle, tr("Illegal Value Entered").toStdString(),
                               MessageIcon::kExclamation);
   } else if (!InRange(constant, *value)) {
-    windows_.host.ShowMessage(dialog.outOfRangeTitle, "Out-of-range Value Entered",
+    windows_.host.ShowMessage(dialog.outOfRangeTitle,
+                              tr("Out-of-range Value Entered").toStdString(),
                               MessageIcon::kExclamation);
   } else {
     SetConstant(module, constant, *value);

@@ -65,7 +65,7 @@ void GraphsWindow::Refresh() {
   {
     const QSignalBlocker quiet(TeeChartList_);
     TeeChartList_->clear();
-    for (int k = 1; k <= graphs; ++k) TeeChartList_->addItem("Graph #" + QString::number(k));
+    for (int k = 1; k <= graphs; ++k) TeeChartList_->addItem(tr("Graph #%1").arg(k));
     TeeChartList_->setCurrentIndex(choice < graphs ? choice : std::min(0, graphs - 1));
   }
   ShowChoice();
@@ -92,7 +92,7 @@ void GraphsWindow::mouseDoubleClickEvent(QMouseEvent* event) {
 }
 
 void GraphsWindow::Export() {
-  const QString name = "Graph " + QString::number(TeeChartList_->currentIndex() + 1);
+  const QString name = tr("Graph %1").arg(TeeChartList_->currentIndex() + 1);
   auto* dialog = new ExportDialog(session_, ExportTChart_->GetChart(), name, this);
   dialog->setAttribute(Qt::WA_DeleteOnClose);
   dialog->open();

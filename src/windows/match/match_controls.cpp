@@ -85,8 +85,8 @@ void ListScans(QListWidget& list, const MatchSeries& series) {
 
 OffsetChoice::OffsetChoice(const char* name, const char* buttons,
                            const std::array<QString, 3>& labels)
-    : QGroupBox("Use Fitted Offsets") {
-  const std::array<QString, 3> captions = {"None", "Y only", "X , Y"};
+    : QGroupBox(tr("Use Fitted Offsets")) {
+  const std::array<QString, 3> captions = {tr("None"), tr("Y only"), tr("X , Y")};
   setObjectName(name);
   auto* layout = new QGridLayout(this);
   layout->setColumnStretch(1, 1);
