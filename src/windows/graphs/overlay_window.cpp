@@ -13,6 +13,7 @@
 #include <map>
 
 #include "core/page/overlay_sets.h"
+#include "plot/chart_color.h"
 #include "plot/chart_widget.h"
 #include "windows/controls/busy_pointer.h"
 #include "windows/controls/child_window.h"
@@ -31,9 +32,7 @@ QIcon ColorIcon(ChartColor color) {
   constexpr int kRim = 4;
   QPixmap picture(kSide, kSide);
   picture.fill(Qt::white);
-  QPainter(&picture).fillRect(
-      kRim, kRim, kSide - 2 * kRim, kSide - 2 * kRim,
-      QColor(int(color & 0xFF), int(color >> 8 & 0xFF), int(color >> 16 & 0xFF)));
+  QPainter(&picture).fillRect(kRim, kRim, kSide - 2 * kRim, kSide - 2 * kRim, ToQColor(color));
   return picture;
 }
 

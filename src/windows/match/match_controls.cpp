@@ -11,6 +11,7 @@
 #include <QStyledItemDelegate>
 
 #include "match/match_plots.h"
+#include "plot/chart_color.h"
 #include "windows/controls/control_names.h"
 #include "windows/controls/page_controls.h"
 
@@ -70,11 +71,9 @@ void ListScans(QListWidget& list, const MatchSeries& series) {
   list.setItemDelegate(new ScanDelegate(&list));
   list.clear();
   for (std::size_t i = 0; i < series.names.size(); ++i) {
-    const int bgr = static_cast<int>(colors[i]);
     QPixmap square(kSide, kSide);
     square.fill(Qt::white);  // a frame, without which black is lost on a dark list
-    QPainter(&square).fillRect(square.rect().adjusted(1, 1, -1, -1),
-                               QColor(bgr & 0xFF, bgr >> 8 & 0xFF, bgr >> 16 & 0xFF));
+    QPainter(&square).fillRect(square.rect().adjusted(1, 1, -1, -1), ToQColor(colors[i]));
     auto* item = new QListWidgetItem(square, QString::fromStdString(series.names[i]), &list);
     const QString facts = QString::fromStdString(FactsOf(series.scans[i]));
     item->setData(kFactsRole, facts);
