@@ -195,12 +195,7 @@ void ExportDialog::SaveNumbers() {
 }
 
 void ExportDialog::CopyPicture() {
-  try {
-    const BusyPointer busy;
-    CopyChart(chart_, Size());
-  } catch (const std::exception& fault) {
-    ShowFailure(fault);
-  }
+  CopyChart(chart_, Size(), session_.Ask, this);
 }
 
 void ExportDialog::ShowFailure(const std::exception& fault) {

@@ -11,7 +11,6 @@
 
 #include "core/graph_store.h"
 #include "plot/chart_widget.h"
-#include "windows/controls/busy_pointer.h"
 #include "windows/controls/child_window.h"
 #include "windows/graphs/chart_clipboard.h"
 #include "windows/graphs/export_dialog.h"
@@ -99,12 +98,7 @@ void GraphsWindow::Export() {
 }
 
 void GraphsWindow::Copy() {
-  try {
-    const BusyPointer busy;
-    CopyChart(ExportTChart_->GetChart());
-  } catch (const std::exception& fault) {
-    session_.Ask.ShowMessage(this, "", QString::fromUtf8(fault.what()), MessageIcon::kExclamation);
-  }
+  CopyChart(ExportTChart_->GetChart(), {}, session_.Ask, this);
 }
 
 }  // namespace quorvane

@@ -15,7 +15,6 @@
 #include "core/page/overlay_sets.h"
 #include "plot/chart_color.h"
 #include "plot/chart_widget.h"
-#include "windows/controls/busy_pointer.h"
 #include "windows/controls/child_window.h"
 #include "windows/controls/control_names.h"
 #include "windows/controls/dataset_tip.h"
@@ -181,12 +180,7 @@ void OverlayWindow::Export() {
 }
 
 void OverlayWindow::Copy() {
-  try {
-    const BusyPointer busy;
-    CopyChart(chart_->ShownChart());
-  } catch (const std::exception& fault) {
-    session_.Ask.ShowMessage(this, "", QString::fromUtf8(fault.what()), MessageIcon::kExclamation);
-  }
+  CopyChart(chart_->ShownChart(), {}, session_.Ask, this);
 }
 
 }  // namespace quorvane

@@ -21,7 +21,6 @@ constexpr PictureSize kPictureSize = {400, 360};
 
 CharFormat ReportLook() {
   CharFormat look;
-  look.family = "Courier New";
   look.halfPoints = 18;
   return look;
 }
