@@ -71,11 +71,11 @@ bool NeedsWidth(const FitSetup& setup) {
 
 // The two points that pull the mean concentrations of A and B towards the loading concentrations.
 // Their target is the rise of the signal across the dataset over the tolerance.
-void AppendMassPoints(FitState& fit, int start, double mcTolerance) {
+void AppendMassPoints(FitState& fit, int start) {
   const int n = fit.FitNumPoints;
   if (n == start) throw SubscriptFault();
   double target = 0.0;
-  CheckArithmetic([&] { target = (fit.FitY(n) - fit.FitY(start + 1)) / mcTolerance; });
+  CheckArithmetic([&] { target = (fit.FitY(n) - fit.FitY(start + 1)) / fit.MCTolerance; });
   for (const std::int16_t kind : {std::int16_t{1}, std::int16_t{2}}) {
     const int i = ++fit.FitNumPoints;
     fit.FitR(i) = fit.FitR(n);
@@ -114,14 +114,20 @@ void AppendPoint(FitState& fit, const PointSource& source, std::size_t p, int d,
   fit.PointKind(n) = 0;
 }
 
+// What the points of a fit are made from.
+struct FitSource {
+  const FitSetup& setup;
+  const std::vector<Dataset>& datasets;
+  const std::vector<CellGeometry>& geometries;
+};
+
 // Appends the good points of the dataset at `position` as number d of the flat arrays.
-void AppendDataset(FitState& fit, const FitSetup& setup, int position, int d,
-                   const std::vector<Dataset>& datasets,
-                   const std::vector<CellGeometry>& geometries, double mcTolerance, Host& host) {
+void AppendDataset(FitState& fit, const FitSource& from, int position, int d, Host& host) {
+  const FitSetup& setup = from.setup;
   const auto place = static_cast<std::size_t>(position);
-  const double reference = DatasetAt(setup, setup.RefLink[place], datasets).RefRadius;
-  const PointSource source{DatasetAt(setup, position, datasets), reference * reference,
-                           NeedsWidth(setup), setup.SetCellChannel[place], geometries};
+  const double reference = DatasetAt(setup, setup.RefLink[place], from.datasets).RefRadius;
+  const PointSource source{DatasetAt(setup, position, from.datasets), reference * reference,
+                           NeedsWidth(setup), setup.SetCellChannel[place], from.geometries};
   const int start = fit.FitNumPoints;
   OutsideCounts outside;
   CheckArithmetic([&] {
@@ -131,26 +137,24 @@ void AppendDataset(FitState& fit, const FitSetup& setup, int position, int d,
   });
   LogOutside(outside, d, host);
   if (setup.TwoComponentModel && setup.UseMassConservation) {
-    AppendMassPoints(fit, start, mcTolerance);
+    AppendMassPoints(fit, start);
   }
   fit.SetFirstPoint(d) = start + 1;
   fit.SetPointCount(d) = static_cast<std::int16_t>(fit.FitNumPoints - start);
 }
 
-void FillPoints(FitState& fit, const FitSetup& setup, Positions positions,
-                const std::vector<Dataset>& datasets, const std::vector<CellGeometry>& geometries,
-                double mcTolerance, Host& host) {
+// `fit` has its MCTolerance.
+void FillPoints(FitState& fit, const FitSource& from, Positions positions, Host& host) {
   constexpr int kMassPoints = 2;
-  TakeFlags(fit, setup);
-  fit.MCTolerance = mcTolerance;
+  TakeFlags(fit, from.setup);
   int room = 0;
   for (int k = 0; k < positions.count; ++k) {
-    room += DatasetAt(setup, positions.first + k, datasets).NumPoints + kMassPoints;
+    room += DatasetAt(from.setup, positions.first + k, from.datasets).NumPoints + kMassPoints;
   }
   SizePointArrays(fit, room, positions.count);
   fit.FitNumPoints = 0;
   for (int k = 0; k < positions.count; ++k) {
-    AppendDataset(fit, setup, positions.first + k, k + 1, datasets, geometries, mcTolerance, host);
+    AppendDataset(fit, from, positions.first + k, k + 1, host);
   }
 }
 
@@ -255,7 +259,8 @@ void SetupDataArrays(FitState& fit, const FitSetup& setup, const std::vector<Dat
   fit.CurrentProc = "SetupDataArrays";
   fit.FitSetList = setup.FitSetList;
   fit.RefLink = setup.RefLink;
-  FillPoints(fit, setup, {0, setup.NumFitSets}, datasets, geometries, mcTolerance, host);
+  fit.MCTolerance = mcTolerance;
+  FillPoints(fit, {setup, datasets, geometries}, {0, setup.NumFitSets}, host);
 }
 
 void SetupParameterArray(FitState& fit, const FitSetup& setup, const FitPage& page,
@@ -272,7 +277,8 @@ void SetupSingleDatasetArray(FitState& fit, const FitSetup& setup, int k,
   fit.CurrentProc = "SetupSingleDatasetArray";
   fit.FitSetList = {setup.FitSetList[static_cast<std::size_t>(k)]};
   fit.RefLink = {0};
-  FillPoints(fit, setup, {k, 1}, datasets, geometries, mcTolerance, host);
+  fit.MCTolerance = mcTolerance;
+  FillPoints(fit, {setup, datasets, geometries}, {k, 1}, host);
 }
 
 void SetupSingleParameterArray(FitState& fit, const FitSetup& setup, const FitPage& page, int k,

@@ -49,20 +49,21 @@ std::size_t MostTouching(const FitState& fit) {
   return static_cast<std::size_t>(fit.ParamsPerSet + fit.FitMA - fit.SharedBase());
 }
 
-// The model at one dataset, at the parameters of a pass: values and what moved values share.
+// The model at dataset d, at the parameters of a pass: values and what moved values share.
 struct BaseValues {
+  int d;
   SetTerms terms;
   Exponentials exponentials;
 };
 
-// Values of the dataset with parameter l moved to `value`, into `out`.
-void MovedValues(FitState& fit, const SetPoints& points, int d, const BaseValues& base, int l,
+// Values of the dataset of `base` with parameter l moved to `value`, into `out`.
+void MovedValues(FitState& fit, const SetPoints& points, const BaseValues& base, int l,
                  double value, std::span<double> out) {
   PassWorkspace& work = fit.Workspace;
   const double kept = work.work(l);
   work.work(l) = value;
   SetTerms terms;
-  fit.FitModel->terms(fit, *fit.FitModel, work.work, d, terms);
+  fit.FitModel->terms(fit, *fit.FitModel, work.work, base.d, terms);
   work.work(l) = kept;
   const Exponentials exponentials = ComputeExponentials(
       terms, points, &base.terms, &base.exponentials, work.stepExp, work.stride);
@@ -84,10 +85,10 @@ bool ChooseSteps(FitState& fit, std::size_t total, double a0) {
   return anyLeast;
 }
 
-// Derivatives of all points of dataset d with respect to parameter l, into column `column` of the
-// work space. Nearly every point ends at the least step of the rule; those values are found for the
-// whole dataset at once. Other points take the plain road.
-void SetDerivatives(FitState& fit, const SetPoints& points, int d, const BaseValues& base, int l,
+// Derivatives of all points of the dataset of `base` with respect to parameter l, into column
+// `column` of the work space. Nearly every point ends at the least step of the rule; those values
+// are found for the whole dataset at once. Other points take the plain road.
+void SetDerivatives(FitState& fit, const SetPoints& points, const BaseValues& base, int l,
                     std::size_t column) {
   PassWorkspace& work = fit.Workspace;
   const std::size_t stride = PaddedColumns(work.touching.size());
@@ -96,10 +97,10 @@ void SetDerivatives(FitState& fit, const SetPoints& points, int d, const BaseVal
   const std::size_t total = flat ? points.n : all;
   const double a0 = work.work(l);
   const double least = StepRule::Least(a0);
-  MovedValues(fit, points, d, base, l, a0 + fit.FitModel->steps.First(a0), work.firstValue);
+  MovedValues(fit, points, base, l, a0 + fit.FitModel->steps.First(a0), work.firstValue);
   if (ChooseSteps(fit, total, a0)) {
-    MovedValues(fit, points, d, base, l, a0 + least, work.upValue);
-    MovedValues(fit, points, d, base, l, a0 - least, work.downValue);
+    MovedValues(fit, points, base, l, a0 + least, work.upValue);
+    MovedValues(fit, points, base, l, a0 - least, work.downValue);
   }
   for (std::size_t j = 0; j < total; ++j) {
     double& derivative = work.derivative[j * stride + column];
@@ -117,12 +118,13 @@ void SetDerivatives(FitState& fit, const SetPoints& points, int d, const BaseVal
 void SetPass(FitState& fit, const SetPoints& points, int d) {
   PassWorkspace& work = fit.Workspace;
   BaseValues base;
+  base.d = d;
   fit.FitModel->terms(fit, *fit.FitModel, work.work, d, base.terms);
   base.exponentials =
       ComputeExponentials(base.terms, points, nullptr, nullptr, work.baseExp, work.stride);
   EvaluateSet(base.terms, points, base.exponentials, work.value);
   for (std::size_t k = 0; k < work.touching.size(); ++k) {
-    SetDerivatives(fit, points, d, base, work.touching[k], k);
+    SetDerivatives(fit, points, base, work.touching[k], k);
   }
 }
 

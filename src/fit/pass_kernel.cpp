@@ -99,11 +99,12 @@ QUORVANE_INLINE void FillValues(const SetPlan& plan, Chunk& chunk) {
   }
 }
 
-// Adds the sum of factor(k) c_k times `move`, sinh or cosh of move m, over the species that move
-// so; `factor` is one of a term's numbers.
-QUORVANE_INLINE void AddMoved(const SetPlan& plan, const ColumnTerms& terms, std::size_t m,
-                              double ColumnTerm::*factor, const ChunkRow& move, const Chunk& chunk,
-                              ChunkRow& out) {
+// Adds to the basis row of `column` the sum of factor(k) c_k times `move`, sinh or cosh of move m,
+// over the species that move so; `factor` is one of a term's numbers.
+QUORVANE_INLINE void AddMoved(const SetPlan& plan, std::size_t column, std::size_t m,
+                              double ColumnTerm::*factor, const ChunkRow& move, Chunk& chunk) {
+  const ColumnTerms& terms = plan.terms[column];
+  ChunkRow& out = chunk.basis[1 + plan.species + column];
   ChunkRow sum;
   bool any = false;
   for (std::size_t k = 0; k < plan.species; ++k) {
@@ -130,10 +131,8 @@ QUORVANE_INLINE double EvaluateRows(const SetPlan& plan, Chunk& chunk) {
   for (std::size_t m = 0; m < plan.moves; ++m) {
     FillMove(plan.move[m].rate, plan.move[m].cosh, chunk.x, chunk.sinh[m], chunk.cosh[m]);
     for (std::size_t column = 0; column < plan.columns; ++column) {
-      const ColumnTerms& terms = plan.terms[column];
-      ChunkRow& out = chunk.basis[1 + plan.species + column];
-      AddMoved(plan, terms, m, &ColumnTerm::sinh, chunk.sinh[m], chunk, out);
-      AddMoved(plan, terms, m, &ColumnTerm::cosh, chunk.cosh[m], chunk, out);
+      AddMoved(plan, column, m, &ColumnTerm::sinh, chunk.sinh[m], chunk);
+      AddMoved(plan, column, m, &ColumnTerm::cosh, chunk.cosh[m], chunk);
     }
   }
   return GreatestOf(chunk.doubt);

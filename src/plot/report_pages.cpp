@@ -25,6 +25,7 @@ constexpr double kFoot = 22.0;         // height of the line at the foot
 constexpr double kGap = 14.0;          // between charts
 constexpr double kChartWidth = 600.0;  // of a chart's layout, in its own units
 constexpr double kChartHeight = 540.0;
+const QColor kGrey(0x55, 0x55, 0x55);  // rules and the foot
 
 QFont ReportFont(double points) {
   QFont font;
@@ -47,7 +48,7 @@ void KeepWhole(const QTextTableCell& cell) {
 
 // Rules above and below the head and at the end, no grid; rows stay whole.
 void StyleTable(QTextTable& table) {
-  const QBrush rule(QColor(0x55, 0x55, 0x55));
+  const QBrush rule(kGrey);
   QTextTableFormat format = table.format();
   format.setBorder(0);
   format.setBorderCollapse(true);
@@ -183,7 +184,7 @@ class Pages {
     ++number_;
     painter_.save();
     painter_.setFont(ReportFont(7.5));
-    painter_.setPen(QColor(0x55, 0x55, 0x55));
+    painter_.setPen(kGrey);
     const QRectF foot(0.0, area_.height(), area_.width(), kFoot);
     const QString number = QString::number(number_);
     painter_.drawText(foot, Qt::AlignRight | Qt::AlignBottom, number);

@@ -98,22 +98,28 @@ LoadResult Trapped(const fs::path& path, Host& host, Load&& load) {
   return result;
 }
 
-// Each chosen channel of the file, in the order of the letters.
 // The centerpiece by which a file is cut into its channels.
 Centerpiece CutAs(const ScanLoadSettings& settings) {
   return settings.kind == FileKind::kIpRa ? settings.centerpiece : Centerpiece::kTwoChannels;
 }
 
-void LoadChannels(DatasetStore& store, const ScanLoadSettings& settings, const fs::path& path,
-                  const std::string& header, ElWavelength elWavelength, Host& host,
-                  LoadResult& result) {
+// A file and what the names of its datasets are made from.
+struct NamedSource {
+  const fs::path& path;
+  const std::string& header;
+  ElWavelength elWavelength;
+};
+
+// Loads each chosen channel of the file, in the order of the letters.
+void LoadChannels(DatasetStore& store, const ScanLoadSettings& settings, const NamedSource& source,
+                  Host& host, LoadResult& result) {
   for (const LoadWindow& window : WindowsOf(settings)) {
-    const std::string name =
-        DatasetName(settings.kind, FileNameOf(path), header, window.letter, elWavelength);
+    const std::string name = DatasetName(settings.kind, FileNameOf(source.path), source.header,
+                                         window.letter, source.elWavelength);
     const LoadOutcome outcome =
-        LoadDataFile(store, settings.kind, path, name, window.low, window.high, host);
+        LoadDataFile(store, settings.kind, source.path, name, {window.low, window.high}, host);
     Note(result, outcome);
-    if (!FileExists(path)) return;  // the other windows would only say it again
+    if (!FileExists(source.path)) return;  // the other windows would only say it again
   }
 }
 
@@ -144,7 +150,8 @@ LoadResult LoadSelectedFile(DatasetStore& store, const ScanLoadSettings& setting
       Note(result, LoadOutcome::kBinary);
       return;
     }
-    LoadChannels(store, settings, path, store.HeaderLine, ElWavelength::kSingleLoad, host, result);
+    LoadChannels(store, settings, {path, store.HeaderLine, ElWavelength::kSingleLoad}, host,
+                 result);
   });
 }
 
@@ -153,7 +160,7 @@ LoadResult LoadNamedFile(DatasetStore& store, const ScanLoadSettings& settings,
   return Trapped(path, host, [&](LoadResult& result) {
     std::string header = store.HeaderLine;
     if (settings.kind == FileKind::kIpRa) header = Trim(ReadCommentLines(path).header);
-    LoadChannels(store, settings, path, header, ElWavelength::kMultipleLoad, host, result);
+    LoadChannels(store, settings, {path, header, ElWavelength::kMultipleLoad}, host, result);
   });
 }
 
@@ -193,8 +200,8 @@ LoadResult LoadBlankFile(DatasetStore& store, FileKind kind, const fs::path& pat
     }
     const std::size_t column = kind == FileKind::kEl ? kElectrophoresisColumn : 0;
     const std::string name = BlankName(kind, FileNameOf(path), store.HeaderLine);
-    Note(result, LoadDataFile(store, kind, path, name, ChannelLowRadius[0][column],
-                              ChannelHighRadius[0][column], host));
+    Note(result, LoadDataFile(store, kind, path, name,
+                              {ChannelLowRadius[0][column], ChannelHighRadius[0][column]}, host));
   });
 }
 

@@ -142,12 +142,11 @@ std::string GetCommentLines(DatasetStore& store, const std::filesystem::path& pa
 }
 
 LoadOutcome LoadDataFile(DatasetStore& store, FileKind kind, const std::filesystem::path& path,
-                         const std::string& datasetName, float lowRadius, float highRadius,
-                         Host& host) {
+                         const std::string& datasetName, RadialWindow window, Host& host) {
   Dataset dataset;
   try {
     std::ifstream in = OpenScan(path);
-    dataset = ReadDataset(kind, in, path, lowRadius, highRadius);
+    dataset = ReadDataset(kind, in, path, window.low, window.high);
   } catch (const FileFault& fault) {
     host.ReportFailure(fault.what());
     return LoadOutcome::kUnreadable;

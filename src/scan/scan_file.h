@@ -46,11 +46,16 @@ std::string GetCommentLines(DatasetStore& store, const std::filesystem::path& pa
 Dataset ReadDataset(FileKind kind, std::istream& in, const std::filesystem::path& path, float low,
                     float high);
 
-// Reads the rows whose first column, in single precision, lies in [lowRadius, highRadius] (cm; for
-// "EL" r^2/2 in cm^2) and appends one Dataset named `datasetName` (one byte a character), or none.
-// Logs the source and the dataset's number. The store is changed only by a load that succeeds.
+// Bounds of the first column, both inclusive: cm, for "EL" r^2/2 in cm^2.
+struct RadialWindow {
+  float low;
+  float high;
+};
+
+// Reads the rows whose first column, in single precision, lies in `window` and appends one Dataset
+// named `datasetName` (one byte a character), or none. Logs the source and the dataset's number.
+// The store is changed only by a load that succeeds.
 LoadOutcome LoadDataFile(DatasetStore& store, FileKind kind, const std::filesystem::path& path,
-                         const std::string& datasetName, float lowRadius, float highRadius,
-                         Host& host);
+                         const std::string& datasetName, RadialWindow window, Host& host);
 
 }  // namespace quorvane

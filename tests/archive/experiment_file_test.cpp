@@ -1,6 +1,8 @@
 #include "archive/experiment_file.h"
 
 #include <limits>
+#include <string>
+#include <vector>
 
 #include <gtest/gtest.h>
 
@@ -116,8 +118,45 @@ TEST(WriteExperimentFile, RefusesWhatItCouldNotReadBack) {
                FileFault);
 }
 
-TEST(ReadExperimentFile, RefusesLies) {
+namespace {
+
+// A damaged archive and the beginning of what is said of it.
+struct Lie {
+  std::string bytes;
+  const char* says;
+};
+
+void ExpectRefused(const std::vector<Lie>& lies) {
   const TempFolder folder;
+  for (const Lie& lie : lies) {
+    const std::string refusal = Refusal(folder, lie.bytes);
+    EXPECT_NE(refusal.find(lie.says), std::string::npos) << lie.says << " | " << refusal;
+    EXPECT_FALSE(refusal.empty()) << lie.says;
+  }
+}
+
+}  // namespace
+
+TEST(ReadExperimentFile, RefusesLiesOfTheArchive) {
+  StoredMembers folders = SampleMembers();
+  folders[0].first = "../datafile.bin";
+  StoredMembers twice = SampleMembers();
+  twice.push_back(twice[0]);
+  std::string spoiled = StoredZip(SampleMembers());
+  spoiled[60000] = static_cast<char>(spoiled[60000] + 1);
+  std::string huge = StoredZip(SampleMembers());
+  huge.replace(huge.find("PK\1\2") + 24, 4, LittleEndian(0x20000000, 4));
+  ExpectRefused({{"", "is empty"},
+                 {"no archive at all", "the archive: "},
+                 {StoredZip({}), "holds no datafile.bin"},
+                 {StoredZip(folders), "holds no datafile.bin"},
+                 {StoredZip(twice), "the archive: "},
+                 {spoiled, "datafile.bin: "},
+                 {huge, "the archive: "},
+                 {StoredZip(SampleMembers()) + "tail", "the archive: "}});
+}
+
+TEST(ReadExperimentFile, RefusesLiesOfItsMembers) {
   const auto with = [](std::size_t member, std::size_t at, const std::string& bytes) {
     StoredMembers members = SampleMembers();
     members[member].second.replace(at, bytes.size(), bytes);
@@ -129,27 +168,8 @@ TEST(ReadExperimentFile, RefusesLies) {
     return StoredZip(members);
   };
   const std::size_t first = 4431;
-  StoredMembers folders = SampleMembers();
-  folders[0].first = "../datafile.bin";
-  StoredMembers twice = SampleMembers();
-  twice.push_back(twice[0]);
-  std::string spoiled = StoredZip(SampleMembers());
-  spoiled[60000] = static_cast<char>(spoiled[60000] + 1);
-  std::string huge = StoredZip(SampleMembers());
-  huge.replace(huge.find("PK\1\2") + 24, 4, LittleEndian(0x20000000, 4));
   const std::string nan = Number(std::numeric_limits<double>::quiet_NaN());
-  const struct {
-    std::string bytes;
-    const char* says;
-  } cases[] = {
-      {"", "is empty"},
-      {"no archive at all", "the archive: "},
-      {StoredZip({}), "holds no datafile.bin"},
-      {StoredZip(folders), "holds no datafile.bin"},
-      {StoredZip(twice), "the archive: "},
-      {spoiled, "datafile.bin: "},
-      {huge, "the archive: "},
-      {StoredZip(SampleMembers()) + "tail", "the archive: "},
+  ExpectRefused({
       {with(0, 0, LittleEndian(51917, 4)), "no layout 51917"},
       {with(0, 0, LittleEndian(51919, 4)), "2 datasets do not make"},
       {with(0, 4, LittleEndian(3, 4)), "3 datasets do not make"},
@@ -167,12 +187,7 @@ TEST(ReadExperimentFile, RefusesLies) {
       {with(2, 6, LittleEndian(0xFFFFFFF0, 4)), "bad length of a graph"},
       {with(2, 10, LittleEndian(1, 4)), "bad lower bound"},
       {longer(2), "bad end"},
-  };
-  for (const auto& test : cases) {
-    const std::string refusal = Refusal(folder, test.bytes);
-    EXPECT_NE(refusal.find(test.says), std::string::npos) << test.says << " | " << refusal;
-    EXPECT_FALSE(refusal.empty()) << test.says;
-  }
+  });
 }
 
 TEST(ReadExperimentFile, GoesOnWithoutLogAndGraphs) {

@@ -11,9 +11,23 @@
 
 using namespace quorvane;
 
+namespace {
+
+// Patterns, each with values and what they look like by it.
+using Cases = std::vector<std::pair<const char*, std::vector<std::pair<double, const char*>>>>;
+
+void ExpectWritten(const Cases& cases) {
+  for (const auto& [pattern, values] : cases) {
+    for (const auto& [value, text] : values) {
+      EXPECT_EQ(FormatNumber(value, pattern), text) << value << " by \"" << pattern << '"';
+    }
+  }
+}
+
+}  // namespace
+
 TEST(FormatNumber, WritesEveryPatternInUse) {
-  const double large = 1.7976931348623157e308;
-  const std::vector<std::pair<const char*, std::vector<std::pair<double, const char*>>>> cases = {
+  ExpectWritten({
       {"0.0000", {{0.0, "0.0000"}, {-12.34565, "-12.3457"}, {-0.00004, "0.0000"}}},
       {"0.0000 ", {{5.7, "5.7000 "}}},
       {"00.0", {{20.0, "20.0"}, {4.96, "05.0"}}},
@@ -45,7 +59,12 @@ TEST(FormatNumber, WritesEveryPatternInUse) {
       {"##.####", {{-0.12345, "-.1235"}, {0.0, "."}}},
       {"##0.####", {{-0.00001, "0."}}},
       {"#,##0.00", {{1234567.891, "1,234,567.89"}, {-999.995, "-1,000.00"}, {12.0, "12.00"}}},
-      // Exponents.
+  });
+}
+
+TEST(FormatNumber, WritesExponentsAndSections) {
+  const double large = 1.7976931348623157e308;
+  ExpectWritten({
       {"0.000E+##", {{0.0, "0.000E+0"}, {0.04, "4.000E-2"}, {-9.9996e15, "-1.000E+16"}}},
       {" 0.00E+00   ", {{0.0, " 0.00E+00   "}, {1e300, " 1.00E+300   "}}},
       {"0.000E+00 ", {{5e-324, "4.941E-324 "}, {large, "1.798E+308 "}, {2.5e-7, "2.500E-07 "}}},
@@ -60,12 +79,7 @@ TEST(FormatNumber, WritesEveryPatternInUse) {
       // Half away from zero, on 15 digits: the binary values say otherwise.
       {"0.00", {{2.675, "2.68"}, {1.005, "1.01"}, {0.125, "0.13"}, {-0.125, "-0.13"}}},
       {"0.000", {{9.9995, "10.000"}, {0.0004999999999, "0.000"}}},
-  };
-  for (const auto& [pattern, values] : cases) {
-    for (const auto& [value, text] : values) {
-      EXPECT_EQ(FormatNumber(value, pattern), text) << value << " by \"" << pattern << '"';
-    }
-  }
+  });
 }
 
 TEST(FormatParam, ChangesItsFormAtTheBounds) {

@@ -20,7 +20,30 @@ class AnalyzeTest : public CommandTest {
     WriteScan("00001.RA3", 14000);
     WriteScan("00002.RA3", 20000);
   }
+
+  // What the outputs of the first test leave in the folder.
+  void ExpectFiles() {
+    const std::string table = ReadText(folder / "fit.csv");
+    EXPECT_EQ(std::count(table.begin(), table.end(), '\n'), 121);
+    EXPECT_TRUE(
+        table.starts_with("dataset,name,radius,signal,fitted,residual\r\n1,1_3A14280.dat,6.4"));
+    EXPECT_TRUE(ReadText(folder / "plots/02_2_3A20280.svg").find("</svg>") != std::string::npos);
+    EXPECT_TRUE(ReadText(folder / "data/1_3A14280.dat").starts_with("one species :: "));
+  }
 };
+
+// `sum` is that of the squares.
+void ExpectQuality(const json& quality, double sum) {
+  EXPECT_NEAR(
+      quality["datasets"][0]["share"].get<double>() + quality["datasets"][1]["share"].get<double>(),
+      1.0, 1e-12);
+  EXPECT_EQ(quality["datasets"][1]["points"], 60);
+  EXPECT_EQ(quality["datasets"][1]["name"], "2_3A20280.dat");
+  EXPECT_NEAR(60 * std::pow(quality["datasets"][0]["rms"].get<double>(), 2) / sum,
+              quality["datasets"][0]["share"], 1e-9);
+  EXPECT_TRUE(quality["datasets"][0].contains("runs_z"));
+  EXPECT_EQ(quality["at_default"], json{"vbar"});
+}
 
 TEST_F(AnalyzeTest, FitsTwoScansAndSaysSoEverywhere) {
   ASSERT_EQ(Analyze("[constants]\ndensity = 1.0\n" + std::string(kTwoScans) +
@@ -54,16 +77,7 @@ TEST_F(AnalyzeTest, FitsTwoScansAndSaysSoEverywhere) {
   }
   EXPECT_NEAR(sum, fit["best_sum"], 1e-12 * sum);
   EXPECT_NEAR(sum, fit["chi_squared"], 1e-3 * sum);  // of the last, maybe rejected, step
-  const json& quality = result["quality"];
-  EXPECT_NEAR(
-      quality["datasets"][0]["share"].get<double>() + quality["datasets"][1]["share"].get<double>(),
-      1.0, 1e-12);
-  EXPECT_EQ(quality["datasets"][1]["points"], 60);
-  EXPECT_EQ(quality["datasets"][1]["name"], "2_3A20280.dat");
-  EXPECT_NEAR(60 * std::pow(quality["datasets"][0]["rms"].get<double>(), 2) / sum,
-              quality["datasets"][0]["share"], 1e-9);
-  EXPECT_TRUE(quality["datasets"][0].contains("runs_z"));
-  EXPECT_EQ(quality["at_default"], json{"vbar"});
+  ExpectQuality(result["quality"], sum);
   EXPECT_EQ(result["datasets"][1]["name"], "2_3A20280.dat");
   EXPECT_DOUBLE_EQ(result["datasets"][1]["baseline"], fit["parameters"][1]["value"]);
   EXPECT_FALSE(fit.contains("mass_conservation"));
@@ -75,13 +89,7 @@ TEST_F(AnalyzeTest, FitsTwoScansAndSaysSoEverywhere) {
   EXPECT_EQ(result["cross_correlation"]["names"][4], "MW");
   EXPECT_EQ(result["cross_correlation"]["matrix"][2][2], 1.0);
   EXPECT_NE(out.str().find("Cross-Correlation Coefficients"), std::string::npos);
-
-  const std::string table = ReadText(folder / "fit.csv");
-  EXPECT_EQ(std::count(table.begin(), table.end(), '\n'), 121);
-  EXPECT_TRUE(
-      table.starts_with("dataset,name,radius,signal,fitted,residual\r\n1,1_3A14280.dat,6.4"));
-  EXPECT_TRUE(ReadText(folder / "plots/02_2_3A20280.svg").find("</svg>") != std::string::npos);
-  EXPECT_TRUE(ReadText(folder / "data/1_3A14280.dat").starts_with("one species :: "));
+  ExpectFiles();
 }
 
 TEST_F(AnalyzeTest, WritesTheReportOfAFinishedFitOnly) {

@@ -1,5 +1,5 @@
 // The guides: their links and pictures lead somewhere, and messages.md explains what the program
-// says, no more and no less.
+// says, no more and no less. And the windows say it through tr().
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -90,12 +90,13 @@ std::vector<fs::path> Pages() {
   return pages;
 }
 
-// The program without its comments, literals that stand side by side joined, \" as kQuote.
+// What stands in `folder` of the program without its comments, literals that stand side by side
+// joined, \" as kQuote.
 constexpr char kQuote = '\x01';
 
-std::string Source() {
+std::string Source(const char* folder = "src") {
   std::string source;
-  for (const auto& entry : fs::recursive_directory_iterator(kRoot / "src")) {
+  for (const auto& entry : fs::recursive_directory_iterator(kRoot / folder)) {
     const fs::path extension = entry.path().extension();
     if (extension != ".cpp" && extension != ".h") continue;
     for (const std::string& line : LinesOf(Read(entry.path()))) {
@@ -104,6 +105,7 @@ std::string Source() {
   }
   Replace(source, R"(\\)", "/");
   Replace(source, R"(\")", std::string(1, kQuote));
+  Replace(source, R"('"')", "' '");
   source = Collapsed(source);
   Replace(source, "\" \"", "");
   for (const char* lineBreak : {"\\r", "\\n"}) Replace(source, lineBreak, " ");
@@ -138,6 +140,40 @@ std::set<std::string> ToldBy(const std::string& source) {
     }
   }
   return told;
+}
+
+// The texts in `source` that a user reads and that do not pass through tr(): those of two words or
+// more, and any that a widget is made with or given.
+std::vector<std::string> UntranslatedIn(const std::string& source) {
+  static const std::regex kWords(R"([A-Za-z]{2,}[,:.]? +[A-Za-z]{2,})");
+  static const std::regex kTranslated(R"((\btr\(|QT_TRANSLATE_NOOP\( ?"QObject",) ?$)");
+  // Faults and the log speak one language, for every front.
+  static const std::regex kNotRead(R"(\b(runtime_error|PrintIt)\([^;{]*$)");
+  static const std::regex kShown(
+      R"((new Q\w+|set(Text|ToolTip|WindowTitle|Title|Accessible\w+)|add(Action|Item|Tab))\( ?$)");
+  static const std::set<std::string> kNames = {"Courier New", "Liberation Sans", "DejaVu Sans",
+                                               "model name"};
+  // Handed to the Host as they are.
+  static const std::set<std::string> kForHost = {
+      "Confidence Intervals", "Use as Start", " Use its values as the start of a new fit?",
+      "The log is no rich text; it is taken as plain text."};
+  constexpr std::size_t kBefore = 200;  // letters of a statement before the text
+  std::vector<std::string> found;
+  for (std::size_t at = 0; (at = source.find('"', at)) != std::string::npos;) {
+    const std::string before = source.substr(at - std::min(at, kBefore), std::min(at, kBefore));
+    const std::size_t end = source.find('"', at + 1);
+    const std::string text = source.substr(at + 1, end - at - 1);
+    at = end + 1;
+    if (text.starts_with('<')) continue;  // XML of a picture
+    if (kNames.contains(text) || kForHost.contains(text)) continue;
+    if (std::regex_search(before, kTranslated) || std::regex_search(before, kNotRead)) continue;
+    const bool letters =
+        std::any_of(text.begin(), text.end(), [](unsigned char c) { return std::isalpha(c) != 0; });
+    if (std::regex_search(text, kWords) || (letters && std::regex_search(before, kShown))) {
+      found.push_back(text);
+    }
+  }
+  return found;
 }
 
 // The code spans of a text.
@@ -203,6 +239,17 @@ TEST(Docs, MessagesStandInTheProgram) {
     }
   }
   EXPECT_GT(messages, 150);
+}
+
+TEST(Docs, TextsOfWindowsPassThroughTr) {
+  for (const char* folder : {"src/windows", "src/plot"}) {
+    for (const std::string& text : UntranslatedIn(Source(folder))) {
+      ADD_FAILURE() << folder << " says without tr(): " << text;
+    }
+  }
+  EXPECT_EQ(
+      UntranslatedIn(R"(new QLabel("Speed"), tr("No data"), QStringLiteral("No data"))").size(),
+      2U);
 }
 
 TEST(Docs, MessagesOfTheProgramAreExplained) {

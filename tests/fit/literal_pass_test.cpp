@@ -6,6 +6,7 @@
 #include <cstdlib>
 #include <iostream>
 #include <map>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -328,6 +329,25 @@ bool HasRunAway(const FitState& end, const FitState& start) {
   return false;
 }
 
+constexpr double kTolerance = 1e-10;
+
+// How far the literal fit goes astray when the last digits of its problem change; nothing if it
+// takes another course then, or too far to compare anything with it.
+std::optional<double> SpreadOf(const Ending& literal, const FitState& problem, std::uint64_t seed) {
+  constexpr double kFragile = 1e-4;
+  constexpr int kNudges = 4;
+  if (HasRunAway(literal.fit, problem)) return std::nullopt;
+  NormalNoise random(seed, 1.0);
+  double spread = 0.0;
+  for (int k = 0; k < kNudges; ++k) {
+    const Ending nudged = RunLiteral(Nudged(problem, random));
+    if (!nudged.SameCourse(literal)) return std::nullopt;
+    spread = std::max(spread, Distance(nudged, literal));
+  }
+  if (spread > kFragile) return std::nullopt;
+  return spread;
+}
+
 }  // namespace
 
 // QUORVANE_LITERAL_PROBLEMS: how many problems a model, 20 by default.
@@ -336,9 +356,6 @@ bool HasRunAway(const FitState& end, const FitState& start) {
 // problems that differ in the last digit: where it takes another course, none is asked of the real
 // one, and elsewhere the real one may lie 1e-10 farther off than the literal ones among themselves.
 TEST(FitData, EqualsTheLiteralFit) {
-  constexpr double kTolerance = 1e-10;
-  constexpr double kFragile = 1e-4;
-  constexpr int kNudges = 4;
   const char* wanted = std::getenv("QUORVANE_LITERAL_PROBLEMS");
   const auto problems = static_cast<std::uint64_t>(wanted == nullptr ? 20 : std::atoi(wanted));
   int compared = 0;
@@ -350,15 +367,8 @@ TEST(FitData, EqualsTheLiteralFit) {
       SCOPED_TRACE("model " + std::to_string(index) + ", seed " + std::to_string(seed));
       const FitState problem = RandomProblem(index, seed);
       const Ending literal = RunLiteral(problem);
-      NormalNoise random(seed, 1.0);
-      bool fragile = HasRunAway(literal.fit, problem);
-      double spread = 0.0;
-      for (int k = 0; k < kNudges && !fragile; ++k) {
-        const Ending nudged = RunLiteral(Nudged(problem, random));
-        fragile = !nudged.SameCourse(literal);
-        if (!fragile) spread = std::max(spread, Distance(nudged, literal));
-      }
-      if (fragile || spread > kFragile) continue;
+      const std::optional<double> spread = SpreadOf(literal, problem, seed);
+      if (!spread) continue;
       ++compared;
       const Ending real = RunReal(problem);
       EXPECT_EQ(real.fault, literal.fault);
@@ -371,8 +381,8 @@ TEST(FitData, EqualsTheLiteralFit) {
         EXPECT_EQ(real.lines, literal.lines);
         EXPECT_EQ(real.iterations, literal.iterations);
       }
-      EXPECT_LE(Distance(real, literal), kTolerance + 10.0 * spread) << spread;
-      clear += spread < kTolerance;
+      EXPECT_LE(Distance(real, literal), kTolerance + 10.0 * *spread) << *spread;
+      clear += *spread < kTolerance;
       courses[!literal.fault.empty()    ? "failed"
               : literal.iterations == 0 ? "stopped"
               : literal.lines.empty()   ? "ended"

@@ -214,6 +214,8 @@ TEST(FUNCS, RatiosOfConstantsStandForTheConstants) {
   }
 }
 
+namespace {
+
 struct FaultCase {
   const char* what;
   int modelIndex;
@@ -222,7 +224,7 @@ struct FaultCase {
   const char* proc;
 };
 
-TEST(MRQCOF, FaultsOfAModelAreSeenAndNamed) {
+std::vector<FaultCase> FaultCases() {
   const auto shared = [](int k, double value) {
     return [=](FitState& fit) { fit.FitA(fit.SharedBase() + k) = value; };
   };
@@ -237,34 +239,38 @@ TEST(MRQCOF, FaultsOfAModelAreSeenAndNamed) {
   constexpr auto kZero = FaultKind::kDivisionByZero;
   constexpr auto kInvalid = FaultKind::kInvalidOperation;
   constexpr auto kOver = FaultKind::kOverflow;
-  const std::vector<FaultCase> cases = {
-      {"K u of exactly 1", 9,
-       [](Fit f) {
-         f.FitA(3) = f.FitA(6) = 0.0;
-         f.FitX(7) = 0.0;
-       },
-       kZero, "FUNCS10"},
-      {"alpha of 1", 4, shared(4, 1.0), kZero, "FUNCS5"},
-      {"alpha of 1", 5, shared(4, 1.0), kZero, "FUNCS6"},
-      {"no buoyancy", 1, [](Fit f) { f.Vbar = f.Density = 1.0; }, kZero, "FUNCS1"},
-      {"no load of A", 6, [](Fit f) { f.SetALoad(2) = 0.0; }, kZero, "FUNCS7"},
-      {"no load of B", 10, [](Fit f) { f.SetBLoad(1) = 0.0; }, kZero, "FUNCS11"},
-      {"widths of 0", 7, [](Fit f) { f.FitF = Array1<double>(f.FitNumPoints); }, kInvalid,
-       "FUNCS8"},
-      {"K2/K1 of 0", 7, ratio(4, 0.0), kInvalid, "FUNCS8"},
-      {"K3/K1 below 0", 8, ratio(5, -1.0), kInvalid, "FUNCS9"},
-      {"concentration too large", 0, [](Fit f) { f.FitA(4) = 720.0; }, kOver, "FUNCS0"},
-      {"exponent too large", 2, shared(1, 1e10), kOver, "FUNCS2"},
-      {"derivative too large", 3, shared(5, 704.0), kOver, "FUNCS3"},
-      {"square of a residual before a pole", 9,
-       [](Fit f) {
-         f.FitA(3) = f.FitA(6) = 0.0;
-         f.FitX(7) = 0.0;
-         f.FitY(2) = 1e200;
-       },
-       kOver, "FUNCS10"},
-      {"square of a residual", 0, [](Fit f) { f.FitA(1) = 1e200; }, kOver, "FUNCS0"}};
-  for (const FaultCase& c : cases) {
+  return {{"K u of exactly 1", 9,
+           [](Fit f) {
+             f.FitA(3) = f.FitA(6) = 0.0;
+             f.FitX(7) = 0.0;
+           },
+           kZero, "FUNCS10"},
+          {"alpha of 1", 4, shared(4, 1.0), kZero, "FUNCS5"},
+          {"alpha of 1", 5, shared(4, 1.0), kZero, "FUNCS6"},
+          {"no buoyancy", 1, [](Fit f) { f.Vbar = f.Density = 1.0; }, kZero, "FUNCS1"},
+          {"no load of A", 6, [](Fit f) { f.SetALoad(2) = 0.0; }, kZero, "FUNCS7"},
+          {"no load of B", 10, [](Fit f) { f.SetBLoad(1) = 0.0; }, kZero, "FUNCS11"},
+          {"widths of 0", 7, [](Fit f) { f.FitF = Array1<double>(f.FitNumPoints); }, kInvalid,
+           "FUNCS8"},
+          {"K2/K1 of 0", 7, ratio(4, 0.0), kInvalid, "FUNCS8"},
+          {"K3/K1 below 0", 8, ratio(5, -1.0), kInvalid, "FUNCS9"},
+          {"concentration too large", 0, [](Fit f) { f.FitA(4) = 720.0; }, kOver, "FUNCS0"},
+          {"exponent too large", 2, shared(1, 1e10), kOver, "FUNCS2"},
+          {"derivative too large", 3, shared(5, 704.0), kOver, "FUNCS3"},
+          {"square of a residual before a pole", 9,
+           [](Fit f) {
+             f.FitA(3) = f.FitA(6) = 0.0;
+             f.FitX(7) = 0.0;
+             f.FitY(2) = 1e200;
+           },
+           kOver, "FUNCS10"},
+          {"square of a residual", 0, [](Fit f) { f.FitA(1) = 1e200; }, kOver, "FUNCS0"}};
+}
+
+}  // namespace
+
+TEST(MRQCOF, FaultsOfAModelAreSeenAndNamed) {
+  for (const FaultCase& c : FaultCases()) {
     FitState fit = FilledProblem({.modelIndex = c.modelIndex, .massConservation = true});
     c.spoil(fit);
     PreparePass(fit);

@@ -80,7 +80,7 @@ TEST(RenameDataset, KeepsTheOldNameWhenTheNewOneIsRefused) {
 TEST(SaveLoadedData, WritesFixedColumnsThatLoadBack) {
   Session s;
   const auto load = [&](const char* file, const char* name) {
-    LoadDataFile(s.store, FileKind::kDat, s.folder / file, name, 5.6F, 7.3F, s.host);
+    LoadDataFile(s.store, FileKind::kDat, s.folder / file, name, {5.6F, 7.3F}, s.host);
   };
   s.folder.Write("s.RA1", ScanText(Row(6.0, -0.5, 0.02) + Row(6.0123, 1.23456e-3, -0.03) +
                                    Rows(6.1, 0.01, 10)));

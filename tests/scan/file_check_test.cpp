@@ -60,56 +60,61 @@ TEST(CheckFile, ShowsBothReadingsOfASoundScan) {
   for (const auto& [label, text] : rows) EXPECT_EQ(RowText(check, label), text) << label;
 }
 
-TEST(CheckFile, WarnsWhereLoadingReadsSomethingElse) {
-  const Session session;
+// A file and the beginnings of the warnings that it brings.
+struct WarnedFile {
+  const char* what;
+  std::string text;
+  Sentences beginnings;
+};
+
+std::vector<WarnedFile> WarnedFiles() {
   const std::string rows = TwoChannels();
   const std::string exact = "5.80,0.25,0.01\r\n";
-  const struct {
-    const char* what;
-    std::string text;
-    Sentences beginnings;  // of the warnings
-  } cases[] = {
-      {"commas",
-       ScanText(Separated(rows, ',')),
-       {"The rows are separated by commas", "Channel A: in line 3 loading reads ",
-        "Channel B: in line 43 loading reads "}},
-      {"semicolons",
-       ScanText(Separated(rows, ';')),
-       {"The rows are separated by commas", "Channel A: in line 3 loading reads ",
-        "Channel B: in line 43 loading reads "}},
-      {"decimal commas",  // the rows of B come out at a radius of 6, in A
-       ScanText(Replaced(rows, '.', ',')),
-       {"Numbers are written with a decimal comma",
-        "Channel A: in line 3 loading reads radius 6, the words say 5.8; so in 40 of 40 rows.",
-        "Channel B: loading finds 0 points in its window, the words of the rows say 40."}},
-      {"a second comment",
-       ScanText(std::string(kHeader) + "\r\n" + rows, "another comment"),
-       {"The header stands in line 3, behind more than one comment line."}},
-      {"no header", ScanText(rows, "one word"), {"Line 2 does not look like a header line"}},
-      {"a shifted header",
-       ScanText(rows, "R  3 20.5 20000 0099999 1.0000E12 280 21"),
-       {"The header's columns are out of place. Loading reads cell 0, temperature 20 deg C, "
-        "speed 52000 rpm, wavelength 228 nm; its words say 3, 20.5 deg C, 20000 rpm, 280 nm."}},
-      {"a cell of two digits",
-       ScanText(rows, "R 13 20.5 20000 0099999 1.0000E12 280 21"),
-       {"The header's columns are out of place. Loading reads cell 1, "}},
-      {"intensities",
-       ScanText(rows, "I 3 20.5 20000 0099999 1.0000E12 280 21"),
-       {"An intensity scan (header I)"}},
-      {"fluorescence",
-       ScanText(rows, "F 3 20.5 20000 0099999 1.0000E12 280 21"),
-       {"The header says F: fluorescence, the file type is IP,RA"}},
-      {"few points",
-       ScanText(Rows(5.80, 0.005, 29) + Rows(6.40, 0.005, 9)),
-       {"Channel A: only 29 points lie in its window.",
-        "Channel B: only 9 points lie in its window; a dataset needs 10."}},
-      {"just enough points", ScanText(Rows(5.80, 0.005, 30) + Rows(6.40, 0.005, 30)), {}},
-      {"a row of its own",
-       ScanText(rows + exact),
-       {"The rows are separated by commas",
-        "Channel A: in line 83 loading reads signal 0.01, the words say 0.25; so in 1 of 41 "
-        "rows."}}};
-  for (const auto& test : cases) {
+  return {{"commas",
+           ScanText(Separated(rows, ',')),
+           {"The rows are separated by commas", "Channel A: in line 3 loading reads ",
+            "Channel B: in line 43 loading reads "}},
+          {"semicolons",
+           ScanText(Separated(rows, ';')),
+           {"The rows are separated by commas", "Channel A: in line 3 loading reads ",
+            "Channel B: in line 43 loading reads "}},
+          {"decimal commas",  // the rows of B come out at a radius of 6, in A
+           ScanText(Replaced(rows, '.', ',')),
+           {"Numbers are written with a decimal comma",
+            "Channel A: in line 3 loading reads radius 6, the words say 5.8; so in 40 of 40 rows.",
+            "Channel B: loading finds 0 points in its window, the words of the rows say 40."}},
+          {"a second comment",
+           ScanText(std::string(kHeader) + "\r\n" + rows, "another comment"),
+           {"The header stands in line 3, behind more than one comment line."}},
+          {"no header", ScanText(rows, "one word"), {"Line 2 does not look like a header line"}},
+          {"a shifted header",
+           ScanText(rows, "R  3 20.5 20000 0099999 1.0000E12 280 21"),
+           {"The header's columns are out of place. Loading reads cell 0, temperature 20 deg C, "
+            "speed 52000 rpm, wavelength 228 nm; its words say 3, 20.5 deg C, 20000 rpm, 280 nm."}},
+          {"a cell of two digits",
+           ScanText(rows, "R 13 20.5 20000 0099999 1.0000E12 280 21"),
+           {"The header's columns are out of place. Loading reads cell 1, "}},
+          {"intensities",
+           ScanText(rows, "I 3 20.5 20000 0099999 1.0000E12 280 21"),
+           {"An intensity scan (header I)"}},
+          {"fluorescence",
+           ScanText(rows, "F 3 20.5 20000 0099999 1.0000E12 280 21"),
+           {"The header says F: fluorescence, the file type is IP,RA"}},
+          {"few points",
+           ScanText(Rows(5.80, 0.005, 29) + Rows(6.40, 0.005, 9)),
+           {"Channel A: only 29 points lie in its window.",
+            "Channel B: only 9 points lie in its window; a dataset needs 10."}},
+          {"just enough points", ScanText(Rows(5.80, 0.005, 30) + Rows(6.40, 0.005, 30)), {}},
+          {"a row of its own",
+           ScanText(rows + exact),
+           {"The rows are separated by commas",
+            "Channel A: in line 83 loading reads signal 0.01, the words say 0.25; so in 1 of 41 "
+            "rows."}}};
+}
+
+TEST(CheckFile, WarnsWhereLoadingReadsSomethingElse) {
+  const Session session;
+  for (const WarnedFile& test : WarnedFiles()) {
     const auto path = session.folder.Write("00001.RA3", test.text);
     const FileCheck check = CheckFile(path, kSixChannels);
     EXPECT_EQ(check.fault, "") << test.what;

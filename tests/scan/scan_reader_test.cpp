@@ -21,7 +21,7 @@ struct Loader : Session {
   }
   LoadOutcome LoadPath(const std::filesystem::path& path, FileKind kind = FileKind::kIpRa,
                        float low = 5.6F, float high = 7.3F) {
-    return LoadDataFile(store, kind, path, "name.dat", low, high, host);
+    return LoadDataFile(store, kind, path, "name.dat", {low, high}, host);
   }
   const Dataset& Last() const { return store.Datasets.back(); }
 };

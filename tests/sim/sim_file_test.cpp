@@ -78,7 +78,7 @@ TEST(Simulate, WritesAScanThatLoads) {
     const TempFolder folder;
     DatasetStore store;
     EXPECT_EQ(LoadDataFile(store, FileKind::kIpRa, folder.Write("s.RA8", run.simulator.Text), "s",
-                           5.0F, 8.0F, run.host),
+                           {5.0F, 8.0F}, run.host),
               LoadOutcome::kLoaded);
     ASSERT_EQ(store.NumDatasets(), 1);
     const Dataset& scan = store.Datasets.front();

@@ -73,6 +73,51 @@ struct ProblemSize {
   bool constrainKRatios = false;
 };
 
+// Parts of MakeProblem: the arrays of a problem with `perSet` points a dataset, and dataset d.
+inline void SizeArrays(FitState& fit, const ProblemSize& size, int perSet) {
+  fit.FitNumPoints = size.sets * perSet;
+  for (Array1<double>* column : {&fit.FitR, &fit.FitY, &fit.FitYCalc, &fit.FitX, &fit.FitF}) {
+    *column = Array1<double>(fit.FitNumPoints);
+  }
+  fit.FitSet = Array1<std::int16_t>(fit.FitNumPoints);
+  fit.PointKind = Array1<std::int16_t>(fit.FitNumPoints);
+  fit.SetPointCount = Array1<std::int16_t>(size.sets, static_cast<std::int16_t>(perSet));
+  fit.SetFirstPoint = Array1<std::int32_t>(size.sets);
+  for (Array1<double>* column :
+       {&fit.SetRefRadius, &fit.SetSpeed, &fit.SetEpsA, &fit.SetEpsB, &fit.SetOmegaTerm,
+        &fit.SetCellBottomR, &fit.SetCellTopR, &fit.SetALoad, &fit.SetBLoad, &fit.SetCalcLoad}) {
+    *column = Array1<double>(size.sets);
+  }
+}
+inline void FillSet(FitState& fit, const ProblemSize& size, int perSet, int d) {
+  const double speed = 10000.0 + 4000.0 * ((d - 1) % 3);
+  fit.FitSetList.push_back(static_cast<std::int16_t>(d - 1));
+  fit.RefLink.push_back(static_cast<std::int16_t>(d - 1));
+  fit.SetFirstPoint(d) = (d - 1) * perSet + 1;
+  fit.SetRefRadius(d) = 6.40 + 0.2 * 2.0 / 3.0;
+  fit.SetSpeed(d) = speed;
+  fit.SetEpsA(d) = 1.0;
+  fit.SetEpsB(d) = 0.7;
+  fit.SetOmegaTerm(d) = speed * 1.319007e-10 * speed / fit.TempK;
+  fit.SetCellTopR(d) = 6.39;
+  fit.SetCellBottomR(d) = 6.61;
+  fit.SetALoad(d) = 0.25;
+  fit.SetBLoad(d) = 0.3;
+  fit.FitA(d) = 0.01;
+  fit.FitA(size.sets + d) = std::log(0.2 + 0.01 * d);
+  if (fit.TwoComponentModel) fit.FitA(2 * size.sets + d) = std::log(0.15 + 0.02 * d);
+  for (int p = 0; p < perSet; ++p) {
+    const int i = fit.SetFirstPoint(d) + p;
+    const int last = size.points - 1;
+    const int place = p < size.points ? p : last;
+    fit.FitR(i) = 6.40 + 0.2 * place / last;
+    fit.FitX(i) = (fit.FitR(i) * fit.FitR(i) - fit.SetRefRadius(d) * fit.SetRefRadius(d)) / 2.0;
+    fit.FitF(i) = p < size.points ? 1.0 + 0.5 * (fit.FitR(i) - 6.4) : 0.0;
+    fit.FitSet(i) = static_cast<std::int16_t>(d);
+    fit.PointKind(i) = static_cast<std::int16_t>(p < size.points ? 0 : p - last);
+  }
+}
+
 // A problem of the given size at three speeds with every parameter fitted: radii 6.40 to 6.60 cm,
 // R0 two thirds down, extinction coefficients 1 (A) and 0.7 (B), FitA from `shared` behind baseline
 // 0.01, ln reference concentrations of 0.2 (A) and 0.15 (B) that vary a little from set to set.
@@ -87,48 +132,9 @@ inline FitState MakeProblem(const ProblemSize& size, const std::vector<double>& 
   fit.ParamsPerSet = fit.TwoComponentModel ? 3 : 2;
   const bool extra = fit.TwoComponentModel && size.massConservation;
   const int perSet = size.points + (extra ? 2 : 0);
-  fit.FitNumPoints = size.sets * perSet;
-  for (Array1<double>* column : {&fit.FitR, &fit.FitY, &fit.FitYCalc, &fit.FitX, &fit.FitF}) {
-    *column = Array1<double>(fit.FitNumPoints);
-  }
-  fit.FitSet = Array1<std::int16_t>(fit.FitNumPoints);
-  fit.PointKind = Array1<std::int16_t>(fit.FitNumPoints);
-  fit.SetPointCount = Array1<std::int16_t>(size.sets, static_cast<std::int16_t>(perSet));
-  fit.SetFirstPoint = Array1<std::int32_t>(size.sets);
-  for (Array1<double>* column :
-       {&fit.SetRefRadius, &fit.SetSpeed, &fit.SetEpsA, &fit.SetEpsB, &fit.SetOmegaTerm,
-        &fit.SetCellBottomR, &fit.SetCellTopR, &fit.SetALoad, &fit.SetBLoad, &fit.SetCalcLoad}) {
-    *column = Array1<double>(size.sets);
-  }
+  SizeArrays(fit, size, perSet);
   fit.FitA = Array1<double>(fit.SharedBase() + static_cast<int>(shared.size()));
-  for (int d = 1; d <= size.sets; ++d) {
-    const double speed = 10000.0 + 4000.0 * ((d - 1) % 3);
-    fit.FitSetList.push_back(static_cast<std::int16_t>(d - 1));
-    fit.RefLink.push_back(static_cast<std::int16_t>(d - 1));
-    fit.SetFirstPoint(d) = (d - 1) * perSet + 1;
-    fit.SetRefRadius(d) = 6.40 + 0.2 * 2.0 / 3.0;
-    fit.SetSpeed(d) = speed;
-    fit.SetEpsA(d) = 1.0;
-    fit.SetEpsB(d) = 0.7;
-    fit.SetOmegaTerm(d) = speed * 1.319007e-10 * speed / fit.TempK;
-    fit.SetCellTopR(d) = 6.39;
-    fit.SetCellBottomR(d) = 6.61;
-    fit.SetALoad(d) = 0.25;
-    fit.SetBLoad(d) = 0.3;
-    fit.FitA(d) = 0.01;
-    fit.FitA(size.sets + d) = std::log(0.2 + 0.01 * d);
-    if (fit.TwoComponentModel) fit.FitA(2 * size.sets + d) = std::log(0.15 + 0.02 * d);
-    for (int p = 0; p < perSet; ++p) {
-      const int i = fit.SetFirstPoint(d) + p;
-      const int last = size.points - 1;
-      const int place = p < size.points ? p : last;
-      fit.FitR(i) = 6.40 + 0.2 * place / last;
-      fit.FitX(i) = (fit.FitR(i) * fit.FitR(i) - fit.SetRefRadius(d) * fit.SetRefRadius(d)) / 2.0;
-      fit.FitF(i) = p < size.points ? 1.0 + 0.5 * (fit.FitR(i) - 6.4) : 0.0;
-      fit.FitSet(i) = static_cast<std::int16_t>(d);
-      fit.PointKind(i) = static_cast<std::int16_t>(p < size.points ? 0 : p - last);
-    }
-  }
+  for (int d = 1; d <= size.sets; ++d) FillSet(fit, size, perSet, d);
   for (std::size_t k = 0; k < shared.size(); ++k) {
     fit.FitA(fit.SharedBase() + static_cast<int>(k) + 1) = shared[k];
   }

@@ -87,7 +87,7 @@ void ErrorCommands::ShowCoefficients() {
   try {
     coefficients_.ShowFit(module.LastFit, module.Preferences.CriticalCCCValue);
   } catch (const ArithmeticFault& fault) {
-    windows_.host.ShowMessage("Cross-Correlation Coefficients", fault.what(),
+    windows_.host.ShowMessage(coefficients_.windowTitle().toStdString(), fault.what(),
                               MessageIcon::kExclamation);
     return;
   }

@@ -23,7 +23,8 @@ namespace quorvane {
 
 namespace {
 
-const QString kArchiveFilter = QStringLiteral("Zipped Experiment File (*.exz)");
+constexpr const char* kArchiveFilter =
+    QT_TRANSLATE_NOOP("QObject", "Zipped Experiment File (*.exz)");
 
 }  // namespace
 
@@ -66,7 +67,7 @@ std::shared_ptr<FileLock> ExperimentCommands::Lock(const QString& path, const QS
 }
 
 void ExperimentCommands::New() {
-  if (!MayDiscard(QStringLiteral("Discard current Log contents?"), QString())) return;
+  if (!MayDiscard(tr("Discard current Log contents?"), QString())) return;
   Session& session = windows_.session;
   windows_.data.ClosePage();
   StartNewExperiment(session.Module);
@@ -81,20 +82,18 @@ void ExperimentCommands::New() {
 }
 
 void ExperimentCommands::LoadWithDialog() {
-  if (!MayDiscard(QStringLiteral("Discard Current Experiment?"),
-                  QStringLiteral("Load Experiment?"))) {
+  if (!MayDiscard(tr("Discard Current Experiment?"), tr("Load Experiment?"))) {
     return;
   }
   const Session& session = windows_.session;
   const QString path = session.Ask.OpenFile(
       &windows_.frame,
-      {QStringLiteral("Open"), ToQString(session.CurrentFolder), kArchiveFilter, {}});
+      {tr("Open"), ToQString(session.CurrentFolder), QObject::tr(kArchiveFilter), {}});
   if (!path.isEmpty()) Load(path);
 }
 
 void ExperimentCommands::LoadAsked(const QString& path) {
-  if (MayDiscard(QStringLiteral("Discard Current Experiment?"),
-                 QStringLiteral("Load Experiment?"))) {
+  if (MayDiscard(tr("Discard Current Experiment?"), tr("Load Experiment?"))) {
     Load(path);
   }
 }
@@ -147,7 +146,7 @@ bool ExperimentCommands::Save() {
   }
   if (!session.CommitPending()) return false;
   const QString path = session.Ask.SaveFile(
-      &windows_.frame, {QStringLiteral("Save"), ToQString(session.CurrentFolder), kArchiveFilter,
+      &windows_.frame, {tr("Save"), ToQString(session.CurrentFolder), QObject::tr(kArchiveFilter),
                         QFileInfo(file_).fileName()});
   if (path.isEmpty()) return false;
   const auto lock = Lock(path, tr("Save over it all the same?"));
@@ -166,9 +165,8 @@ bool ExperimentCommands::Save() {
 void ExperimentCommands::SaveLoadedData(SavedSignal signal) {
   Session& session = windows_.session;
   if (!session.CommitPending() || !NamesCanBeUsed(session.Module.Store, windows_.host)) return;
-  const QString folder =
-      session.Ask.ChooseFolder(&windows_.frame, QStringLiteral("Save All Data Sets"),
-                               SaveFolder(ToQString(session.CurrentFolder)));
+  const QString folder = session.Ask.ChooseFolder(&windows_.frame, tr("Save All Data Sets"),
+                                                  SaveFolder(ToQString(session.CurrentFolder)));
   if (folder.isEmpty()) return;
   try {
     quorvane::SaveLoadedData(session.Module.Store, ToPath(folder), signal, ExistingFiles::kAsk,
@@ -193,11 +191,11 @@ void ExperimentCommands::OpenArgument(const QString& argument) {
   const QString path = QString(argument).remove('"');
   if (path.isEmpty() || path.right(3).toUpper() != QStringLiteral("EXZ")) return;
   if (!FileExists(ToPath(path))) {
-    windows_.host.ShowMessage("", (path + " :: File Can't Be Loaded").toStdString(),
+    windows_.host.ShowMessage("", tr("%1 :: File Can't Be Loaded").arg(path).toStdString(),
                               MessageIcon::kNone);
   } else if (windows_.session.Module.ExperimentOpen) {
     // No question: no key may push aside what was just rescued.
-    windows_.host.ShowMessage("Unsaved Work",
+    windows_.host.ShowMessage(tr("Unsaved Work").toStdString(),
                               tr("The unsaved work is open now, and this file is not:\n%1\n\nSave "
                                  "the work before you load the file.")
                                   .arg(path)

@@ -6,6 +6,7 @@
 #include "base/number_format.h"
 #include "base/text.h"
 #include "core/graph_store.h"
+#include "plot/chart_color.h"
 #include "windows/controls/child_window.h"
 #include "windows/data/data_window.h"
 #include "windows/data/edit_tab.h"
@@ -14,18 +15,6 @@
 #include "windows/session/window_host.h"
 
 namespace quorvane {
-
-namespace {
-
-QColor ToQColor(std::uint32_t color) {
-  return QColor(int(color & 0xFF), int(color >> 8 & 0xFF), int(color >> 16 & 0xFF));
-}
-
-std::uint32_t FromQColor(const QColor& color) {
-  return static_cast<std::uint32_t>(color.red() | color.green() << 8 | color.blue() << 16);
-}
-
-}  // namespace
 
 OptionCommands::OptionCommands(WindowSet windows, QObject* parent)
     : QObject(parent), windows_(windows) {}

@@ -44,8 +44,8 @@ void PrintCommands::Print(const PrintContent& content, const QString& title) {
   } else if (const auto* grid = std::get_if<PrintedGrid>(&content)) {
     OpenGridForm(*grid);
   } else {
-    windows_.session.Ask.ShowMessage(
-        &windows_.frame, {}, QStringLiteral("No printing from this tab!"), MessageIcon::kNone);
+    windows_.session.Ask.ShowMessage(&windows_.frame, {}, tr("No printing from this tab!"),
+                                     MessageIcon::kNone);
   }
 }
 

@@ -10,12 +10,12 @@ namespace quorvane {
 
 InfoWindow::InfoWindow(const QString& comments, QWidget* parent) : QDialog(parent) {
   setObjectName("frmInfo");
-  setWindowTitle("Comment Lines");
+  setWindowTitle(tr("Comment Lines"));
   setAttribute(Qt::WA_DeleteOnClose);
   auto* text = Named(new QPlainTextEdit(comments), "txtInfo");
   text->setReadOnly(true);
   text->setTabChangesFocus(true);
-  auto* ok = Named(new QPushButton("OK"), "cmdOK");
+  auto* ok = Named(new QPushButton(tr("OK")), "cmdOK");
   ok->setDefault(true);
   connect(ok, &QPushButton::clicked, this, &QDialog::accept);
   auto* layout = new QVBoxLayout(this);

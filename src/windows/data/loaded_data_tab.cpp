@@ -30,7 +30,9 @@ constexpr QColor kNotEdited(255, 0, 0);
 constexpr QColor kEdited(0, 255, 0);
 constexpr QColor kOnColor(0, 0, 0);  // readable on both
 
-constexpr std::array<const char*, 4> kButtonHeads = {"Edit", "Comments", "Blank", "Unload"};
+constexpr std::array<const char*, 4> kButtonHeads = {
+    QT_TRANSLATE_NOOP("QObject", "Edit"), QT_TRANSLATE_NOOP("QObject", "Comments"),
+    QT_TRANSLATE_NOOP("QObject", "Blank"), QT_TRANSLATE_NOOP("QObject", "Unload")};
 
 // The columns of head and rows stand under one another because both are laid out here.
 struct Columns {
@@ -39,9 +41,10 @@ struct Columns {
     number = metrics.horizontalAdvance("0000");
     name = metrics.averageCharWidth() * 24;
     longestName = metrics.horizontalAdvance('W') * 34;
-    const QPushButton sample(RowIcon(RowGlyph::kTick), "View");
+    const QPushButton sample(RowIcon(RowGlyph::kTick), QObject::tr("View"));
     for (std::size_t k = 0; k < kButtonHeads.size(); ++k) {
-      buttons[k] = metrics.horizontalAdvance(kButtonHeads[k]) + 2 * metrics.averageCharWidth();
+      buttons[k] =
+          metrics.horizontalAdvance(QObject::tr(kButtonHeads[k])) + 2 * metrics.averageCharWidth();
     }
     buttons[0] = std::max(buttons[0], sample.sizeHint().width());
   }
@@ -70,7 +73,7 @@ void LayOut(QWidget* line, const std::array<QWidget*, 3>& front,
   layout->addStretch(1);
 }
 
-QToolButton* IconButton(const char* array, int i, RowGlyph glyph, const char* tip) {
+QToolButton* IconButton(const char* array, int i, RowGlyph glyph, const QString& tip) {
   auto* button = Named(new QToolButton, ElementName(array, i));
   button->setIcon(RowIcon(glyph));
   button->setToolTip(tip);
@@ -100,8 +103,8 @@ void LoadedDataTab::BuildWidgets() {
   content_->setAutoFillBackground(false);  // the tab's own background shows through
   scroll->viewport()->setAutoFillBackground(false);
   QScrollBar* bar = Named(scroll->verticalScrollBar(), "tabVScroll1");
-  lblNoData_ = new QLabel("No datasets are loaded.");
-  mnuBlank_ = Named(new QMenu("BlankMenu", this), "mnuBlank");
+  lblNoData_ = new QLabel(tr("No datasets are loaded."));
+  mnuBlank_ = Named(new QMenu(tr("BlankMenu"), this), "mnuBlank");
   mnuBlank_->setToolTipsVisible(true);
   auto* layout = new QVBoxLayout(this);
   layout->addWidget(head_ = BuildHead());
@@ -119,32 +122,32 @@ void LoadedDataTab::BuildWidgets() {
 
 QWidget* LoadedDataTab::BuildHead() {
   chkUseAll_ = Named(new QCheckBox, "chkUseAll");
-  chkUseAll_->setAccessibleName("Fit all datasets");
-  chkUseAll_->setToolTip("Fit all datasets, or none");
-  auto* number = new QLabel("#");
+  chkUseAll_->setAccessibleName(tr("Fit all datasets"));
+  chkUseAll_->setToolTip(tr("Fit all datasets, or none"));
+  auto* number = new QLabel(tr("#"));
   number->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
   std::array<QWidget*, kButtonHeads.size()> heads;
   for (std::size_t k = 0; k < heads.size(); ++k) {
-    auto* head = new QLabel(kButtonHeads[k]);
+    auto* head = new QLabel(QObject::tr(kButtonHeads[k]));
     head->setAlignment(Qt::AlignCenter);
     heads[k] = head;
   }
   auto* line = new QWidget;
-  LayOut(line, {number, chkUseAll_, new QLabel("Dataset")}, heads);
+  LayOut(line, {number, chkUseAll_, new QLabel(tr("Dataset"))}, heads);
   return line;
 }
 
 QWidget* LoadedDataTab::BuildFoot() {
-  cmdRemoveAllData_ = Named(new QPushButton("Unload All"), "cmdRemoveAllData");
-  cmdRemoveAllData_->setToolTip("Unload all datasets");
+  cmdRemoveAllData_ = Named(new QPushButton(tr("Unload All")), "cmdRemoveAllData");
+  cmdRemoveAllData_->setToolTip(tr("Unload all datasets"));
   cmbModel_ = Named(new QComboBox, "cmbModel");
   for (const std::string_view name : ModelNames()) {
     cmbModel_->addItem(QString::fromLatin1(name.data(), static_cast<qsizetype>(name.size())));
   }
-  auto* model = new QLabel("Mo&del:");
+  auto* model = new QLabel(tr("Mo&del:"));
   model->setBuddy(cmbModel_);
-  cmdSetFit_ = Named(new QPushButton("Setup Fit"), "cmdSetFit");
-  cmdSetFit_->setToolTip("Build the parameter page for the checked datasets and this model");
+  cmdSetFit_ = Named(new QPushButton(tr("Setup Fit")), "cmdSetFit");
+  cmdSetFit_->setToolTip(tr("Build the parameter page for the checked datasets and this model"));
   auto* line = new QWidget;
   auto* layout = new QHBoxLayout(line);
   layout->setContentsMargins(0, 0, 0, 0);
@@ -175,14 +178,14 @@ LoadedDataTab::Row LoadedDataTab::BuildRow(int i) {
   row.lblDatasetNum = Named(new QLabel(QString::number(i + 1)), ElementName("lblDatasetNum", i));
   row.lblDatasetNum->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
   row.chkUseData = Named(new PageCheckBox, ElementName("chkUseData", i));
-  row.chkUseData->setToolTip("Fit this dataset?");
-  row.chkUseData->setAccessibleName(QStringLiteral("Fit dataset %1").arg(i + 1));
+  row.chkUseData->setToolTip(tr("Fit this dataset?"));
+  row.chkUseData->setAccessibleName(tr("Fit dataset %1").arg(i + 1));
   row.txtLoadData = Named(new ValueBox, ElementName("txtLoadData", i));
-  row.txtLoadData->setAccessibleName(QStringLiteral("Name of dataset %1").arg(i + 1));
+  row.txtLoadData->setAccessibleName(tr("Name of dataset %1").arg(i + 1));
   row.cmdEditData = Named(new QPushButton, ElementName("cmdEditData", i));
-  row.cmdShowInfo = IconButton("cmdShowInfo", i, RowGlyph::kLines, "Display comment lines");
-  row.cmdBlankData = IconButton("cmdBlankData", i, RowGlyph::kSubtract, "Subtract a Blank");
-  row.cmdRemoveData = IconButton("cmdRemoveData", i, RowGlyph::kCross, "Unload Dataset");
+  row.cmdShowInfo = IconButton("cmdShowInfo", i, RowGlyph::kLines, tr("Display comment lines"));
+  row.cmdBlankData = IconButton("cmdBlankData", i, RowGlyph::kSubtract, tr("Subtract a Blank"));
+  row.cmdRemoveData = IconButton("cmdRemoveData", i, RowGlyph::kCross, tr("Unload Dataset"));
   LayOut(row.line, {row.lblDatasetNum, row.chkUseData, row.txtLoadData},
          {row.cmdEditData, row.cmdShowInfo, row.cmdBlankData, row.cmdRemoveData});
   keys_->AddRow({row.chkUseData, row.txtLoadData, row.cmdEditData, row.cmdShowInfo,
@@ -252,17 +255,17 @@ void LoadedDataTab::ShowEditState(int i) {
   QPushButton* button = rows_[static_cast<std::size_t>(i)].cmdEditData;
   const Dataset& dataset = session_.Module.Store.Datasets[static_cast<std::size_t>(i)];
   if (RefusalOfEditing(dataset)) {
-    button->setText("View");
-    button->setToolTip("View this blank");
+    button->setText(tr("View"));
+    button->setToolTip(tr("View this blank"));
     button->setAccessibleDescription({});
     button->setIcon({});
     button->setPalette({});
     return;
   }
   const bool edited = dataset.Edited != 0.0;
-  button->setText("Edit");
-  button->setToolTip("Edit this dataset");
-  button->setAccessibleDescription(edited ? "Opened before" : "Not opened yet");
+  button->setText(tr("Edit"));
+  button->setToolTip(tr("Edit this dataset"));
+  button->setAccessibleDescription(edited ? tr("Opened before") : tr("Not opened yet"));
   button->setIcon(RowIcon(edited ? RowGlyph::kTick : RowGlyph::kPencil, kOnColor));
   QPalette palette;
   for (const auto group : {QPalette::Active, QPalette::Inactive}) {
@@ -335,11 +338,12 @@ void LoadedDataTab::OfferBlanks(int i) {
     entry->setToolTip(DatasetTip(blank));
   }
   if (entries == 0) {
-    host_.ShowMessage("Load Blank Sets", "No Blank Datasets Loaded!", MessageIcon::kNone);
+    host_.ShowMessage(tr("Load Blank Sets").toStdString(),
+                      tr("No Blank Datasets Loaded!").toStdString(), MessageIcon::kNone);
     return;
   }
   mnuBlank_->addSeparator();
-  mnuBlank_->addAction("Cancel")->setObjectName("mnuCancelBlank");
+  mnuBlank_->addAction(tr("Cancel"))->setObjectName("mnuCancelBlank");
   const QWidget* button = rows_[static_cast<std::size_t>(i)].cmdBlankData;
   mnuBlank_->popup(button->mapToGlobal(button->rect().bottomLeft()));
 }

@@ -26,13 +26,17 @@ namespace quorvane {
 
 namespace {
 
-constexpr std::array<const char*, 3> kCenterpieceCaptions = {"2 channels", "6 channels",
-                                                             "8 channels"};
+constexpr std::array<const char*, 3> kCenterpieceCaptions = {
+    QT_TRANSLATE_NOOP("QObject", "2 channels"), QT_TRANSLATE_NOOP("QObject", "6 channels"),
+    QT_TRANSLATE_NOOP("QObject", "8 channels")};
 
 // Filters of "Load Multiple" by kind. That of "FI" asks for other files than the list shows: kept
 // on purpose.
 constexpr std::array<const char*, 4> kFilters = {
-    "XL-A/XL-I Files (*.IP* *.RA*)", "DAT Files (*.DAT)", "FL Files (*.FL*)", "EL Files (*.EL*)"};
+    QT_TRANSLATE_NOOP("QObject", "XL-A/XL-I Files (*.IP* *.RA*)"),
+    QT_TRANSLATE_NOOP("QObject", "DAT Files (*.DAT)"),
+    QT_TRANSLATE_NOOP("QObject", "FL Files (*.FL*)"),
+    QT_TRANSLATE_NOOP("QObject", "EL Files (*.EL*)")};
 
 template <std::size_t N>
 int CheckedIndex(const std::array<QRadioButton*, N>& buttons) {
@@ -42,7 +46,7 @@ int CheckedIndex(const std::array<QRadioButton*, N>& buttons) {
   return 0;
 }
 
-QPushButton* Button(const char* name, const char* caption, const char* tip) {
+QPushButton* Button(const char* name, const QString& caption, const QString& tip) {
   auto* button = Named(new QPushButton(caption), name);
   button->setToolTip(tip);
   return button;
@@ -61,7 +65,7 @@ SourceFilesTab::SourceFilesTab(Session& session, SessionHost& host, QWidget* par
 void SourceFilesTab::BuildWidgets() {
   lblCurrentDir_ = Named(new QLabel, "lblCurrentDir");
   lblCurrentDir_->setTextFormat(Qt::PlainText);
-  btnChangeDir_ = Button("btnChangeDir", "Change Folder", "Select another folder");
+  btnChangeDir_ = Button("btnChangeDir", tr("Change Folder"), tr("Select another folder"));
   lblPreview_ = Named(new QLabel, "lblPreview");
   lblPreview_->setTextFormat(Qt::PlainText);
   // A long name has its tool tip; it does not widen the page.
@@ -87,7 +91,7 @@ void SourceFilesTab::BuildWidgets() {
 
 // The preview is a look at a shape; its axes come on demand, and are there the next time too.
 void SourceFilesTab::OfferAxes() {
-  auto* axes = Named(new QAction("Show Axes", TChartPreview_), "mnuShowAxes");
+  auto* axes = Named(new QAction(tr("Show Axes"), TChartPreview_), "mnuShowAxes");
   axes->setCheckable(true);
   axes->setChecked(session_.Module.Preferences.PreviewAxes);
   TChartPreview_->SetAxesShown(session_.Module.Preferences.PreviewAxes);
@@ -101,7 +105,7 @@ void SourceFilesTab::OfferAxes() {
 }
 
 QGroupBox* SourceFilesTab::BuildKindBox() {
-  auto* box = new QGroupBox("File Type");
+  auto* box = new QGroupBox(tr("File Type"));
   auto* layout = new QHBoxLayout(box);
   for (std::size_t k = 0; k < optFileType_.size(); ++k) {
     optFileType_[k] = Named(new QRadioButton(KindName(static_cast<FileKind>(k))),
@@ -109,8 +113,8 @@ QGroupBox* SourceFilesTab::BuildKindBox() {
     layout->addWidget(optFileType_[k]);
   }
   layout->addStretch();
-  chkAllFiles_ = Named(new QCheckBox("All files"), "chkAllFiles");
-  chkAllFiles_->setToolTip("List every file of the folder, whatever its name");
+  chkAllFiles_ = Named(new QCheckBox(tr("All files")), "chkAllFiles");
+  chkAllFiles_->setToolTip(tr("List every file of the folder, whatever its name"));
   layout->addWidget(chkAllFiles_);
   optFileType_[0]->setChecked(true);
   optFileType_[3]->setVisible(ShowElectrophoresis);
@@ -118,18 +122,18 @@ QGroupBox* SourceFilesTab::BuildKindBox() {
 }
 
 QGroupBox* SourceFilesTab::BuildCenterpieceBox() {
-  auto* box = new QGroupBox("Centerpiece");
+  auto* box = new QGroupBox(tr("Centerpiece"));
   auto* layout = new QVBoxLayout(box);
   auto* pieces = new QHBoxLayout;
   for (std::size_t k = 0; k < optCntrpiece_.size(); ++k) {
-    optCntrpiece_[k] = Named(new QRadioButton(kCenterpieceCaptions[k]),
+    optCntrpiece_[k] = Named(new QRadioButton(QObject::tr(kCenterpieceCaptions[k])),
                              ElementName("optCntrpiece", static_cast<int>(k)));
     pieces->addWidget(optCntrpiece_[k]);
   }
   pieces->addStretch();
   optCntrpiece_[0]->setChecked(true);
   auto* channels = new QHBoxLayout;
-  channels->addWidget(new QLabel("Channels:"));
+  channels->addWidget(new QLabel(tr("Channels:")));
   for (std::size_t c = 0; c < chkChannel_.size(); ++c) {
     chkChannel_[c] = Named(new QCheckBox(QString(QLatin1Char(ChannelLetters[c]))),
                            ElementName("chkChannel", static_cast<int>(c)));
@@ -144,11 +148,11 @@ QGroupBox* SourceFilesTab::BuildCenterpieceBox() {
 QGroupBox* SourceFilesTab::BuildFileBox() {
   comboDataFile_ = Named(new QComboBox, "comboDataFile");
   comboDataFile_->setView(Named(new QListView, "lbDataFile"));
-  comboDataFile_->view()->setAccessibleName("Files of the folder");
+  comboDataFile_->view()->setAccessibleName(tr("Files of the folder"));
   comboDataFile_->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
   comboDataFile_->setMinimumContentsLength(16);
   comboDataFile_->setMaxVisibleItems(24);
-  cmdRefreshLB_ = Button("cmdRefreshLB", "Refresh", "Read the folder again");
+  cmdRefreshLB_ = Button("cmdRefreshLB", tr("Refresh"), tr("Read the folder again"));
   txtFileComment_ = Named(new QPlainTextEdit, "txtFileComment");
   txtFileComment_->setReadOnly(true);
   txtFileComment_->setTabChangesFocus(true);
@@ -157,14 +161,14 @@ QGroupBox* SourceFilesTab::BuildFileBox() {
   paneFileCheck_ = new FileCheckPane;
   checkTimer_ = new QTimer(this);
   checkTimer_->setSingleShot(true);
-  cmdPreviewIt_ = Button("cmdPreviewIt", "Preview", "Preview selected file");
-  cmdLoadFile_ = Button("cmdLoadFile", "Load", "Load selected file");
-  cmdLoadBlank_ = Button("cmdLoadBlank", "Load Blank", "Load selected file as a blank");
+  cmdPreviewIt_ = Button("cmdPreviewIt", tr("Preview"), tr("Preview selected file"));
+  cmdLoadFile_ = Button("cmdLoadFile", tr("Load"), tr("Load selected file"));
+  cmdLoadBlank_ = Button("cmdLoadBlank", tr("Load Blank"), tr("Load selected file as a blank"));
   cmdMultiLoad_ =
-      Button("cmdMultiLoad", "Load Multiple",
-             "Load multiple files using current centerpiece type and selected channels");
+      Button("cmdMultiLoad", tr("Load Multiple"),
+             tr("Load multiple files using current centerpiece type and selected channels"));
 
-  auto* box = new QGroupBox("File");
+  auto* box = new QGroupBox(tr("File"));
   auto* layout = new QGridLayout(box);
   layout->addWidget(comboDataFile_, 0, 0);
   layout->addWidget(cmdRefreshLB_, 0, 1);
@@ -274,13 +278,13 @@ void SourceFilesTab::FollowSave() {
 void SourceFilesTab::ShowFolder(qsizetype longest, qsizetype kept) {
   const QString folder = ToQString(session_.CurrentFolder);
   const QString shown = folder.size() > longest ? "..." + folder.right(kept) : folder;
-  lblCurrentDir_->setText("Current Directory:: " + shown);
+  lblCurrentDir_->setText(tr("Current Directory:: %1").arg(shown));
   lblCurrentDir_->setToolTip(folder);
 }
 
 void SourceFilesTab::ChangeFolder() {
   const QString chosen =
-      session_.Ask.ChooseFolder(this, "Select A Directory", ToQString(session_.CurrentFolder));
+      session_.Ask.ChooseFolder(this, tr("Select A Directory"), ToQString(session_.CurrentFolder));
   if (chosen.isEmpty()) return;
   std::vector<std::string> names;
   try {
@@ -357,7 +361,7 @@ void SourceFilesTab::ShowCheck() {
 void SourceFilesTab::Preview() {
   if (SelectedPath().empty()) return;
   const std::optional<Chart> chart = PreviewFile(SelectedPath(), host_);
-  if (chart) ShowPreview(*chart, "Preview of " + comboDataFile_->currentText());
+  if (chart) ShowPreview(*chart, tr("Preview of %1").arg(comboDataFile_->currentText()));
 }
 
 void SourceFilesTab::ShowPreview(const Chart& chart, const QString& fileName) {
@@ -384,7 +388,7 @@ bool SourceFilesTab::SomeChannelChosen() {
   for (const QCheckBox* box : chkChannel_) {
     if (box->isChecked()) return true;
   }
-  host_.ReportFailure("No channel is checked: nothing was loaded");
+  host_.ReportFailure(tr("No channel is checked: nothing was loaded").toStdString());
   return false;
 }
 
@@ -414,9 +418,9 @@ void SourceFilesTab::LoadBlank() {
 void SourceFilesTab::LoadMany() {
   if (!SomeChannelChosen()) return;
   const QString filter =
-      kFilters[static_cast<std::size_t>(Kind())] + QStringLiteral(";;All files (*)");
+      QObject::tr(kFilters[static_cast<std::size_t>(Kind())]) + ";;" + tr("All files (*)");
   const QStringList chosen = session_.Ask.OpenFiles(
-      this, {"Load Multiple Files", ToQString(session_.CurrentFolder), filter, {}});
+      this, {tr("Load Multiple Files"), ToQString(session_.CurrentFolder), filter, {}});
   if (chosen.isEmpty()) return;
   std::vector<std::filesystem::path> paths;
   for (const QString& path : chosen) paths.push_back(ToPath(path));

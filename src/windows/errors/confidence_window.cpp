@@ -47,7 +47,7 @@ ConfidenceWindow::ConfidenceWindow(Session& session, QWidget* parent)
 
 void ConfidenceWindow::BuildWidgets() {
   setObjectName("frmConfInterval");
-  setWindowTitle("Confidence Intervals");
+  setWindowTitle(tr("Confidence Intervals"));
   cmdCalcCI_ = Named(new QPushButton(tr("Calculate")), "cmdCalcCI");
   cmdCalcCI_->setDefault(true);
   cmdClose_ = Named(new QPushButton(tr("Close")), "cmdClose");
@@ -65,7 +65,7 @@ void ConfidenceWindow::BuildWidgets() {
 
 QWidget* ConfidenceWindow::BuildLevel() {
   cmbFStat_ = Named(new QComboBox, "cmbFStat");
-  cmbFStat_->addItems({"1 SD", "2 SD", "UserDefined!"});
+  cmbFStat_->addItems({tr("1 SD"), tr("2 SD"), tr("UserDefined!")});
   cmbFStat_->setAccessibleName(tr("Probability"));
   txtConfPercent_ = Named(new ValueBox, "txtConfPercent");
   txtConfPercent_->setAccessibleName(tr("Probability in percent"));
@@ -75,15 +75,15 @@ QWidget* ConfidenceWindow::BuildLevel() {
   legible.setColor(QPalette::Disabled, QPalette::Text, legible.color(QPalette::WindowText));
   legible.setColor(QPalette::Disabled, QPalette::Base, legible.color(QPalette::Window));
   txtConfPercent_->setPalette(legible);
-  optVRmethod_ = {new QRadioButton("F(NDF,NDF,1-Prob)"),
-                  new QRadioButton("1 + (Nparm/NDF)*F(Nparm,NDF,1-P)")};
+  optVRmethod_ = {new QRadioButton(tr("F(NDF,NDF,1-Prob)")),
+                  new QRadioButton(tr("1 + (Nparm/NDF)*F(Nparm,NDF,1-P)"))};
   optVRmethod_[1]->setChecked(true);
-  auto* heading = Named(new QLabel(" Confidence Interval "), "Label1");
+  auto* heading = Named(new QLabel(tr(" Confidence Interval ")), "Label1");
   auto* level = new QHBoxLayout;
   level->addWidget(heading);
   level->addWidget(cmbFStat_);
   level->addWidget(txtConfPercent_);
-  level->addWidget(new QLabel("%"));
+  level->addWidget(new QLabel(tr("%")));
   level->addStretch();
   auto* box = new QWidget;
   auto* layout = new QVBoxLayout(box);
@@ -106,9 +106,9 @@ QWidget* ConfidenceWindow::BuildLevel() {
 QWidget* ConfidenceWindow::BuildParameters() {
   auto* box = new QGroupBox;
   auto* grid = new QGridLayout(box);
-  grid->addWidget(Named(new QLabel(" Parameter "), "lblParam"), 0, 0);
-  grid->addWidget(Named(new QLabel(" Value "), "lblValue"), 0, 1, Qt::AlignRight);
-  grid->addWidget(Named(new QLabel(" [calculate] "), "lblCalcIt"), 0, 2, Qt::AlignHCenter);
+  grid->addWidget(Named(new QLabel(tr(" Parameter ")), "lblParam"), 0, 0);
+  grid->addWidget(Named(new QLabel(tr(" Value ")), "lblValue"), 0, 1, Qt::AlignRight);
+  grid->addWidget(Named(new QLabel(tr(" [calculate] ")), "lblCalcIt"), 0, 2, Qt::AlignHCenter);
   for (std::size_t k = 0; k < kRows; ++k) {
     names_[k] = Named(new QLabel, kNameLabels[k]);
     values_[k] = Named(new QLabel, kValueLabels[k]);
@@ -181,8 +181,9 @@ bool ConfidenceWindow::StoreLevel(const QString& text) {
   if (!refusal) return true;
   cmbFStat_->hidePopup();
   session_.Remark(tr("The probability takes a number between 50 and 100."));
-  session_.Ask.ShowMessage(this, level ? "Parameter Out of Range!" : "Parameter Entry Error!",
-                           QString::fromStdString(refusal.text), MessageIcon::kExclamation);
+  session_.Ask.ShowMessage(
+      this, level ? tr("Parameter Out of Range!") : tr("Parameter Entry Error!"),
+      QString::fromStdString(refusal.text), MessageIcon::kExclamation);
   return false;
 }
 

@@ -14,12 +14,6 @@
 
 namespace quorvane {
 
-namespace {
-
-const QString kTitle = QStringLiteral("Cross-Correlation Coefficients");
-
-}  // namespace
-
 CorrelationWindow::CorrelationWindow(QWidget* parent) : QWidget(parent) {
   BuildWidgets();
   ConnectSignals();
@@ -27,9 +21,9 @@ CorrelationWindow::CorrelationWindow(QWidget* parent) : QWidget(parent) {
 
 void CorrelationWindow::BuildWidgets() {
   setObjectName("frmCCCs");
-  setWindowTitle(kTitle);
+  setWindowTitle(tr("Cross-Correlation Coefficients"));
   gridCCC_ = Named(new QTableView, "gridCCC");
-  gridCCC_->setAccessibleName(kTitle);
+  gridCCC_->setAccessibleName(windowTitle());
   gridCCC_->setModel(&cells_);
   // Plain cells have the background of the data window.
   QPalette plain = gridCCC_->palette();
@@ -43,10 +37,10 @@ void CorrelationWindow::BuildWidgets() {
   mnuCopyCells_->setShortcutContext(Qt::WidgetWithChildrenShortcut);
   gridCCC_->addAction(mnuCopyCells_);
   gridCCC_->setContextMenuPolicy(Qt::ActionsContextMenu);
-  cmdCopyMe_ = Named(new QPushButton("Copy to Log"), "cmdCopyMe");
-  cmdCopyMe_->setToolTip("Copy the CCC table to the log");
-  cmdPrintMe_ = Named(new QPushButton("Print"), "cmdPrintMe");
-  cmdPrintMe_->setToolTip("Print CCC table");
+  cmdCopyMe_ = Named(new QPushButton(tr("Copy to Log")), "cmdCopyMe");
+  cmdCopyMe_->setToolTip(tr("Copy the CCC table to the log"));
+  cmdPrintMe_ = Named(new QPushButton(tr("Print")), "cmdPrintMe");
+  cmdPrintMe_->setToolTip(tr("Print CCC table"));
   auto* foot = new QHBoxLayout;
   foot->addStretch();
   foot->addWidget(cmdCopyMe_);
@@ -69,7 +63,7 @@ void CorrelationWindow::ShowFit(std::shared_ptr<const FinishedFit> fit, double c
 }
 
 PrintContent CorrelationWindow::Printed() const {
-  return PrintedGrid{kTitle, &cells_};
+  return PrintedGrid{windowTitle(), &cells_};
 }
 
 void CorrelationWindow::CopyCells() const {

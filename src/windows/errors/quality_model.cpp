@@ -12,22 +12,33 @@ namespace {
 
 enum Column { kName, kPoints, kRms, kShare, kSigns, kRuns, kExpected, kZ, kDurbin, kFlags, kCount };
 
-const std::array<const char*, kCount> kHeads = {"Dataset",       "Points", "rms",      "Share",
-                                                "+ / -",         "Runs",   "Expected", "Z",
-                                                "Durbin-Watson", "Look at"};
+const std::array<const char*, kCount> kHeads = {
+    QT_TRANSLATE_NOOP("QObject", "Dataset"),       QT_TRANSLATE_NOOP("QObject", "Points"),
+    QT_TRANSLATE_NOOP("QObject", "rms"),           QT_TRANSLATE_NOOP("QObject", "Share"),
+    QT_TRANSLATE_NOOP("QObject", "+ / -"),         QT_TRANSLATE_NOOP("QObject", "Runs"),
+    QT_TRANSLATE_NOOP("QObject", "Expected"),      QT_TRANSLATE_NOOP("QObject", "Z"),
+    QT_TRANSLATE_NOOP("QObject", "Durbin-Watson"), QT_TRANSLATE_NOOP("QObject", "Look at")};
 const std::array<const char*, kCount> kTips = {
-    "Name of the dataset; its number stands in front",
-    "Data points of the fit; mass conservation points do not count",
-    "Root mean square of the residuals, signal units: to be compared with the noise",
-    "Share of the sum of squares of all datasets, at the values of the fit",
-    "Residuals above and below the curve",
-    "Runs: stretches of residuals with the same sign, along the radius",
-    "Runs to be expected of noise",
-    "Deviation of the runs from noise in standard deviations.\nBelow -1.96: too few runs, the "
-    "curve misses the shape of the data.\nAbove 1.96: too many.",
-    "Likeness of neighbouring residuals: 2 for noise.\nBelow 1.5 they are alike, above 2.5 they "
-    "alternate.",
-    "What lies outside its bounds"};
+    QT_TRANSLATE_NOOP("QObject", "Name of the dataset; its number stands in front"),
+    QT_TRANSLATE_NOOP("QObject", "Data points of the fit; mass conservation points do not count"),
+    QT_TRANSLATE_NOOP(
+        "QObject",
+        "Root mean square of the residuals, signal units: to be compared with the noise"),
+    QT_TRANSLATE_NOOP("QObject",
+                      "Share of the sum of squares of all datasets, at the values of the fit"),
+    QT_TRANSLATE_NOOP("QObject", "Residuals above and below the curve"),
+    QT_TRANSLATE_NOOP("QObject",
+                      "Runs: stretches of residuals with the same sign, along the radius"),
+    QT_TRANSLATE_NOOP("QObject", "Runs to be expected of noise"),
+    QT_TRANSLATE_NOOP(
+        "QObject",
+        "Deviation of the runs from noise in standard deviations.\nBelow -1.96: too few runs, the "
+        "curve misses the shape of the data.\nAbove 1.96: too many."),
+    QT_TRANSLATE_NOOP("QObject",
+                      "Likeness of neighbouring residuals: 2 for noise.\nBelow 1.5 they are alike, "
+                      "above 2.5 they "
+                      "alternate."),
+    QT_TRANSLATE_NOOP("QObject", "What lies outside its bounds")};
 
 QString Text(double value, const char* pattern) {
   return QString::fromStdString(FormatNumber(value, pattern));
@@ -35,8 +46,8 @@ QString Text(double value, const char* pattern) {
 
 QString FlagsOf(const SetQuality& set) {
   QStringList flags;
-  if (set.OutOfRandomRuns()) flags << QStringLiteral("Z");
-  if (set.OutOfRandomDurbin()) flags << QStringLiteral("DW");
+  if (set.OutOfRandomRuns()) flags << QObject::tr("Z");
+  if (set.OutOfRandomDurbin()) flags << QObject::tr("DW");
   return flags.join(QStringLiteral(", "));
 }
 
@@ -99,8 +110,7 @@ QVariant QualityModel::data(const QModelIndex& cell, int role) const {
     case Qt::TextAlignmentRole:
       return int((text ? Qt::AlignLeft : Qt::AlignRight) | Qt::AlignVCenter);
     case Qt::ToolTipRole:
-      return column == kName ? name.tip
-                             : QString::fromLatin1(kTips[static_cast<std::size_t>(column)]);
+      return column == kName ? name.tip : QObject::tr(kTips[static_cast<std::size_t>(column)]);
     case Qt::BackgroundRole:
       return flagged ? QVariant(QBrush(QColor(255, 128, 32))) : QVariant();
     case Qt::ForegroundRole:
@@ -115,10 +125,10 @@ QVariant QualityModel::headerData(int section, Qt::Orientation orientation, int 
   if (section < 0 || section >= (columns ? int(kCount) : rowCount())) return {};
   const auto place = static_cast<std::size_t>(section);
   if (role == Qt::DisplayRole) {
-    if (columns) return QString::fromLatin1(kHeads[place]);
+    if (columns) return QObject::tr(kHeads[place]);
     return QString::number(quality_.sets[place].dataset);
   }
-  if (role == Qt::ToolTipRole && columns) return QString::fromLatin1(kTips[place]);
+  if (role == Qt::ToolTipRole && columns) return QObject::tr(kTips[place]);
   return {};
 }
 

@@ -33,7 +33,7 @@ QString RemarkText(const FitQuality& quality) {
   for (const std::string& remark : QualityRemarks(quality)) {
     lines << QStringLiteral("\u2022 ") + QString::fromStdString(remark);
   }
-  if (lines.isEmpty()) return QStringLiteral("Nothing speaks against this fit.");
+  if (lines.isEmpty()) return QObject::tr("Nothing speaks against this fit.");
   return lines.join('\n');
 }
 

@@ -42,7 +42,7 @@ void ConnectWindows(const FrameParts& parts) {
   QObject::connect(&data, &DataWindow::KDisplayChosen, options, &OptionCommands::SetKFormat);
   QObject::connect(&data, &DataWindow::MwDisplayChosen, options, &OptionCommands::SetBuoyant);
   QObject::connect(&parts.commands.experiments, &ExperimentCommands::ExperimentChanged, menus,
-                   [&session, &graphs, menus] {
+                   [&session = session, &graphs = graphs, menus] {
                      graphs.Refresh();
                      if (session.Module.NumGraphs() == 0) graphs.parentWidget()->hide();
                      menus->Update();

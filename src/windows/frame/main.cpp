@@ -48,7 +48,7 @@ int main(int argc, char** argv) {
   QGuiApplication::setDesktopFileName(QStringLiteral("org.quorvane.Quorvane"));
   QtDialogs dialogs;
   if (const std::optional<std::string> refusal = RefusalOfScreen()) {
-    dialogs.ShowMessage(nullptr, QStringLiteral("Screen Resolution Problem"),
+    dialogs.ShowMessage(nullptr, QObject::tr("Screen Resolution Problem"),
                         QString::fromStdString(*refusal), MessageIcon::kExclamation);
     return 1;
   }

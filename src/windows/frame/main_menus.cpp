@@ -16,6 +16,7 @@
 #include "windows/commands/option_commands.h"
 #include "windows/commands/print_commands.h"
 #include "windows/commands/report_commands.h"
+#include "windows/controls/display_captions.h"
 #include "windows/data/data_window.h"
 #include "windows/data/source_files_tab.h"
 #include "windows/log/log_window.h"
@@ -112,7 +113,7 @@ void MainMenus::BuildFileMenu() {
         ToQString(FindDataFile(windows_.session.ProgramFolder, kExample)));
   });
   AddAction(menu, "mnuFileClose", tr("&Close"), [this] {
-    windows_.session.Ask.ShowMessage(&frame_, {}, QStringLiteral("Add 'mnuFileClose_Click' code."),
+    windows_.session.Ask.ShowMessage(&frame_, {}, tr("Add 'mnuFileClose_Click' code."),
                                      MessageIcon::kNone);
   });
   file_.save = AddAction(menu, "mnuFileSave", tr("&Save Experiment"),
@@ -230,16 +231,16 @@ void MainMenus::BuildCellMenu(QMenu* options) {
 
 void MainMenus::BuildFittingMenu(QMenu* options) {
   QMenu* fitting = AddMenu(options, "mnuOptFitting", tr("Fitting"));
-  fitting_.buoyant = AddChoice(fitting, "mnuUseBuoyant", tr("Display Buoyant MW"),
+  fitting_.buoyant = AddChoice(fitting, "mnuUseBuoyant", WeightCaption(true),
                                [this] { commands_.options.SetBuoyant(true); });
-  fitting_.weight = AddChoice(fitting, "mnuUseMW", tr("Display MW"),
+  fitting_.weight = AddChoice(fitting, "mnuUseMW", WeightCaption(false),
                               [this] { commands_.options.SetBuoyant(false); });
   fitting->addSeparator();
-  fitting_.lnK = AddChoice(fitting, "mnuOptionDispLnK", tr("Display ln(K)s"),
+  fitting_.lnK = AddChoice(fitting, "mnuOptionDispLnK", CaptionOf(KDisplay::kLn),
                            [this] { commands_.options.SetKFormat(KDisplay::kLn); });
-  fitting_.log10K = AddChoice(fitting, "mnuOptionDispLog10K", tr("Display Log10(K)s"),
+  fitting_.log10K = AddChoice(fitting, "mnuOptionDispLog10K", CaptionOf(KDisplay::kLog10),
                               [this] { commands_.options.SetKFormat(KDisplay::kLog10); });
-  fitting_.plainK = AddChoice(fitting, "mnuOptionDispK", tr("Display K"),
+  fitting_.plainK = AddChoice(fitting, "mnuOptionDispK", CaptionOf(KDisplay::kPlain),
                               [this] { commands_.options.SetKFormat(KDisplay::kPlain); });
   fitting->addSeparator();
   AddAction(fitting, "mnuFitQuality", tr("Fit &Quality..."), [this] {

@@ -322,8 +322,8 @@ void MainWindow::ShowHelp(bool search) {
       delete help_;
       help_ = nullptr;
       session_.Ask.ShowMessage(this, {},
-                               QStringLiteral("Unable to display Help Contents. There is no Help "
-                                              "associated with this project."),
+                               tr("Unable to display Help Contents. There is no Help "
+                                  "associated with this project."),
                                MessageIcon::kNone);
       return;
     }
@@ -342,7 +342,7 @@ void MainWindow::ShowAbout() {
 
 bool MainWindow::MayClose() {
   if (closeAfterStop_) return true;  // was asked while the calculation ran
-  return experiments_->AskToDiscard(QStringLiteral("Exit Program?"), {});
+  return experiments_->AskToDiscard(tr("Exit Program?"), {});
 }
 
 void MainWindow::closeEvent(QCloseEvent* event) {

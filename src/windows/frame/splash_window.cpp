@@ -34,9 +34,9 @@ QPixmap Draw() {
   WriteLine(painter, {152, 36, 250, 44}, 34, true, QStringLiteral("Quorvane"));
   painter.setPen(QColor(50, 50, 50));
   WriteLine(painter, {152, 82, 250, 20}, 15, false,
-            QStringLiteral("Version %1").arg(QString::fromLatin1(ProgramVersion())));
+            QObject::tr("Version %1").arg(QString::fromLatin1(ProgramVersion())));
   WriteLine(painter, {152, 106, 250, 40}, 13, false,
-            QStringLiteral("Analysis of sedimentation-equilibrium experiments"));
+            QObject::tr("Analysis of sedimentation-equilibrium experiments"));
   return pixmap;
 }
 

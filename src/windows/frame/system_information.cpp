@@ -28,7 +28,7 @@ QString ProcessorName() {
 
 QString ScreenText(const QScreen& screen) {
   const QSize size = screen.size();
-  return QStringLiteral("%1 x %2, scale %3, %4 dots per inch")
+  return QObject::tr("%1 x %2, scale %3, %4 dots per inch")
       .arg(size.width())
       .arg(size.height())
       .arg(screen.devicePixelRatio())
@@ -49,18 +49,18 @@ QString BuildText() {
 
 QString SystemInformation(const std::filesystem::path& settingsFile) {
   QStringList lines = {
-      QStringLiteral("Program: Quorvane %1").arg(QString::fromLatin1(ProgramVersion())),
-      QStringLiteral("System: %1").arg(QSysInfo::prettyProductName()),
-      QStringLiteral("Kernel: %1 %2").arg(QSysInfo::kernelType(), QSysInfo::kernelVersion()),
-      QStringLiteral("Processor: %1").arg(ProcessorName()),
-      QStringLiteral("Cores: %1").arg(QThread::idealThreadCount()),
-      QStringLiteral("Qt: %1, platform %2")
+      QObject::tr("Program: Quorvane %1").arg(QString::fromLatin1(ProgramVersion())),
+      QObject::tr("System: %1").arg(QSysInfo::prettyProductName()),
+      QObject::tr("Kernel: %1 %2").arg(QSysInfo::kernelType(), QSysInfo::kernelVersion()),
+      QObject::tr("Processor: %1").arg(ProcessorName()),
+      QObject::tr("Cores: %1").arg(QThread::idealThreadCount()),
+      QObject::tr("Qt: %1, platform %2")
           .arg(QString::fromLatin1(qVersion()), QGuiApplication::platformName())};
   for (const QScreen* screen : QGuiApplication::screens()) {
-    lines << QStringLiteral("Screen: %1").arg(ScreenText(*screen));
+    lines << QObject::tr("Screen: %1").arg(ScreenText(*screen));
   }
-  lines << QStringLiteral("Settings: %1").arg(QString::fromStdString(PathText(settingsFile)))
-        << QStringLiteral("Build: %1").arg(BuildText());
+  lines << QObject::tr("Settings: %1").arg(QString::fromStdString(PathText(settingsFile)))
+        << QObject::tr("Build: %1").arg(BuildText());
   return lines.join('\n');
 }
 

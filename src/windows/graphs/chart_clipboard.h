@@ -3,9 +3,13 @@
 
 #include "plot/chart_export.h"
 
+class QWidget;
+
 namespace quorvane {
 
-// Puts `chart` on the clipboard as an image of `size` and as SVG. Throws what RenderChart throws.
-void CopyChart(const Chart& chart, PictureSize size = {});
+class Dialogs;
+
+// Puts `chart` on the clipboard as an image of `size` and as SVG. A failure is told on `parent`.
+void CopyChart(const Chart& chart, PictureSize size, Dialogs& ask, QWidget* parent);
 
 }  // namespace quorvane

@@ -26,9 +26,12 @@ struct FormatChoice {
 };
 
 constexpr FormatChoice kFormats[] = {
-    {PictureFormat::kPng, "PNG (pixels)", "PNG picture (*.png)", ".png"},
-    {PictureFormat::kSvg, "SVG (drawing)", "SVG drawing (*.svg)", ".svg"},
-    {PictureFormat::kPdf, "PDF (page)", "PDF document (*.pdf)", ".pdf"}};
+    {PictureFormat::kPng, QT_TRANSLATE_NOOP("QObject", "PNG (pixels)"),
+     QT_TRANSLATE_NOOP("QObject", "PNG picture (*.png)"), ".png"},
+    {PictureFormat::kSvg, QT_TRANSLATE_NOOP("QObject", "SVG (drawing)"),
+     QT_TRANSLATE_NOOP("QObject", "SVG drawing (*.svg)"), ".svg"},
+    {PictureFormat::kPdf, QT_TRANSLATE_NOOP("QObject", "PDF (page)"),
+     QT_TRANSLATE_NOOP("QObject", "PDF document (*.pdf)"), ".pdf"}};
 
 }  // namespace
 
@@ -85,7 +88,7 @@ QWidget* ExportDialog::BuildOptions() {
   auto* options = new QWidget;
   cboFormat_ = new QComboBox;
   cboFormat_->setObjectName("cboFormat");
-  for (const FormatChoice& choice : kFormats) cboFormat_->addItem(tr(choice.caption));
+  for (const FormatChoice& choice : kFormats) cboFormat_->addItem(QObject::tr(choice.caption));
   txtWidth_ = new QSpinBox;
   txtWidth_->setObjectName("txtWidth");
   txtHeight_ = new QSpinBox;
@@ -137,7 +140,7 @@ void ExportDialog::TakeFormat() {
   const ExportUnit& unit = UnitOf(Format());
   for (QSpinBox* box : {txtWidth_, txtHeight_}) {
     const QSignalBlocker quiet(box);
-    box->setSuffix(unit.suffix);
+    box->setSuffix(QObject::tr(unit.suffix));
     box->setRange(unit.least, unit.greatest);
   }
   shape_ = unit.standard;
@@ -183,7 +186,7 @@ void ExportDialog::Save(const QString& filter, const QString& suffix, Content co
 
 void ExportDialog::SavePicture() {
   const FormatChoice& choice = kFormats[cboFormat_->currentIndex()];
-  Save(tr(choice.filter), choice.suffix,
+  Save(QObject::tr(choice.filter), choice.suffix,
        [&] { return RenderChart(chart_, choice.format, Size()); });
 }
 
@@ -192,12 +195,7 @@ void ExportDialog::SaveNumbers() {
 }
 
 void ExportDialog::CopyPicture() {
-  try {
-    const BusyPointer busy;
-    CopyChart(chart_, Size());
-  } catch (const std::exception& fault) {
-    ShowFailure(fault);
-  }
+  CopyChart(chart_, Size(), session_.Ask, this);
 }
 
 void ExportDialog::ShowFailure(const std::exception& fault) {

@@ -1,5 +1,6 @@
 #include "windows/graphs/export_size.h"
 
+#include <QtGlobal>
 #include <algorithm>
 #include <cmath>
 
@@ -9,9 +10,11 @@ namespace {
 
 constexpr double kPointsPerMillimetre = 72.0 / 25.4;
 
-constexpr ExportUnit kPngUnit = {" px", 1.0, 200, 10000, {1200, 1080}};
-constexpr ExportUnit kSvgUnit = {" px", 1.0, 200, 10000, {600, 540}};
-constexpr ExportUnit kPdfUnit = {" mm", kPointsPerMillimetre, 71, 3527, {200, 180}};
+constexpr ExportUnit kPngUnit = {
+    QT_TRANSLATE_NOOP("QObject", " px"), 1.0, 200, 10000, {1200, 1080}};
+constexpr ExportUnit kSvgUnit = {QT_TRANSLATE_NOOP("QObject", " px"), 1.0, 200, 10000, {600, 540}};
+constexpr ExportUnit kPdfUnit = {
+    QT_TRANSLATE_NOOP("QObject", " mm"), kPointsPerMillimetre, 71, 3527, {200, 180}};
 
 int Scaled(int side, int from, int to, const ExportUnit& unit) {
   const double scaled = static_cast<double>(side) * to / from;

@@ -11,7 +11,6 @@
 
 #include "core/graph_store.h"
 #include "plot/chart_widget.h"
-#include "windows/controls/busy_pointer.h"
 #include "windows/controls/child_window.h"
 #include "windows/graphs/chart_clipboard.h"
 #include "windows/graphs/export_dialog.h"
@@ -65,7 +64,7 @@ void GraphsWindow::Refresh() {
   {
     const QSignalBlocker quiet(TeeChartList_);
     TeeChartList_->clear();
-    for (int k = 1; k <= graphs; ++k) TeeChartList_->addItem("Graph #" + QString::number(k));
+    for (int k = 1; k <= graphs; ++k) TeeChartList_->addItem(tr("Graph #%1").arg(k));
     TeeChartList_->setCurrentIndex(choice < graphs ? choice : std::min(0, graphs - 1));
   }
   ShowChoice();
@@ -92,19 +91,14 @@ void GraphsWindow::mouseDoubleClickEvent(QMouseEvent* event) {
 }
 
 void GraphsWindow::Export() {
-  const QString name = "Graph " + QString::number(TeeChartList_->currentIndex() + 1);
+  const QString name = tr("Graph %1").arg(TeeChartList_->currentIndex() + 1);
   auto* dialog = new ExportDialog(session_, ExportTChart_->GetChart(), name, this);
   dialog->setAttribute(Qt::WA_DeleteOnClose);
   dialog->open();
 }
 
 void GraphsWindow::Copy() {
-  try {
-    const BusyPointer busy;
-    CopyChart(ExportTChart_->GetChart());
-  } catch (const std::exception& fault) {
-    session_.Ask.ShowMessage(this, "", QString::fromUtf8(fault.what()), MessageIcon::kExclamation);
-  }
+  CopyChart(ExportTChart_->GetChart(), {}, session_.Ask, this);
 }
 
 }  // namespace quorvane

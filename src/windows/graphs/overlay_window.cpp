@@ -13,8 +13,8 @@
 #include <map>
 
 #include "core/page/overlay_sets.h"
+#include "plot/chart_color.h"
 #include "plot/chart_widget.h"
-#include "windows/controls/busy_pointer.h"
 #include "windows/controls/child_window.h"
 #include "windows/controls/control_names.h"
 #include "windows/controls/dataset_tip.h"
@@ -31,9 +31,7 @@ QIcon ColorIcon(ChartColor color) {
   constexpr int kRim = 4;
   QPixmap picture(kSide, kSide);
   picture.fill(Qt::white);
-  QPainter(&picture).fillRect(
-      kRim, kRim, kSide - 2 * kRim, kSide - 2 * kRim,
-      QColor(int(color & 0xFF), int(color >> 8 & 0xFF), int(color >> 16 & 0xFF)));
+  QPainter(&picture).fillRect(kRim, kRim, kSide - 2 * kRim, kSide - 2 * kRim, ToQColor(color));
   return picture;
 }
 
@@ -182,12 +180,7 @@ void OverlayWindow::Export() {
 }
 
 void OverlayWindow::Copy() {
-  try {
-    const BusyPointer busy;
-    CopyChart(chart_->ShownChart());
-  } catch (const std::exception& fault) {
-    session_.Ask.ShowMessage(this, "", QString::fromUtf8(fault.what()), MessageIcon::kExclamation);
-  }
+  CopyChart(chart_->ShownChart(), {}, session_.Ask, this);
 }
 
 }  // namespace quorvane

@@ -18,7 +18,7 @@ void DrawPlaceholder(QPainter& painter, const QRectF& place) {
   painter.setPen(Qt::darkGray);
   painter.setBrush(QColor(Qt::white));
   painter.drawRect(place.adjusted(0.5, 0.5, -0.5, -0.5));
-  painter.drawText(place, Qt::AlignCenter, QStringLiteral("[picture]"));
+  painter.drawText(place, Qt::AlignCenter, QObject::tr("[picture]"));
 }
 
 }  // namespace

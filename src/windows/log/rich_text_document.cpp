@@ -10,6 +10,7 @@
 #include <cmath>
 #include <unordered_map>
 
+#include "plot/chart_color.h"
 #include "rtf/picture_bytes.h"
 #include "rtf/picture_file.h"
 #include "rtf/rtf_reader.h"
@@ -234,10 +235,7 @@ QTextCharFormat ToTextFormat(const CharFormat& format) {
   } else if (format.script == ScriptPosition::kSubscript) {
     text.setVerticalAlignment(QTextCharFormat::AlignSubScript);
   }
-  if (format.color) {
-    const int bgr = static_cast<int>(*format.color);
-    text.setForeground(QColor(bgr & 0xFF, bgr >> 8 & 0xFF, bgr >> 16 & 0xFF));
-  }
+  if (format.color) text.setForeground(ToQColor(*format.color));
   return text;
 }
 
@@ -260,8 +258,7 @@ CharFormat FromTextFormat(const QTextCharFormat& format, const QFont& defaultFon
     look.script = ScriptPosition::kSubscript;
   }
   if (format.foreground().style() != Qt::NoBrush) {
-    const QColor color = format.foreground().color();
-    look.color = static_cast<std::uint32_t>(color.red() | color.green() << 8 | color.blue() << 16);
+    look.color = FromQColor(format.foreground().color());
   }
   return look;
 }

@@ -11,6 +11,7 @@
 #include <QStyledItemDelegate>
 
 #include "match/match_plots.h"
+#include "plot/chart_color.h"
 #include "windows/controls/control_names.h"
 #include "windows/controls/page_controls.h"
 
@@ -70,11 +71,9 @@ void ListScans(QListWidget& list, const MatchSeries& series) {
   list.setItemDelegate(new ScanDelegate(&list));
   list.clear();
   for (std::size_t i = 0; i < series.names.size(); ++i) {
-    const int bgr = static_cast<int>(colors[i]);
     QPixmap square(kSide, kSide);
     square.fill(Qt::white);  // a frame, without which black is lost on a dark list
-    QPainter(&square).fillRect(square.rect().adjusted(1, 1, -1, -1),
-                               QColor(bgr & 0xFF, bgr >> 8 & 0xFF, bgr >> 16 & 0xFF));
+    QPainter(&square).fillRect(square.rect().adjusted(1, 1, -1, -1), ToQColor(colors[i]));
     auto* item = new QListWidgetItem(square, QString::fromStdString(series.names[i]), &list);
     const QString facts = QString::fromStdString(FactsOf(series.scans[i]));
     item->setData(kFactsRole, facts);
@@ -85,8 +84,8 @@ void ListScans(QListWidget& list, const MatchSeries& series) {
 
 OffsetChoice::OffsetChoice(const char* name, const char* buttons,
                            const std::array<QString, 3>& labels)
-    : QGroupBox("Use Fitted Offsets") {
-  const std::array<QString, 3> captions = {"None", "Y only", "X , Y"};
+    : QGroupBox(tr("Use Fitted Offsets")) {
+  const std::array<QString, 3> captions = {tr("None"), tr("Y only"), tr("X , Y")};
   setObjectName(name);
   auto* layout = new QGridLayout(this);
   layout->setColumnStretch(1, 1);

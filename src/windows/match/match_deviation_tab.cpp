@@ -36,17 +36,17 @@ void MatchDeviationTab::BuildWidgets() {
 }
 
 QGroupBox* MatchDeviationTab::BuildFileBox() {
-  plotSelected_ = Named(new QRadioButton("Plot selected sets"), "optPlotChoice(0)");
+  plotSelected_ = Named(new QRadioButton(tr("Plot selected sets")), "optPlotChoice(0)");
   lisPlotDevs_ = Named(new QListWidget, "lisPlotDevs");
   lisPlotDevs_->setSelectionMode(QAbstractItemView::ExtendedSelection);
-  lisPlotDevs_->setAccessibleName("Scans");
-  plotEvery_ = Named(new QRadioButton("Plot every Nth;  N= "), "optPlotChoice(1)");
+  lisPlotDevs_->setAccessibleName(tr("Scans"));
+  plotEvery_ = Named(new QRadioButton(tr("Plot every Nth;  N= ")), "optPlotChoice(1)");
   plotEvery_->setChecked(true);
   upDownPlotBy_ = MakeStepBox("upDownPlotBy", "txtPlotByN", 1);
-  upDownPlotBy_->setAccessibleName("N");
-  cmdMakePlot_ = MakeButton("cmdMakePlot", "Create Plot", "Plot the deviations", "Alt+C");
-  cmdZoomOut_ = MakeButton("cmdZoomOut", "Zoom Out", "Show all of the plot", "Alt+Z");
-  auto* box = Named(new QGroupBox("Files to Plot"), "frFiles2Plot");
+  upDownPlotBy_->setAccessibleName(tr("N"));
+  cmdMakePlot_ = MakeButton("cmdMakePlot", tr("Create Plot"), tr("Plot the deviations"), "Alt+C");
+  cmdZoomOut_ = MakeButton("cmdZoomOut", tr("Zoom Out"), tr("Show all of the plot"), "Alt+Z");
+  auto* box = Named(new QGroupBox(tr("Files to Plot")), "frFiles2Plot");
   auto* layout = new QGridLayout(box);
   layout->addWidget(plotSelected_, 0, 0, 1, 2);
   layout->addWidget(lisPlotDevs_, 1, 0, 1, 2);
@@ -100,7 +100,7 @@ void MatchDeviationTab::MakePlot() {
   const std::vector<std::size_t> chosen = ChosenScans();
   ClearPlot();
   if (chosen.empty()) {
-    ask_.ShowMessage(this, {}, "No datasets were selected!  Try Again!", MessageIcon::kNone);
+    ask_.ShowMessage(this, {}, tr("No datasets were selected!  Try Again!"), MessageIcon::kNone);
     return;
   }
   TChartDevs_->SetChart(PlotMatchDeviations(series_, result_, frDevPlot_->Chosen(), chosen,

@@ -22,8 +22,11 @@ namespace quorvane {
 namespace {
 
 constexpr std::array<const char*, 5> kFilterCaptions = {
-    "Absorbance (*.RAx)", "Interference (*.IPx)", "Fluorescence (*.FIx)", "Electrophoresis (*.EL*)",
-    "All Files (*.*)"};
+    QT_TRANSLATE_NOOP("QObject", "Absorbance (*.RAx)"),
+    QT_TRANSLATE_NOOP("QObject", "Interference (*.IPx)"),
+    QT_TRANSLATE_NOOP("QObject", "Fluorescence (*.FIx)"),
+    QT_TRANSLATE_NOOP("QObject", "Electrophoresis (*.EL*)"),
+    QT_TRANSLATE_NOOP("QObject", "All Files (*.*)")};
 constexpr std::size_t kElectrophoresis = 3;  // its place
 constexpr int kCells = 8;
 constexpr int kArrowWidth = 20;  // pixels
@@ -41,17 +44,18 @@ void MatchLoadTab::BuildWidgets() {
   choices->addWidget(BuildOptionBox());
   choices->addWidget(BuildCellBox());
   choices->addWidget(BuildFilterBox());
-  cmdLoadFiles_ = MakeButton("cmdLoadFiles", "Load Files", "Choose the scans to compare", "Alt+L");
+  cmdLoadFiles_ =
+      MakeButton("cmdLoadFiles", tr("Load Files"), tr("Choose the scans to compare"), "Alt+L");
   choices->addWidget(cmdLoadFiles_);
   choices->addStretch();
   txtMatchDir_ = Named(new QLineEdit, "txtMatchDir");
   txtMatchDir_->setReadOnly(true);
   lisMatchFiles_ = Named(new QListWidget, "lisMatchFiles");
-  auto* folderLabel = Named(new QLabel("Folder"), "lblMatchDir");
+  auto* folderLabel = Named(new QLabel(tr("Folder")), "lblMatchDir");
   folderLabel->setBuddy(txtMatchDir_);
-  auto* filesLabel = Named(new QLabel("Loaded Files"), "lblMatchFiles");
+  auto* filesLabel = Named(new QLabel(tr("Loaded Files")), "lblMatchFiles");
   filesLabel->setBuddy(lisMatchFiles_);
-  lisMatchFiles_->setAccessibleName("Loaded files");
+  lisMatchFiles_->setAccessibleName(tr("Loaded files"));
   auto* layout = new QGridLayout(this);
   layout->addLayout(choices, 0, 0, 4, 1);
   layout->addWidget(folderLabel, 0, 1);
@@ -64,12 +68,12 @@ void MatchLoadTab::BuildWidgets() {
 }
 
 QGroupBox* MatchLoadTab::BuildOptionBox() {
-  chkLoadByN_ = Named(new QCheckBox("Load Every Nth File"), "chkLoadByN");
+  chkLoadByN_ = Named(new QCheckBox(tr("Load Every Nth File")), "chkLoadByN");
   updownLoadByN_ = MakeStepBox("updownLoadByN", "txtLoadByN", 2);
   updownLoadByN_->setEnabled(false);
-  auto* label = Named(new QLabel("N = "), "lblLoadByN");
+  auto* label = Named(new QLabel(tr("N = ")), "lblLoadByN");
   label->setBuddy(updownLoadByN_);
-  auto* box = Named(new QGroupBox("Loading Options"), "frameOptions");
+  auto* box = Named(new QGroupBox(tr("Loading Options")), "frameOptions");
   auto* layout = new QHBoxLayout(box);
   layout->addWidget(chkLoadByN_);
   layout->addStretch();
@@ -88,29 +92,29 @@ QGroupBox* MatchLoadTab::BuildCellBox() {
       new QRegularExpressionValidator(QRegularExpression("[1-8*]"), cmbCellNum_));
   cmbCellNum_->addItem("*");
   for (int cell = 1; cell <= kCells; ++cell) cmbCellNum_->addItem(QString::number(cell));
-  cmbCellNum_->setAccessibleName("Cell Number");
+  cmbCellNum_->setAccessibleName(tr("Cell Number"));
   Named(cmbCellNum_->lineEdit(), "txtCellNumber");
   updownCellNumber_ = Named(new QSpinBox, "updownCellNumber");
   updownCellNumber_->setRange(0, kCells);
-  updownCellNumber_->setAccessibleName("Cell Number");
+  updownCellNumber_->setAccessibleName(tr("Cell Number"));
   updownCellNumber_->setFocusPolicy(Qt::NoFocus);
   updownCellNumber_->findChild<QLineEdit*>()->hide();  // the arrows alone
   updownCellNumber_->setFixedWidth(kArrowWidth);
-  auto* box = Named(new QGroupBox("Cell Number"), "frameCellNumber");
+  auto* box = Named(new QGroupBox(tr("Cell Number")), "frameCellNumber");
   auto* layout = new QHBoxLayout(box);
   layout->setSpacing(2);
   layout->addWidget(cmbCellNum_);
   layout->addWidget(updownCellNumber_);
   layout->addSpacing(8);
-  layout->addWidget(new QLabel("* stands for any cell"), 1);
+  layout->addWidget(new QLabel(tr("* stands for any cell")), 1);
   return box;
 }
 
 QGroupBox* MatchLoadTab::BuildFilterBox() {
-  auto* box = Named(new QGroupBox("File Filter"), "frameFileFilter");
+  auto* box = Named(new QGroupBox(tr("File Filter")), "frameFileFilter");
   auto* layout = new QVBoxLayout(box);
   for (std::size_t k = 0; k < optFileFilter_.size(); ++k) {
-    optFileFilter_[k] = Named(new QRadioButton(kFilterCaptions[k]),
+    optFileFilter_[k] = Named(new QRadioButton(QObject::tr(kFilterCaptions[k])),
                               ElementName("optFileFilter", static_cast<int>(k)));
     layout->addWidget(optFileFilter_[k]);
   }
@@ -143,7 +147,7 @@ std::vector<std::filesystem::path> MatchLoadTab::ChooseFiles() {
   // The list is shorter while electrophoresis is not offered: "All Files" stays the last.
   const auto chosen = std::min(static_cast<qsizetype>(ChosenFilter()), filters.size() - 1);
   const QStringList names = session_.Ask.OpenFiles(
-      this, {"Load Files For Matching", Folder(), filters.join(";;"), {}, filters[chosen]});
+      this, {tr("Load Files For Matching"), Folder(), filters.join(";;"), {}, filters[chosen]});
   std::vector<std::filesystem::path> paths;
   for (const QString& name : names) paths.push_back(ToPath(name));
   return paths;

@@ -24,8 +24,8 @@ void MatchRangeTab::BuildWidgets() {
   teeMatch_ = Named(new ChartWidget, "teeMatch");
   lblFittingRange_ = Named(new QLabel, "lblFittingRange");
   lblFittingRange_->setWordWrap(true);
-  cmdDoMatch_ = MakeButton("cmdDoMatch", "Match Files",
-                           "Compare the scans with the last of them inside the range", "Alt+A");
+  cmdDoMatch_ = MakeButton("cmdDoMatch", tr("Match Files"),
+                           tr("Compare the scans with the last of them inside the range"), "Alt+A");
   auto* foot = new QHBoxLayout;
   foot->addWidget(lblFittingRange_, 1);
   foot->addWidget(cmdDoMatch_);
@@ -56,9 +56,9 @@ FittingRange MatchRangeTab::Range() const {
 void MatchRangeTab::ShowRange() {
   const FittingRange range = Range();
   lblFittingRange_->setText(
-      QStringLiteral("Fitting range %1%2 cm. Drag to the right over the points that count; to the "
-                     "left to see all.")
-          .arg(QString::fromStdString(FormatNumber(range.low, "0.0000 to ")),
+      tr("Fitting range %1 to %2 cm. Drag to the right over the points that count; to the "
+         "left to see all.")
+          .arg(QString::fromStdString(FormatNumber(range.low, "0.0000")),
                QString::fromStdString(FormatNumber(range.high, "0.0000"))));
 }
 

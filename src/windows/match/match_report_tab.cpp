@@ -21,7 +21,6 @@ constexpr PictureSize kPictureSize = {400, 360};
 
 CharFormat ReportLook() {
   CharFormat look;
-  look.family = "Courier New";
   look.halfPoints = 18;
   return look;
 }
@@ -35,7 +34,7 @@ MatchReportTab::MatchReportTab(Session& session, QWidget* parent) : QWidget(pare
 
 void MatchReportTab::BuildWidgets(Session& session) {
   rtMatchBox_ = Named(new LogEdit([&session] { return session.Calculating; }), "rtMatchBox");
-  rtMatchBox_->setAccessibleName("Report");
+  rtMatchBox_->setAccessibleName(tr("Report"));
   rtMatchBox_->setFont(FontOf(ReportLook()));
   TChartMatchFit_ = Named(new ChartWidget(this), "TChartMatchFit");
   TChartMatchFit_->hide();

@@ -21,7 +21,7 @@ void MatchRmsTab::BuildWidgets() {
   frRMSPlot_ = new OffsetChoice(
       "frRMSPlot", "optRMSPlot",
       {ElementName("lblRMSPlot", 0), ElementName("lblRMSPlot", 1), ElementName("lblRMSPlot", 2)});
-  cmdZoomOutRMS_ = MakeButton("cmdZoomOutRMS", "Zoom Out", "Show all of the plot", "Alt+Z");
+  cmdZoomOutRMS_ = MakeButton("cmdZoomOutRMS", tr("Zoom Out"), tr("Show all of the plot"), "Alt+Z");
   TChartMatchFit2_ = Named(new ChartWidget, "TChartMatchFit2");
   auto* layout = new QGridLayout(this);
   layout->addWidget(TChartMatchFit2_, 0, 0, 3, 1);

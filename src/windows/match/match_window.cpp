@@ -40,18 +40,18 @@ MatchWindow::MatchWindow(Session& session, Host& host, QWidget* parent)
 
 void MatchWindow::BuildWidgets() {
   setObjectName("frmMatch");
-  setWindowTitle("Match");
+  setWindowTitle(tr("Match"));
   SSTab1_ = Named(new QTabWidget, "SSTab1");
   load_ = new MatchLoadTab(session_);
   range_ = new MatchRangeTab;
   report_ = new MatchReportTab(session_);
   deviations_ = new MatchDeviationTab(series_, result_, session_.Ask);
   rms_ = new MatchRmsTab(result_);
-  SSTab1_->addTab(load_, "Load Files");
-  SSTab1_->addTab(range_, "Set Range");
-  SSTab1_->addTab(report_, "Results");
-  SSTab1_->addTab(deviations_, "Dev. Plots");
-  SSTab1_->addTab(rms_, "RMS vs Time");
+  SSTab1_->addTab(load_, tr("Load Files"));
+  SSTab1_->addTab(range_, tr("Set Range"));
+  SSTab1_->addTab(report_, tr("Results"));
+  SSTab1_->addTab(deviations_, tr("Dev. Plots"));
+  SSTab1_->addTab(rms_, tr("RMS vs Time"));
   auto* layout = new QVBoxLayout(this);
   layout->setContentsMargins(4, 4, 4, 0);
   layout->setSpacing(0);
@@ -63,8 +63,8 @@ QStatusBar* MatchWindow::BuildStatusBar() {
   status_ = Named(new QLabel, "matchStatusPanel");
   status_->setTextFormat(Qt::PlainText);
   save_ = Named(new QToolButton, "matchSavePanel");
-  save_->setText("Save");
-  save_->setToolTip("Save the report");
+  save_->setText(tr("Save"));
+  save_->setToolTip(tr("Save the report"));
   save_->setIcon(style()->standardIcon(QStyle::SP_DialogSaveButton));
   save_->setToolButtonStyle(Qt::ToolButtonTextBesideIcon);
   save_->setAutoRaise(true);
@@ -136,13 +136,13 @@ void MatchWindow::ShowMatch() {
 }
 
 void MatchWindow::SaveReport() {
-  const QString name =
-      session_.Ask.SaveFile(this, {"Save", load_->Folder(), "Rich Text File (*.rtf)", "Match.rtf"});
+  const QString name = session_.Ask.SaveFile(
+      this, {tr("Save"), load_->Folder(), tr("Rich Text File (*.rtf)"), "Match.rtf"});
   if (name.isEmpty()) return;
   try {
     const BusyPointer busy;
     WriteWholeFile(ToPath(name), report_->ToRtf());
-    status_->setText("Saved " + name);
+    status_->setText(tr("Saved %1").arg(name));
   } catch (const FileFault& fault) {
     session_.Ask.ShowMessage(this, {}, QString::fromUtf8(fault.what()), MessageIcon::kExclamation);
   }

@@ -17,21 +17,24 @@ struct BoxPlace {
   const char* toolTip;
 };
 
-constexpr const char* kRefConcTip = "Conc. at a point 2/3rds down the solution column";
-constexpr const char* kExtCoeffTip = "Extinction coefficient in signal units/mole";
-constexpr const char* kCheckTip = "Check to Fit Parameter";
+constexpr const char* kRefConcTip =
+    QT_TRANSLATE_NOOP("QObject", "Conc. at a point 2/3rds down the solution column");
+constexpr const char* kExtCoeffTip =
+    QT_TRANSLATE_NOOP("QObject", "Extinction coefficient in signal units/mole");
+constexpr const char* kCheckTip = QT_TRANSLATE_NOOP("QObject", "Check to Fit Parameter");
 
 // Where the boxes of RowValues stand, in that order.
 constexpr std::array<BoxPlace, RowValues.size()> kBoxPlaces = {{
-    {kOffsetColumn, "Baseline in signal units"},
+    {kOffsetColumn, QT_TRANSLATE_NOOP("QObject", "Baseline in signal units")},
     {kRefConcColumn, kRefConcTip},
     {kRefConc2Column, kRefConcTip},
     {kExtCoeffColumn, kExtCoeffTip},
     {kExtCoeff2Column, kExtCoeffTip},
-    {kMeniscusColumn, "Loading concentration of A"},
-    {kBaseColumn, "Loading concentration of B"},
-    {kMeniscusColumn, "enter the value for the radius of the meniscus"},
-    {kBaseColumn, "enter the value for the radius of the base"},
+    {kMeniscusColumn, QT_TRANSLATE_NOOP("QObject", "Loading concentration of A")},
+    {kBaseColumn, QT_TRANSLATE_NOOP("QObject", "Loading concentration of B")},
+    {kMeniscusColumn,
+     QT_TRANSLATE_NOOP("QObject", "enter the value for the radius of the meniscus")},
+    {kBaseColumn, QT_TRANSLATE_NOOP("QObject", "enter the value for the radius of the base")},
 }};
 
 // Places of boxes in FitRow::boxes.
@@ -49,7 +52,7 @@ enum BoxIndex {
 
 // The name by which a screen reader tells the control from those of other rows.
 void NameInRow(QWidget& control, const QString& name, int row) {
-  control.setAccessibleName(QStringLiteral("%1, row %2").arg(name, QString::number(row + 1)));
+  control.setAccessibleName(QObject::tr("%1, row %2").arg(name, QString::number(row + 1)));
 }
 
 template <class Control>
@@ -58,7 +61,7 @@ Control* Place(QGridLayout& grid, int row, RowColumn column, const char* name,
   auto* control = new Control(grid.parentWidget());
   control->setObjectName(ElementName(name, row));
   if (toolTip != nullptr) {
-    control->setToolTip(QString::fromUtf8(toolTip));
+    control->setToolTip(QObject::tr(toolTip));
     NameInRow(*control, control->toolTip(), row);
   }
   grid.addWidget(control, row, column);
@@ -83,11 +86,13 @@ FitRow MakeFitRow(QGridLayout& grid, int row) {
   FitRow made{};
   made.lblFitNum = Place<ClickLabel>(grid, row, kNumberColumn, "lblFitNum", nullptr);
   made.lblFitNum->setAlignment(Qt::AlignCenter);
-  NameInRow(*made.lblFitNum, QStringLiteral("Cell geometry"), row);
+  NameInRow(*made.lblFitNum, QObject::tr("Cell geometry"), row);
   made.lblFitData = Place<QLabel>(grid, row, kNameColumn, "lblFitData", nullptr);
   made.lblFitData->setTextFormat(Qt::PlainText);
-  made.lblRunSpeed = Place<ValueBox>(grid, row, kSpeedColumn, "lblRunSpeed", "Rotor speed in rpm");
-  made.lblLambda = Place<QLabel>(grid, row, kLambdaColumn, "lblLambda", "Wavelength in nm");
+  made.lblRunSpeed = Place<ValueBox>(grid, row, kSpeedColumn, "lblRunSpeed",
+                                     QT_TRANSLATE_NOOP("QObject", "Rotor speed in rpm"));
+  made.lblLambda = Place<QLabel>(grid, row, kLambdaColumn, "lblLambda",
+                                 QT_TRANSLATE_NOOP("QObject", "Wavelength in nm"));
   made.lblLambda->setAlignment(Qt::AlignCenter);
   for (std::size_t k = 0; k < RowValues.size(); ++k) {
     made.boxes[k] = Place<ValueBox>(grid, row, kBoxPlaces[k].column, RowValues[k].control,
@@ -98,11 +103,12 @@ FitRow MakeFitRow(QGridLayout& grid, int row) {
   made.chkOffset = Place<PageCheckBox>(grid, row, kOffsetCheckColumn, "chkOffset", kCheckTip);
   made.chkRefC = Place<PageCheckBox>(grid, row, kRefConcCheckColumn, "chkRefC", kCheckTip);
   made.chkRefC2 = Place<PageCheckBox>(grid, row, kRefConc2CheckColumn, "chkRefC2", kCheckTip);
-  NameInRow(*made.chkOffset, QStringLiteral("Fit the baseline"), row);
-  NameInRow(*made.chkRefC, QStringLiteral("Fit the reference concentration"), row);
-  NameInRow(*made.chkRefC2, QStringLiteral("Fit the reference concentration of B"), row);
-  made.txtLinkTo = Place<ValueBox>(grid, row, kLinkColumn, "txtLinkTo",
-                                   "Click on RMB to link ref. conc's of this set to another set");
+  NameInRow(*made.chkOffset, QObject::tr("Fit the baseline"), row);
+  NameInRow(*made.chkRefC, QObject::tr("Fit the reference concentration"), row);
+  NameInRow(*made.chkRefC2, QObject::tr("Fit the reference concentration of B"), row);
+  made.txtLinkTo = Place<ValueBox>(
+      grid, row, kLinkColumn, "txtLinkTo",
+      QT_TRANSLATE_NOOP("QObject", "Click on RMB to link ref. conc's of this set to another set"));
   for (ValueBox* narrow : {made.lblRunSpeed, made.txtLinkTo}) {
     ShapeNumberBox(*narrow, QStringLiteral("000000"));
     narrow->setMaximumWidth(narrow->minimumWidth());
@@ -128,8 +134,8 @@ void ShowRowParts(const FitRow& controls, const PageParts& parts) {
   controls.lblFitNum->setFrameStyle(parts.cellGeometry ? int(QFrame::Panel) | int(QFrame::Raised)
                                                        : int(QFrame::NoFrame));
   controls.lblFitNum->setToolTip(
-      parts.cellGeometry ? QStringLiteral("Use <Shift>LMB or <Ctrl>LMB to change cell geometry "
-                                          "type for a single or multiple datasets")
+      parts.cellGeometry ? QObject::tr("Use <Shift>LMB or <Ctrl>LMB to change cell geometry "
+                                       "type for a single or multiple datasets")
                          : QString());
 }
 

@@ -215,7 +215,7 @@ void FitRows::ConnectLink(int row) {
         return refusal;
       },
       [&setup, row](const Dataset&) { return LinkText(setup, row); },
-      "the number of a row that is not linked itself");
+      tr("the number of a row that is not linked itself").toStdString());
   connect(&box, &ValueBox::RightReleased, this, [this, row] { AskLink(row); });
 }
 
@@ -247,7 +247,7 @@ void FitRows::AskLink(int row) {
                              MessageIcon::kNone);
     return;
   }
-  QMenu* menu = MakePopup("mnuLinkTo", "LinkMenu", this);
+  QMenu* menu = MakePopup("mnuLinkTo", tr("LinkMenu"), this);
   menu->setToolTipsVisible(true);
   for (int target = 0; target < setup.NumFitSets; ++target) {
     const Dataset& dataset = DatasetOfRow(session_.Module, target);
@@ -273,7 +273,7 @@ void FitRows::AskGeometry(int row, Qt::KeyboardModifiers modifiers) {
   const bool below = modifiers.testFlag(Qt::ControlModifier);
   if (!below && !modifiers.testFlag(Qt::ShiftModifier)) return;
   QuorvaneModule& module = session_.Module;
-  QMenu* menu = MakePopup("mnuOptionCellGeom", "Cell Geometry", this);
+  QMenu* menu = MakePopup("mnuOptionCellGeom", tr("Cell Geometry"), this);
   int geometry = 0;
   for (const std::string& name : CellGeometryNames(module)) {
     QAction* entry = menu->addAction(QString::fromStdString(name).replace('&', "&&"));

@@ -16,18 +16,18 @@ HintWindow::HintWindow(Session& session, Host& host, QWidget* parent)
     : QDialog(parent),
       session_(session),
       host_(host),
-      Check1_(Named(new QCheckBox("Don't show this again"), "Check1")) {
+      Check1_(Named(new QCheckBox(tr("Don't show this again")), "Check1")) {
   setObjectName("frmGraphicalRefC");
-  setWindowTitle("Hint");
+  setWindowTitle(tr("Hint"));
   setAttribute(Qt::WA_ShowWithoutActivating);
   auto* text = new QLabel(
-      "Double click on any \"Ref. Conc.\" textbox to graphically adjust the reference "
-      "concentration(s) for the selected dataset. ");
+      tr("Double click on any \"Ref. Conc.\" textbox to graphically adjust the reference "
+         "concentration(s) for the selected dataset. "));
   text->setObjectName("lblHint");
   text->setTextFormat(Qt::PlainText);
   text->setWordWrap(true);
   text->setMinimumWidth(fontMetrics().averageCharWidth() * 55);
-  auto* ok = Named(new QPushButton("OK"), "Command1");
+  auto* ok = Named(new QPushButton(tr("OK")), "Command1");
   ok->setDefault(true);
   connect(ok, &QPushButton::clicked, this, &HintWindow::Confirm);
   auto* foot = new QHBoxLayout;

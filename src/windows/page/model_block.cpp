@@ -9,6 +9,7 @@
 #include "core/page/page_parts.h"
 #include "core/page/row_values.h"
 #include "fit/models.h"
+#include "windows/controls/display_captions.h"
 #include "windows/controls/page_controls.h"
 #include "windows/controls/value_box.h"
 #include "windows/session/box_entry.h"
@@ -114,7 +115,7 @@ void ModelBlock::BuildTemperature(QGridLayout& grid) {
              .taken = [] { return kTakesAnyNumber; }});
   grid.addWidget(caption, 0, kSwitchColumn);
   grid.addWidget(lblDegC_, 0, kSwitchColumn + 1);
-  grid.addWidget(new QLabel(QStringLiteral("\u00B0C")), 0, kSwitchColumn + 2);
+  grid.addWidget(new QLabel(tr("\u00B0C")), 0, kSwitchColumn + 2);
 }
 
 void ModelBlock::BuildSwitches(QGridLayout& grid) {
@@ -239,16 +240,15 @@ void ModelBlock::AskKDisplay(const QWidget* at) {
   struct Entry {
     KDisplay display;
     const char* name;
-    const char* caption;
   };
-  static constexpr std::array<Entry, 3> kEntries = {
-      {{KDisplay::kLn, "popmnuDispLnK", "Display ln(K)s"},
-       {KDisplay::kLog10, "popmnuDispLogK", "Display Log10(K)s"},
-       {KDisplay::kPlain, "popmnuDispK", "Display K"}}};
-  QMenu* menu = MakePopup("mnuKDisplay", "KDisplayOptions", this);
+  static constexpr std::array<Entry, 3> kEntries = {{{KDisplay::kLn, "popmnuDispLnK"},
+                                                     {KDisplay::kLog10, "popmnuDispLogK"},
+                                                     {KDisplay::kPlain, "popmnuDispK"}}};
+  QMenu* menu = MakePopup("mnuKDisplay", tr("KDisplayOptions"), this);
   for (const Entry& entry : kEntries) {
-    QAction* action = menu->addAction(
-        tr(entry.caption), this, [this, display = entry.display] { emit KDisplayChosen(display); });
+    QAction* action =
+        menu->addAction(CaptionOf(entry.display), this,
+                        [this, display = entry.display] { emit KDisplayChosen(display); });
     action->setObjectName(entry.name);
     action->setCheckable(true);
     action->setChecked(session_.Module.Preferences.KFormat == entry.display);
@@ -257,7 +257,7 @@ void ModelBlock::AskKDisplay(const QWidget* at) {
 }
 
 void ModelBlock::AskMwDisplay(const QWidget* at) {
-  QMenu* menu = MakePopup("mnuMWDisplay", "MWDisplayOptions", this);
+  QMenu* menu = MakePopup("mnuMWDisplay", tr("MWDisplayOptions"), this);
   const auto add = [&](const char* name, const QString& caption, bool buoyant) {
     QAction* action =
         menu->addAction(caption, this, [this, buoyant] { emit MwDisplayChosen(buoyant); });
@@ -265,8 +265,8 @@ void ModelBlock::AskMwDisplay(const QWidget* at) {
     action->setCheckable(true);
     action->setChecked(session_.Module.Preferences.UseBuoyantMW == buoyant);
   };
-  add("popmnuDispMW", tr("Display MW"), false);
-  add("popmnuDispMWB", tr("Display Buoyant MW"), true);
+  add("popmnuDispMW", WeightCaption(false), false);
+  add("popmnuDispMWB", WeightCaption(true), true);
   menu->popup(at->mapToGlobal(at->rect().bottomLeft()));
 }
 

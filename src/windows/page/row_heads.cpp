@@ -22,21 +22,36 @@ struct Head {
 };
 
 constexpr std::array<Head, 12> kHeads = {{
-    {kNumberColumn, kNumberColumn, false, "", "No.", "Position in the fit"},
-    {kNameColumn, kNameColumn, true, "", "Dataset", "Name of the dataset"},
-    {kSpeedColumn, kSpeedColumn, false, "", "Speed", "Rotor speed in rpm"},
-    {kLambdaColumn, kLambdaColumn, false, "", "nm", "Wavelength in nm"},
-    {kOffsetColumn, kOffsetCheckColumn, true, "", "Baseline", "Baseline in signal units"},
-    {kRefConcColumn, kRefConcCheckColumn, true, "lblRef", "", "Signal at the reference radius"},
-    {kRefConc2Column, kRefConc2CheckColumn, true, "lblRefB", "Ref.Conc.B",
-     "Signal of B at the reference radius"},
-    {kExtCoeffColumn, kExtCoeffColumn, true, "lblExtA", "", "In signal units/mole"},
-    {kExtCoeff2Column, kExtCoeff2Column, true, "lblExtB", "Ext.Coef.B", "In signal units/mole"},
+    {kNumberColumn, kNumberColumn, false, "", QT_TRANSLATE_NOOP("QObject", "No."),
+     QT_TRANSLATE_NOOP("QObject", "Position in the fit")},
+    {kNameColumn, kNameColumn, true, "", QT_TRANSLATE_NOOP("QObject", "Dataset"),
+     QT_TRANSLATE_NOOP("QObject", "Name of the dataset")},
+    {kSpeedColumn, kSpeedColumn, false, "", QT_TRANSLATE_NOOP("QObject", "Speed"),
+     QT_TRANSLATE_NOOP("QObject", "Rotor speed in rpm")},
+    {kLambdaColumn, kLambdaColumn, false, "", QT_TRANSLATE_NOOP("QObject", "nm"),
+     QT_TRANSLATE_NOOP("QObject", "Wavelength in nm")},
+    {kOffsetColumn, kOffsetCheckColumn, true, "", QT_TRANSLATE_NOOP("QObject", "Baseline"),
+     QT_TRANSLATE_NOOP("QObject", "Baseline in signal units")},
+    {kRefConcColumn, kRefConcCheckColumn, true, "lblRef", "",
+     QT_TRANSLATE_NOOP("QObject", "Signal at the reference radius")},
+    {kRefConc2Column, kRefConc2CheckColumn, true, "lblRefB",
+     QT_TRANSLATE_NOOP("QObject", "Ref.Conc.B"),
+     QT_TRANSLATE_NOOP("QObject", "Signal of B at the reference radius")},
+    {kExtCoeffColumn, kExtCoeffColumn, true, "lblExtA", "",
+     QT_TRANSLATE_NOOP("QObject", "In signal units/mole")},
+    {kExtCoeff2Column, kExtCoeff2Column, true, "lblExtB",
+     QT_TRANSLATE_NOOP("QObject", "Ext.Coef.B"),
+     QT_TRANSLATE_NOOP("QObject", "In signal units/mole")},
     {kMeniscusColumn, kMeniscusColumn, true, "lblRmen", "", ""},
     {kBaseColumn, kBaseColumn, true, "lblRbase", "", ""},
-    {kLinkColumn, kLinkColumn, false, "lblLinkTo", "Link To",
-     "Number of the dataset whose reference concentrations the row shares"},
+    {kLinkColumn, kLinkColumn, false, "lblLinkTo", QT_TRANSLATE_NOOP("QObject", "Link To"),
+     QT_TRANSLATE_NOOP("QObject",
+                       "Number of the dataset whose reference concentrations the row shares")},
 }};
+
+QString TextOf(const char* text) {
+  return *text == '\0' ? QString() : QObject::tr(text);
+}
 
 bool IsShown(const Head& head, const PageParts& parts) {
   switch (head.first) {
@@ -57,9 +72,9 @@ bool IsShown(const Head& head, const PageParts& parts) {
 
 RowHeads::RowHeads(QWidget* parent) : QWidget(parent) {
   for (const Head& head : kHeads) {
-    auto* label = new QLabel(QString::fromUtf8(head.caption), this);
+    auto* label = new QLabel(TextOf(head.caption), this);
     label->setObjectName(head.control);
-    label->setToolTip(QString::fromUtf8(head.toolTip));
+    label->setToolTip(TextOf(head.toolTip));
     label->setAlignment(Qt::AlignCenter);
     heads_.push_back(label);
   }

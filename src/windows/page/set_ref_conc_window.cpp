@@ -39,8 +39,8 @@ void SetRefConcWindow::BuildWidgets() {
   setObjectName("frmSetRefConc");
   setWindowTitle(tr("Reference Concentration"));
   teeSetRefC_ = Named(new ChartWidget, "teeSetRefC");
-  lblCA_ = Named(new QLabel("C(A)"), "lblCA");
-  lblCB_ = Named(new QLabel("C(B)"), "lblCB");
+  lblCA_ = Named(new QLabel(tr("C(A)")), "lblCA");
+  lblCB_ = Named(new QLabel(tr("C(B)")), "lblCB");
   hsSetRefC_ = MakeBar("hsSetRefC", tr("Reference concentration of A: 1000 steps a decade"));
   hsSetRefCB_ = MakeBar("hsSetRefCB", tr("Reference concentration of B: 1000 steps a decade"));
   lblCA_->setBuddy(hsSetRefC_);

@@ -138,7 +138,7 @@ class GridPages {
     painter.setPen(Qt::black);
     painter.setFont(FontOf(kFootPoints));
     painter.drawText(area_, Qt::AlignBottom | Qt::AlignHCenter | Qt::TextSingleLine,
-                     QStringLiteral("Page %1 of %2").arg(page + 1).arg(Count()));
+                     QObject::tr("Page %1 of %2").arg(page + 1).arg(Count()));
   }
 
   void PaintCells(QPainter& painter, Span rows, Span columns) const {

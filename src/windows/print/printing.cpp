@@ -34,7 +34,7 @@ void WritePdf(QPrinter& printer, const PrintJob& job, bool selectionOnly) {
 
 void ShowError(Dialogs& ask, QWidget* parent, int number, const char* description) {
   ask.ShowMessage(parent, {},
-                  QStringLiteral("Error %1\r\n%2").arg(number).arg(QString::fromUtf8(description)),
+                  QObject::tr("Error %1\r\n%2").arg(number).arg(QString::fromUtf8(description)),
                   MessageIcon::kStop);
 }
 

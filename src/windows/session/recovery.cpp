@@ -1,5 +1,7 @@
 #include "windows/session/recovery.h"
 
+#include <QObject>
+#include <QString>
 #include <algorithm>
 #include <string>
 #include <variant>
@@ -15,15 +17,15 @@ namespace quorvane {
 
 namespace {
 
-constexpr const char* kTitle = "Unsaved Work";
+constexpr const char* kTitle = QT_TRANSLATE_NOOP("QObject", "Unsaved Work");
 
 // "1 graph", "3 graphs", "no graphs".
-std::string Counted(std::size_t count, const std::string& noun) {
-  if (count == 0) return "no " + noun + "s";
-  return std::to_string(count) + " " + noun + (count == 1 ? "" : "s");
+QString Counted(std::size_t count, const QString& one, const QString& many) {
+  if (count == 0) return QObject::tr("no %1").arg(many);
+  return QStringLiteral("%1 %2").arg(count).arg(count == 1 ? one : many);
 }
 
-std::string LogText(const std::string& bytes) {
+QString LogText(const std::string& bytes) {
   const RichText text = ReadLog(bytes, {}).text;
   std::size_t pictures = 0;
   for (const Paragraph& paragraph : text.paragraphs) {
@@ -31,8 +33,9 @@ std::string LogText(const std::string& bytes) {
         paragraph.items.begin(), paragraph.items.end(),
         [](const InlineItem& item) { return std::holds_alternative<Picture>(item); }));
   }
-  return "A log of " + Counted(text.paragraphs.size() - 1, "line") + " with " +
-         Counted(pictures, "picture");
+  return QObject::tr("A log of %1 with %2")
+      .arg(Counted(text.paragraphs.size() - 1, QObject::tr("line"), QObject::tr("lines")),
+           Counted(pictures, QObject::tr("picture"), QObject::tr("pictures")));
 }
 
 std::string ModelText(const Experiment& experiment) {
@@ -44,24 +47,33 @@ std::string ModelText(const Experiment& experiment) {
 }
 
 std::string OfferText(const Experiment& experiment, const UnsavedWork& work) {
-  return "Quorvane did not end normally. This experiment was not saved:\n\n" +
-         Counted(experiment.Datasets.size(), "dataset") + ", model " + ModelText(experiment) +
-         "\n" + Counted(experiment.GraphStreams.size(), "graph") + "\n" + LogText(experiment.log) +
-         "\nFolder " + Cp1252ToUtf8(Trim(experiment.directory.View())) + "\nAs it was on " +
-         DateAndTimeText(work.KeptAt()) + "\n\nOpen it? Later leaves it for the next start.";
+  const QString datasets =
+      Counted(experiment.Datasets.size(), QObject::tr("dataset"), QObject::tr("datasets"));
+  const QString graphs =
+      Counted(experiment.GraphStreams.size(), QObject::tr("graph"), QObject::tr("graphs"));
+  return QObject::tr(
+             "Quorvane did not end normally. This experiment was not saved:\n\n%1, model %2\n%3\n"
+             "%4\nFolder %5\nAs it was on %6\n\nOpen it? Later leaves it for the next start.")
+      .arg(datasets, QString::fromStdString(ModelText(experiment)), graphs, LogText(experiment.log),
+           QString::fromStdString(Cp1252ToUtf8(Trim(experiment.directory.View()))),
+           QString::fromStdString(DateAndTimeText(work.KeptAt())))
+      .toStdString();
 }
 
 void SetAside(UnsavedWork& work, const std::string& why, Host& host) {
-  std::string where;
+  QString where;
   try {
-    where = "It is now " + PathText(work.SetAside());
+    where = QObject::tr("It is now %1").arg(QString::fromStdString(PathText(work.SetAside())));
   } catch (const FileFault& fault) {
-    where = "It cannot be moved out of the way: " + std::string(fault.what());
+    where =
+        QObject::tr("It cannot be moved out of the way: %1").arg(QString::fromUtf8(fault.what()));
   }
-  host.ShowMessage(kTitle,
-                   "Quorvane did not end normally. What it kept of the unsaved experiment is "
-                   "damaged and cannot be opened:\n" +
-                       why + "\n\n" + where,
+  const QString text =
+      QObject::tr(
+          "Quorvane did not end normally. What it kept of the unsaved experiment is "
+          "damaged and cannot be opened:\n%1\n\n%2")
+          .arg(QString::fromStdString(why), where);
+  host.ShowMessage(QObject::tr(kTitle).toStdString(), text.toStdString(),
                    MessageIcon::kExclamation);
 }
 
@@ -74,7 +86,8 @@ std::optional<UnsavedWork> OfferUnsavedWork(
   for (UnsavedWork& work : UnsavedWork::Abandoned(folder)) {
     try {
       ReadExperiment read = ReadExperimentFile(work.File());
-      const WorkChoice choice = choose(kTitle, OfferText(read.experiment, work));
+      const WorkChoice choice =
+          choose(QObject::tr(kTitle).toStdString(), OfferText(read.experiment, work));
       if (choice == WorkChoice::kDelete) work.Discard();
       if (choice != WorkChoice::kOpen) continue;
       takeUp(std::move(read));

@@ -61,7 +61,7 @@ void SimDataTab::Save() {
     return;
   }
   const bool absorbance = simulator_.Inputs.saveAs == SimFileKind::kRA8;
-  const QString filter = absorbance ? QStringLiteral("RA8 (*.RA8)") : QStringLiteral("IP8 (*.IP8)");
+  const QString filter = absorbance ? tr("RA8 (*.RA8)") : tr("IP8 (*.IP8)");
   const QString file =
       session_.Ask.SaveFile(window(), {tr("Save"), ToQString(session_.CurrentFolder), filter, ""});
   if (file.isEmpty()) return;

@@ -48,14 +48,19 @@ int LabelWidth(const QFontMetrics& metrics) {
 // The numbers that a box takes.
 std::string TakenBy(SimBox box) {
   const Bounds& bounds = InfoOf(box).bounds;
-  const auto text = [](double value) { return QString::number(value, 'g', 10).toStdString(); };
-  const bool whole = box == SimBox::kN1mer || box == SimBox::kN2mer;
-  const std::string number = whole ? "a whole number " : "a number ";
   if (std::isinf(bounds.low)) return kTakesAnyNumber;
-  if (!bounds.lowIncluded) return number + "above " + text(bounds.low);
-  if (std::isinf(bounds.high)) return text(bounds.low) + " or a number above it";
-  return number + "from " + text(bounds.low) +
-         (bounds.highIncluded ? " to " : " up to, but not, ") + text(bounds.high);
+  const auto text = [](double value) { return QString::number(value, 'g', 10); };
+  const bool whole = box == SimBox::kN1mer || box == SimBox::kN2mer;
+  const QString number = whole ? QObject::tr("a whole number") : QObject::tr("a number");
+  if (!bounds.lowIncluded) {
+    return QObject::tr("%1 above %2").arg(number, text(bounds.low)).toStdString();
+  }
+  if (std::isinf(bounds.high)) {
+    return QObject::tr("%1 or a number above it").arg(text(bounds.low)).toStdString();
+  }
+  const QString range = bounds.highIncluded ? QObject::tr("%1 from %2 to %3")
+                                            : QObject::tr("%1 from %2 up to, but not, %3");
+  return range.arg(number, text(bounds.low), text(bounds.high)).toStdString();
 }
 
 // A hidden control keeps its room, so that nothing moves when the model changes.

@@ -1,29 +1,15 @@
 // Faults caught here: a value stored in the form in which it is shown, a refusal that changes
-// something or says the wrong words, a control that a model should not have, gestures that reach
-// the wrong rows, links in chains.
-#include "windows/page/fit_control_tab.h"
-#include "fit/models.h"
-
-#include <QAction>
-#include <QCheckBox>
-#include <QContextMenuEvent>
+// something or says the wrong words, a control that a model should not have.
+#include <QDialog>
 #include <QLabel>
 #include <QLocale>
-#include <QMenu>
 #include <QPushButton>
 #include <QScrollBar>
 #include <QSignalSpy>
-#include <QTest>
 #include <clocale>
 #include <cmath>
 
-#include "core/settings/settings_store.h"
-#include "support/recording_host.h"
-#include "support/session.h"
-#include "windows/controls/value_box.h"
-#include "windows/page/ni_warning.h"
-#include "windows/scripted_dialogs.h"
-#include "windows/session/session.h"
+#include "windows/page/fit_control_tab_fixture.h"
 
 using namespace quorvane;
 
@@ -33,76 +19,29 @@ using enum KDisplay;
 
 constexpr double kLn10 = 2.302585092994046;
 
-class FitControlTabTest : public testing::Test {
- protected:
-  FitControlTabTest() {
-    session.Module.Preferences.ShowNIWarning = false;
-    tab.show();
-    tab.activateWindow();
-    EXPECT_TRUE(QTest::qWaitForWindowActive(&tab));
-  }
+constexpr const char* kIllegal = "Illegal Value Entered";
 
-  void AddScans(int count) {
-    for (int k = 0; k < count; ++k) {
-      AddScan(session.Module, {.name = "seventeen_long.da", .points = 10},
-              [](double, double) { return 0.1; });
-    }
-  }
-  void SetUp(int model, int scans) {
-    AddScans(scans);
-    ASSERT_TRUE(tab.SetupFit(*FindModel(model)));
-    QCoreApplication::processEvents();
-  }
-  template <class T = QWidget>
-  T* Find(const std::string& name) {
-    T* found = tab.findChild<T*>(QString::fromStdString(name));
-    EXPECT_NE(found, nullptr) << name;
-    return found;
-  }
-  std::string Text(const std::string& box) { return Find<QLineEdit>(box)->text().toStdString(); }
-  void Type(const std::string& name, const char* text) {
-    auto* box = Find<QLineEdit>(name);
-    ASSERT_TRUE(box->isVisible() && box->isEnabled()) << name;
-    box->setFocus();
-    QCoreApplication::processEvents();
-    box->clear();
-    QTest::keyClicks(box, text);
-    QTest::keyClick(box, Qt::Key_Return);
-  }
-  void Click(const std::string& name, Qt::KeyboardModifiers modifiers = {},
-             Qt::MouseButton button = Qt::LeftButton) {
-    auto* control = Find(name);
-    ASSERT_TRUE(control->isVisible()) << name;
-    const bool check = qobject_cast<QCheckBox*>(control) != nullptr;
-    QTest::mouseClick(control, button, modifiers,
-                      check ? QPoint(8, control->height() / 2) : control->rect().center());
-  }
-  // The entries of the open menu with that name: "+" enabled, "-" disabled, "*" checked.
-  std::string Entries(const std::string& name) {
-    std::string states;
-    for (const QAction* entry : Find<QMenu>(name)->actions()) {
-      if (!entry->isSeparator())
-        states += !entry->isEnabled() ? '-' : entry->isChecked() ? '*' : '+';
-    }
-    return states;
-  }
-  void Choose(const std::string& menu, const std::string& entry) {
-    Find<QAction>(entry)->trigger();
-    Find<QMenu>(menu)->close();
-    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
-  }
-  Dataset& Scan(std::size_t k) { return session.Module.Store.Datasets[k]; }
-  std::string LastMessage() {
-    return dialogs.messages.empty() ? "" : dialogs.messages.back().text.toStdString();
-  }
+struct RefusedEntry {
+  KDisplay KFormat;
+  bool constrained;
+  const char* box;
+  const char* typed;
+  const char* text;
+  const char* remark;  // its beginning
+};
 
-  IniSettings settings{"unused.ini"};
-  ScriptedDialogs dialogs;
-  Session session{settings, dialogs, {}};
-  RecordingHost host;
-  FitControlTab tab{session, host};
-  FitPage& page = session.Module.FitPage;
-  FitSetup& setup = session.Module.Setup;
+const std::vector<RefusedEntry> kRefused = {
+    {kLn, false, "txtLnK1", "1,5", kIllegal, "LnK1 takes any number, such as 0.5 or 1.5E-6."},
+    {kPlain, false, "txtLnK1", "0", "K must be >0 !", "K1 takes a number above 0."},
+    {kPlain, false, "txtLnK2", "0", "K2 must be greater than 0!", "K2 "},
+    {kLn, true, "txtLnK3", "-1", "K3/K1 must be greater than 0!", "K3/K1 takes a number above 0."},
+    {kLog10, false, "txtLnK1", "1e308", "Overflow", "LogK1 "},
+    {kLn, false, "txtOffset(1)", "0x1", kIllegal, "Baseline of row 2 takes any number"},
+    {kLn, false, "txtRefConc(1)", "0", kIllegal, "Ref.Conc.A of row 2 takes a number above 0."},
+    {kLn, false, "txtALoad(1)", "-0.1", kIllegal, "[A]load of row 2 takes 0 or a number above it."},
+    {kLn, false, "lblRunSpeed(1)", "0", kIllegal, "Speed of row 2 takes a number above 0."},
+    {kLn, false, "lblDegC", "warm", kIllegal, "Temperature takes any number"},
+    {kLn, false, "txtLinkTo(1)", "3", kIllegal, "Link To of row 2 "},
 };
 
 }  // namespace
@@ -151,34 +90,10 @@ TEST_F(FitControlTabTest, ValuesAreShownAndStoredInTheirForms) {
 TEST_F(FitControlTabTest, RefusalsKeepTheValueAndTheFocus) {
   SetUp(8, 2);
   session.Module.Preferences.UseBuoyantMW = false;
-  const char* const illegal = "Illegal Value Entered";
-  struct Case {
-    KDisplay KFormat;
-    bool constrained;
-    const char* box;
-    const char* typed;
-    const char* text;
-    const char* remark;  // its beginning
-  };
-  const std::vector<Case> cases = {
-      {kLn, false, "txtLnK1", "1,5", illegal, "LnK1 takes any number, such as 0.5 or 1.5E-6."},
-      {kPlain, false, "txtLnK1", "0", "K must be >0 !", "K1 takes a number above 0."},
-      {kPlain, false, "txtLnK2", "0", "K2 must be greater than 0!", "K2 "},
-      {kLn, true, "txtLnK3", "-1", "K3/K1 must be greater than 0!",
-       "K3/K1 takes a number above 0."},
-      {kLog10, false, "txtLnK1", "1e308", "Overflow", "LogK1 "},
-      {kLn, false, "txtOffset(1)", "0x1", illegal, "Baseline of row 2 takes any number"},
-      {kLn, false, "txtRefConc(1)", "0", illegal, "Ref.Conc.A of row 2 takes a number above 0."},
-      {kLn, false, "txtALoad(1)", "-0.1", illegal,
-       "[A]load of row 2 takes 0 or a number above it."},
-      {kLn, false, "lblRunSpeed(1)", "0", illegal, "Speed of row 2 takes a number above 0."},
-      {kLn, false, "lblDegC", "warm", illegal, "Temperature takes any number"},
-      {kLn, false, "txtLinkTo(1)", "3", illegal, "Link To of row 2 "},
-  };
   QString remark;
   session.Remark = [&remark](const QString& text) { remark = text; };
   Click("chkUseMC");
-  for (const Case& c : cases) {
+  for (const RefusedEntry& c : kRefused) {
     session.Module.Preferences.KFormat = c.KFormat;
     tab.RefreshDisplay();
     if (setup.ConstrainKRatios != c.constrained) Click("chkConstrainKratios");
@@ -253,43 +168,6 @@ TEST_F(FitControlTabTest, EachModelShowsItsOwnControls) {
   EXPECT_EQ(tab.findChild<QWidget*>("txtOffset(1)"), nullptr);
 }
 
-TEST_F(FitControlTabTest, CtrlCopiesToTheRowsBelow) {
-  SetUp(6, 4);
-  Find<QLineEdit>("txtExtCoeff(1)")->setText("2.000004");
-  Click("txtExtCoeff(1)", Qt::ControlModifier);
-  EXPECT_NE(Scan(0).ExtCoeff, 2.000004);
-  EXPECT_EQ(Scan(1).ExtCoeff, 2.000004);
-  EXPECT_EQ(Scan(3).ExtCoeff, 2.000004);
-  EXPECT_EQ(Text("txtExtCoeff(3)"), "2.0000");
-  Find<QLineEdit>("txtRefConc(2)")->setText("0");
-  Click("txtRefConc(2)", Qt::ControlModifier);
-  EXPECT_EQ(dialogs.messages.size(), 1u);
-  Click("chkRefC(2)", Qt::ControlModifier);
-  const CheckState on = CheckState::kChecked, off = CheckState::kUnchecked;
-  EXPECT_EQ(setup.chkRefC, (std::vector<CheckState>{on, on, off, off}));
-  EXPECT_FALSE(Find<QCheckBox>("chkRefC(3)")->isChecked());
-  Find<QLineEdit>("txtExtCoeff(0)")->setText("3");  // typed, and not yet stored
-  Click("txtOffset(0)", Qt::ControlModifier);
-  EXPECT_EQ(Scan(0).ExtCoeff, 3.0);
-}
-
-TEST_F(FitControlTabTest, LinksAreNeverChained) {
-  SetUp(6, 3);
-  Click("txtLinkTo(1)", {}, Qt::RightButton);
-  EXPECT_EQ(Entries("mnuLinkTo"), "++++");
-  Choose("mnuLinkTo", "mnuLinkToSet(0)");
-  EXPECT_EQ(setup.RefLink, (std::vector<std::int16_t>{0, 0, 2}));
-  EXPECT_EQ(Text("txtLinkTo(1)"), "1");
-  EXPECT_FALSE(Find("txtRefConc(1)")->isEnabled() || Find("txtRefConc2(1)")->isEnabled());
-  Click("txtLinkTo(0)", {}, Qt::RightButton);
-  EXPECT_EQ(LastMessage(), "This set is currently being used as a link");
-  Click("txtLinkTo(2)", {}, Qt::RightButton);
-  EXPECT_EQ(Entries("mnuLinkTo"), "+-++");
-  Choose("mnuLinkTo", "mnuCancelLink");
-  Type("txtLinkTo(1)", "2");
-  EXPECT_TRUE(Find("txtRefConc(1)")->isEnabled());
-}
-
 TEST_F(FitControlTabTest, ConstrainedRatiosComeBackAsTheyWere) {
   SetUp(7, 1);
   page.ModelLnK2 = 15.5;
@@ -314,40 +192,6 @@ TEST_F(FitControlTabTest, ConstrainedRatiosComeBackAsTheyWere) {
   EXPECT_FALSE(setup.ConstrainKRatios || Find<QCheckBox>("chkConstrainKratios")->isChecked());
 }
 
-TEST_F(FitControlTabTest, TheDisplayIsChosenWhereItIsSeen) {
-  SetUp(6, 1);
-  const QSignalSpy forK(&tab, &FitControlTab::KDisplayChosen);
-  const QSignalSpy forWeights(&tab, &FitControlTab::MwDisplayChosen);
-  Find<QLineEdit>("txtLnK1")->setText("3");
-  Click("txtLnK1", {}, Qt::RightButton);
-  EXPECT_EQ(Entries("mnuKDisplay"), "*++");
-  Choose("mnuKDisplay", "popmnuDispLogK");
-  EXPECT_EQ(page.ModelLnK1, 3.0);  // stored before it could be read as log K
-  emit Find<QLabel>("lblMWB2")->customContextMenuRequested({});
-  EXPECT_EQ(Entries("mnuMWDisplay"), "+*");
-  Choose("mnuMWDisplay", "popmnuDispMW");
-  EXPECT_EQ(forK.value(0), QVariantList{QVariant::fromValue(kLog10)});
-  EXPECT_EQ(forWeights.value(0), QVariantList{false});
-}
-
-TEST_F(FitControlTabTest, CellGeometryIsChosenByShiftAndCtrl) {
-  session.Module.CellGeometries = {{1, " sector ", {}, {}}, {2, "band", {}, {}}, {3, "x", {}, {}}};
-  SetUp(0, 3);
-  EXPECT_FALSE(Find("lblFitNum(1)")->isEnabled());
-  Click("chkCalcConcs");
-  EXPECT_TRUE(Find("lblFitNum(1)")->isEnabled());
-  EXPECT_FALSE(Find("lblFitNum(1)")->toolTip().isEmpty());
-  Click("lblFitNum(1)");
-  EXPECT_EQ(tab.findChild<QMenu*>("mnuOptionCellGeom"), nullptr);
-  Click("lblFitNum(1)", Qt::ControlModifier);
-  EXPECT_EQ(Entries("mnuOptionCellGeom"), "*++");
-  EXPECT_EQ(Find<QAction>("mnuCellGeom(0)")->text(), "sector");
-  Choose("mnuOptionCellGeom", "mnuCellGeom(1)");
-  Click("lblFitNum(1)", Qt::ShiftModifier);
-  Choose("mnuOptionCellGeom", "mnuCellGeom(2)");
-  EXPECT_EQ(setup.SetCellChannel, (std::vector<std::int16_t>{0, 2, 1}));
-}
-
 TEST_F(FitControlTabTest, HoldsAsManyDatasetsAsAFit) {
   EXPECT_FALSE(tab.SetupFit(*FindModel(0)));
   EXPECT_EQ(host.messages.at(0).text, "No datasets were chosen to be fitted!");
@@ -362,97 +206,6 @@ TEST_F(FitControlTabTest, HoldsAsManyDatasetsAsAFit) {
   EXPECT_EQ(Find<QLabel>("lblUseModel")->text(), "Ideal");
   session.Module.Store.Datasets.clear();
   tab.ShowValues();
-}
-
-TEST_F(FitControlTabTest, FocusGoesRowByRowThenThroughTheBlock) {
-  SetUp(0, 2);
-  auto* first = Find<QLineEdit>("lblRunSpeed(0)");
-  Scan(0).RefConc = 0.123456789;
-  tab.ShowValues();
-  first->setFocus();
-  QStringList order;
-  for (int k = 0; k < 15; ++k) {
-    order += QApplication::focusWidget()->objectName();
-    EXPECT_EQ(Find("Shape1")->isVisible(), order.last().startsWith("chk"));
-    if (order.last().startsWith("chk")) {
-      const QRect box = QApplication::focusWidget()->geometry();
-      EXPECT_EQ(Find("Shape1")->geometry(),
-                QRect(box.x() - 2, box.y() - 1, box.width() + 4, box.height() + 2));
-    }
-    QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
-    QCoreApplication::processEvents();
-  }
-  const QString row =
-      "lblRunSpeed(%1) txtOffset(%1) chkOffset(%1) txtRefConc(%1) chkRefC(%1) "
-      "txtExtCoeff(%1) ";
-  EXPECT_EQ(order.join(' '), row.arg(0) + row.arg(1) + "txtMWB chkMWB lblDegC");
-  EXPECT_EQ(Scan(0).RefConc, 0.123456789);  // passing through a box does not round its value
-}
-
-TEST_F(FitControlTabTest, KeysDoWhatTheButtonsOfTheMouseDo) {
-  session.Module.CellGeometries = {{1, "sector", {}, {}}, {2, "band", {}, {}}};
-  SetUp(7, 3);
-  Click("chkUseMC");
-  const auto press = [](QWidget* control, int key, Qt::KeyboardModifiers modifiers = {}) {
-    control->setFocus();
-    QTest::keyClick(control, static_cast<Qt::Key>(key), modifiers);
-    QCoreApplication::processEvents();
-  };
-  const auto pressMenuKey = [](QWidget* control) {
-    const QPoint center = control->rect().center();
-    QContextMenuEvent event(QContextMenuEvent::Keyboard, center, control->mapToGlobal(center));
-    QCoreApplication::sendEvent(control, &event);
-  };
-  press(Find("chkOffset(1)"), Qt::Key_Space, Qt::ControlModifier);
-  EXPECT_EQ(setup.chkOffset,
-            (std::vector{CheckState::kChecked, CheckState::kUnchecked, CheckState::kUnchecked}));
-  Find<QLineEdit>("txtRefConc(1)")->setText("0.25");
-  press(Find("txtRefConc(1)"), Qt::Key_Return, Qt::ControlModifier);
-  EXPECT_EQ(Scan(0).RefConc, 0.5);
-  EXPECT_EQ(Scan(2).RefConc, 0.25);
-  const QSignalSpy adjustments(&tab, &FitControlTab::RefConcRequested);
-  pressMenuKey(Find("txtRefConc(1)"));
-  EXPECT_EQ(adjustments.count(), 1);
-  pressMenuKey(Find("txtLinkTo(1)"));
-  EXPECT_EQ(Entries("mnuLinkTo"), "++++");
-  Choose("mnuLinkTo", "mnuLinkToSet(2)");
-  EXPECT_EQ(Text("txtLinkTo(1)"), "3");
-  pressMenuKey(Find("txtLnK1"));
-  EXPECT_EQ(Entries("mnuKDisplay"), "*++");
-  Find<QMenu>("mnuKDisplay")->close();
-  press(Find("lblFitNum(1)"), Qt::Key_Space, Qt::ControlModifier);
-  Choose("mnuOptionCellGeom", "mnuCellGeom(1)");
-  EXPECT_EQ(setup.SetCellChannel, (std::vector<std::int16_t>{0, 1, 1}));
-}
-
-TEST_F(FitControlTabTest, ArrowsGoToTheNextRowThatHasTheControl) {
-  SetUp(6, 60);
-  Type("txtLinkTo(1)", "1");
-  struct Case {
-    const char* from;
-    Qt::Key key;
-    const char* to;
-  };
-  const std::vector<Case> cases = {{"txtRefConc(0)", Qt::Key_Down, "txtRefConc(2)"},
-                                   {"chkOffset(2)", Qt::Key_Up, "chkOffset(1)"},
-                                   {"txtOffset(0)", Qt::Key_Up, "txtOffset(0)"},
-                                   {"txtRefConc(59)", Qt::Key_Down, "txtRefConc(59)"}};
-  for (const Case& c : cases) {
-    Find(c.from)->setFocus();
-    QTest::keyClick(Find(c.from), c.key);
-    EXPECT_EQ(QApplication::focusWidget()->objectName(), c.to) << c.from;
-  }
-  Find("txtOffset(0)")->setFocus();
-  for (int k = 0; k < 50; ++k) QTest::keyClick(QApplication::focusWidget(), Qt::Key_Down);
-  EXPECT_EQ(QApplication::focusWidget()->objectName(), "txtOffset(50)");
-  EXPECT_FALSE(QApplication::focusWidget()->visibleRegion().isEmpty());
-  // A refusal brings a box back that was scrolled away.
-  Find<QLineEdit>("txtOffset(50)")->setText("x");
-  Find<QScrollBar>("tabVScroll2")->setValue(0);
-  Find("txtMWB")->setFocus();
-  QCoreApplication::processEvents();
-  EXPECT_TRUE(Find("txtOffset(50)")->hasFocus());
-  EXPECT_FALSE(Find("txtOffset(50)")->visibleRegion().isEmpty());
 }
 
 TEST_F(FitControlTabTest, AnEntryIsStoredBeforeTheFitStarts) {

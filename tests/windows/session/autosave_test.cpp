@@ -265,6 +265,47 @@ TEST_F(AutosaveTest, AnArchiveThatIsOpenElsewhereIsNotOpenedOrReplacedUnasked) {
   window->Experiments().Load(ToQString(folder / "copy.exz"));  // its own lock asks nothing
 }
 
+namespace {
+
+// One of the ways in which a log changes, at `cursor`.
+void Edit(QTextDocument& document, QTextCursor& cursor, const std::function<int(int)>& below) {
+  QTextCharFormat bold;
+  bold.setFontWeight(QFont::Bold);
+  QTextBlockFormat shape;
+  shape.setLeftMargin(below(100));
+  switch (below(8)) {
+    case 0:
+      cursor.insertText("one\ntwo\nthree");
+      break;
+    case 1:
+      cursor.mergeCharFormat(bold);
+      break;
+    case 2:
+      cursor.mergeBlockFormat(shape);
+      break;
+    case 3:
+      cursor.insertBlock();
+      break;
+    case 4:
+      cursor.deleteChar();
+      break;
+    case 5:
+      document.undo();
+      break;
+    case 6:
+      document.setDefaultFont(QFont("Liberation Mono", 8 + below(5)));
+      break;
+    default:
+      cursor.beginEditBlock();  // two places at once
+      cursor.insertText("x");
+      cursor.movePosition(QTextCursor::Start);
+      cursor.insertImage("none.png");
+      cursor.endEditBlock();
+  }
+}
+
+}  // namespace
+
 TEST(DocumentReader, FollowsEveryEdit) {
   QTextEdit edit;
   QTextDocument& document = *edit.document();
@@ -278,39 +319,7 @@ TEST(DocumentReader, FollowsEveryEdit) {
     cursor.setPosition(below(document.characterCount()));
     if (round % 3 == 0)
       cursor.setPosition(below(document.characterCount()), QTextCursor::KeepAnchor);
-    QTextCharFormat bold;
-    bold.setFontWeight(QFont::Bold);
-    QTextBlockFormat shape;
-    shape.setLeftMargin(below(100));
-    switch (below(8)) {
-      case 0:
-        cursor.insertText("one\ntwo\nthree");
-        break;
-      case 1:
-        cursor.mergeCharFormat(bold);
-        break;
-      case 2:
-        cursor.mergeBlockFormat(shape);
-        break;
-      case 3:
-        cursor.insertBlock();
-        break;
-      case 4:
-        cursor.deleteChar();
-        break;
-      case 5:
-        document.undo();
-        break;
-      case 6:
-        document.setDefaultFont(QFont("Liberation Mono", 8 + below(5)));
-        break;
-      default:
-        cursor.beginEditBlock();  // two places at once
-        cursor.insertText("x");
-        cursor.movePosition(QTextCursor::Start);
-        cursor.insertImage("none.png");
-        cursor.endEditBlock();
-    }
+    Edit(document, cursor, below);
     if (round % 40 == 0) InsertPicture(PictureFromFile(png), cursor);
     if (round % 2 == 0) reader.Read(milliseconds(round % 5));
     ASSERT_EQ(WriteRtf(RichTextOf(reader.Copy())), WriteRtf(RichTextOf(document))) << round;

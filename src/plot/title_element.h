@@ -1,0 +1,34 @@
+// The titles of a chart and its axes. For the sources of plot/ only.
+#pragma once
+
+#include <qcustomplot.h>
+
+namespace quorvane {
+
+// A line of text beside an axis rectangle and centred on it: across, or turned upwards. It shrinks,
+// then is cut, where it has no room.
+class TitleElement : public QCPLayoutElement {
+ public:
+  // `centre` is of the same layout.
+  TitleElement(QCustomPlot* plot, QString text, int pixels, Qt::Orientation orientation,
+               const QCPAxisRect* centre);
+
+  QSize minimumOuterSizeHint() const override { return Extent(1); }
+  QSize maximumOuterSizeHint() const override { return Extent(QWIDGETSIZE_MAX); }
+
+ protected:
+  void applyDefaultAntialiasingHint(QCPPainter* painter) const override {
+    painter->setAntialiasing(true);
+  }
+  void draw(QCPPainter* painter) override;
+
+ private:
+  QSize Extent(int along) const;
+
+  QString text_;
+  int pixels_;
+  Qt::Orientation orientation_;
+  const QCPAxisRect* centre_;
+};
+
+}  // namespace quorvane
