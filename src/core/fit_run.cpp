@@ -121,8 +121,7 @@ std::shared_ptr<const FitState> StateOf(const std::shared_ptr<FinishedFit>& run)
 
 // The arrays of the run. False, with a message, if no parameter is to be fitted.
 bool Assemble(FitState& fit, const QuorvaneModule& module, Host& host) {
-  SetupDataArrays(fit, module.Setup, module.Store.Datasets, module.CellGeometries,
-                  module.Preferences.MCTolerance, host);
+  SetupDataArrays(fit, FitSourceOf(module), host);
   fit.CurrentProc = "cmdFit_Me";
   bool anyFitted = false;
   SetupParameterArray(fit, module.Setup, module.FitPage, module.Store.Datasets, anyFitted);

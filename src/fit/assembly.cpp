@@ -114,13 +114,6 @@ void AppendPoint(FitState& fit, const PointSource& source, std::size_t p, int d,
   fit.PointKind(n) = 0;
 }
 
-// What the points of a fit are made from.
-struct FitSource {
-  const FitSetup& setup;
-  const std::vector<Dataset>& datasets;
-  const std::vector<CellGeometry>& geometries;
-};
-
 // Appends the good points of the dataset at `position` as number d of the flat arrays.
 void AppendDataset(FitState& fit, const FitSource& from, int position, int d, Host& host) {
   const FitSetup& setup = from.setup;
@@ -143,9 +136,9 @@ void AppendDataset(FitState& fit, const FitSource& from, int position, int d, Ho
   fit.SetPointCount(d) = static_cast<std::int16_t>(fit.FitNumPoints - start);
 }
 
-// `fit` has its MCTolerance.
 void FillPoints(FitState& fit, const FitSource& from, Positions positions, Host& host) {
   constexpr int kMassPoints = 2;
+  fit.MCTolerance = from.mcTolerance;
   TakeFlags(fit, from.setup);
   int room = 0;
   for (int k = 0; k < positions.count; ++k) {
@@ -254,13 +247,11 @@ NewValues ValuesFromFit(const FitState& fit, int d) {
 
 }  // namespace
 
-void SetupDataArrays(FitState& fit, const FitSetup& setup, const std::vector<Dataset>& datasets,
-                     const std::vector<CellGeometry>& geometries, double mcTolerance, Host& host) {
+void SetupDataArrays(FitState& fit, const FitSource& from, Host& host) {
   fit.CurrentProc = "SetupDataArrays";
-  fit.FitSetList = setup.FitSetList;
-  fit.RefLink = setup.RefLink;
-  fit.MCTolerance = mcTolerance;
-  FillPoints(fit, {setup, datasets, geometries}, {0, setup.NumFitSets}, host);
+  fit.FitSetList = from.setup.FitSetList;
+  fit.RefLink = from.setup.RefLink;
+  FillPoints(fit, from, {0, from.setup.NumFitSets}, host);
 }
 
 void SetupParameterArray(FitState& fit, const FitSetup& setup, const FitPage& page,
@@ -270,15 +261,11 @@ void SetupParameterArray(FitState& fit, const FitSetup& setup, const FitPage& pa
   anyFitted = fit.NumFitted() > 0;
 }
 
-void SetupSingleDatasetArray(FitState& fit, const FitSetup& setup, int k,
-                             const std::vector<Dataset>& datasets,
-                             const std::vector<CellGeometry>& geometries, double mcTolerance,
-                             Host& host) {
+void SetupSingleDatasetArray(FitState& fit, const FitSource& from, int k, Host& host) {
   fit.CurrentProc = "SetupSingleDatasetArray";
-  fit.FitSetList = {setup.FitSetList[static_cast<std::size_t>(k)]};
+  fit.FitSetList = {from.setup.FitSetList[static_cast<std::size_t>(k)]};
   fit.RefLink = {0};
-  fit.MCTolerance = mcTolerance;
-  FillPoints(fit, {setup, datasets, geometries}, {k, 1}, host);
+  FillPoints(fit, from, {k, 1}, host);
 }
 
 void SetupSingleParameterArray(FitState& fit, const FitSetup& setup, const FitPage& page, int k,

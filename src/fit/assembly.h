@@ -10,13 +10,20 @@
 
 namespace quorvane {
 
+// What the points of a fit are made from. All outlives it.
+struct FitSource {
+  const FitSetup& setup;
+  const std::vector<Dataset>& datasets;
+  const std::vector<CellGeometry>& geometries;
+  double mcTolerance = 0.25;  // of soft mass conservation
+};
+
 // Fills the point arrays of `fit` with the good points of the chosen datasets, in list order, and
 // with the two mass conservation points behind each dataset where they are asked for. Logs points
-// outside the cell geometry. `mcTolerance` is the tolerance of soft mass conservation.
+// outside the cell geometry.
 // Throws ArithmeticFault, and SubscriptFault for a cell geometry that is not there or for a
 // dataset without good points under mass conservation, CurrentProc set.
-void SetupDataArrays(FitState& fit, const FitSetup& setup, const std::vector<Dataset>& datasets,
-                     const std::vector<CellGeometry>& geometries, double mcTolerance, Host& host);
+void SetupDataArrays(FitState& fit, const FitSource& from, Host& host);
 
 // Fills the parameter arrays and the constants of each dataset; `anyFitted` is true if at least one
 // parameter is fitted. Throws ArithmeticFault for a reference concentration of 0 or below.
@@ -25,10 +32,7 @@ void SetupParameterArray(FitState& fit, const FitSetup& setup, const FitPage& pa
 
 // The same for the one dataset at position k of the fit, from 0: `fit` then has NumFitSets 1.
 // FitParamNames is not filled.
-void SetupSingleDatasetArray(FitState& fit, const FitSetup& setup, int k,
-                             const std::vector<Dataset>& datasets,
-                             const std::vector<CellGeometry>& geometries, double mcTolerance,
-                             Host& host);
+void SetupSingleDatasetArray(FitState& fit, const FitSource& from, int k, Host& host);
 void SetupSingleParameterArray(FitState& fit, const FitSetup& setup, const FitPage& page, int k,
                                const std::vector<Dataset>& datasets);
 

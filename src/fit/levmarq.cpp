@@ -106,22 +106,22 @@ std::optional<Singular> Eliminate(Matrix1<double>& a, int n, Matrix1<double>& b,
   return std::nullopt;
 }
 
-void Initialise(FitState& fit, Array1<double>& a, Matrix1<double>& alpha, double& chisq,
-                double& lambda) {
+void Initialise(FitState& fit, Matrix1<double>& alpha, double& lambda) {
   constexpr double kFirstLambda = 0.001;
   StepMemory& memory = fit.Memory;
   if (fit.FitMA > kMaxParameters) throw SubscriptFault();
   memory.mfit = fit.NumFitted();
   memory.solver = ArrowSolver(ShapeOf(fit));
   lambda = kFirstLambda;
-  MRQCOF(fit, a, alpha, memory.beta, chisq);
-  memory.bestChiSq = chisq;
-  for (int l = 1; l <= fit.FitMA; ++l) memory.trialA(l) = a(l);
+  MRQCOF(fit, fit.FitA, alpha, memory.beta, fit.FitChiSq);
+  memory.bestChiSq = fit.FitChiSq;
+  for (int l = 1; l <= fit.FitMA; ++l) memory.trialA(l) = fit.FitA(l);
 }
 
-// The damped curvature and the gradient, ready to be solved.
-void SetUpStep(FitState& fit, const Matrix1<double>& alpha, double lambda, Matrix1<double>& covar) {
+// The damped curvature, into FitCovar, and the gradient, ready to be solved.
+void SetUpStep(FitState& fit, const Matrix1<double>& alpha, double lambda) {
   StepMemory& memory = fit.Memory;
+  Matrix1<double>& covar = fit.FitCovar;
   for (int j = 1; j <= memory.mfit; ++j) {
     std::copy_n(alpha.Row(j), memory.mfit, covar.Row(j));
     covar(j, j) = alpha(j, j) * (1.0 + lambda);
@@ -131,8 +131,7 @@ void SetUpStep(FitState& fit, const Matrix1<double>& alpha, double lambda, Matri
 
 // The step by groups; with lambda 0 also the inverse. False if that cannot be trusted; then
 // trialStep is spoilt.
-bool SolveByGroups(FitState& fit, const Matrix1<double>& alpha, double lambda,
-                   Matrix1<double>& covar) {
+bool SolveByGroups(FitState& fit, const Matrix1<double>& alpha, double lambda) {
   StepMemory& memory = fit.Memory;
   bool solved = false;
   const FaultFlags faults = FaultsRaisedBy([&] {
@@ -140,37 +139,35 @@ bool SolveByGroups(FitState& fit, const Matrix1<double>& alpha, double lambda,
     if (!solved) return;
     std::copy_n(memory.beta.Row(1), memory.mfit, memory.trialStep.Row(1));
     memory.solver.Solve(memory.trialStep);
-    if (IsZeroInSingle(lambda)) memory.solver.Invert(covar);
+    if (IsZeroInSingle(lambda)) memory.solver.Invert(fit.FitCovar);
   });
   return solved && !faults.Any();
 }
 
-// Solves for the step, in trialStep; where a closing call comes, covar becomes the inverse. Where
-// the groups leave a doubt, all is eliminated as it stands, with the messages of that.
-void SolveStep(FitState& fit, Host& host, const Matrix1<double>& alpha, double lambda,
-               Matrix1<double>& covar) {
+// Solves for the step, in trialStep; where a closing call comes, FitCovar becomes the inverse.
+// Where the groups leave a doubt, all is eliminated as it stands, with the messages of that.
+void SolveStep(FitState& fit, Host& host, const Matrix1<double>& alpha, double lambda) {
   StepMemory& memory = fit.Memory;
   fit.CurrentProc = "GAUSSJ";
-  if (SolveByGroups(fit, alpha, lambda, covar)) return;
-  CheckArithmetic([&] { SetUpStep(fit, alpha, lambda, covar); });
-  GAUSSJ(covar, memory.mfit, memory.trialStep, 1, fit.CurrentProc, host);
+  if (SolveByGroups(fit, alpha, lambda)) return;
+  CheckArithmetic([&] { SetUpStep(fit, alpha, lambda); });
+  GAUSSJ(fit.FitCovar, memory.mfit, memory.trialStep, 1, fit.CurrentProc, host);
 }
 
-void TakeTrial(FitState& fit, const Array1<double>& a) {
+void TakeTrial(FitState& fit) {
   int j = 0;
   for (int l = 1; l <= fit.FitMA; ++l) {
-    if (fit.FitIA(l) != 0) fit.Memory.trialA(l) = a(l) + fit.Memory.trialStep(++j, 1);
+    if (fit.FitIA(l) != 0) fit.Memory.trialA(l) = fit.FitA(l) + fit.Memory.trialStep(++j, 1);
   }
 }
 
 // The trial was better: it becomes the point to go on from.
-void Accept(FitState& fit, Matrix1<double>& covar, double chisq, Array1<double>& a,
-            Matrix1<double>& alpha) {
+void Accept(FitState& fit, Matrix1<double>& alpha) {
   StepMemory& memory = fit.Memory;
-  memory.bestChiSq = chisq;
-  std::swap(alpha, covar);  // the next step fills covar anew
+  memory.bestChiSq = fit.FitChiSq;
+  std::swap(alpha, fit.FitCovar);  // the next step fills it anew
   std::copy_n(memory.trialStep.Row(1), memory.mfit, memory.beta.Row(1));
-  for (int l = 1; l <= fit.FitMA; ++l) a(l) = memory.trialA(l);
+  for (int l = 1; l <= fit.FitMA; ++l) fit.FitA(l) = memory.trialA(l);
 }
 
 // The passes of the convergence rule so far, after a step that took the sum from `before` to `now`.
@@ -225,24 +222,23 @@ void MRQCOF(FitState& fit, const Array1<double>& a, Matrix1<double>& alpha, Matr
   if (fit.FitModel != nullptr) AddPass(fit, a, alpha, beta, chisq);
 }
 
-void MRQMIN1(FitState& fit, Host& host, Array1<double>& a, Matrix1<double>& covar,
-             Matrix1<double>& alpha, double& chisq, double& lambda) {
+void MRQMIN1(FitState& fit, Host& host, Matrix1<double>& alpha, double& lambda) {
   fit.CurrentProc = "MRQMIN1";
   StepMemory& memory = fit.Memory;
-  if (lambda < 0.0 && !IsZeroInSingle(lambda)) Initialise(fit, a, alpha, chisq, lambda);
+  if (lambda < 0.0 && !IsZeroInSingle(lambda)) Initialise(fit, alpha, lambda);
   host.RunPendingEvents();
-  SolveStep(fit, host, alpha, lambda, covar);
+  SolveStep(fit, host, alpha, lambda);
   if (IsZeroInSingle(lambda)) {
-    COVSRT(fit, covar, fit.FitMA, memory.mfit);
+    COVSRT(fit, fit.FitCovar, fit.FitMA, memory.mfit);
     COVSRT(fit, alpha, fit.FitMA, memory.mfit);
     return;
   }
-  CheckArithmetic([&] { TakeTrial(fit, a); });
-  MRQCOF(fit, memory.trialA, covar, memory.trialStep, chisq);
+  CheckArithmetic([&] { TakeTrial(fit); });
+  MRQCOF(fit, memory.trialA, fit.FitCovar, memory.trialStep, fit.FitChiSq);
   host.RunPendingEvents();
-  if (chisq < memory.bestChiSq) {
+  if (fit.FitChiSq < memory.bestChiSq) {
     lambda /= 10.0;
-    Accept(fit, covar, chisq, a, alpha);
+    Accept(fit, alpha);
   } else {
     CheckArithmetic([&] { lambda *= 10.0; });
   }
@@ -259,12 +255,12 @@ void FitData(FitState& fit, Host& host, int& iterations) {
   fit.CurrentProc = "FitDATA";
   PreparePass(fit);
   double lambda = -1.0;
-  MRQMIN1(fit, host, fit.FitA, fit.FitCovar, alpha, fit.FitChiSq, lambda);
+  MRQMIN1(fit, host, alpha, lambda);
   iterations = 1;
   for (int passes = 0; passes < kPassesToEnd;) {
     ++iterations;
     const double before = fit.FitChiSq;
-    MRQMIN1(fit, host, fit.FitA, fit.FitCovar, alpha, fit.FitChiSq, lambda);
+    MRQMIN1(fit, host, alpha, lambda);
     passes = CountPass(passes, before, fit.FitChiSq);
     host.ReportProgress({.what = "Fit", .iteration = iterations, .sumOfSquares = fit.FitChiSq});
     host.RunPendingEvents();
@@ -274,7 +270,7 @@ void FitData(FitState& fit, Host& host, int& iterations) {
     }
   }
   lambda = 0.0;
-  MRQMIN1(fit, host, fit.FitA, fit.FitCovar, alpha, fit.FitChiSq, lambda);
+  MRQMIN1(fit, host, alpha, lambda);
   host.RunPendingEvents();
 }
 

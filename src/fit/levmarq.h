@@ -26,9 +26,8 @@ double AcceptedSum(const FitState& fit);
 
 // One Levenberg-Marquardt step; lambda < 0 starts, 0 closes with the covariance. Lambda is tested
 // in single precision, so one below about 7e-46 closes too: kept on purpose.
-// a [1..MA], covar and alpha [1..MA][1..MA], chisq and lambda are updated in place.
-void MRQMIN1(FitState& fit, Host& host, Array1<double>& a, Matrix1<double>& covar,
-             Matrix1<double>& alpha, double& chisq, double& lambda);
+// Updates FitA, FitCovar, FitChiSq, alpha [1..MA][1..MA] and lambda in place.
+void MRQMIN1(FitState& fit, Host& host, Matrix1<double>& alpha, double& lambda);
 
 // Curvature alpha [1..mfit][1..mfit], gradient beta [1..mfit][1] and sum of squares over all
 // points at parameters a. A model index without routines leaves zeros.

@@ -90,17 +90,16 @@ struct Search {
 
   // Both limits; `finished` only if the user did not stop it.
   void Run(double chiBest, double ratio) {
-    double chiUpper = 0.0;
-    double chiLower = 0.0;
-    double upper = 0.0;
-    double lower = 0.0;
+    const SoughtLimit sought{j, chiBest, ratio};
     if (!fit.FitKeepGoing()) return;
-    BracketParameter(fit, host, chiBest, ratio, j, upper, lower, chiUpper, chiLower);
+    LimitBracket bracket = BracketParameter(fit, host, sought);
     if (!fit.FitKeepGoing()) return;
-    interval.upper = BisectParameter(fit, host, chiBest, ratio, j, interval.value, upper, chiUpper);
+    interval.upper =
+        BisectParameter(fit, host, sought, interval.value, bracket.Upper, bracket.ChiUpper);
     fit.FitChiSq = chiBest;
     if (!fit.FitKeepGoing()) return;
-    interval.lower = BisectParameter(fit, host, chiBest, ratio, j, interval.value, lower, chiLower);
+    interval.lower =
+        BisectParameter(fit, host, sought, interval.value, bracket.Lower, bracket.ChiLower);
     finished = fit.FitKeepGoing();
   }
 

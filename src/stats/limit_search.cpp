@@ -26,13 +26,14 @@ bool FitHeldAt(FitState& fit, Host& host, SearchPhase phase, int j, double x) {
 }
 
 // One way of the walk, `sign` +1 up or -1 down, `limit` being moved. False after a stop.
-bool Walk(FitState& fit, Host& host, double level, int j, double sign, double factor,
+bool Walk(FitState& fit, Host& host, const SoughtLimit& sought, double sign, double factor,
           double& limit) {
+  const double level = sought.Chi * sought.Ratio;
   constexpr int kMostSteps = 30;
   constexpr double kGrowth = 1.5;
   for (int step = 0; step < kMostSteps; ++step) {
     host.RunPendingEvents();
-    if (!FitHeldAt(fit, host, SearchPhase::kBracketing, j, limit)) return false;
+    if (!FitHeldAt(fit, host, SearchPhase::kBracketing, sought.j, limit)) return false;
     double share = 0.0;
     CheckArithmetic([&] { share = level / fit.FitChiSq; });
     if (share < 1.0) break;
@@ -46,27 +47,28 @@ bool Walk(FitState& fit, Host& host, double level, int j, double sign, double fa
 
 }  // namespace
 
-void BracketParameter(FitState& fit, Host& host, double ChiBest, double Ratio, int j, double& Upper,
-                      double& Lower, double& ChiUpper, double& ChiLower) {
+LimitBracket BracketParameter(FitState& fit, Host& host, const SoughtLimit& sought) {
   constexpr double kFirstUp = 1.003;
   constexpr double kFirstDown = 1.004;
-  const double best = fit.FitA(j);
-  Upper = best + std::fabs(best) * (kFirstUp - 1.0);
-  Lower = best - std::fabs(best) * (kFirstUp - 1.0);
-  if (!Walk(fit, host, ChiBest * Ratio, j, 1.0, kFirstUp, Upper)) return;
-  ChiUpper = fit.FitChiSq;
-  if (!Walk(fit, host, ChiBest * Ratio, j, -1.0, kFirstDown, Lower)) return;
-  ChiLower = fit.FitChiSq;
-  fit.FitChiSq = ChiBest;
+  const double best = fit.FitA(sought.j);
+  LimitBracket bracket;
+  bracket.Upper = best + std::fabs(best) * (kFirstUp - 1.0);
+  bracket.Lower = best - std::fabs(best) * (kFirstUp - 1.0);
+  if (!Walk(fit, host, sought, 1.0, kFirstUp, bracket.Upper)) return bracket;
+  bracket.ChiUpper = fit.FitChiSq;
+  if (!Walk(fit, host, sought, -1.0, kFirstDown, bracket.Lower)) return bracket;
+  bracket.ChiLower = fit.FitChiSq;
+  fit.FitChiSq = sought.Chi;
+  return bracket;
 }
 
-double BisectParameter(FitState& fit, Host& host, double ChiBest, double Ratio, int j, double X1,
-                       double X2, double& ChiAtX2) {
+double BisectParameter(FitState& fit, Host& host, const SoughtLimit& sought, double X1, double X2,
+                       double& ChiAtX2) {
   constexpr int kMostHalvings = 40;
   constexpr double kClose = 3e-05;
-  const double g1 = 1.0 - Ratio;
+  const double g1 = 1.0 - sought.Ratio;
   double g2 = 0.0;
-  CheckArithmetic([&] { g2 = ChiAtX2 / ChiBest - Ratio; });
+  CheckArithmetic([&] { g2 = ChiAtX2 / sought.Chi - sought.Ratio; });
   if (!IsNegativeInSingle(g1 * g2)) {
     host.PrintIt("Root must be bracketed for bisection.");
     return 0.0;
@@ -78,11 +80,11 @@ double BisectParameter(FitState& fit, Host& host, double ChiBest, double Ratio, 
   for (int i = 1; i <= kMostHalvings; ++i) {
     d /= 2.0;
     const double x = r + d;
-    if (!FitHeldAt(fit, host, SearchPhase::kBisection, j, x)) return passed;
+    if (!FitHeldAt(fit, host, SearchPhase::kBisection, sought.j, x)) return passed;
     double gm = 0.0;
     double share = 0.0;
     CheckArithmetic([&] {
-      gm = fit.FitChiSq / ChiBest - Ratio;
+      gm = fit.FitChiSq / sought.Chi - sought.Ratio;
       share = std::fabs(d / x);
     });
     if (gm <= 0.0 || IsZeroInSingle(gm)) passed = r = x;

@@ -153,10 +153,6 @@ std::vector<std::string> UntranslatedIn(const std::string& source) {
       R"((new Q\w+|set(Text|ToolTip|WindowTitle|Title|Accessible\w+)|add(Action|Item|Tab))\( ?$)");
   static const std::set<std::string> kNames = {"Courier New", "Liberation Sans", "DejaVu Sans",
                                                "model name"};
-  // Handed to the Host as they are.
-  static const std::set<std::string> kForHost = {
-      "Confidence Intervals", "Use as Start", " Use its values as the start of a new fit?",
-      "The log is no rich text; it is taken as plain text."};
   constexpr std::size_t kBefore = 200;  // letters of a statement before the text
   std::vector<std::string> found;
   for (std::size_t at = 0; (at = source.find('"', at)) != std::string::npos;) {
@@ -165,7 +161,7 @@ std::vector<std::string> UntranslatedIn(const std::string& source) {
     const std::string text = source.substr(at + 1, end - at - 1);
     at = end + 1;
     if (text.starts_with('<')) continue;  // XML of a picture
-    if (kNames.contains(text) || kForHost.contains(text)) continue;
+    if (kNames.contains(text)) continue;
     if (std::regex_search(before, kTranslated) || std::regex_search(before, kNotRead)) continue;
     const bool letters =
         std::any_of(text.begin(), text.end(), [](unsigned char c) { return std::isalpha(c) != 0; });

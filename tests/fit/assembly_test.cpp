@@ -56,7 +56,7 @@ struct Session {
     EXPECT_TRUE(SetupFit(setup, page, store, *FindModel(modelIndex), host));
   }
   void Assemble() {
-    SetupDataArrays(fit, setup, store.Datasets, kGeometries, kTolerance, host);
+    SetupDataArrays(fit, {setup, store.Datasets, kGeometries, kTolerance}, host);
     SetupParameterArray(fit, setup, page, store.Datasets, anyFitted);
   }
   Dataset& At(std::size_t position) { return store.Datasets[position + 1]; }

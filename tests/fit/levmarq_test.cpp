@@ -128,11 +128,11 @@ TEST(MRQMIN1, LambdaBelowSinglePrecisionCloses) {
     Matrix1<double> alpha = fit.FitCovar;
     RecordingHost host;
     double lambda = -1.0;
-    MRQMIN1(fit, host, fit.FitA, fit.FitCovar, alpha, fit.FitChiSq, lambda);
+    MRQMIN1(fit, host, alpha, lambda);
     const double sum = fit.FitChiSq;
     const Array1<double> before = fit.FitA;
     lambda = small;
-    MRQMIN1(fit, host, fit.FitA, fit.FitCovar, alpha, fit.FitChiSq, lambda);
+    MRQMIN1(fit, host, alpha, lambda);
     EXPECT_EQ(fit.CurrentProc, closes ? "COVSRT" : "FUNCS0");
     EXPECT_EQ(lambda == small, closes);
     EXPECT_EQ(fit.FitCovar(1, 1) == 0.0 && alpha(1, 1) == 0.0, closes);

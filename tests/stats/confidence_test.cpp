@@ -190,11 +190,11 @@ TEST(BracketParameter, StaysAtAValueOfZero) {
   FitState fit = FinishedFit(0);
   fit.FitA(1) = 0.0;
   RecordingHost host;
-  double upper = 1.0, lower = 1.0, chiUpper = 0.0, chiLower = 0.0;
-  BracketParameter(fit, host, fit.FitChiSq * 10.0, 2.0, 1, upper, lower, chiUpper, chiLower);
-  EXPECT_EQ(upper, 0.0);
-  EXPECT_EQ(lower, 0.0);
-  EXPECT_EQ(BisectParameter(fit, host, 10.0 * chiUpper, 2.0, 1, 0.0, 0.0, chiUpper), 0.0);
+  LimitBracket found = BracketParameter(fit, host, {1, fit.FitChiSq * 10.0, 2.0});
+  EXPECT_EQ(found.Upper, 0.0);
+  EXPECT_EQ(found.Lower, 0.0);
+  const SoughtLimit beyond{1, 10.0 * found.ChiUpper, 2.0};
+  EXPECT_EQ(BisectParameter(fit, host, beyond, 0.0, 0.0, found.ChiUpper), 0.0);
   EXPECT_EQ(host.lines.back(), "Root must be bracketed for bisection.");
 }
 

@@ -1,6 +1,7 @@
 #include "core/page/fit_checks.h"
 
 #include "base/host.h"
+#include "fit/assembly.h"
 #include "fit/models.h"
 
 namespace quorvane {
@@ -18,6 +19,11 @@ bool HasDefaultEnds(const Dataset& dataset) {
 }
 
 }  // namespace
+
+FitSource FitSourceOf(const QuorvaneModule& module) {
+  return {module.Setup, module.Store.Datasets, module.CellGeometries,
+          module.Preferences.MCTolerance};
+}
 
 std::optional<Notice> FaultOfCellEnds(const QuorvaneModule& module, int first, int count) {
   if (!module.Setup.FitModel->cellEnds) return std::nullopt;

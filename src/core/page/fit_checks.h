@@ -11,6 +11,10 @@
 namespace quorvane {
 
 class Host;
+struct FitSource;
+
+// What the points of a fit of the page are made from; refers to `module`.
+FitSource FitSourceOf(const QuorvaneModule& module);
 
 // A message box.
 struct Notice {

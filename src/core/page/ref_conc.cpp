@@ -51,8 +51,7 @@ void TellFault(const Notice& fault, Host& host) {
 ModelCurves PreviewFit(const QuorvaneModule& module, Host& host) {
   if (CheckCellEnds(module, 0, module.Setup.NumFitSets, host)) return {};
   return EvaluateModels(module, "cmdPreviewFit", [&](FitState& fit) {
-    SetupDataArrays(fit, module.Setup, module.Store.Datasets, module.CellGeometries,
-                    module.Preferences.MCTolerance, host);
+    SetupDataArrays(fit, FitSourceOf(module), host);
     bool anyFitted = false;
     SetupParameterArray(fit, module.Setup, module.FitPage, module.Store.Datasets, anyFitted);
   });
@@ -100,8 +99,7 @@ ModelCurves RefConcAdjustment::Move(Component component, int bar) {
 }
 
 void RefConcAdjustment::Assemble(FitState& fit, Host& host) const {
-  SetupSingleDatasetArray(fit, module_.Setup, row_, module_.Store.Datasets, module_.CellGeometries,
-                          module_.Preferences.MCTolerance, host);
+  SetupSingleDatasetArray(fit, FitSourceOf(module_), row_, host);
   SetupSingleParameterArray(fit, module_.Setup, module_.FitPage, row_, module_.Store.Datasets);
 }
 

@@ -73,14 +73,15 @@ void FitCommands::RunConfidence(const ConfidenceRequest& request) {
   });
   emit CalculationEnded();
   if (module.Stop.Raised()) return;
+  const std::string title = tr("Confidence Intervals").toStdString();
   const std::string missing = MissingLimitsText(outcome);
   if (!missing.empty()) {
-    windows_.host.ShowMessage("Confidence Intervals", missing, MessageIcon::kInformation);
+    windows_.host.ShowMessage(title, missing, MessageIcon::kInformation);
   }
   if (!outcome.better) return;
-  const std::string text = BetterFitText(module.LastFit->state, *outcome.better) +
-                           "\n\nUse its values as the start of a new fit?";
-  if (windows_.host.AskYesNo("Confidence Intervals", text)) UseAsStart(outcome.better->parameters);
+  const std::string text = BetterFitText(module.LastFit->state, *outcome.better) + "\n\n" +
+                           tr("Use its values as the start of a new fit?").toStdString();
+  if (windows_.host.AskYesNo(title, text)) UseAsStart(outcome.better->parameters);
 }
 
 MinimumOutcome FitCommands::RunMinimumCheck(const MinimumRequest& request) {
@@ -98,7 +99,8 @@ void FitCommands::UseAsStart(const Array1<double>& parameters) {
   try {
     TakeAsStart(windows_.session.Module, parameters);
   } catch (const ArithmeticFault& fault) {
-    windows_.host.ShowMessage("Use as Start", fault.what(), MessageIcon::kExclamation);
+    windows_.host.ShowMessage(tr("Use as Start").toStdString(), fault.what(),
+                              MessageIcon::kExclamation);
     return;
   }
   windows_.data.FitControl().ShowValues();

@@ -350,7 +350,7 @@ void LoadedDataTab::OfferBlanks(int i) {
 
 void LoadedDataTab::Blank(int i, int blank) {
   if (const Refusal refusal = TakeOffBlank(session_.Module.Store, i, blank, host_)) {
-    host_.ShowMessage("Load Blank Sets", refusal.text, MessageIcon::kNone);
+    host_.ShowMessage(tr("Load Blank Sets").toStdString(), refusal.text, MessageIcon::kNone);
     return;
   }
   ShowRow(i);

@@ -40,6 +40,27 @@ MinimaWindow::MinimaWindow(QWidget* parent) : QDialog(parent) {
 void MinimaWindow::BuildWidgets() {
   setObjectName("frmMinima");
   setWindowTitle(tr("Check Minimum"));
+  auto* layout = new QVBoxLayout(this);
+  layout->addLayout(BuildHead());
+  lblMinima_ =
+      Named(new QLabel(tr("Repeats the fit from start values scattered around its result.")),
+            "lblMinima");
+  lblMinima_->setWordWrap(true);
+  layout->addWidget(lblMinima_);
+  gridMinima_ = Named(new QTableWidget, "gridMinima");
+  gridMinima_->setAccessibleName(tr("Minima found"));
+  gridMinima_->setEditTriggers(QAbstractItemView::NoEditTriggers);
+  gridMinima_->setSelectionBehavior(QAbstractItemView::SelectRows);
+  gridMinima_->setSelectionMode(QAbstractItemView::SingleSelection);
+  gridMinima_->setTabKeyNavigation(false);
+  gridMinima_->verticalHeader()->setDefaultSectionSize(fontMetrics().height() * 3 / 2);
+  layout->addWidget(gridMinima_, 1);
+  layout->addLayout(BuildFoot());
+  resize(fontMetrics().averageCharWidth() * 90, fontMetrics().height() * 20);
+}
+
+// The choices and what runs with them.
+QLayout* MinimaWindow::BuildHead() {
   const MinimumRequest defaults;
   spnStarts_ = Named(new QSpinBox, "spnStarts");
   spnStarts_->setRange(1, 1000);
@@ -64,17 +85,10 @@ void MinimaWindow::BuildWidgets() {
   head->addStretch();
   head->addWidget(cmdCheckMinimum_);
   head->addWidget(cmdStopMinima_);
-  lblMinima_ =
-      Named(new QLabel(tr("Repeats the fit from start values scattered around its result.")),
-            "lblMinima");
-  lblMinima_->setWordWrap(true);
-  gridMinima_ = Named(new QTableWidget, "gridMinima");
-  gridMinima_->setAccessibleName(tr("Minima found"));
-  gridMinima_->setEditTriggers(QAbstractItemView::NoEditTriggers);
-  gridMinima_->setSelectionBehavior(QAbstractItemView::SelectRows);
-  gridMinima_->setSelectionMode(QAbstractItemView::SingleSelection);
-  gridMinima_->setTabKeyNavigation(false);
-  gridMinima_->verticalHeader()->setDefaultSectionSize(fontMetrics().height() * 3 / 2);
+  return head;
+}
+
+QLayout* MinimaWindow::BuildFoot() {
   cmdUseAsStart_ = Named(new QPushButton(tr("Use as Start")), "cmdUseAsStart");
   cmdUseAsStart_->setToolTip(
       tr("Puts the values of the selected minimum into the page; then press \"Fit\""));
@@ -86,12 +100,7 @@ void MinimaWindow::BuildWidgets() {
   foot->addStretch();
   foot->addWidget(cmdUseAsStart_);
   foot->addWidget(cmdClose_);
-  auto* layout = new QVBoxLayout(this);
-  layout->addLayout(head);
-  layout->addWidget(lblMinima_);
-  layout->addWidget(gridMinima_, 1);
-  layout->addLayout(foot);
-  resize(fontMetrics().averageCharWidth() * 90, fontMetrics().height() * 20);
+  return foot;
 }
 
 void MinimaWindow::ConnectSignals() {

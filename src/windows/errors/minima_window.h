@@ -7,6 +7,7 @@
 #include "stats/minimum_check.h"
 
 class QLabel;
+class QLayout;
 class QPushButton;
 class QSpinBox;
 class QTableWidget;
@@ -38,6 +39,8 @@ class MinimaWindow : public QDialog {
 
  private:
   void BuildWidgets();
+  QLayout* BuildHead();
+  QLayout* BuildFoot();
   void ConnectSignals();
   void FillRows(const FitState& fit);
   void UpdateUse();

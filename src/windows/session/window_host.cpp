@@ -77,7 +77,8 @@ std::string WindowHost::LogAsRtf() {
 
 void WindowHost::LoadLog(std::string_view rtf) {
   if (!log_.LoadRtf(rtf)) {
-    ShowMessage("Log", "The log is no rich text; it is taken as plain text.",
+    ShowMessage(tr("Log").toStdString(),
+                tr("The log is no rich text; it is taken as plain text.").toStdString(),
                 MessageIcon::kExclamation);
   }
   log_.MoveToEnd();
