@@ -58,7 +58,7 @@ std::string Direction(const FitState& fit, const RestEnd& end) {
 
 // What stands in the way of an estimate, or nothing.
 std::string Flaw(const FitState& fit, const RestEnd& end) {
-  if (end.rest == FitRest::kRunaway) {
+  if (end.runaway != 0) {
     return NameOf(fit, end.runaway) + " runs away to " + Direction(fit, end);
   }
   if (!end.undetermined.empty()) {
@@ -138,18 +138,20 @@ RestVerdict JudgeRest(const FitState& fit, const StopFlag& stop, Host& host, int
 }
 
 std::string NoRestText(const FitState& fit, const RestEnd& end) {
+  const std::string flaw = Flaw(fit, end);
   switch (end.rest) {
     case FitRest::kSettled:
       return "";
     case FitRest::kTooLong:
-      return "The fit did not come to rest in " + std::to_string(end.steps) + " steps.";
+      return "The fit did not come to rest in " + std::to_string(end.steps) + " steps" +
+             (flaw.empty() ? "." : ": " + flaw + ".");
     case FitRest::kStopped:
       return "Stopped before the fit had come to rest.";
     case FitRest::kUndetermined:
     case FitRest::kRunaway:
       break;
   }
-  return "The fit does not come to rest: " + Flaw(fit, end) + ".";
+  return "The fit does not come to rest: " + flaw + ".";
 }
 
 std::optional<std::string> RestRemark(const RestVerdict& verdict) {
