@@ -30,7 +30,6 @@ constexpr double kPerfect = 1e-24;
 constexpr double kNothing = 1e-13;
 
 constexpr double kFar = 2.0;   // longest moves: an undamped step or a way that leads nowhere near
-constexpr double kNear = 0.1;  // a Newton step whose fall is a smaller share is tried as it is
 constexpr double kNewton = 1e-9;      // the least damping; a step of Newton for all that shows
 constexpr double kLeastAgain = 1e-7;  // after a step of Newton that failed
 constexpr double kFirstLambda = 1e-3;
@@ -312,7 +311,7 @@ FitRest Descent::Descend(int mostSteps) {
   constexpr int kStillToEnd = 3;
   int still = 0;
   newtonForecast_ = NewtonForecast();
-  if (newtonForecast_ > kNear * Best()) lambda_ = kFirstLambda;
+  if (LeadsAway()) lambda_ = kFirstLambda;
   while (true) {
     if (unknown_.empty() && Settled(kSettledMove)) return FitRest::kSettled;
     if (still >= kStillToEnd && (LeadsAway() || Settled(kSmallMove))) return FitRest::kSettled;
