@@ -29,7 +29,7 @@ constexpr double kPerfect = 1e-24;
 // A step that forecasts so small a fall promises nothing worth a pass.
 constexpr double kNothing = 1e-13;
 
-constexpr double kFar = 2.0;   // longest moves: an undamped step or a way that leads nowhere near
+constexpr double kFar = 2.0;  // longest moves: an undamped step or a way that leads nowhere near
 constexpr double kNewton = 1e-9;      // the least damping; a step of Newton for all that shows
 constexpr double kLeastAgain = 1e-7;  // after a step of Newton that failed
 constexpr double kFirstLambda = 1e-3;
@@ -309,12 +309,22 @@ bool Descent::Settled(double move) const {
 
 FitRest Descent::Descend(int mostSteps) {
   constexpr int kStillToEnd = 3;
+  constexpr int kWindow = 40;
+  constexpr double kSlow =
+      1e-6;  // relative: what a window of steps has to bring on a way to nowhere
   int still = 0;
+  double windowSum = Best();
   newtonForecast_ = NewtonForecast();
   if (LeadsAway()) lambda_ = kFirstLambda;
   while (true) {
     if (unknown_.empty() && Settled(kSettledMove)) return FitRest::kSettled;
     if (still >= kStillToEnd && (LeadsAway() || Settled(kSmallMove))) return FitRest::kSettled;
+    if (end_.steps % kWindow == 0) {
+      if (end_.steps > 0 && LeadsAway() && windowSum - Best() <= kSlow * Best()) {
+        return FitRest::kSettled;
+      }
+      windowSum = Best();
+    }
     if (end_.steps == mostSteps) return FitRest::kTooLong;
     const double before = Best();
     const Trial trial = TryStep();
