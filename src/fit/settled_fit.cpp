@@ -7,6 +7,7 @@
 #include "base/arithmetic.h"
 #include "base/host.h"
 #include "fit/fit_state.h"
+#include "fit/fit_statistics.h"
 #include "fit/levmarq.h"
 #include "fit/model_pass.h"
 #include "fit/models.h"
@@ -127,8 +128,7 @@ Descent::Descent(FitState& fit, Host& host) : fit_(fit), host_(host), alpha_(fit
   damping_.assign(parameter_.size(), 0.0);
   lastMove_ = damping_;
   freedom_ = std::max(1, fit.FitNumPoints - memory.mfit);
-  for (int i = 1; i <= fit.FitNumPoints; ++i) perfect_ += fit.FitY(i) * fit.FitY(i);
-  perfect_ *= kPerfect;
+  perfect_ = kPerfect * SquaredSignal(fit);
 }
 
 // The sums at `a`: FitCovar and trialStep take curvature and gradient. False after a fault.
@@ -186,7 +186,8 @@ double Descent::NewtonForecast() {
     for (int j = 1; j <= memory.mfit; ++j) forecast += memory.trialStep(j, 1) * memory.beta(j, 1);
   });
   newtonTimesTooLong_ = TimesTooLong();
-  return faults.Any() || !(forecast >= 0.0) ? kInfinity : forecast;
+  if (faults.Any() || !(forecast >= 0.0)) return kInfinity;
+  return forecast;
 }
 
 // A step damped by lambda_, into trialStep; the fall that it promises, below 0 where there is none.
@@ -310,8 +311,7 @@ bool Descent::Settled(double move) const {
 FitRest Descent::Descend(int mostSteps) {
   constexpr int kStillToEnd = 3;
   constexpr int kWindow = 40;
-  constexpr double kSlow =
-      1e-6;  // relative: what a window of steps has to bring on a way to nowhere
+  constexpr double kSlow = 1e-6;  // fall in a window, relative, that ends a way to nowhere
   int still = 0;
   double windowSum = Best();
   newtonForecast_ = NewtonForecast();
