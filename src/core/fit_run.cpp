@@ -238,7 +238,7 @@ FitOutcome FitToRest(QuorvaneModule& module, Host& host) {
   if (const auto refusal = CheckCellEnds(module, 0, module.Setup.NumFitSets, host)) {
     return RefusedFit(refusal->title, refusal->text);
   }
-  const FitOutcome search = SearchRest(module, host);
+  FitOutcome search = SearchRest(module, host);
   if (search.ending != FitEnding::kFinished) return search;
   const struct FitPage page = module.FitPage;
   const std::vector<Dataset> datasets = module.Store.Datasets;

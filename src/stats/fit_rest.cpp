@@ -8,6 +8,7 @@
 #include "base/stop_flag.h"
 #include "base/text.h"
 #include "fit/fit_state.h"
+#include "fit/fit_statistics.h"
 #include "fit/levmarq.h"
 #include "fit/models.h"
 #include "fit/settled_fit.h"
@@ -29,9 +30,7 @@ std::string NamesOf(const FitState& fit, const std::vector<int>& parameters) {
 // Below this a sum is rounding.
 double LeastSum(const FitState& fit) {
   constexpr double kOfSignal = 1e-20;
-  double squares = 0.0;
-  for (int i = 1; i <= fit.FitNumPoints; ++i) squares += fit.FitY(i) * fit.FitY(i);
-  return kOfSignal * squares;
+  return kOfSignal * SquaredSignal(fit);
 }
 
 // The move of each fitted parameter that has a standard error, the largest into `verdict`.
@@ -58,7 +57,7 @@ std::string Direction(const FitState& fit, const RestEnd& end) {
 
 // What stands in the way of an estimate, or nothing.
 std::string Flaw(const FitState& fit, const RestEnd& end) {
-  if (end.rest == FitRest::kRunaway) {
+  if (end.runaway != 0) {
     return NameOf(fit, end.runaway) + " runs away to " + Direction(fit, end);
   }
   if (!end.undetermined.empty()) {
@@ -69,9 +68,12 @@ std::string Flaw(const FitState& fit, const RestEnd& end) {
 
 std::string MovesText(const RestVerdict& verdict) {
   const double percent = 100.0 * verdict.sumFall;
-  std::string text =
-      "going on lowers the sum of squares to " + FormatNumber(verdict.sum, "0.0000E+00") +
-      " (it is " + FormatNumber(percent, percent < 1e4 ? "0.######" : "0.0E+00") + " % above that)";
+  std::string text = "The fit is not at rest: going on lowers the sum of squares to " +
+                     FormatNumber(verdict.sum, "0.0000E+00") + " (it is " +
+                     FormatNumber(percent, percent < 1.0   ? "0.######"
+                                           : percent < 1e4 ? "0.0"
+                                                           : "0.0E+00") +
+                     " % above that)";
   if (verdict.determined && !verdict.moved.empty()) {
     text += " and moves " + verdict.moved + " by " +
             FormatNumber(verdict.largestMove, verdict.largestMove < 1e4 ? "0.00##" : "0.0E+00") +
@@ -91,7 +93,7 @@ std::string ReasonOf(const FitState& fit, const RestEnd& end, const RestVerdict&
   } else if (*verdict.atRest) {
     text = flaw.empty() ? "The fit is at rest." : "The sum of squares stands still.";
   } else {
-    text = "The fit is not at rest: " + MovesText(verdict) + ".";
+    text = MovesText(verdict) + ".";
   }
   if (flaw.empty()) return text;
   return text + (flaw.starts_with("the ") ? " T" + flaw.substr(1) : " " + flaw) + ".";
@@ -138,18 +140,20 @@ RestVerdict JudgeRest(const FitState& fit, const StopFlag& stop, Host& host, int
 }
 
 std::string NoRestText(const FitState& fit, const RestEnd& end) {
+  const std::string flaw = Flaw(fit, end);
   switch (end.rest) {
     case FitRest::kSettled:
       return "";
     case FitRest::kTooLong:
-      return "The fit did not come to rest in " + std::to_string(end.steps) + " steps.";
+      return "The fit did not come to rest in " + std::to_string(end.steps) + " steps" +
+             (flaw.empty() ? "." : ": " + flaw + ".");
     case FitRest::kStopped:
       return "Stopped before the fit had come to rest.";
     case FitRest::kUndetermined:
     case FitRest::kRunaway:
       break;
   }
-  return "The fit does not come to rest: " + Flaw(fit, end) + ".";
+  return "The fit does not come to rest: " + flaw + ".";
 }
 
 std::optional<std::string> RestRemark(const RestVerdict& verdict) {

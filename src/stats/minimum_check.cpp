@@ -173,9 +173,7 @@ bool RunAll(Race& race, int threads, Host& host) {
 // Below this all sums are 0 to the fit.
 double Rounding(const FitState& fit) {
   constexpr double kOfSignal = 1e-12;
-  double squares = 0.0;
-  for (int i = 1; i <= fit.FitNumPoints; ++i) squares += fit.FitY(i) * fit.FitY(i);
-  return kOfSignal * squares;
+  return kOfSignal * SquaredSignal(fit);
 }
 
 bool SameMinimum(const FitState& fit, double rounding, const Start& a, const Start& b) {
