@@ -40,7 +40,8 @@ struct Preferences {
   double DefaultDensity = 1.0;
   double CriticalCCCValue = 0.95;
   double MCTolerance = 0.25;
-  bool PreviewAxes = false;  // whether the preview of a file has axes
+  bool PreviewAxes = false;      // whether the preview of a file has axes
+  bool AlwaysFitToRest = false;  // "Fit" brings the start values to rest first
 };
 
 struct QuorvaneModule {

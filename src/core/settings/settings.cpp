@@ -152,7 +152,9 @@ void LoadSettings(QuorvaneModule& module, const SettingsStore& store) {
   } catch (const NotConverted&) {  // the keys behind it keep what they were
   }
   try {
-    SectionReader(store, kOwn).Read("PreviewAxes", module.Preferences.PreviewAxes);
+    const SectionReader own(store, kOwn);
+    own.Read("PreviewAxes", module.Preferences.PreviewAxes);
+    own.Read("AlwaysFitToRest", module.Preferences.AlwaysFitToRest);
   } catch (const NotConverted&) {
   }
 }
@@ -179,7 +181,10 @@ void SaveSettings(const QuorvaneModule& module, const std::filesystem::path& cur
 }
 
 void SaveOwnSettings(const QuorvaneModule& module, SettingsStore& store, Host& host) {
-  Store(store, kOwn, {{"PreviewAxes", Flag(module.Preferences.PreviewAxes)}}, host);
+  Store(store, kOwn,
+        {{"PreviewAxes", Flag(module.Preferences.PreviewAxes)},
+         {"AlwaysFitToRest", Flag(module.Preferences.AlwaysFitToRest)}},
+        host);
 }
 
 void SaveShowHints(const QuorvaneModule& module, SettingsStore& store, Host& host) {

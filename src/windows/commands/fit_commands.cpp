@@ -34,13 +34,29 @@ void FitCommands::Calculate(Work&& work) {
   emit CalculatingChanged(false);
 }
 
-void FitCommands::RunFit() {
-  QuorvaneModule& module = windows_.session.Module;
-  if (windows_.session.Calculating || !windows_.session.CommitPending()) return;
+FitOutcome FitCommands::Run(FitOutcome (*fit)(QuorvaneModule&, Host&)) {
   FitOutcome outcome;
-  Calculate([&] { outcome = quorvane::RunFit(module, windows_.host); });
+  Calculate([&] { outcome = fit(windows_.session.Module, windows_.host); });
   ShowOutcome(outcome);
   emit CalculationEnded();
+  return outcome;
+}
+
+void FitCommands::RunFit() {
+  if (windows_.session.Module.Preferences.AlwaysFitToRest) {
+    FitToRest();
+  } else if (!windows_.session.Calculating && windows_.session.CommitPending()) {
+    Run(&quorvane::RunFit);
+  }
+}
+
+void FitCommands::FitToRest() {
+  if (windows_.session.Calculating || !windows_.session.CommitPending()) return;
+  const FitOutcome outcome = Run(&quorvane::FitToRest);
+  if (outcome.ending != FitEnding::kNoRest) return;
+  const std::string text =
+      outcome.error + "\n\n" + tr("Fit from the present values all the same?").toStdString();
+  if (windows_.host.AskYesNo(tr("Fit to Rest").toStdString(), text)) Run(&quorvane::RunFit);
 }
 
 void FitCommands::ShowOutcome(const FitOutcome& outcome) {

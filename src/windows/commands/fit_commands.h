@@ -10,17 +10,24 @@ namespace quorvane {
 
 struct ConfidenceOutcome;
 struct ConfidenceRequest;
+class Host;
 struct FitOutcome;
 struct MinimumOutcome;
 struct MinimumRequest;
+struct QuorvaneModule;
 
 class FitCommands : public QObject {
   Q_OBJECT
  public:
   explicit FitCommands(WindowSet windows, QObject* parent = nullptr);
 
-  // The press of "Fit". Returns when the fit has ended; does nothing while one runs.
+  // The press of "Fit"; as "Fit to Rest" where the user always wants that. Returns when the fit has
+  // ended; does nothing while one runs.
   void RunFit();
+
+  // The press of "Fit to Rest". Where there is no rest it says why, and offers the fit from the
+  // present values.
+  void FitToRest();
 
   // The press of "Calculate" in frmConfInterval, for the last fit. Returns when the search has
   // ended; does nothing while a calculation runs. Afterwards it offers a better minimum that the
@@ -47,6 +54,7 @@ class FitCommands : public QObject {
   // Does `work` with everything disabled that could disturb it, under the busy pointer.
   template <class Work>
   void Calculate(Work&& work);
+  FitOutcome Run(FitOutcome (*fit)(QuorvaneModule&, Host&));
   void ShowOutcome(const FitOutcome& outcome);
 
   WindowSet windows_;

@@ -23,6 +23,7 @@ void ReportCommands::Save() {
   };
   try {
     const BusyPointer busy;
+    emit Saving();
     WriteReport(session.Module, ToPath(name), {picture, RenderReportPages});
   } catch (const std::exception& fault) {
     session.Ask.ShowMessage(&windows_.frame, tr("Save Report"), QString::fromUtf8(fault.what()),

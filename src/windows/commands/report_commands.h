@@ -17,7 +17,8 @@ class ReportCommands : public QObject {
   void Save();
 
  signals:
-  void Saved();  // a file
+  void Saving();  // is about to look at the last fit
+  void Saved();   // a file
 
  private:
   WindowSet windows_;

@@ -84,6 +84,7 @@ void DataWindow::ConnectTabs() {
   connect(loaded_, &LoadedDataTab::Unloading, this, &DataWindow::PageClosing);
   connect(loaded_, &LoadedDataTab::SetupFitRequested, this, &DataWindow::SetUpFit);
   connect(control_, &FitControlTab::FitRequested, this, &DataWindow::FitRequested);
+  connect(control_, &FitControlTab::FitToRestRequested, this, &DataWindow::FitToRestRequested);
   connect(control_, &FitControlTab::CalcCIRequested, this, &DataWindow::CalcCIRequested);
   connect(control_, &FitControlTab::ShowCCCsRequested, this, &DataWindow::ShowCCCsRequested);
   connect(control_, &FitControlTab::FitOutdated, this, &DataWindow::FitOutdated);

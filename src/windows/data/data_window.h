@@ -57,6 +57,7 @@ class DataWindow : public QWidget, public Printable {
 
  signals:
   void FitRequested();
+  void FitToRestRequested();
   void CalcCIRequested();
   void ShowCCCsRequested();
   void FitOutdated();

@@ -28,9 +28,9 @@ std::vector<RowName> NamesOf(const FitQuality& quality, const std::vector<Datase
   return names;
 }
 
-QString RemarkText(const FitQuality& quality) {
+QString RemarkText(const FitQuality& quality, const std::optional<RestVerdict>& rest) {
   QStringList lines;
-  for (const std::string& remark : QualityRemarks(quality)) {
+  for (const std::string& remark : QualityRemarks(quality, rest)) {
     lines << QStringLiteral("\u2022 ") + QString::fromStdString(remark);
   }
   if (lines.isEmpty()) return QObject::tr("Nothing speaks against this fit.");
@@ -85,7 +85,7 @@ void QualityWindow::ShowFit(const QuorvaneModule& module) {
         CalcFitQuality(module.LastFit->state, module.FitPage, module.ConstantsSet,
                        module.Preferences.CriticalCCCValue);
     rows_.Show(quality, NamesOf(quality, module.Store.Datasets));
-    txtQualityRemarks_->setPlainText(RemarkText(quality));
+    txtQualityRemarks_->setPlainText(RemarkText(quality, module.LastFit->rest));
     gridQuality_->resizeColumnsToContents();
     hasFit_ = true;
   } catch (const ArithmeticFault& fault) {

@@ -6,6 +6,7 @@
 #include "windows/commands/option_commands.h"
 #include "windows/commands/print_commands.h"
 #include "windows/commands/report_commands.h"
+#include "windows/commands/rest_judge.h"
 #include "windows/controls/child_window.h"
 #include "windows/data/data_window.h"
 #include "windows/data/edit_tab.h"
@@ -18,6 +19,7 @@
 #include "windows/log/log_window.h"
 #include "windows/page/fit_control_tab.h"
 #include "windows/page/preview_window.h"
+#include "windows/page/rest_line.h"
 #include "windows/page/set_ref_conc_window.h"
 #include "windows/session/autosave.h"
 #include "windows/session/session.h"
@@ -38,6 +40,7 @@ void ConnectWindows(const FrameParts& parts) {
     menus->SetLogWritten(true);
   });
   QObject::connect(&data, &DataWindow::FitRequested, fits, &FitCommands::RunFit);
+  QObject::connect(&data, &DataWindow::FitToRestRequested, fits, &FitCommands::FitToRest);
   QObject::connect(&data, &DataWindow::DatasetsChanged, menus, &MainMenus::Update);
   QObject::connect(&data, &DataWindow::KDisplayChosen, options, &OptionCommands::SetKFormat);
   QObject::connect(&data, &DataWindow::MwDisplayChosen, options, &OptionCommands::SetBuoyant);
@@ -72,6 +75,22 @@ void ConnectErrorAnalysis(const FrameParts& parts) {
                    [coefficients, prints = &parts.commands.prints] {
                      prints->Print(coefficients->Printed(), coefficients->windowTitle());
                    });
+}
+
+// Every finished fit is judged: is it at rest?
+void ConnectJudge(const FrameParts& parts) {
+  RestJudge* judge = &parts.judge;
+  DataWindow* data = &parts.windows.data;
+  RestLine* line = &data->FitControl().Rest();
+  QObject::connect(&parts.commands.fits, &FitCommands::FitFinished, judge, &RestJudge::Judge);
+  QObject::connect(data, &DataWindow::FitOutdated, judge, &RestJudge::GiveUp);
+  QObject::connect(judge, &RestJudge::Judging, line, &RestLine::ShowJudging);
+  QObject::connect(judge, &RestJudge::Judged, line, [line, &module = parts.windows.session.Module] {
+    line->ShowVerdict(*module.LastFit->rest);
+  });
+  QObject::connect(judge, &RestJudge::Judged, &parts.commands.errors,
+                   &ErrorCommands::RefreshQuality);
+  QObject::connect(&parts.commands.reports, &ReportCommands::Saving, judge, &RestJudge::Await);
 }
 
 // What looks at the models without a fit, and is closed before the page loses its datasets.
@@ -132,6 +151,7 @@ void ConnectAutosave(const FrameParts& parts) {
 void ConnectParts(const FrameParts& parts) {
   ConnectWindows(parts);
   ConnectErrorAnalysis(parts);
+  ConnectJudge(parts);
   ConnectEvaluations(parts);
   ConnectReports(parts);
   ConnectAutosave(parts);

@@ -14,6 +14,7 @@ class SetRefConcWindow;
 class UnsavedMark;
 class CorrelationWindow;
 class QualityWindow;
+class RestJudge;
 
 // All are owned by the frame.
 struct FrameParts {
@@ -27,6 +28,7 @@ struct FrameParts {
   SetRefConcWindow& setRefConc;
   Autosave& autosave;
   UnsavedMark& unsaved;
+  RestJudge& judge;
 };
 
 // What goes from one part to another without the frame. A signal's slots run in the order in which

@@ -9,6 +9,7 @@
 #include <QToolBar>
 #include <type_traits>
 
+#include "core/page/row_values.h"
 #include "core/settings/recent_files.h"
 #include "windows/commands/error_commands.h"
 #include "windows/commands/experiment_commands.h"
@@ -243,6 +244,12 @@ void MainMenus::BuildFittingMenu(QMenu* options) {
   fitting_.plainK = AddChoice(fitting, "mnuOptionDispK", CaptionOf(KDisplay::kPlain),
                               [this] { commands_.options.SetKFormat(KDisplay::kPlain); });
   fitting->addSeparator();
+  fitting_.toRest = AddAction(fitting, "mnuFitToRest", tr("Fit to &Rest"),
+                              [this] { commands_.fits.FitToRest(); });
+  fitting_.toRest->setShortcut(Qt::SHIFT | Qt::Key_F5);
+  AddToggle(fitting, "mnuAlwaysFitToRest", tr("&Always Fit to Rest"),
+            windows_.session.Module.Preferences.AlwaysFitToRest);
+  fitting->addSeparator();
   AddAction(fitting, "mnuFitQuality", tr("Fit &Quality..."), [this] {
     commands_.errors.ShowQuality();
   })->setShortcut(Qt::Key_F8);
@@ -304,6 +311,7 @@ void MainMenus::Update() {
   graph_.exportGraphs->setEnabled(module.NumGraphs() > 0);
   graph_.overlay->setEnabled(loaded);
   graph_.deleteAll->setEnabled(module.NumGraphs() > 0);
+  fitting_.toRest->setEnabled(module.Setup.NumFitSets > 0 && RowsAreCurrent(module));
   fitting_.checkMinimum->setEnabled(windows_.data.FitControl().FitDone());
   fitting_.buoyant->setChecked(module.Preferences.UseBuoyantMW);
   fitting_.weight->setChecked(!module.Preferences.UseBuoyantMW);

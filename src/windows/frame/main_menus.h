@@ -88,6 +88,7 @@ class MainMenus : public QObject {
     QAction* lnK = nullptr;
     QAction* log10K = nullptr;
     QAction* plainK = nullptr;
+    QAction* toRest = nullptr;
     QAction* checkMinimum = nullptr;
   };
 

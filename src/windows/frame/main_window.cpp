@@ -21,6 +21,7 @@
 #include "windows/commands/option_commands.h"
 #include "windows/commands/print_commands.h"
 #include "windows/commands/report_commands.h"
+#include "windows/commands/rest_judge.h"
 #include "windows/controls/child_area.h"
 #include "windows/data/data_window.h"
 #include "windows/data/source_files_tab.h"
@@ -84,13 +85,14 @@ MainWindow::MainWindow(Session& session, QWidget* parent)
   reports_ = new ReportCommands(AllWindows(), this);
   autosave_ = new Autosave(session_, *log_, this);
   unsaved_ = new UnsavedMark(session_, this);
+  judge_ = new RestJudge(session_, this);
   const CommandSet commands{*experiments_, *options_, *fits_, *errors_, *prints_, *reports_};
   menus_ = new MainMenus(*this, AllWindows(), commands);
   ConnectMenus();
   ConnectFrame();
   ConnectKeys();
   ConnectParts({AllWindows(), commands, *menus_, *coefficients_, *quality_, *preview_, *overlay_,
-                *setRefConc_, *autosave_, *unsaved_});
+                *setRefConc_, *autosave_, *unsaved_, *judge_});
   RestorePlace(*this, session.Settings);
   LogHead(*host_);
   session_.Module.ExperimentOpen = false;  // the head lines are no work of the user

@@ -34,6 +34,7 @@ class PreviewWindow;
 class ReportCommands;
 class SimWindow;
 class SetRefConcWindow;
+class RestJudge;
 class UnsavedMark;
 class WindowHost;
 class CorrelationWindow;
@@ -100,6 +101,7 @@ class MainWindow : public QMainWindow {
   MainMenus* menus_ = nullptr;
   Autosave* autosave_ = nullptr;
   UnsavedMark* unsaved_ = nullptr;
+  RestJudge* judge_ = nullptr;
   QMdiSubWindow* dataChild_;
   QMdiSubWindow* logChild_;
   QMdiSubWindow* graphsChild_;

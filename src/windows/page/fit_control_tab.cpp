@@ -13,6 +13,7 @@
 #include "windows/page/fit_rows.h"
 #include "windows/page/model_block.h"
 #include "windows/page/ni_warning.h"
+#include "windows/page/rest_line.h"
 #include "windows/session/session.h"
 
 namespace quorvane {
@@ -41,6 +42,9 @@ FitControlTab::FitControlTab(Session& session, SessionHost& host, QWidget* paren
 
 void FitControlTab::BuildWidgets() {
   cmdFitMe_ = MakeButton("cmdFitMe", tr("F&it"), tr("Fit the checked parameters"));
+  cmdFitToRest_ =
+      MakeButton("cmdFitToRest", tr("Fit to Res&t"),
+                 tr("Go on until the sum of squares stands still, then fit and report from there"));
   cmdPreviewFit_ = MakeButton("cmdPreviewFit", tr("Pre&view Fit"),
                               tr("Show all datasets with the curves of the present values"));
   cmdCalcCI_ = MakeButton("cmdCalcCI", tr("&Confidence Intervals..."),
@@ -48,22 +52,29 @@ void FitControlTab::BuildWidgets() {
   cmdShowCCCs_ = MakeButton("cmdShowCCCs", tr("C&ross-Correlation..."),
                             tr("Cross-correlation coefficients of the fitted parameters"));
   auto* buttons = new QHBoxLayout;
-  for (QPushButton* button : {cmdFitMe_, cmdPreviewFit_, cmdCalcCI_, cmdShowCCCs_}) {
-    buttons->addWidget(button);
-  }
+  for (QPushButton* button : Buttons()) buttons->addWidget(button);
   buttons->addStretch();
   auto* top = new QVBoxLayout(top_);
   top->setContentsMargins(0, 0, 0, 0);
   top->addLayout(buttons);
+  rest_ = new RestLine;
+  top->addWidget(rest_);
   top->addWidget(block_);
   auto* layout = new QVBoxLayout(this);
   layout->addWidget(top_);
   layout->addWidget(rows_, 1);
 }
 
+std::array<QPushButton*, 5> FitControlTab::Buttons() const {
+  return {cmdFitMe_, cmdFitToRest_, cmdPreviewFit_, cmdCalcCI_, cmdShowCCCs_};
+}
+
 void FitControlTab::ConnectSignals() {
   connect(cmdFitMe_, &QPushButton::clicked, this, [this] {
     if (CommitPending()) emit FitRequested();
+  });
+  connect(cmdFitToRest_, &QPushButton::clicked, this, [this] {
+    if (CommitPending()) emit FitToRestRequested();
   });
   connect(cmdPreviewFit_, &QPushButton::clicked, this, [this] {
     if (CommitPending()) emit PreviewRequested();
@@ -125,9 +136,7 @@ bool FitControlTab::SetupEngine(const Model& model) {
 void FitControlTab::ChainTabOrder() {
   QWidget* previous = rows_->LastInTabOrder();
   std::vector<QWidget*> after = block_->InTabOrder();
-  for (QPushButton* button : {cmdFitMe_, cmdPreviewFit_, cmdCalcCI_, cmdShowCCCs_}) {
-    after.push_back(button);
-  }
+  for (QPushButton* button : Buttons()) after.push_back(button);
   for (QWidget* control : after) {
     setTabOrder(previous, control);
     previous = control;
@@ -157,7 +166,9 @@ void FitControlTab::SetFitDone(bool done) {
   fitDone_ = done;
   cmdCalcCI_->setEnabled(done);
   cmdShowCCCs_->setEnabled(done);
-  if (!done) emit FitOutdated();
+  if (done) return;
+  rest_->Clear();
+  emit FitOutdated();
 }
 
 bool FitControlTab::CommitPending() {

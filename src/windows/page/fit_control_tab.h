@@ -3,6 +3,7 @@
 
 #include <QPointer>
 #include <QWidget>
+#include <array>
 
 #include "base/k_display.h"
 
@@ -12,6 +13,7 @@ namespace quorvane {
 
 class FitRows;
 class ModelBlock;
+class RestLine;
 class SessionHost;
 struct Model;
 struct Session;
@@ -51,10 +53,12 @@ class FitControlTab : public QWidget {
   void RestoreFocus();
 
   QPushButton& FitButton() { return *cmdFitMe_; }
+  RestLine& Rest() { return *rest_; }
   QPushButton& PreviewButton() { return *cmdPreviewFit_; }
 
  signals:
   void FitRequested();
+  void FitToRestRequested();
   void PreviewRequested();
   void CalcCIRequested();
   void ShowCCCsRequested();
@@ -67,6 +71,7 @@ class FitControlTab : public QWidget {
  private:
   bool SetupEngine(const Model& model);
   void BuildWidgets();
+  std::array<QPushButton*, 5> Buttons() const;
   void ConnectSignals();
   void ChainTabOrder();
   void WarnNonideal();
@@ -76,7 +81,9 @@ class FitControlTab : public QWidget {
   QWidget* top_;  // block and buttons
   ModelBlock* block_;
   FitRows* rows_;
+  RestLine* rest_;
   QPushButton* cmdFitMe_;
+  QPushButton* cmdFitToRest_;
   QPushButton* cmdPreviewFit_;
   QPushButton* cmdCalcCI_;
   QPushButton* cmdShowCCCs_;
