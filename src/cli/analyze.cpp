@@ -79,7 +79,7 @@ FitOutcome Fit(const Job& job, QuorvaneModule& module, TerminalHost& host) {
   }
   if (job.confidence) ConfidenceOf(job, module.Setup);  // a bad name is told before the work
   if (job.fit->timeLimit) host.SetTimeLimit(*job.fit->timeLimit);
-  const FitOutcome outcome =
+  FitOutcome outcome =
       job.fit->toRest ? FitOnceAtRest(module, host) : FitRepeatedly(job.fit->repeat, module, host);
   if (outcome.ending == FitEnding::kFinished) TellRest(module, host);
   host.ClearTimeLimit();

@@ -42,10 +42,10 @@ constexpr double kFirstGrowth = 4.0;
 // How far one step may take a parameter: the signal is exponential in most of them, and the
 // linear forecast is worth nothing further out.
 double LongestMove(const FitState& fit, int l) {
+  if (fit.FitModel == nullptr || fit.FitModel->parameters.empty()) return kInfinity;
   if (l <= fit.NumFitSets) return kInfinity;  // a baseline is linear
   if (l <= fit.SharedBase()) return 1.5;      // ln reference concentrations
   const auto place = static_cast<std::size_t>(l - fit.SharedBase() - 1);
-  if (fit.FitModel == nullptr || place >= fit.FitModel->parameters.size()) return kInfinity;
   const SharedParameter& shared = *fit.FitModel->parameters[place].shared;
   switch (shared.kind) {
     case ParameterKind::kWeight:

@@ -34,8 +34,8 @@ TEST(BringToRest, ReachesOneMinimumFromGoodStartsAndBad) {
     double lnK;
     double lnConcentration;  // is added
     int mostSteps;
-  } starts[] = {{7500, 1, 0, 10},    {7600, 1.1, 0.02, 10}, {15000, -2, 0, 200}, {3700, 4, 0.2, 200},
-                {7500, 14, 0, 200}, {500, 8, 0, 200},     {50000, 8, 0, 200},  {7500, 3, -4, 200}};
+  } starts[] = {{7500, 1, 0, 10},   {7600, 1.1, 0.02, 10}, {15000, -2, 0, 200}, {3700, 4, 0.2, 200},
+                {7500, 14, 0, 200}, {500, 8, 0, 200},      {50000, 8, 0, 200},  {7500, 3, -4, 200}};
   for (const auto& start : starts) {
     SCOPED_TRACE(std::to_string(start.weight) + " " + std::to_string(start.lnK));
     FitState fit = DimerProblem(1.0);
