@@ -53,12 +53,12 @@ void FitControlTab::BuildWidgets() {
                             tr("Cross-correlation coefficients of the fitted parameters"));
   auto* buttons = new QHBoxLayout;
   for (QPushButton* button : Buttons()) buttons->addWidget(button);
-  buttons->addStretch();
+  rest_ = new RestLine;
+  buttons->addSpacing(fontMetrics().averageCharWidth());
+  buttons->addWidget(rest_, 1);
   auto* top = new QVBoxLayout(top_);
   top->setContentsMargins(0, 0, 0, 0);
   top->addLayout(buttons);
-  rest_ = new RestLine;
-  top->addWidget(rest_);
   top->addWidget(block_);
   auto* layout = new QVBoxLayout(this);
   layout->addWidget(top_);

@@ -21,13 +21,13 @@ RestLine::RestLine(QWidget* parent)
 }
 
 void RestLine::Clear() {
-  hide();
+  ShowMark({});
+  lblRest_->clear();
 }
 
 void RestLine::ShowJudging() {
   ShowMark({});
   lblRest_->setText(tr("Is the fit at rest? A copy of it goes on ..."));
-  show();
 }
 
 void RestLine::ShowVerdict(const RestVerdict& verdict) {
@@ -35,7 +35,6 @@ void RestLine::ShowVerdict(const RestVerdict& verdict) {
   ShowMark(
       style()->standardIcon(atRest ? QStyle::SP_DialogApplyButton : QStyle::SP_MessageBoxWarning));
   lblRest_->setText(QString::fromStdString(verdict.reason));
-  show();
 }
 
 void RestLine::ShowMark(const QIcon& mark) {

@@ -14,7 +14,7 @@ class RestLine : public QWidget {
  public:
   explicit RestLine(QWidget* parent = nullptr);
 
-  // There is no fit to judge: the line disappears.
+  // There is no fit to judge.
   void Clear();
 
   // The fit is being judged.
