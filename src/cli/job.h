@@ -10,6 +10,7 @@
 #include <utility>
 #include <vector>
 
+#include "cli/job_errors.h"
 #include "cli/toml_reader.h"
 #include "fit/models.h"
 #include "plot/chart_export.h"
@@ -112,6 +113,7 @@ struct Job {
   std::vector<JobDataset> datasets;
   std::optional<JobFit> fit;
   std::optional<JobConfidence> confidence;
+  std::optional<JobErrors> errors;
   bool crossCorrelation = false;  // print the coefficients after the fit
   std::optional<double> criticalCoefficient;
   JobOutput output;

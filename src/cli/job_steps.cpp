@@ -135,22 +135,20 @@ void SetShared(const JobFit& job, FitPage& page, FitSetup& setup) {
   }
 }
 
-// Place among the model's shared parameters (from 0) of the one with that name on the page.
-std::size_t SharedPlace(const JobConfidence& job, const std::string& name, const FitSetup& setup) {
+}  // namespace
+
+std::size_t FittedPlace(const TableReader& table, const char* key, const std::string& name,
+                        const FitSetup& setup) {
   const std::span<const ModelParameter> parameters = setup.FitModel->parameters;
   const auto found =
       std::find_if(parameters.begin(), parameters.end(),
                    [&](const ModelParameter& parameter) { return parameter.shared->name == name; });
-  if (found == parameters.end()) {
-    job.table.Fail("parameters", "this model has no \"" + name + "\"");
-  }
+  if (found == parameters.end()) table.Fail(key, "this model has no \"" + name + "\"");
   if (setup.*found->shared->check != CheckState::kChecked) {
-    job.table.Fail("parameters", name + " is held in this fit");
+    table.Fail(key, name + " is held in this fit");
   }
   return static_cast<std::size_t>(found - parameters.begin());
 }
-
-}  // namespace
 
 void ApplyConstants(const Job& job, const std::filesystem::path& programFolder,
                     QuorvaneModule& module) {
@@ -234,7 +232,7 @@ ConfidenceRequest ConfidenceOf(const Job& job, const FitSetup& setup) {
                             std::vector<bool>(count, !confidence.parameters)};
   if (!confidence.parameters) return request;
   for (const std::string& name : *confidence.parameters) {
-    request.chosen[SharedPlace(confidence, name, setup)] = true;
+    request.chosen[FittedPlace(confidence.table, "parameters", name, setup)] = true;
   }
   return request;
 }

@@ -27,6 +27,11 @@ void ApplyDatasets(const Job& job, QuorvaneModule& module, Host& host);
 // Throws JobFault, and SubscriptFault for more than 101 datasets.
 bool ApplyFit(const Job& job, QuorvaneModule& module, Host& host);
 
+// Place among the model's shared parameters (from 0) of the one with that name on the page. Throws
+// JobFault, naming `key` of `table`, if the model has none or it is held.
+std::size_t FittedPlace(const TableReader& table, const char* key, const std::string& name,
+                        const FitSetup& setup);
+
 // The request of [confidence] for the fit that the job sets up. Throws JobFault for a parameter
 // that the model does not have or that is held.
 ConfidenceRequest ConfidenceOf(const Job& job, const FitSetup& setup);

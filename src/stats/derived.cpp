@@ -83,7 +83,7 @@ void AddConstant(const FitState& fit, const SharedParameter& constant,
   Add(
       "Kd" + place, unit, errors, [](double lnK) { return std::exp(-lnK); }, quantities);
   if (scale != ConcentrationScale::kMolar) return;
-  const double rt = kGasConstant * fit.TempK / kKilo;
+  const double rt = kMolarGasConstant * fit.TempK / kKilo;
   Add(
       "dG" + place, "kJ/mol", errors, [=](double lnK) { return -rt * lnK; }, quantities);
 }

@@ -41,7 +41,7 @@ class Analysis {
   Analysis(const FitState& fit, const ErrorRequest& request, const StopFlag& stop, Host& host)
       : rest_(fit), request_(request), stop_(stop), host_(host) {
     rest_.Stop = &stop;
-    outcome_.levels = request.levels;
+    outcome_.request = request;
   }
 
   ErrorAnalysis Run() {

@@ -92,7 +92,7 @@ struct ErrorSurface {
 struct ErrorAnalysis {
   bool stopped = false;  // by the user; what was done until then is here
   std::string error;     // why there is nothing; empty if there is
-  std::vector<double> levels;
+  ErrorRequest request;
   double sum = 0.0;  // of squares of the fit at rest
   int freedom = 0;   // NDF
   double seconds = 0.0;

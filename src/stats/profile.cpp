@@ -221,7 +221,7 @@ double Walk::Refined(Trial below, Trial above, double target) {
     if (target - below.root < kNear || above.root - target < kNear) break;
     if (std::fabs(above.value - below.value) <= kNarrow * Distance(above.value)) break;
     constexpr int kBisectEvery = 3;
-    constexpr double kInside = 0.02;
+    constexpr double kInside = 1e-3;
     const double share = k % kBisectEvery == 0 ? 0.5 : std::clamp(byLine(), kInside, 1.0 - kInside);
     const double value = below.value + share * (above.value - below.value);
     Array1<double> start = OnLine(below.rest.values, above.rest.values, share);
