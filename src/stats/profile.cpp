@@ -244,7 +244,9 @@ void Walk::ResolveCrossed() {
   while (done_ < order_.size() && path_.back().root >= Target()) {
     const double limit = Refined(path_[path_.size() - 2], path_.back(), Target());
     if (held_.Stopped()) return;
-    side_.limits[order_[done_++]] = {.end = SideEnd::kFound, .limit = limit};
+    const double inRange = std::clamp(limit, range_.lowest, range_.highest);
+    side_.limits[order_[done_++]] = {.end = inRange == limit ? SideEnd::kFound : SideEnd::kBound,
+                                     .limit = inRange};
   }
 }
 
@@ -290,7 +292,10 @@ ProfileSide Walk::Run() {
   double step = first;
   octaveAt_ = range_.logarithm ? 0.0 : first;
   const double bound = Bound();
-  const bool bounded = direction_ * (bound - path_.front().value) > 0.0 && std::isfinite(bound);
+  const bool bounded = std::isfinite(bound);
+  if (bounded && direction_ * (bound - path_.front().value) <= 0.0) {
+    EndRest(SideEnd::kBound, bound, 0.0);
+  }
   for (int k = 0; k < kMostTrials && done_ < order_.size() && !held_.Stopped(); ++k) {
     double value = path_.back().value + direction_ * step;
     const bool atBound = bounded && direction_ * (value - bound) >= 0.0;
@@ -307,7 +312,7 @@ ProfileSide Walk::Run() {
     if (done_ == order_.size() || held_.Stopped()) break;
     if (atBound) {
       EndRest(SideEnd::kBound, bound, 0.0);
-    } else if (const std::optional<double> plateau = Plateau()) {
+    } else if (const std::optional<double> plateau = bounded ? std::nullopt : Plateau()) {
       EndRest(SideEnd::kOpen, 0.0, *plateau);
     } else {
       step = NextStep(step);

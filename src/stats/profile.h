@@ -65,7 +65,10 @@ struct ParameterRange {
 ParameterRange RangeOf(const FitState& fit, int parameter);
 
 // Walks parameter `j` of `fit`, which is at rest and has its covariance matrix in FitCovar, up
-// (direction 1) or down (-1). A side that lies beyond its bound at the start has none there.
+// (direction 1) or down (-1).
+//   Bound: limits are cut to the range of the parameter; a fit whose value lies beyond a bound has
+//   its
+//          limit there at once.
 //   Open:  the rise from octave to octave of the distance (of a logarithm: from two e-folds to the
 //          next) falls geometrically, and what is left of it is a small share of what is missing to
 //          the level. Without any influence so far a logarithm is followed over 80 e-folds.
