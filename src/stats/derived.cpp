@@ -4,7 +4,7 @@
 #include <cmath>
 #include <functional>
 
-#include "base/number_format.h"
+#include "base/text.h"
 #include "base/units.h"
 #include "fit/fit_state.h"
 #include "fit/models.h"
@@ -63,10 +63,11 @@ double PowerOf(const FitState& fit, const SharedParameter& constant) {
 
 // Concentration to a power.
 std::string UnitOf(ConcentrationScale scale, double power) {
+  constexpr double kDigits = 1000.0;  // of the power
   std::string unit = scale == ConcentrationScale::kMolar    ? "M"
                      : scale == ConcentrationScale::kSignal ? "signal"
                                                             : "ref. conc.";
-  if (power != 1.0) unit += "^" + FormatNumber(power, "0.###");
+  if (power != 1.0) unit += "^" + ShortestText(std::round(power * kDigits) / kDigits);
   return unit;
 }
 

@@ -73,6 +73,7 @@ class Analysis {
   }
   void CountWork();
   bool BringToRest();
+  FitRest Settle(int mostSteps);
   void TakeRest();
   double RootOf(double level) const;
   ParameterProfile ProfileOf(const ProfileTask& task) const;
@@ -126,14 +127,25 @@ void Analysis::RunTasks(std::string_view what, std::size_t count,
       });
 }
 
+// While one parameter runs away to infinity the others may not have come to rest: they do where it
+// is held.
+FitRest Analysis::Settle(int mostSteps) {
+  QuietHost host;
+  const RestEnd end = quorvane::BringToRest(rest_, host, mostSteps);
+  if (end.runaway == 0) return end.rest;
+  const std::optional<RestPoint> held = HeldFit(rest_, {end.runaway}, stop_).Rest(rest_.FitA);
+  if (!held || !(held->sum < rest_.FitChiSq)) return end.rest;
+  rest_.FitA = held->values;
+  return SettleFit(rest_, host, mostSteps);
+}
+
 // False, with the reason in the outcome, if there is nothing to analyse.
 bool Analysis::BringToRest() {
   constexpr int kMostSteps = 5000;
   FitRest rest = FitRest::kStopped;
   RunTasks("Fit to rest", 1, [&](std::size_t) {
-    QuietHost host;
     try {
-      rest = SettleFit(rest_, host, kMostSteps);
+      rest = Settle(kMostSteps);
       if (SumStandsStill(rest)) CalcModelValues(rest_);
     } catch (const ArithmeticFault& fault) {
       outcome_.error = "The fit cannot be brought to rest: " + std::string(fault.what()) + ".";
