@@ -6,8 +6,10 @@
 
 #include "base/quiet_host.h"
 #include "fit/levmarq.h"
+#include "fit/settled_fit.h"
 #include "stats/confidence.h"
 #include "stats/error_analysis.h"
+#include "stats/fit_rest.h"
 #include "support/fit_problem.h"
 
 using namespace quorvane;
@@ -83,6 +85,33 @@ void WholeFit(benchmark::State& state) {
   state.counters["chisq"] = chisq;
 }
 
+// From the start of WholeFit to the rest.
+void ToRest(benchmark::State& state) {
+  const FitState start = StandingProblem(static_cast<int>(state.range(0)));
+  QuietHost host;
+  RestEnd end;
+  for (auto _ : state) {
+    FitState fit = start;
+    end = BringToRest(fit, host, kVerdictSteps);
+  }
+  state.counters["steps"] = end.steps;
+}
+
+// The verdict on the fit at rest, and (second argument 1) on that of one WholeFit.
+void Verdict(benchmark::State& state) {
+  FitState fit = StandingProblem(static_cast<int>(state.range(0)));
+  QuietHost host;
+  int iterations = 0;
+  if (state.range(1) == 0) {
+    BringToRest(fit, host, kVerdictSteps);
+  } else {
+    FitData(fit, host, iterations);
+  }
+  RestVerdict verdict;
+  for (auto _ : state) verdict = JudgeRest(fit, StopFlag(), host);
+  state.counters["at_rest"] = verdict.atRest.value_or(false) ? 1.0 : 0.0;
+}
+
 // The confidence search of all fitted shared parameters, on all cores.
 void ConfidenceSearch(benchmark::State& state) {
   FitState fit = StandingProblem(static_cast<int>(state.range(0)));
@@ -141,6 +170,11 @@ void PassOverDatasets(benchmark::State& state) {
 // conservation, 30 x 400; 3: Monomer-Nmer, N held, 80 x 1000.
 BENCHMARK(Pass)->DenseRange(0, 3)->Unit(benchmark::kMicrosecond);
 BENCHMARK(WholeFit)->DenseRange(0, 3)->Unit(benchmark::kMillisecond);
+BENCHMARK(ToRest)->DenseRange(0, 3)->Unit(benchmark::kMillisecond);
+BENCHMARK(Verdict)
+    ->ArgsProduct({{0, 1, 2, 3}, {0, 1}})
+    ->ArgNames({"", "one_press"})
+    ->Unit(benchmark::kMillisecond);
 BENCHMARK(ConfidenceSearch)->DenseRange(1, 2)->Unit(benchmark::kMillisecond)->UseRealTime();
 BENCHMARK(Profiles)->DenseRange(1, 2)->Unit(benchmark::kMillisecond)->UseRealTime();
 BENCHMARK(MonteCarlo1000)->DenseRange(1, 2)->Unit(benchmark::kMillisecond)->UseRealTime();

@@ -419,6 +419,10 @@ class Comparison:
             "Sums of squares, all parameters:", "Problem", "Points", "Fitted", "Sum, SciPy",
             "Sum, 1 press", f"Sum, {PRESSES} presses", "Values, 1 press",
             f"Values, {PRESSES} presses", "Standard errors")
+        self.rests = Table(
+            "At rest:", "Problem", "Sum, rest", "Values, rest", "1 press at rest by SciPy",
+            "by its verdict", "Sum fall of 1 press", "Its largest move", "Moved",
+            "repeat = rest at rest")
         self.shared = Table(
             f"Shared parameters ({PRESSES} presses):", "Problem", "Parameter", "Truth", "Quorvane",
             "SciPy", "Difference / sd", "sd, Quorvane", "sd, SciPy")
@@ -438,7 +442,7 @@ class Comparison:
     def run(self, problem):
         job = problem.job | {"cross_correlation": {"critical": 0.95}}
         pressed = {n: self.shop.analyse(job | {"fit": job["fit"] | {"repeat": n}})
-                   for n in (1, PRESSES)}
+                   for n in (1, PRESSES, "rest")}
         result = pressed[PRESSES]
         fit = Fit(job, result)
         best, least = fit.solve(fit.start)
@@ -462,6 +466,7 @@ class Comparison:
         self.sums.add(problem.name, len(fit.residuals(best)), int(fit.free.sum()), f"{least:.9g}",
                       f"{sums[1]:+.1e}", f"{sums[PRESSES]:+.1e}", f"{np.abs(off[1]).max():.4f}",
                       f"{np.abs(off[PRESSES]).max():.4f}", f"{np.abs(ratio).max():.1e}")
+        self.add_rest(problem.name, pressed, sums, off)
         for l in range(len(best) - fit.shared(), len(best)):
             if not fit.free[l]:
                 continue
@@ -469,6 +474,16 @@ class Comparison:
             self.shared.add(problem.name, fit.names[l], problem.truth.get(fit.names[l], "-"),
                             f"{value:.8g}", f"{best[l]:.8g}", f"{(value - best[l]) / se[l]:+.4f}",
                             f"{sd[l]:.5g}", f"{se[l]:.5g}")
+
+    def add_rest(self, name, pressed, sums, off):
+        """Off SciPy's minimum, and whether that makes one press a fit at rest."""
+        said = {True: "yes", False: "no", None: "not known"}
+        once = pressed[1]["fit"]["rest"]
+        by_scipy = sums[1] <= 1e-6 and np.abs(off[1]).max() <= 0.01
+        self.rests.add(name, f"{sums['rest']:+.1e}", f"{np.abs(off['rest']).max():.4f}",
+                       said[bool(by_scipy)], said[once["at_rest"]], f"{once['sum_fall']:.1e}",
+                       f"{once['largest_move']:.4f}", once["moved"],
+                       said[pressed["rest"]["fit"]["rest"]["at_rest"]])
 
     def compare_statistics(self, fit, result, covariance):
         sd = np.sqrt(np.diag(covariance))
@@ -522,7 +537,7 @@ class Comparison:
                                    f"{exact:.5f}", f"{100 * (ours / exact - 1):+.2f}")
 
     def print(self):
-        for table in (self.sums, self.shared, self.limits, self.quantiles):
+        for table in (self.sums, self.rests, self.shared, self.limits, self.quantiles):
             table.print()
         table = Table("Greatest differences:", "Statistic", "Compared", "Greatest difference")
         for what, worst in self.worst.items():

@@ -40,7 +40,35 @@ void MakeFolder(const fs::path& folder) {
   }
 }
 
-// "Setup Fit", then "Fit" as often as the job says; stops at the first press that does not finish.
+// "Fit" so often; stops at the first press that does not finish.
+FitOutcome FitRepeatedly(int presses, QuorvaneModule& module, TerminalHost& host) {
+  FitOutcome outcome;
+  for (int press = 0; press < presses; ++press) {
+    outcome = RunFit(module, host);
+    if (outcome.ending != FitEnding::kFinished) break;
+  }
+  return outcome;
+}
+
+// "Fit to Rest"; says why if there is no rest.
+FitOutcome FitOnceAtRest(QuorvaneModule& module, TerminalHost& host) {
+  FitOutcome outcome = FitToRest(module, host);
+  const bool without = outcome.ending == FitEnding::kNoRest ||
+                       (outcome.ending == FitEnding::kStopped && !outcome.error.empty());
+  if (without) host.ReportFailure(outcome.error);
+  return outcome;
+}
+
+// Whether the finished fit is at rest, into the last fit; told if it is not.
+void TellRest(QuorvaneModule& module, TerminalHost& host) {
+  const std::shared_ptr<const FinishedFit> fit = module.LastFit;
+  const RestVerdict verdict = JudgeRest(fit->state, module.Stop, host);
+  ShareVerdict(module, *fit, verdict);
+  module.Stop.Lower();  // a time limit ends the verdict, not what comes after the fit
+  if (!verdict.atRest.value_or(false)) host.ReportFailure(verdict.reason);
+}
+
+// "Setup Fit", then "Fit" as the job says, and whether the fit is at rest.
 FitOutcome Fit(const Job& job, QuorvaneModule& module, TerminalHost& host) {
   try {
     if (!ApplyFit(job, module, host)) {
@@ -53,11 +81,9 @@ FitOutcome Fit(const Job& job, QuorvaneModule& module, TerminalHost& host) {
   if (job.confidence) ConfidenceOf(job, module.Setup);  // a bad name is told before the work
   if (job.errors) CheckNames(*job.errors, module.Setup);
   if (job.fit->timeLimit) host.SetTimeLimit(*job.fit->timeLimit);
-  FitOutcome outcome;
-  for (int press = 0; press < job.fit->repeat; ++press) {
-    outcome = RunFit(module, host);
-    if (outcome.ending != FitEnding::kFinished) break;
-  }
+  const FitOutcome outcome =
+      job.fit->toRest ? FitOnceAtRest(module, host) : FitRepeatedly(job.fit->repeat, module, host);
+  if (outcome.ending == FitEnding::kFinished) TellRest(module, host);
   host.ClearTimeLimit();
   return outcome;
 }

@@ -189,6 +189,20 @@ std::optional<MinimumRequest> ReadMinima(TableReader& table) {
   return request;
 }
 
+void ReadRepeat(TableReader& table, JobFit& fit) {
+  const auto repeat = table.IntegerOrText("repeat");
+  if (!repeat) return;
+  if (const int* times = std::get_if<int>(&*repeat)) {
+    if (*times < 1) table.Fail("repeat", "it must be at least 1");
+    fit.repeat = *times;
+    return;
+  }
+  if (std::get<std::string>(*repeat) != "rest") {
+    table.Fail("repeat", "a number of times or \"rest\" is wanted");
+  }
+  fit.toRest = true;
+}
+
 std::optional<JobFit> ReadFit(TableReader& root) {
   std::optional<TableReader> table = root.Table("fit");
   if (!table) return std::nullopt;
@@ -198,14 +212,13 @@ std::optional<JobFit> ReadFit(TableReader& root) {
   fit.useMassConservation = table->Flag("use_mass_conservation").value_or(false);
   fit.calcLoadingConcs = table->Flag("calc_loading_concs").value_or(false);
   fit.timeLimit = table->Number("time_limit");
-  fit.repeat = table->Integer("repeat").value_or(1);
+  ReadRepeat(*table, fit);
   fit.minima = ReadMinima(*table);
   fit.parameters = ReadParameters(*table);
   table->RefuseUnknownKeys();
   if (fit.timeLimit && !(*fit.timeLimit > 0.0)) {
     table->Fail("time_limit", "the number of seconds must be greater than 0");
   }
-  if (fit.repeat < 1) table->Fail("repeat", "it must be at least 1");
   CheckFit(fit);
   return fit;
 }

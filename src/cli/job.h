@@ -79,6 +79,7 @@ struct JobFit {
   bool calcLoadingConcs = false;
   std::optional<double> timeLimit;  // seconds
   int repeat = 1;
+  bool toRest = false;                   // instead of the repeats
   std::optional<MinimumRequest> minima;  // the check that follows
   std::map<const SharedParameter*, JobParameter> parameters;
 };

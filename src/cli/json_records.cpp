@@ -156,8 +156,20 @@ Json DatasetsJson(const std::vector<Dataset>& datasets) {
   return list;
 }
 
+Json RestJson(const RestVerdict& rest) {
+  Json json = {{"at_rest", nullptr},
+               {"sum", rest.sum},
+               {"sum_fall", rest.sumFall},
+               {"largest_move", rest.largestMove},
+               {"moved", rest.moved}};
+  if (rest.atRest) json["at_rest"] = *rest.atRest;
+  return json;
+}
+
 Json FitJson(const FitOutcome& outcome, const FinishedFit* last) {
-  if (outcome.ending == FitEnding::kRefused || outcome.ending == FitEnding::kFailed) {
+  const bool ended =
+      outcome.ending == FitEnding::kFinished || outcome.ending == FitEnding::kStopped;
+  if (!ended) {
     return {{"error", outcome.error}, {"where", outcome.where}};
   }
   const FitState& fit = *outcome.state;
@@ -181,6 +193,7 @@ Json FitJson(const FitOutcome& outcome, const FinishedFit* last) {
   json["seconds"] = outcome.seconds;
   json["parameters"] = ParametersJson(fit, stopped ? nullptr : &statistics);
   if (stopped) return json;
+  if (last->rest) json["rest"] = RestJson(*last->rest);
   json["covariance"] = MatrixJson(fit.FitCovar);
   json["curves"] = CurvesJson(fit);
   AddConcentrations(fit, json);
@@ -205,7 +218,7 @@ Json QualityJson(const FinishedFit& last, double critical) {
           {"strong_correlations", pairs},
           {"implausible", implausible},
           {"at_default", quality.atDefault},
-          {"remarks", QualityRemarks(quality)}};
+          {"remarks", QualityRemarks(quality, last.rest)}};
 }
 
 Json ConfidenceJson(const FitState& fit, const ConfidenceRequest& request,

@@ -19,7 +19,9 @@ Json ConstantsJson(const QuorvaneModule& module);
 // All datasets, "number" from 1.
 Json DatasetsJson(const std::vector<Dataset>& datasets);
 
-// The run that ended so, or {"error", "where"} for one that was refused or failed. `last` is the
+Json RestJson(const RestVerdict& rest);
+
+// The run that ended so, or {"error", "where"} for one without a result. `last` is the
 // finished fit of a run that finished. Throws ArithmeticFault.
 Json FitJson(const FitOutcome& outcome, const FinishedFit* last);
 

@@ -12,6 +12,7 @@
 #include "scan/dataset.h"
 #include "stats/confidence.h"
 #include "stats/error_analysis.h"
+#include "stats/fit_rest.h"
 
 namespace quorvane {
 
@@ -40,6 +41,7 @@ struct FinishedFit {
   CIRatios ratios;                          // of its report
   std::optional<IntervalSearch> intervals;  // the last search around this fit that found one
   std::optional<ErrorAnalysis> errors;      // the last analysis of this fit that found something
+  std::optional<RestVerdict> rest;          // once it has been judged
 };
 
 }  // namespace quorvane

@@ -6,6 +6,7 @@
 #include "base/clock.h"
 #include "base/host.h"
 #include "base/number_format.h"
+#include "base/quiet_host.h"
 #include "base/text.h"
 #include "core/graph_store.h"
 #include "core/page/fit_checks.h"
@@ -15,6 +16,7 @@
 #include "fit/mass_conservation.h"
 #include "fit/model_pass.h"
 #include "fit/models.h"
+#include "fit/settled_fit.h"
 #include "stats/quantiles.h"
 
 namespace quorvane {
@@ -169,12 +171,8 @@ FitOutcome FitAndReport(const std::shared_ptr<FinishedFit>& run, QuorvaneModule&
   return outcome;
 }
 
-}  // namespace
-
-FitOutcome RunFit(QuorvaneModule& module, Host& host) {
-  if (const auto refusal = CheckCellEnds(module, 0, module.Setup.NumFitSets, host)) {
-    return Refusal(refusal->title, refusal->text);
-  }
+// What follows the checks of a run.
+FitOutcome FitChecked(QuorvaneModule& module, Host& host) {
   const auto run = std::make_shared<FinishedFit>();
   run->setup = module.Setup;
   run->state.Stop = &module.Stop;
@@ -189,6 +187,91 @@ FitOutcome RunFit(QuorvaneModule& module, Host& host) {
   module.LastFit.reset();
   ReportFailure(run->state, description, host);
   return {.ending = FitEnding::kFailed, .error = description, .where = run->state.CurrentProc};
+}
+
+// Goes through to `host` but for the log and the boxes: the fit that follows says these itself.
+class SearchHost : public QuietHost {
+ public:
+  explicit SearchHost(Host& host) : host_(host) {}
+  void RunPendingEvents() override { host_.RunPendingEvents(); }
+  void ReportProgress(const Progress& progress) override { host_.ReportProgress(progress); }
+
+ private:
+  Host& host_;
+};
+
+// The rest from the start values of page and datasets: `state` holds its values. Nothing in
+// `module` changes.
+FitOutcome SearchRest(const QuorvaneModule& module, Host& host) {
+  const auto run = std::make_shared<FinishedFit>();
+  run->setup = module.Setup;
+  FitState& fit = run->state;
+  fit.Stop = &module.Stop;
+  const Stopwatch watch;
+  FitOutcome outcome{.ending = FitEnding::kNoRest, .error = {}, .where = "Fit to Rest"};
+  const auto faulted = [&](const char* what) {
+    outcome.error = "The start values are no place to begin: " + std::string(what) + " in " +
+                    fit.CurrentProc + ".";
+  };
+  host.SetStatus("Click anywhere in log window to halt fitting.");
+  SearchHost quiet(host);
+  try {
+    RestEnd end;
+    end.rest = FitRest::kSettled;  // with nothing to fit, which the fit refuses by itself
+    if (Assemble(fit, module, quiet)) end = BringToRest(fit, quiet, kMostRestSteps);
+    outcome.error = NoRestText(fit, end);
+    if (end.rest == FitRest::kSettled) outcome.ending = FitEnding::kFinished;
+    if (end.rest == FitRest::kStopped) outcome.ending = FitEnding::kStopped;
+  } catch (const ArithmeticFault& fault) {
+    faulted(fault.what());
+  } catch (const SubscriptFault& fault) {
+    faulted(fault.what());
+  }
+  host.SetStatus(" ");
+  outcome.seconds = watch.Seconds();
+  if (outcome.ending != FitEnding::kNoRest) outcome.state = StateOf(run);
+  return outcome;
+}
+
+}  // namespace
+
+FitOutcome FitToRest(QuorvaneModule& module, Host& host) {
+  if (const auto refusal = CheckCellEnds(module, 0, module.Setup.NumFitSets, host)) {
+    return Refusal(refusal->title, refusal->text);
+  }
+  FitOutcome search = SearchRest(module, host);
+  if (search.ending != FitEnding::kFinished) return search;
+  const struct FitPage page = module.FitPage;
+  const std::vector<Dataset> datasets = module.Store.Datasets;
+  FitState rest = *search.state;
+  UpdateParameters(rest, module.FitPage, module.Store.Datasets);
+  FitOutcome outcome = FitChecked(module, host);
+  outcome.seconds += search.seconds;
+  if (outcome.ending != FitEnding::kFinished) {
+    module.FitPage = page;
+    module.Store.Datasets = datasets;
+  }
+  return outcome;
+}
+
+bool ShareVerdict(QuorvaneModule& module, const FinishedFit& judged, RestVerdict verdict) {
+  if (!module.LastFit) return false;
+  const FitState& now = module.LastFit->state;
+  const FitState& then = judged.state;
+  const bool same = now.FitModel == then.FitModel && now.FitR == then.FitR &&
+                    now.FitY == then.FitY && now.FitIA == then.FitIA && now.FitA == then.FitA;
+  if (!same) return false;
+  FinishedFit known = *module.LastFit;
+  known.rest = std::move(verdict);
+  module.LastFit = std::make_shared<const FinishedFit>(std::move(known));
+  return true;
+}
+
+FitOutcome RunFit(QuorvaneModule& module, Host& host) {
+  if (const auto refusal = CheckCellEnds(module, 0, module.Setup.NumFitSets, host)) {
+    return Refusal(refusal->title, refusal->text);
+  }
+  return FitChecked(module, host);
 }
 
 ConfidenceOutcome SearchIntervals(QuorvaneModule& module, const ConfidenceRequest& request,

@@ -22,6 +22,12 @@ FitStatistics CalcFitStatistics(const FitState& fit, double sum) {
   return statistics;
 }
 
+double SquaredSignal(const FitState& fit) {
+  double squares = 0.0;
+  for (int i = 1; i <= fit.FitNumPoints; ++i) squares += fit.FitY(i) * fit.FitY(i);
+  return squares;
+}
+
 double StandardError(const FitState& fit, const FitStatistics& statistics, int k) {
   return Checked([&] { return std::sqrt(statistics.variance * fit.FitCovar(k, k)); });
 }

@@ -17,6 +17,10 @@ struct FitStatistics {
 FitStatistics CalcFitStatistics(const FitState& fit);
 FitStatistics CalcFitStatistics(const FitState& fit, double sum);
 
+// Sum of FitY squared, mass conservation points included: the scale below which a sum of squared
+// residuals is rounding.
+double SquaredSignal(const FitState& fit);
+
 // Standard error of FitA(k): square root of the variance times FitCovar(k, k).
 // Throws ArithmeticFault for a negative one.
 double StandardError(const FitState& fit, const FitStatistics& statistics, int k);

@@ -7,6 +7,7 @@
 #include "base/arithmetic.h"
 #include "base/host.h"
 #include "fit/fit_state.h"
+#include "fit/fit_statistics.h"
 #include "fit/levmarq.h"
 #include "fit/model_pass.h"
 #include "fit/models.h"
@@ -29,11 +30,13 @@ constexpr double kPerfect = 1e-24;
 // A step that forecasts so small a fall promises nothing worth a pass.
 constexpr double kNothing = 1e-13;
 
-constexpr double kNear = 0.1;     // a Newton step whose fall is a smaller share is tried as it is
-constexpr double kNewton = 1e-9;  // the least damping; a step of Newton for all that shows
+constexpr double kFar = 2.0;  // longest moves: an undamped step or a way that leads nowhere near
+constexpr double kNewton = 1e-9;      // the least damping; a step of Newton for all that shows
 constexpr double kLeastAgain = 1e-7;  // after a step of Newton that failed
 constexpr double kFirstLambda = 1e-3;
 constexpr double kMostLambda = 1e14;
+constexpr double kHopeless = 4.0;  // times the sum of flat lines
+constexpr int kMostAlone = 50;     // steps of the datasets alone
 constexpr double kFirstGrowth = 4.0;
 
 // How far one step may take a parameter: the signal is exponential in most of them, and the
@@ -42,7 +45,7 @@ double LongestMove(const FitState& fit, int l) {
   if (l <= fit.NumFitSets) return kInfinity;  // a baseline is linear
   if (l <= fit.SharedBase()) return 1.5;      // ln reference concentrations
   const auto place = static_cast<std::size_t>(l - fit.SharedBase() - 1);
-  if (place >= fit.FitModel->parameters.size()) return kInfinity;
+  if (fit.FitModel == nullptr || place >= fit.FitModel->parameters.size()) return kInfinity;
   const SharedParameter& shared = *fit.FitModel->parameters[place].shared;
   switch (shared.kind) {
     case ParameterKind::kWeight:
@@ -63,12 +66,14 @@ class Descent {
  public:
   Descent(FitState& fit, Host& host);
 
+  // The pass at the start values.
+  void Begin();
+  double StartSum() const { return end_.startSum; }
   RestEnd Run(int mostSteps);
 
  private:
   enum class Trial { kAccepted, kRejected, kNothingToGain };
 
-  void FirstPass();
   bool Pass(const Array1<double>& a, double& sum);
   FitRest Descend(int mostSteps);
   Trial TryStep();
@@ -79,9 +84,12 @@ class Descent {
   void Accept(double sum, double forecast);
   void Reject();
   bool FactorWhatIsKnown();
+  void LeaveOut(int place);
   double NewtonForecast();
   bool Settled(double move) const;
-  FitRest AtStandstill();
+  bool LeadsAway() const;
+  bool FindVague();
+  void InvertWhatIsKnown();
   void FindRunaway();
   void Close();
 
@@ -100,7 +108,9 @@ class Descent {
   double perfect_ = 0.0;  // a sum that is rounding as a whole
   double lambda_ = kNewton;
   double growth_ = kFirstGrowth;  // of lambda at the next rejection
-  double newtonForecast_ = 0.0;   // the fall that an undamped step promises
+  std::vector<double> newton_;    // [place from 0] at the end, the undamped step
+  double newtonTimesTooLong_ = 0.0;
+  double newtonForecast_ = 0.0;  // the fall that an undamped step promises
   RestEnd end_;
 };
 
@@ -118,8 +128,7 @@ Descent::Descent(FitState& fit, Host& host) : fit_(fit), host_(host), alpha_(fit
   damping_.assign(parameter_.size(), 0.0);
   lastMove_ = damping_;
   freedom_ = std::max(1, fit.FitNumPoints - memory.mfit);
-  for (int i = 1; i <= fit.FitNumPoints; ++i) perfect_ += fit.FitY(i) * fit.FitY(i);
-  perfect_ *= kPerfect;
+  perfect_ = kPerfect * SquaredSignal(fit);
 }
 
 // The sums at `a`: FitCovar and trialStep take curvature and gradient. False after a fault.
@@ -132,34 +141,42 @@ bool Descent::Pass(const Array1<double>& a, double& sum) {
   return std::isfinite(sum);
 }
 
-void Descent::FirstPass() {
+void Descent::Begin() {
   StepMemory& memory = fit_.Memory;
+  fit_.CurrentProc = "SettleFit";
+  PreparePass(fit_);
   MRQCOF(fit_, fit_.FitA, alpha_, memory.beta, memory.bestChiSq);
   end_.startSum = memory.bestChiSq;
   for (int l = 1; l <= fit_.FitMA; ++l) memory.trialA(l) = fit_.FitA(l);
 }
 
-// Factors the curvature without the parameters that the data do not determine beside the others;
-// those get a row of the unit matrix. False if there is nothing to factor.
+// Factors the curvature without the parameters in unknown_ and without those that the data do not
+// determine beside the others, which join them; they get a row of the unit matrix. False if there
+// is nothing to factor.
 bool Descent::FactorWhatIsKnown() {
   StepMemory& memory = fit_.Memory;
-  unknown_.clear();
-  if (memory.solver.Factor(alpha_, 0.0)) return true;
+  if (unknown_.empty() && memory.solver.Factor(alpha_, 0.0)) return true;
   known_ = alpha_;
-  do {
+  for (const int place : unknown_) LeaveOut(place);
+  while (unknown_.empty() || !memory.solver.Factor(known_, 0.0)) {
     const int place = memory.solver.DoubtfulPlace();
     if (std::find(unknown_.begin(), unknown_.end(), place) != unknown_.end()) return false;
     unknown_.push_back(place);
-    for (int k = 1; k <= memory.mfit; ++k) known_(place, k) = known_(k, place) = 0.0;
-    known_(place, place) = 1.0;
-  } while (!memory.solver.Factor(known_, 0.0));
+    LeaveOut(place);
+  }
   return true;
+}
+
+void Descent::LeaveOut(int place) {
+  for (int k = 1; k <= fit_.Memory.mfit; ++k) known_(place, k) = known_(k, place) = 0.0;
+  known_(place, place) = 1.0;
 }
 
 // The fall that an undamped step promises; the step is left in trialStep.
 double Descent::NewtonForecast() {
   StepMemory& memory = fit_.Memory;
   double forecast = kInfinity;
+  unknown_.clear();
   const FaultFlags faults = FaultsRaisedBy([&] {
     if (!FactorWhatIsKnown()) return;
     std::copy_n(memory.beta.Row(1), memory.mfit, memory.trialStep.Row(1));
@@ -168,7 +185,9 @@ double Descent::NewtonForecast() {
     forecast = 0.0;
     for (int j = 1; j <= memory.mfit; ++j) forecast += memory.trialStep(j, 1) * memory.beta(j, 1);
   });
-  return faults.Any() || !(forecast >= 0.0) ? kInfinity : forecast;
+  newtonTimesTooLong_ = TimesTooLong();
+  if (faults.Any() || !(forecast >= 0.0)) return kInfinity;
+  return forecast;
 }
 
 // A step damped by lambda_, into trialStep; the fall that it promises, below 0 where there is none.
@@ -291,19 +310,25 @@ bool Descent::Settled(double move) const {
 
 FitRest Descent::Descend(int mostSteps) {
   constexpr int kStillToEnd = 3;
+  constexpr int kWindow = 40;
+  constexpr double kSlow = 1e-6;  // fall in a window, relative, that ends a way to nowhere
   int still = 0;
+  double windowSum = Best();
   newtonForecast_ = NewtonForecast();
-  if (newtonForecast_ > kNear * Best()) lambda_ = kFirstLambda;
+  if (LeadsAway()) lambda_ = kFirstLambda;
   while (true) {
     if (unknown_.empty() && Settled(kSettledMove)) return FitRest::kSettled;
-    if (still >= kStillToEnd) {
-      const FitRest rest = AtStandstill();
-      if (rest != FitRest::kSettled || Settled(kSmallMove)) return rest;
+    if (still >= kStillToEnd && (LeadsAway() || Settled(kSmallMove))) return FitRest::kSettled;
+    if (end_.steps % kWindow == 0) {
+      if (end_.steps > 0 && LeadsAway() && windowSum - Best() <= kSlow * Best()) {
+        return FitRest::kSettled;
+      }
+      windowSum = Best();
     }
     if (end_.steps == mostSteps) return FitRest::kTooLong;
     const double before = Best();
     const Trial trial = TryStep();
-    if (trial == Trial::kNothingToGain) return AtStandstill();
+    if (trial == Trial::kNothingToGain) return FitRest::kSettled;
     ++end_.steps;
     host_.ReportProgress({.what = "Fit", .iteration = end_.steps, .sumOfSquares = Best()});
     host_.RunPendingEvents();
@@ -314,65 +339,126 @@ FitRest Descent::Descend(int mostSteps) {
   }
 }
 
-// What it is that ended: a parameter that is still on its way, one without influence, or a minimum.
-FitRest Descent::AtStandstill() {
-  newtonForecast_ = NewtonForecast();  // the steps since have spoilt trialStep
-  FindRunaway();
-  if (end_.runaway != 0) return FitRest::kRunaway;
-  return unknown_.empty() ? FitRest::kSettled : FitRest::kUndetermined;
+// Whether what is left to gain lies far away, or in what the data do not determine.
+bool Descent::LeadsAway() const {
+  return !unknown_.empty() || newtonTimesTooLong_ > kFar;
 }
 
-// A parameter that has come far and would still go on the same way by more than a step may.
+// Parameters whose standard error is beyond all sense count as not determined.
+bool Descent::FindVague() {
+  constexpr double kVague = 100.0;  // longest moves
+  const double variance = Best() / freedom_;
+  bool found = false;
+  for (std::size_t k = 0; k < parameter_.size(); ++k) {
+    const int place = static_cast<int>(k) + 1;
+    const double limit = kVague * LongestMove(fit_, parameter_[k]);
+    if (!(fit_.FitCovar(place, place) * variance > limit * limit)) continue;
+    if (std::find(unknown_.begin(), unknown_.end(), place) != unknown_.end()) continue;
+    unknown_.push_back(place);
+    found = true;
+  }
+  return found;
+}
+
+// The inverse of the curvature of what is determined; zeros elsewhere.
+void Descent::InvertWhatIsKnown() {
+  fit_.FitCovar = Matrix1<double>(fit_.FitMA, fit_.FitMA);
+  const FaultFlags faults = FaultsRaisedBy([&] {
+    if (FactorWhatIsKnown()) fit_.Memory.solver.Invert(fit_.FitCovar);
+  });
+  if (faults.Any()) fit_.FitCovar = Matrix1<double>(fit_.FitMA, fit_.FitMA);
+  for (const int place : unknown_) fit_.FitCovar(place, place) = 0.0;
+}
+
+// A parameter that has come far and would go on the same way. `newton_` is the undamped step.
 void Descent::FindRunaway() {
-  constexpr double kFar = 2.0;  // longest moves
   double most = kFar;
-  end_.runaway = 0;
-  if (unknown_.empty() && Settled(kSmallMove)) return;
   for (std::size_t k = 0; k < parameter_.size(); ++k) {
     const int place = static_cast<int>(k) + 1;
     const double limit = LongestMove(fit_, parameter_[k]);
     const double way = (fit_.FitA(parameter_[k]) - start_[k]) / limit;
+    if (std::fabs(way) <= most || lastMove_[k] * way <= 0.0) continue;
     const bool unknown = std::find(unknown_.begin(), unknown_.end(), place) != unknown_.end();
-    const double ahead = fit_.Memory.trialStep(place, 1) / limit;
-    if (lastMove_[k] * way <= 0.0 || (!unknown && ahead * way <= kFar * std::fabs(way))) continue;
-    if (std::fabs(way) <= most) continue;
+    if (!unknown && newton_[k] * way <= kFar * limit * std::fabs(way)) continue;
     most = std::fabs(way);
     end_.runaway = parameter_[k];
     end_.upwards = way > 0.0;
   }
 }
 
-// The covariance of what is determined, in parameter order.
+// Names what stands in the way of a rest, and leaves the covariance in parameter order.
 void Descent::Close() {
-  StepMemory& memory = fit_.Memory;
   fit_.FitChiSq = Best();
   if (end_.rest == FitRest::kStopped) return;
-  fit_.FitCovar = Matrix1<double>(fit_.FitMA, fit_.FitMA);
-  const FaultFlags faults = FaultsRaisedBy([&] {
-    if (FactorWhatIsKnown()) memory.solver.Invert(fit_.FitCovar);
-  });
-  if (faults.Any()) fit_.FitCovar = Matrix1<double>(fit_.FitMA, fit_.FitMA);
+  newtonForecast_ = NewtonForecast();
+  newton_.assign(fit_.Memory.trialStep.Row(1), fit_.Memory.trialStep.Row(1) + fit_.Memory.mfit);
+  InvertWhatIsKnown();
+  if (FindVague()) InvertWhatIsKnown();
+  FindRunaway();
+  if (end_.rest == FitRest::kSettled) {
+    if (!unknown_.empty()) end_.rest = FitRest::kUndetermined;
+    if (end_.runaway != 0) end_.rest = FitRest::kRunaway;
+  }
   for (const int place : unknown_) {
-    fit_.FitCovar(place, place) = 0.0;
     end_.undetermined.push_back(parameter_[static_cast<std::size_t>(place - 1)]);
   }
   std::sort(end_.undetermined.begin(), end_.undetermined.end());
-  COVSRT(fit_, fit_.FitCovar, fit_.FitMA, memory.mfit);
+  COVSRT(fit_, fit_.FitCovar, fit_.FitMA, fit_.Memory.mfit);
 }
 
 RestEnd Descent::Run(int mostSteps) {
-  fit_.CurrentProc = "SettleFit";
-  PreparePass(fit_);
-  FirstPass();
   end_.rest = Descend(mostSteps);
   Close();
   return end_;
 }
 
+// The sum of squares of the best horizontal lines, one a dataset.
+double FlatSum(const FitState& fit) {
+  double sum = 0.0;
+  for (int d = 1; d <= fit.NumFitSets; ++d) {
+    double mean = 0.0;
+    double squares = 0.0;
+    int count = 0;
+    for (int i = fit.SetFirstPoint(d); i < fit.SetFirstPoint(d) + fit.SetPointCount(d); ++i) {
+      if (fit.PointKind(i) != 0) continue;
+      const double off = fit.FitY(i) - mean;
+      mean += off / ++count;
+      squares += off * (fit.FitY(i) - mean);
+    }
+    sum += squares;
+  }
+  return sum;
+}
+
+// Baselines and reference concentrations alone, the shared parameters held: from a start that is
+// worse than no model, the shared ones would go astray to make up for these. The steps taken.
+int FitDatasetsAlone(FitState& fit, Host& host, int mostSteps) {
+  const Array1<std::int16_t> chosen = fit.FitIA;
+  for (int l = fit.SharedBase() + 1; l <= fit.FitMA; ++l) fit.FitIA(l) = 0;
+  int steps = 0;
+  if (fit.NumFitted() > 0) {
+    Descent alone(fit, host);
+    alone.Begin();
+    steps = alone.Run(mostSteps).steps;
+  }
+  fit.FitIA = chosen;
+  return steps;
+}
+
 }  // namespace
 
 RestEnd BringToRest(FitState& fit, Host& host, int mostSteps) {
-  return Descent(fit, host).Run(mostSteps);
+  Descent descent(fit, host);
+  descent.Begin();
+  if (descent.StartSum() <= kHopeless * FlatSum(fit)) return descent.Run(mostSteps);
+  const double startSum = descent.StartSum();
+  const int before = FitDatasetsAlone(fit, host, std::min(mostSteps, kMostAlone));
+  Descent whole(fit, host);
+  whole.Begin();
+  RestEnd end = whole.Run(mostSteps - before);
+  end.startSum = startSum;
+  end.steps += before;
+  return end;
 }
 
 FitRest SettleFit(FitState& fit, Host& host, int mostSteps) {

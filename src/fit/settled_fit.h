@@ -27,7 +27,7 @@ struct RestEnd {
   int steps = 0;                  // tried; the pass at the start values is not among them
   double startSum = 0.0;          // of squares, at the start values
   std::vector<int> undetermined;  // indices of FitA, from 1; not after a stop
-  int runaway = 0;                // index of FitA, 0 for none
+  int runaway = 0;                // index of FitA of one that went far and would go on, or 0
   bool upwards = false;           // where it runs to
 };
 

@@ -142,25 +142,26 @@ FitRest Analysis::Settle(int mostSteps) {
 // False, with the reason in the outcome, if there is nothing to analyse.
 bool Analysis::BringToRest() {
   constexpr int kMostSteps = 5000;
-  FitRest rest = FitRest::kStopped;
+  outcome_.freedom = rest_.FitNumPoints - rest_.NumFitted();
+  if (outcome_.freedom <= 0) {
+    outcome_.error =
+        "There are no degrees of freedom: as many parameters are fitted as there are "
+        "points.";
+    return false;
+  }
   RunTasks("Fit to rest", 1, [&](std::size_t) {
     try {
-      rest = Settle(kMostSteps);
-      if (SumStandsStill(rest)) CalcModelValues(rest_);
+      if (SumStandsStill(Settle(kMostSteps))) {
+        CalcModelValues(rest_);
+      } else {
+        outcome_.error = "The fit does not come to rest: its sum of squares goes on falling.";
+      }
     } catch (const ArithmeticFault& fault) {
       outcome_.error = "The fit cannot be brought to rest: " + std::string(fault.what()) + ".";
     }
   });
-  if (stop_.Raised() || !outcome_.error.empty()) return false;
-  outcome_.freedom = rest_.FitNumPoints - rest_.NumFitted();
-  if (!SumStandsStill(rest)) {
-    outcome_.error = "The fit does not come to rest: its sum of squares goes on falling.";
-  } else if (outcome_.freedom <= 0) {
-    outcome_.error =
-        "There are no degrees of freedom: as many parameters are fitted as there are "
-        "points.";
-  }
-  return outcome_.error.empty();
+  if (stop_.Raised()) outcome_.error.clear();
+  return !stop_.Raised() && outcome_.error.empty();
 }
 
 // Standard error, or 0 where the covariance gives none.

@@ -246,8 +246,12 @@ FitQuality CalcFitQuality(const FitState& fit, const FitPage& page, const Consta
   return quality;
 }
 
-std::vector<std::string> QualityRemarks(const FitQuality& quality) {
+std::vector<std::string> QualityRemarks(const FitQuality& quality,
+                                        const std::optional<RestVerdict>& rest) {
   std::vector<std::string> remarks;
+  if (rest) {
+    if (const auto remark = RestRemark(*rest)) remarks.push_back(*remark);
+  }
   for (const ImplausibleValue& value : quality.implausible) {
     remarks.push_back(value.name + " = " + FormatParam(value.value) + " " + value.reason + ".");
   }

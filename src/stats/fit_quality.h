@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "fit/fit_page.h"
+#include "stats/fit_rest.h"
 
 namespace quorvane {
 
@@ -83,6 +84,8 @@ FitQuality CalcFitQuality(const FitState& fit, const FitPage& page, const Consta
                           double critical);
 
 // What to look at, in plain sentences, those about single datasets last; none if nothing was found.
-std::vector<std::string> QualityRemarks(const FitQuality& quality);
+// A known `rest` that is not all well comes first.
+std::vector<std::string> QualityRemarks(const FitQuality& quality,
+                                        const std::optional<RestVerdict>& rest = std::nullopt);
 
 }  // namespace quorvane

@@ -203,9 +203,7 @@ std::vector<FoundMinimum> GroupEnds(const FitState& fit, const std::vector<Start
 
 double LeastSum(const FitState& fit) {
   constexpr double kOfSignal = 1e-12;
-  double squares = 0.0;
-  for (int i = 1; i <= fit.FitNumPoints; ++i) squares += fit.FitY(i) * fit.FitY(i);
-  return kOfSignal * squares;
+  return kOfSignal * SquaredSignal(fit);
 }
 
 bool IsLowerSum(const FitState& fit, double sum, double than) {

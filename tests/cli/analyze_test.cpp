@@ -105,6 +105,37 @@ TEST_F(AnalyzeTest, WritesTheReportOfAFinishedFitOnly) {
   EXPECT_FALSE(std::filesystem::exists(folder / "no.html"));
 }
 
+TEST_F(AnalyzeTest, SaysWhetherTheFitIsAtRestAndBringsItThere) {
+  const std::string dimer = std::string(kTwoScans) + "[fit]\nmodel = \"Monomer-Nmer\"\n";
+  const std::string start = "[fit.parameters]\nLnK1 = { start = -1.0 }\n";
+  const struct {
+    std::string job;
+    int status;
+    std::optional<bool> atRest;
+    const char* told;
+  } cases[] = {
+      {std::string(kTwoScans) + "[fit]\nmodel = 0\nrepeat = \"rest\"\n", 0, true, ""},
+      {dimer, 0, false, "The fit is not at rest: going on lowers"},
+      {dimer + "repeat = \"rest\"\n" + start, 1, std::nullopt, "The fit does not come to rest: "},
+      {dimer + "repeat = \"rest\"\ntime_limit = 1e-9\n" + start, 1, std::nullopt,
+       "Stopped before the fit had come to rest."},
+  };
+  for (const auto& one : cases) {
+    SCOPED_TRACE(one.job);
+    EXPECT_EQ(Analyze(one.job + "[output]\nreport = \"fit.html\"\n"), one.status);
+    EXPECT_TRUE(err.str().starts_with(one.told)) << err.str();
+    const json fit = Result()["fit"];
+    ASSERT_EQ(fit.contains("rest"), one.atRest.has_value());
+    if (!one.atRest) continue;
+    EXPECT_EQ(fit["rest"]["at_rest"], *one.atRest);
+    EXPECT_EQ(fit["rest"].size(), 5U);
+    EXPECT_EQ(err.str().empty(), *one.atRest) << err.str();
+    EXPECT_EQ(Result()["quality"]["remarks"].dump().find("not at rest") == std::string::npos,
+              *one.atRest);
+    EXPECT_NE(ReadText(folder / "fit.html").find("At rest"), std::string::npos);
+  }
+}
+
 TEST_F(AnalyzeTest, StartsCheckTheMinimumAndLeaveTheFitAlone) {
   const std::string job = std::string(kTwoScans) + "[fit]\nmodel = \"Ideal\"\nrepeat = 2\n";
   ASSERT_EQ(Analyze(job), 0);

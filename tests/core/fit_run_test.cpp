@@ -108,6 +108,66 @@ TEST(RunFit, AStopKeepsDatasetsAndPage) {
   EXPECT_EQ(host.statuses.back(), " ");
 }
 
+// Monomer and dimer in signals so small that a fit from the page's start ends far from its rest;
+// without the dimer, ln K has nowhere to rest.
+QuorvaneModule SmallSession(bool dimer) {
+  QuorvaneModule module;
+  for (const int speed : {14000, 17000, 20000}) {
+    AddScan(module, {.speed = speed}, [dimer](double x, double omega) {
+      const double monomer = 0.3 * std::exp(8000.0 * omega * x);
+      return 0.01 + monomer + (dimer ? 4.0 * monomer * monomer : 0.0);
+    });
+    for (double& signal : module.Store.Datasets.back().C) signal *= 0.02;
+  }
+  return module;
+}
+
+TEST(FitToRest, EndsAtRestOrChangesNothing) {
+  const struct {
+    const char* what;
+    bool dimer;
+    int stopAfterLine;  // of the log; -1: never
+    FitEnding ending;
+    const char* error;
+  } cases[] = {
+      {"rest", true, -1, FitEnding::kFinished, ""},
+      {"no rest", false, -1, FitEnding::kNoRest, "The fit does not come to rest: "},
+      {"stopped", true, 0, FitEnding::kStopped, "Stopped before the fit had come to rest."},
+      {"stopped in the fit", true, 3, FitEnding::kStopped, ""},
+  };
+  for (const auto& one : cases) {
+    SCOPED_TRACE(one.what);
+    QuorvaneModule module = SmallSession(one.dimer);
+    RecordingHost host;
+    SetupFit(module.Setup, module.FitPage, module.Store, *FindModel(2), host);
+    ASSERT_EQ(RunFit(module, host).ending, FitEnding::kFinished);
+    const auto last = module.LastFit;
+    const RestVerdict verdict = JudgeRest(last->state, module.Stop, host);
+    EXPECT_FALSE(one.dimer && verdict.atRest.value_or(true)) << verdict.reason;
+    ASSERT_TRUE(ShareVerdict(module, *last, verdict));
+    EXPECT_EQ(module.LastFit->rest->reason, verdict.reason);
+    const auto shared = module.LastFit;
+    const std::string before = Kept(module);
+    host.lines.clear();
+    host.onEvents = [&] {
+      if (static_cast<int>(host.lines.size()) == one.stopAfterLine) module.Stop.Raise();
+    };
+    const FitOutcome outcome = FitToRest(module, host);
+    EXPECT_EQ(outcome.ending, one.ending) << outcome.error;
+    EXPECT_EQ(outcome.error.substr(0, std::string(one.error).size()), one.error);
+    if (one.ending == FitEnding::kFinished) {
+      EXPECT_EQ(std::count(host.lines.begin(), host.lines.end(), std::string(40, '=')), 2);
+      EXPECT_TRUE(JudgeRest(module.LastFit->state, module.Stop, host).atRest.value_or(false));
+      EXPECT_FALSE(ShareVerdict(module, *last, verdict));  // of another fit
+      EXPECT_FALSE(module.LastFit->rest);
+    } else {
+      EXPECT_TRUE(Kept(module) == before);
+      EXPECT_TRUE(module.LastFit == shared);
+      EXPECT_EQ(host.lines.empty(), !outcome.error.empty());
+    }
+  }
+}
+
 TEST(RunFit, AFailureIsShownLoggedAndKeepsDatasetsAndPage) {
   struct Row {
     const char* what;

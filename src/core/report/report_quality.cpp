@@ -30,6 +30,9 @@ ReportTable WholeFit(const ReportView& view) {
   table.rows.push_back(
       {"Root mean square deviation",
        ReportNumber(std::sqrt(view.statistics.variance), "0.000E+00") + " signal units"});
+  if (const auto& rest = view.record.rest) {
+    table.rows.push_back({"At rest", !rest->atRest ? "not known" : *rest->atRest ? "yes" : "no"});
+  }
   return table;
 }
 
@@ -74,7 +77,7 @@ ReportSection QualitySection(const ReportView& view) {
     for (int d = 1; d <= view.fit.NumFitSets; ++d) {  // as they are numbered here
       quality.sets[static_cast<std::size_t>(d - 1)].dataset = d;
     }
-    section.paragraphs = QualityRemarks(quality);
+    section.paragraphs = QualityRemarks(quality, view.record.rest);
     section.tables.push_back(QualityOfSets(view, quality));
   } catch (const ArithmeticFault&) {
     section.paragraphs = {"The quality of the datasets cannot be computed from this fit."};
