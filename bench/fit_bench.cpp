@@ -8,6 +8,7 @@
 #include "fit/levmarq.h"
 #include "fit/settled_fit.h"
 #include "stats/confidence.h"
+#include "stats/error_analysis.h"
 #include "stats/fit_rest.h"
 #include "support/fit_problem.h"
 
@@ -123,6 +124,33 @@ void ConfidenceSearch(benchmark::State& state) {
   state.counters["intervals"] = static_cast<double>(found);
 }
 
+// What an error analysis asks, beside what every one of them does.
+void RunAnalysis(benchmark::State& state, ErrorRequest request) {
+  FitState fit = StandingProblem(static_cast<int>(state.range(0)));
+  QuietHost host;
+  int iterations = 0;
+  FitData(fit, host, iterations);
+  request.parameters = FittedShared(fit);
+  if (request.surfacePoints > 0) request.surfaces = {{request.parameters[0], fit.FitMA}};
+  ErrorAnalysis found;
+  for (auto _ : state) found = AnalyseErrors(fit, request, StopFlag(), host);
+  state.counters["parameters"] = static_cast<double>(found.parameters.size());
+}
+
+// Both limits at two levels of all fitted shared parameters.
+void Profiles(benchmark::State& state) {
+  RunAnalysis(state, {.surfacePoints = 0});
+}
+
+void MonteCarlo1000(benchmark::State& state) {
+  RunAnalysis(state, {.profile = false, .monteCarlo = true, .surfacePoints = 0});
+}
+
+// With the two profiles that give the axes.
+void Surface41(benchmark::State& state) {
+  RunAnalysis(state, {.profile = false, .surfacePoints = 41});
+}
+
 // Points per dataset fixed, datasets growing: the time of a pass must grow with the points.
 void PassOverDatasets(benchmark::State& state) {
   FitState fit = MakeProblem(
@@ -148,4 +176,7 @@ BENCHMARK(Verdict)
     ->ArgNames({"", "one_press"})
     ->Unit(benchmark::kMillisecond);
 BENCHMARK(ConfidenceSearch)->DenseRange(1, 2)->Unit(benchmark::kMillisecond)->UseRealTime();
+BENCHMARK(Profiles)->DenseRange(1, 2)->Unit(benchmark::kMillisecond)->UseRealTime();
+BENCHMARK(MonteCarlo1000)->DenseRange(1, 2)->Unit(benchmark::kMillisecond)->UseRealTime();
+BENCHMARK(Surface41)->DenseRange(1, 2)->Unit(benchmark::kMillisecond)->UseRealTime();
 BENCHMARK(PassOverDatasets)->RangeMultiplier(2)->Range(5, 80)->Complexity(benchmark::oN);

@@ -15,6 +15,8 @@ std::string ProgressText(const Progress& progress) {
       return what + ": " + std::to_string(progress.iteration) + " of " +
              FormatNumber(progress.trial, "0") + " starts, least sum of squares " +
              FormatNumber(progress.sumOfSquares, "0.000000E+00");
+    case SearchPhase::kParts:
+      return what + ": " + FormatNumber(100.0 * progress.iteration / progress.trial, "0") + " %";
     case SearchPhase::kNone:
       break;
   }

@@ -6,20 +6,22 @@
 
 namespace quorvane {
 
-// What a confidence search does with its parameter; or fits from many starts.
-enum class SearchPhase { kNone, kBracketing, kBisection, kStarts };
+// What a confidence search does with its parameter; or fits from many starts, or the parts of a
+// larger work.
+enum class SearchPhase { kNone, kBracketing, kBisection, kStarts, kParts };
 
 struct Progress {
-  std::string_view what;                   // "Fit", or the parameter under search
-  int iteration = 0;                       // of the running fit, from 1; of starts, those ended
-  double sumOfSquares = 0.0;               // in squared signal units
+  std::string_view what;      // "Fit", or the parameter under search
+  int iteration = 0;          // of the running fit, from 1; of starts and parts, those ended
+  double sumOfSquares = 0.0;  // in squared signal units
   SearchPhase phase = SearchPhase::kNone;  // of a search
-  double trial = 0.0;  // value at which a search holds the parameter; of starts, their number
+  double trial =
+      0.0;  // value at which a search holds the parameter; of starts and parts, their number
 };
 
 // A line for status bar or terminal: "Fit: iteration 7, sum of squares 1.234567E-03",
-// "LnK1: bracketing, 12.3450" or "Check Minimum: 7 of 21 starts, least sum of squares
-// 1.234567E-03".
+// "LnK1: bracketing, 12.3450", "Check Minimum: 7 of 21 starts, least sum of squares 1.234567E-03"
+// or "Monte Carlo: 40 %".
 std::string ProgressText(const Progress& progress);
 
 }  // namespace quorvane

@@ -11,6 +11,7 @@
 #include "cli/fit_table.h"
 #include "cli/job.h"
 #include "cli/job_steps.h"
+#include "cli/json_errors.h"
 #include "cli/json_records.h"
 #include "cli/terminal_host.h"
 #include "core/fit_run.h"
@@ -78,6 +79,7 @@ FitOutcome Fit(const Job& job, QuorvaneModule& module, TerminalHost& host) {
     return {.ending = FitEnding::kFailed, .error = fault.what(), .where = "cmdSetFit"};
   }
   if (job.confidence) ConfidenceOf(job, module.Setup);  // a bad name is told before the work
+  if (job.errors) CheckNames(*job.errors, module.Setup);
   if (job.fit->timeLimit) host.SetTimeLimit(*job.fit->timeLimit);
   FitOutcome outcome =
       job.fit->toRest ? FitOnceAtRest(module, host) : FitRepeatedly(job.fit->repeat, module, host);
@@ -180,6 +182,19 @@ ExitStatus CheckMinima(const MinimumRequest& request, QuorvaneModule& module, Js
   return outcome.stopped ? ExitStatus::kNotDone : ExitStatus::kDone;
 }
 
+// The table [errors] around the finished fit.
+ExitStatus FindErrors(const JobErrors& errors, QuorvaneModule& module, Json& json,
+                      TerminalHost& host) {
+  const std::shared_ptr<const FinishedFit> last = module.LastFit;
+  const ErrorAnalysis found =
+      SearchErrors(module, RequestOf(errors, last->setup, last->state), host);
+  json["errors"] = ErrorsJson(found, last->state);
+  if (!found.error.empty()) host.ReportFailure(found.error);
+  if (found.better) host.ReportFailure(BetterSumText(found));
+  if (!found.scaleRemark.empty()) host.ReportFailure(found.scaleRemark);
+  return found.stopped || !found.error.empty() ? ExitStatus::kNotDone : ExitStatus::kDone;
+}
+
 // Minima, quality, confidence intervals and correlation coefficients of a finished fit, into
 // `json`; the last two into the log as well.
 ExitStatus AnalyseErrors(const Job& job, const FitOutcome& fit, QuorvaneModule& module, Json& json,
@@ -201,6 +216,7 @@ ExitStatus AnalyseErrors(const Job& job, const FitOutcome& fit, QuorvaneModule& 
     if (!missing.empty()) host.ReportFailure(missing);
     if (!found.error.empty()) host.ReportFailure("The confidence search failed: " + found.error);
   }
+  if (job.errors) status = Worst({status, FindErrors(*job.errors, module, json, host)});
   if (job.crossCorrelation) {
     LogCrossCorrelation(state, host);
     json["cross_correlation"] = CrossCorrelationJson(state, critical);

@@ -327,8 +327,9 @@ std::unique_ptr<ParsedJob> ReadJob(const fs::path& path) {
   job.datasets = ReadDatasets(root);
   job.fit = ReadFit(root);
   job.confidence = ReadConfidence(root);
+  job.errors = ReadErrors(root);
   ReadCrossCorrelation(root, job);
-  for (const char* table : {"confidence", "cross_correlation"}) {
+  for (const char* table : {"confidence", "errors", "cross_correlation"}) {
     if (!job.fit && root.Has(table)) root.Fail(table, "it needs a [fit]");
   }
   job.output = ReadOutput(root, folder);

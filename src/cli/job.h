@@ -10,6 +10,7 @@
 #include <utility>
 #include <vector>
 
+#include "cli/job_errors.h"
 #include "cli/toml_reader.h"
 #include "core/page/row_values.h"
 #include "fit/models.h"
@@ -104,6 +105,7 @@ struct Job {
   std::vector<JobDataset> datasets;
   std::optional<JobFit> fit;
   std::optional<JobConfidence> confidence;
+  std::optional<JobErrors> errors;
   bool crossCorrelation = false;  // print the coefficients after the fit
   std::optional<double> criticalCoefficient;
   JobOutput output;

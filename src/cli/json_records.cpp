@@ -67,15 +67,6 @@ Json ParametersJson(const FitState& fit, const FitStatistics* statistics) {
   return parameters;
 }
 
-// Other values of the parameters of `fit`.
-Json ValuesJson(const FitState& fit, const Array1<double>& values) {
-  Json list = Json::array();
-  for (int k = 1; k <= fit.FitMA; ++k) {
-    list.push_back({{"name", std::string(Trim(fit.FitParamNames(k)))}, {"value", values(k)}});
-  }
-  return list;
-}
-
 Json MatrixJson(const Matrix1<double>& matrix) {
   Json rows = Json::array();
   for (int j = 1; j <= matrix.rows(); ++j) {
@@ -140,6 +131,14 @@ Json SetQualityJson(const SetQuality& set, const std::vector<Dataset>& datasets)
 
 Json DocumentHead() {
   return {{"program", "Quorvane"}, {"version", ProgramVersion()}};
+}
+
+Json ValuesJson(const FitState& fit, const Array1<double>& values) {
+  Json list = Json::array();
+  for (int k = 1; k <= fit.FitMA; ++k) {
+    list.push_back({{"name", std::string(Trim(fit.FitParamNames(k)))}, {"value", values(k)}});
+  }
+  return list;
 }
 
 Json ConstantsJson(const QuorvaneModule& module) {

@@ -11,6 +11,9 @@ namespace quorvane {
 // {"program", "version"}: the start of every document.
 Json DocumentHead();
 
+// Other values of the parameters of `fit`, with their names.
+Json ValuesJson(const FitState& fit, const Array1<double>& values);
+
 Json ConstantsJson(const QuorvaneModule& module);
 
 // All datasets, "number" from 1.

@@ -22,6 +22,11 @@ TomlFile ReadToml(const std::filesystem::path& path) {
 TableReader::TableReader(std::string file, std::string name, const toml::table& table)
     : file_(std::move(file)), name_(std::move(name)), table_(&table) {}
 
+bool TableReader::IsText(std::string_view key) const {
+  const toml::node* node = table_->get(key);
+  return node != nullptr && node->is_string();
+}
+
 bool TableReader::Has(std::string_view key) const {
   return table_->contains(key);
 }
@@ -77,10 +82,8 @@ std::optional<std::string> TableReader::NumberOrText(std::string_view key) {
   return ShortestText(NumberOf(key, *node));
 }
 
-std::optional<std::vector<std::string>> TableReader::Texts(std::string_view key) {
-  const toml::node* node = Find(key);
-  if (node == nullptr) return std::nullopt;
-  const toml::array* array = node->as_array();
+std::vector<std::string> TableReader::TextsOf(std::string_view key, const toml::node& node) const {
+  const toml::array* array = node.as_array();
   if (array == nullptr) Fail(key, "a list of texts is wanted");
   std::vector<std::string> texts;
   for (const toml::node& element : *array) {
@@ -89,6 +92,32 @@ std::optional<std::vector<std::string>> TableReader::Texts(std::string_view key)
     texts.push_back(value->get());
   }
   return texts;
+}
+
+std::optional<std::vector<std::string>> TableReader::Texts(std::string_view key) {
+  const toml::node* node = Find(key);
+  if (node == nullptr) return std::nullopt;
+  return TextsOf(key, *node);
+}
+
+std::vector<std::vector<std::string>> TableReader::TextLists(std::string_view key) {
+  std::vector<std::vector<std::string>> lists;
+  const toml::node* node = Find(key);
+  if (node == nullptr) return lists;
+  const toml::array* array = node->as_array();
+  if (array == nullptr) Fail(key, "a list of lists of texts is wanted");
+  for (const toml::node& element : *array) lists.push_back(TextsOf(key, element));
+  return lists;
+}
+
+std::optional<std::vector<double>> TableReader::Numbers(std::string_view key) {
+  const toml::node* node = Find(key);
+  if (node == nullptr) return std::nullopt;
+  const toml::array* array = node->as_array();
+  if (array == nullptr) Fail(key, "a list of numbers is wanted");
+  std::vector<double> numbers;
+  for (const toml::node& element : *array) numbers.push_back(NumberOf(key, element));
+  return numbers;
 }
 
 std::optional<std::pair<double, double>> TableReader::Range(std::string_view key) {

@@ -37,6 +37,7 @@ class TableReader {
   TableReader(std::string file, std::string name, const toml::table& table);
 
   bool Has(std::string_view key) const;
+  bool IsText(std::string_view key) const;
 
   // The value of a key, nothing if it is absent. Numbers are finite; an integer serves as one.
   std::optional<double> Number(std::string_view key);
@@ -47,6 +48,9 @@ class TableReader {
   // A text as it stands, a number as the shortest text that gives it back.
   std::optional<std::string> NumberOrText(std::string_view key);
   std::optional<std::vector<std::string>> Texts(std::string_view key);
+  std::optional<std::vector<double>> Numbers(std::string_view key);
+  // The lists of texts in a list, none if it is absent.
+  std::vector<std::vector<std::string>> TextLists(std::string_view key);
   std::optional<std::pair<double, double>> Range(std::string_view key);
   std::vector<std::pair<double, double>> Ranges(std::string_view key);
 
@@ -62,6 +66,7 @@ class TableReader {
 
  private:
   const toml::node* Find(std::string_view key);
+  std::vector<std::string> TextsOf(std::string_view key, const toml::node& node) const;
   double NumberOf(std::string_view key, const toml::node& node) const;
   std::pair<double, double> RangeOf(std::string_view key, const toml::node& node) const;
 

@@ -11,6 +11,7 @@
 #include "fit/fit_state.h"
 #include "scan/dataset.h"
 #include "stats/confidence.h"
+#include "stats/error_analysis.h"
 #include "stats/fit_rest.h"
 
 namespace quorvane {
@@ -39,6 +40,7 @@ struct FinishedFit {
   std::vector<std::string> cells;           // name of the cell geometry, by position in the fit
   CIRatios ratios;                          // of its report
   std::optional<IntervalSearch> intervals;  // the last search around this fit that found one
+  std::optional<ErrorAnalysis> errors;      // the last analysis of this fit that found something
   std::optional<RestVerdict> rest;          // once it has been judged
 };
 

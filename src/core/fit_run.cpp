@@ -284,6 +284,19 @@ ConfidenceOutcome SearchIntervals(QuorvaneModule& module, const ConfidenceReques
   return outcome;
 }
 
+ErrorAnalysis SearchErrors(QuorvaneModule& module, const ErrorRequest& request, Host& host) {
+  const std::shared_ptr<const FinishedFit> last = module.LastFit;
+  ErrorAnalysis analysis = AnalyseErrors(last->state, request, module.Stop, host);
+  analysis.derived = DerivedQuantities(last->state, last->page, analysis);
+  analysis.scaleRemark = ScaleRemark(last->state, analysis);
+  if (!analysis.parameters.empty() || !analysis.surfaces.empty()) {
+    FinishedFit known = *last;
+    known.errors = analysis;
+    module.LastFit = std::make_shared<const FinishedFit>(std::move(known));
+  }
+  return analysis;
+}
+
 void TakeAsStart(QuorvaneModule& module, const Array1<double>& values) {
   FitState other = module.LastFit->state;
   other.FitA = values;

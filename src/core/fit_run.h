@@ -52,6 +52,10 @@ bool ShareVerdict(QuorvaneModule& module, const FinishedFit& judged, RestVerdict
 ConfidenceOutcome SearchIntervals(QuorvaneModule& module, const ConfidenceRequest& request,
                                   Host& host);
 
+// AnalyseErrors of module.LastFit, which must be there, with the derived quantities. LastFit
+// becomes one that knows the analysis, if that could begin.
+ErrorAnalysis SearchErrors(QuorvaneModule& module, const ErrorRequest& request, Host& host);
+
 // Puts other values of the parameters of module.LastFit, in the order of FitA, into page and
 // datasets, as a fit that ended there would: the start of the next one.
 // Throws ArithmeticFault for a reference concentration beyond all bounds; then nothing changed.

@@ -1,19 +1,16 @@
 #include "stats/minimum_check.h"
 
 #include <algorithm>
-#include <atomic>
-#include <chrono>
 #include <cmath>
-#include <future>
 #include <limits>
 #include <mutex>
 #include <random>
-#include <thread>
 
 #include "base/arithmetic.h"
 #include "base/clock.h"
 #include "base/number_format.h"
 #include "base/quiet_host.h"
+#include "base/work_pool.h"
 #include "fit/assembly.h"
 #include "fit/fit_state.h"
 #include "fit/fit_statistics.h"
@@ -123,21 +120,18 @@ struct Race {
   const FitState& fit;
   const StopFlag& stop;
   std::vector<Start>& starts;
-  std::atomic<std::size_t> next = 0;
   std::mutex mutex;  // guards what follows
   int ended = 0;
   double leastSum = std::numeric_limits<double>::infinity();
 };
 
-void RunStarts(Race& race) {
-  for (std::size_t k = race.next++; k < race.starts.size() && !race.stop.Raised();
-       k = race.next++) {
-    RunStart(race.fit, race.stop, race.starts[k]);
-    const std::lock_guard<std::mutex> lock(race.mutex);
-    ++race.ended;
-    if (race.starts[k].end == StartEnd::kAtRest) {
-      race.leastSum = std::min(race.leastSum, race.starts[k].sum);
-    }
+void RunStart(Race& race, std::size_t k) {
+  if (race.stop.Raised()) return;
+  RunStart(race.fit, race.stop, race.starts[k]);
+  const std::lock_guard<std::mutex> lock(race.mutex);
+  ++race.ended;
+  if (race.starts[k].end == StartEnd::kAtRest) {
+    race.leastSum = std::min(race.leastSum, race.starts[k].sum);
   }
 }
 
@@ -154,26 +148,13 @@ void ReportRace(Race& race, Host& host) {
 
 // Runs all starts while the user is served. False after a stop.
 bool RunAll(Race& race, int threads, Host& host) {
-  constexpr auto kTurn = std::chrono::milliseconds(20);
-  if (threads <= 0) threads = std::max(1, static_cast<int>(std::thread::hardware_concurrency()));
-  std::vector<std::future<void>> runners;
-  for (int k = 0; k < std::min(threads, static_cast<int>(race.starts.size())); ++k) {
-    runners.push_back(std::async(std::launch::async, [&race] { RunStarts(race); }));
-  }
-  for (const std::future<void>& runner : runners) {
-    do {
-      host.RunPendingEvents();
-      ReportRace(race, host);
-    } while (runner.wait_for(kTurn) != std::future_status::ready);
-  }
-  for (std::future<void>& runner : runners) runner.get();
+  RunTasks(
+      race.starts.size(), threads, [&race](std::size_t k) { RunStart(race, k); },
+      [&] {
+        host.RunPendingEvents();
+        ReportRace(race, host);
+      });
   return !race.stop.Raised();
-}
-
-// Below this all sums are 0 to the fit.
-double Rounding(const FitState& fit) {
-  constexpr double kOfSignal = 1e-12;
-  return kOfSignal * SquaredSignal(fit);
 }
 
 bool SameMinimum(const FitState& fit, double rounding, const Start& a, const Start& b) {
@@ -198,7 +179,7 @@ std::vector<FoundMinimum> GroupEnds(const FitState& fit, const std::vector<Start
   }
   std::stable_sort(ends.begin(), ends.end(),
                    [](const Start* a, const Start* b) { return a->sum < b->sum; });
-  const double rounding = Rounding(fit);
+  const double rounding = LeastSum(fit);
   std::vector<const Start*> lowest;
   std::vector<FoundMinimum> minima;
   for (const Start* end : ends) {
@@ -220,9 +201,14 @@ std::vector<FoundMinimum> GroupEnds(const FitState& fit, const std::vector<Start
 
 }  // namespace
 
+double LeastSum(const FitState& fit) {
+  constexpr double kOfSignal = 1e-12;
+  return kOfSignal * SquaredSignal(fit);
+}
+
 bool IsLowerSum(const FitState& fit, double sum, double than) {
   constexpr double kRelative = 1e-6;
-  return sum < than * (1.0 - kRelative) - Rounding(fit);
+  return sum < than * (1.0 - kRelative) - LeastSum(fit);
 }
 
 MinimumOutcome CheckMinimum(const FitState& fit, const MinimumRequest& request,

@@ -59,6 +59,9 @@ MinimumOutcome CheckMinimum(const FitState& fit, const MinimumRequest& request,
 // What came out, in a sentence or two for a window or a terminal.
 std::string MinimumSummary(const MinimumOutcome& outcome, const MinimumRequest& request);
 
+// Below this all sums of squares are 0 to the fit: 1e-12 of the squared signal.
+double LeastSum(const FitState& fit);
+
 // Whether a sum of squares is lower than `than` by more than rounding, in the sense of
 // CheckMinimum.
 bool IsLowerSum(const FitState& fit, double sum, double than);

@@ -155,7 +155,7 @@ inline FitState MakeCurveProblem(const Model& model, const std::vector<double>& 
   for (const double value : y) fit.FitY.Append(value);
   for (const double value : start) fit.FitA.Append(value);
   fit.FitNumPoints = fit.FitX.size();
-  fit.FitR = fit.FitF = fit.FitX;
+  fit.FitR = fit.FitF = fit.FitYCalc = fit.FitX;
   fit.FitSet = Array1<std::int16_t>(fit.FitNumPoints, 1);
   fit.PointKind = Array1<std::int16_t>(fit.FitNumPoints, 0);
   fit.SetPointCount = Array1<std::int16_t>(1, static_cast<std::int16_t>(fit.FitNumPoints));

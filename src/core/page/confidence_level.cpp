@@ -41,7 +41,7 @@ Refusal SetConfidenceLevel(QuorvaneModule& module, double percent) {
   return {};
 }
 
-Refusal ChooseForSearch(ConfidenceRequest& request, const FitSetup& setup, std::string_view name) {
+Refusal FindFitted(const FitSetup& setup, std::string_view name, std::size_t& place) {
   const std::span<const ModelParameter> parameters = setup.FitModel->parameters;
   const auto found =
       std::find_if(parameters.begin(), parameters.end(),
@@ -52,8 +52,15 @@ Refusal ChooseForSearch(ConfidenceRequest& request, const FitSetup& setup, std::
   if (setup.*found->shared->check != CheckState::kChecked) {
     return Refusal{std::string(name) + " is held in this fit"};
   }
-  request.chosen.resize(parameters.size());
-  request.chosen[static_cast<std::size_t>(found - parameters.begin())] = true;
+  place = static_cast<std::size_t>(found - parameters.begin());
+  return {};
+}
+
+Refusal ChooseForSearch(ConfidenceRequest& request, const FitSetup& setup, std::string_view name) {
+  std::size_t place = 0;
+  if (Refusal refusal = FindFitted(setup, name, place)) return refusal;
+  request.chosen.resize(setup.FitModel->parameters.size());
+  request.chosen[place] = true;
   return {};
 }
 

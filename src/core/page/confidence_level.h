@@ -21,6 +21,10 @@ Refusal RefusalOfLevel(double percent);
 // Takes a level, in percent, 50 < level < 100 as shown too, as the user's own.
 Refusal SetConfidenceLevel(QuorvaneModule& module, double percent);
 
+// The place among the model's shared parameters (from 0) of the one with that name in a job, into
+// `place`. Refused if the model of `setup` does not have it, or holds it.
+Refusal FindFitted(const FitSetup& setup, std::string_view name, std::size_t& place);
+
 // Adds the shared parameter with that name in a job to what is searched. Refused if the model of
 // `setup` does not have it, or holds it.
 Refusal ChooseForSearch(ConfidenceRequest& request, const FitSetup& setup, std::string_view name);

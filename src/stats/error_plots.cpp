@@ -1,0 +1,1 @@
+#include "stats/error_plots.h"

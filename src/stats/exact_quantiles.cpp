@@ -1,0 +1,11 @@
+#include "stats/exact_quantiles.h"
+
+#include <boost/math/distributions/fisher_f.hpp>
+
+namespace quorvane {
+
+double FQuantile(int n, int m, double p) {
+  return boost::math::quantile(boost::math::fisher_f(n, m), p);
+}
+
+}  // namespace quorvane
