@@ -67,17 +67,19 @@ ChartSeries ParabolaOf(const ErrorAnalysis& analysis, const ParameterErrors& err
 ChartSeries StairsOf(const std::vector<double>& values) {
   constexpr double kMostClasses = 60.0;
   ChartSeries stairs{.name = "Replicates", .x = {}, .y = {}};
-  const auto [low, high] = std::minmax_element(values.begin(), values.end());
+  const auto ends = std::minmax_element(values.begin(), values.end());
+  const double low = *ends.first;
+  const double high = *ends.second;
   const double root = std::sqrt(static_cast<double>(values.size()));
   const auto classes = static_cast<std::size_t>(std::clamp(root, 1.0, kMostClasses));
-  const double width = (*high - *low) / static_cast<double>(classes);
+  const double width = (high - low) / static_cast<double>(classes);
   std::vector<double> counts(classes, 0.0);
   for (const double value : values) {
-    const double place = width > 0.0 ? (value - *low) / width : 0.0;
+    const double place = width > 0.0 ? (value - low) / width : 0.0;
     counts[std::min(classes - 1, static_cast<std::size_t>(place))] += 1.0;
   }
   const auto corner = [&](std::size_t edge, double count) {
-    stairs.x.push_back(*low + width * static_cast<double>(edge));
+    stairs.x.push_back(low + width * static_cast<double>(edge));
     stairs.y.push_back(count);
   };
   corner(0, 0.0);
