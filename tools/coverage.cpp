@@ -28,8 +28,7 @@ enum Method { kProfile, kMonteCarlo, kBootstrap, kMethods };
 
 // What the experiments say of one parameter.
 struct Tally {
-  std::string name;
-  double truth = 0.0;
+  std::string name = {};
   int count = 0;
   double bias = 0.0;         // sum of (value - truth) / sd
   double replicaBias = 0.0;  // sum of (mean of the Monte Carlo - value) / sd
@@ -78,6 +77,29 @@ struct ModelRun {
   std::vector<Tally> tallies;
 };
 
+// Baselines and reference concentrations of all datasets are counted together.
+std::string GroupOf(const FitState& fit, int l) {
+  if (l <= fit.NumFitSets) return "baselines";
+  if (l <= fit.SharedBase()) return "ln ref. conc.";
+  const auto place = static_cast<std::size_t>(l - fit.SharedBase() - 1);
+  return std::string(fit.FitModel->parameters[place].name);
+}
+
+void CountAll(const ErrorAnalysis& analysis, const FitState& truth, int number, ModelRun& run) {
+  run.better += analysis.better.has_value();
+  for (const ParameterErrors& errors : analysis.parameters) {
+    const std::string name = GroupOf(truth, errors.parameter);
+    auto tally = std::find_if(run.tallies.begin(), run.tallies.end(),
+                              [&](const Tally& one) { return one.name == name; });
+    if (tally == run.tallies.end()) tally = run.tallies.insert(tally, Tally{.name = name});
+    const int loose = tally->loose;
+    Count(errors, truth.FitA(errors.parameter), analysis.sum, *tally);
+    if (tally->loose == loose) continue;
+    std::fprintf(stderr, "experiment %d: a limit of %s is where the model ends\n", number,
+                 name.c_str());
+  }
+}
+
 ErrorAnalysis Analysed(const Plan& plan, int number, int replicates) {
   const std::uint64_t seed = 1000U * static_cast<unsigned>(plan.modelIndex + 1);
   FitState fit = Simulated(plan, 1.0, 100'000U + seed * 1000U + static_cast<unsigned>(number));
@@ -98,41 +120,24 @@ ModelRun Run(const Plan& plan, int count, int replicates) {
       [&](std::size_t k) { found[k] = Analysed(plan, static_cast<int>(k), replicates); }, [] {});
   ModelRun run;
   const FitState truth = Simulated(plan, 1.0, 1);
-  int number = -1;
+  int number = 0;
   for (const ErrorAnalysis& analysis : found) {
-    ++number;
-    if (!analysis.error.empty()) {
+    if (analysis.error.empty()) {
+      CountAll(analysis, truth, number, run);
+    } else {
       ++run.failed;
       std::fprintf(stderr, "model %d, experiment %d: %s\n", plan.modelIndex, number,
                    analysis.error.c_str());
-      continue;
     }
-    run.better += analysis.better.has_value();
-    if (analysis.better) {
-      std::fprintf(stderr, "model %d, experiment %d: better %.9g < %.9g\n", plan.modelIndex, number,
-                   analysis.better->sum, analysis.sum);
-    }
-    run.tallies.resize(analysis.parameters.size());
-    for (std::size_t k = 0; k < run.tallies.size(); ++k) {
-      const ParameterErrors& errors = analysis.parameters[k];
-      Tally& tally = run.tallies[k];
-      tally.name = errors.name;
-      tally.truth = truth.FitA(errors.parameter);
-      const int loose = tally.loose;
-      Count(errors, tally.truth, analysis.sum, tally);
-      if (tally.loose > loose) {
-        std::fprintf(stderr, "model %d, experiment %d: %s loose\n", plan.modelIndex, number,
-                     errors.name.c_str());
-      }
-    }
+    ++number;
   }
   return run;
 }
 
 void PrintTally(int modelIndex, const Tally& tally, bool replicates) {
   const auto percent = [&](int part) { return 100.0 * part / tally.count; };
-  std::printf("| %d | %s | %g | %d | %+.2f |", modelIndex, tally.name.c_str(), tally.truth,
-              tally.count, tally.bias / tally.count);
+  std::printf("| %d | %s | %d | %+.2f |", modelIndex, tally.name.c_str(), tally.count,
+              tally.bias / tally.count);
   for (int method = 0; method < (replicates ? kMethods : kMonteCarlo); ++method) {
     for (std::size_t k = 0; k < kLevels.size(); ++k) {
       std::printf(" %.1f |", percent(tally.inside[static_cast<std::size_t>(method)][k]));
@@ -147,6 +152,28 @@ void PrintTally(int modelIndex, const Tally& tally, bool replicates) {
   std::printf(" %d |\n", tally.loose);
 }
 
+void PrintHead(bool replicates) {
+  std::vector<std::string> heads = {"Model",    "Parameter",       "Limits",
+                                    "Bias, sd", "Profile 68.27 %", "Profile 95.45 %"};
+  if (replicates) {
+    for (const char* head : {"Monte Carlo 68.27 %", "Monte Carlo 95.45 %", "Bootstrap 68.27 %",
+                             "Bootstrap 95.45 %", "Mean of Monte Carlo less value, sd"}) {
+      heads.emplace_back(head);
+    }
+  }
+  for (const char* head : {"68.27 % lower: found/open/bound/stopped", "upper", "95.45 % lower",
+                           "upper", "At the end of the model"}) {
+    heads.emplace_back(head);
+  }
+  std::string rule = "|";
+  std::printf("|");
+  for (const std::string& head : heads) {
+    std::printf(" %s |", head.c_str());
+    rule += "---|";
+  }
+  std::printf("\n%s\n", rule.c_str());
+}
+
 }  // namespace
 
 int main(int argc, char** argv) {
@@ -155,20 +182,17 @@ int main(int argc, char** argv) {
   std::vector<int> models;
   for (int k = 3; k < argc; ++k) models.push_back(std::atoi(argv[k]));
   if (count < 1 || replicates < 0) return 2;
-  std::printf(
-      "| Model | Parameter | Truth | Fits | Bias, sd | Profile 68.27 %% | 95.45 %% |%s "
-      "68.27 %% lower: found/open/bound/stopped | upper | 95.45 %% lower | upper | Loose "
-      "|\n",
-      replicates > 0 ? " Monte Carlo 68.27 %% | 95.45 %% | Bootstrap 68.27 %% | 95.45 %% | "
-                       "Mean of Monte Carlo less value, sd |"
-                     : "");
+  PrintHead(replicates > 0);
+  int failed = 0;
+  int better = 0;
   for (const Plan& plan : kPlans) {
     if (!models.empty() && std::ranges::find(models, plan.modelIndex) == models.end()) continue;
     const ModelRun run = Run(plan, count, replicates);
     for (const Tally& tally : run.tallies) PrintTally(plan.modelIndex, tally, replicates > 0);
-    std::printf("Model %d: %d of %d without an analysis, %d met a lower sum.\n", plan.modelIndex,
-                run.failed, count, run.better);
+    failed += run.failed;
+    better += run.better;
     std::fflush(stdout);
   }
+  std::printf("\nWithout an analysis: %d. Met a lower sum: %d.\n", failed, better);
   return 0;
 }

@@ -429,6 +429,9 @@ class Comparison:
         self.limits = Table(
             "Confidence limits:", "Problem", "Parameter", "Method", "Level %", "Quorvane", "SciPy",
             "Differences / sd", "SciPy, exact F")
+        self.alone = Table(
+            "Limits of one parameter alone, by error analysis:", "Problem", "Parameter", "Level %",
+            "Quorvane", "SciPy", "Differences / sd")
         self.quantiles = Table(
             "F quantiles:", "n", "m", "P", "Quorvane", "SciPy", "Difference %")
         self.worst = {"runs Z": 0.0, "Durbin-Watson": 0.0, "rms of a dataset": 0.0,
@@ -451,6 +454,7 @@ class Comparison:
         se[fit.free] = np.sqrt(np.diag(covariance))
         self.compare_fits(problem, fit, pressed, best, least, se)
         self.compare_statistics(fit, result, covariance)
+        self.compare_alone(problem, fit, best, least, se)
         for name in problem.limits:
             self.compare_limits(problem, fit, best, least, se, name)
 
@@ -515,6 +519,21 @@ class Comparison:
                             ", ".join("-" if b is None else f"{(a - b) / se[l]:+.4f}"
                                       for a, b in zip(ours, theirs)), span(by_f))
 
+    def compare_alone(self, problem, fit, best, least, se):
+        levels = [68.27, 95.45]
+        found = self.shop.analyse(problem.job | {"errors": {"levels": levels}})["errors"]
+        freedom = len(fit.residuals(best)) - int(fit.free.sum())
+        for parameter in found["parameters"]:
+            l = fit.names.index(parameter["name"])
+            for profile in parameter["profile"]:
+                exact = 1 + f_distribution.ppf(profile["level"] / 100, 1, freedom) / freedom
+                ours = [profile.get("lower"), profile.get("upper")]
+                theirs = [fit.limit(best, least, l, exact, se[l], s) for s in (-1, 1)]
+                self.alone.add(problem.name, parameter["name"], profile["level"], span(ours),
+                               span(theirs), ", ".join(
+                                   "-" if a is None or b is None else f"{(a - b) / se[l]:+.4f}"
+                                   for a, b in zip(ours, theirs)))
+
     def search(self, job, name, method, percent):
         key = {"MWA": "MW", "N": "N1", "LnKi": "LnK1"}.get(name, name)
         search = {"percent": percent, "method": method, "parameters": [key]}
@@ -537,7 +556,7 @@ class Comparison:
                                    f"{exact:.5f}", f"{100 * (ours / exact - 1):+.2f}")
 
     def print(self):
-        for table in (self.sums, self.rests, self.shared, self.limits, self.quantiles):
+        for table in (self.sums, self.rests, self.shared, self.limits, self.alone, self.quantiles):
             table.print()
         table = Table("Greatest differences:", "Statistic", "Compared", "Greatest difference")
         for what, worst in self.worst.items():

@@ -1,29 +1,16 @@
 #include "cli/json_errors.h"
 
 #include "cli/json_records.h"
+#include "stats/error_tables.h"
 
 namespace quorvane {
 
 namespace {
 
-const char* EndWord(SideEnd end) {
-  switch (end) {
-    case SideEnd::kFound:
-      return "found";
-    case SideEnd::kOpen:
-      return "open";
-    case SideEnd::kBound:
-      return "bound";
-    case SideEnd::kStopped:
-      break;
-  }
-  return "stopped";
-}
-
 // One side of a level: `side` is "lower" or "upper".
 void AddSide(const SideLimit& limit, const std::string& side, Json& json) {
   if (limit.HasLimit()) json[side] = limit.limit;
-  json[side + "_end"] = EndWord(limit.end);
+  json[side + "_end"] = SideEndText(limit.end);
   if (limit.end == SideEnd::kOpen) json[side + "_sum"] = limit.plateau;
 }
 

@@ -301,6 +301,7 @@ std::vector<double> Analysis::Axis(int parameter) const {
   const double low = end(task->lower);
   const double high = end(task->upper);
   std::vector<double> places;
+  places.reserve(static_cast<std::size_t>(request_.surfacePoints));
   for (int k = 0; k < request_.surfacePoints; ++k) {
     places.push_back(low + (high - low) * k / (request_.surfacePoints - 1));
   }

@@ -1,7 +1,7 @@
 // How the parameters of a fit scatter when the experiment is made again: Monte Carlo with normal
 // noise, and the bootstrap of the residuals.
-// Source: Johnson, Methods in Enzymology 210 (1992) 87; Efron & Tibshirani, An Introduction to the
-// Bootstrap (1993), chapters 9 and 13.
+// Source: Straume & Johnson, Methods in Enzymology 210 (1992) 117; Efron & Tibshirani, An
+// Introduction to the Bootstrap (1993), chapters 9 and 13.
 #pragma once
 
 #include <cstdint>

@@ -113,6 +113,37 @@ TEST_F(AnalyzeTest, WritesTheReportOfAFinishedFitOnly) {
   EXPECT_FALSE(std::filesystem::exists(folder / "no.html"));
 }
 
+TEST_F(AnalyzeTest, AnErrorAnalysisGoesIntoJsonAndReport) {
+  const std::string job = std::string(kTwoScans) + "[fit]\nmodel = \"Monomer-Nmer\"\n";
+  const std::string errors =
+      "[errors]\nparameters = \"all\"\nlevels = [90]\nreplicates = 20\n"
+      "methods = [\"profile\", \"monte carlo\", \"bootstrap\"]\n"
+      "surfaces = [[\"MW\", \"LnK1\"]]\nsurface_points = 3\n";
+  ASSERT_EQ(Analyze(job + errors + "[output]\nreport = \"fit.html\"\n"), 0) << err.str();
+  EXPECT_NE(err.str().find("Every extinction coefficient is 1"), std::string::npos) << err.str();
+  const json found = Result()["errors"];
+  EXPECT_EQ(found["levels"], json{90.0});
+  EXPECT_EQ(found["stopped"], false);
+  EXPECT_EQ(found["degrees_of_freedom"], 114);
+  ASSERT_EQ(found["parameters"].size(), 6U);  // N is held
+  const json& weight = found["parameters"][4];
+  EXPECT_EQ(weight["name"], "MW");
+  EXPECT_EQ(weight["monte_carlo"]["done"], 20);
+  EXPECT_EQ(weight["bootstrap"]["limits"][0]["level"], 90.0);
+  const json& side = found["parameters"][5]["profile"][0];  // one species: the dimer alone
+  EXPECT_EQ(side["upper_end"], "open");
+  EXPECT_FALSE(side.contains("upper"));
+  EXPECT_LT(side["upper_sum"], found["sum"].get<double>() * side["ratio"].get<double>());
+  EXPECT_EQ(side["lower_end"], "found");
+  EXPECT_GT(found["parameters"][5]["value"], side["lower"]);
+  EXPECT_EQ(found["derived"][0]["unit"], "Da");
+  EXPECT_EQ(found["surfaces"][0]["sums"].size(), 3U);
+  EXPECT_EQ(found["surfaces"][0]["y"], "LnK1");
+  const std::string html = ReadText(folder / "fit.html");
+  EXPECT_NE(html.find("Limits of single parameters"), std::string::npos);
+  EXPECT_NE(html.find(", open]"), std::string::npos);
+}
+
 TEST_F(AnalyzeTest, SaysWhetherTheFitIsAtRestAndBringsItThere) {
   const std::string dimer = std::string(kTwoScans) + "[fit]\nmodel = \"Monomer-Nmer\"\n";
   const std::string start = "[fit.parameters]\nLnK1 = { start = -1.0 }\n";

@@ -7,6 +7,8 @@
 
 #include "fit/fit_statistics.h"
 #include "fit/settled_fit.h"
+#include "stats/error_plots.h"
+#include "stats/error_tables.h"
 #include "support/fit_problem.h"
 #include "support/recording_host.h"
 
@@ -409,6 +411,44 @@ TEST(DerivedQuantities, LimitsFollowTheirTransformation) {
     const bool scale = ScaleRemark(fit, analysis).empty();
     EXPECT_EQ(scale, one.extinction != 1.0 || one.name[0] == 'M') << one.name;
   }
+}
+
+// The numbers of pictures and tables are those of the analysis.
+TEST(ErrorTables, HoldALineForEachLimitAndReplicate) {
+  ErrorRequest request{.levels = {90.0}, .monteCarlo = true, .surfaces = {{3, 4}}};
+  request.replicates = 9;
+  request.surfacePoints = 3;
+  const ErrorAnalysis found = Analysed(LineFit(false), request);
+  const auto lines = [](const std::string& table) {
+    return std::count(table.begin(), table.end(), '\n');
+  };
+  const std::string limits = ErrorLimitsTable(found);
+  EXPECT_EQ(lines(limits), 1 + 2 * 2);
+  EXPECT_NE(limits.find(",found,"), std::string::npos) << limits;
+  EXPECT_EQ(lines(ErrorReplicatesTable(found)), 1 + 9);
+  EXPECT_EQ(lines(ErrorSurfaceTable(found.surfaces[0])), 1 + 9);
+  EXPECT_EQ(
+      static_cast<std::size_t>(lines(ErrorCurvesTable(found))),
+      1 + found.parameters[0].profile->curve.size() + found.parameters[1].profile->curve.size());
+}
+
+TEST(PlotProfile, TheParabolaOfALineIsItsProfile) {
+  const ErrorAnalysis found = Analysed(LineFit(false), {.monteCarlo = true});
+  const ParameterErrors& errors = found.parameters[1];
+  const ChartPanel panel = PlotProfile(found, errors).panels[0];
+  ASSERT_EQ(panel.series.size(), 5U);  // curve, trials, parabola, two levels
+  EXPECT_EQ(panel.marks.size(), 4U);
+  const ChartSeries& parabola = panel.series[2];
+  for (std::size_t k = 0; k < parabola.x.size(); ++k) {
+    const double off = (parabola.x[k] - errors.value) / errors.error;
+    EXPECT_NEAR(parabola.y[k], found.sum * (1.0 + off * off / 10.0), 1e-12);
+  }
+  const ChartSeries stairs = PlotReplicates(errors, *errors.monteCarlo, "").panels[0].series[0];
+  double area = 0.0;  // each step of the stairs twice
+  for (std::size_t k = 1; k < stairs.x.size(); ++k) {
+    if (stairs.x[k] > stairs.x[k - 1]) area += stairs.y[k];
+  }
+  EXPECT_EQ(area, 1000.0);
 }
 
 }  // namespace

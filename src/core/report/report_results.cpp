@@ -8,6 +8,7 @@
 #include "base/number_format.h"
 #include "base/text.h"
 #include "core/page/display_form.h"
+#include "core/report/report_errors.h"
 #include "core/report/report_view.h"
 #include "fit/levmarq.h"
 #include "fit/mass_conservation.h"
@@ -259,6 +260,14 @@ ReportTable MassBalance(const ReportView& view) {
 ReportSection ResultsSection(const ReportView& view) {
   ReportSection section{.title = "Results", .paragraphs = {IntervalText(view)}, .tables = {}};
   section.tables.push_back(SharedTable(view).Take());
+  if (view.record.errors) {
+    for (std::string& text : ErrorParagraphs(*view.record.errors)) {
+      section.paragraphs.push_back(std::move(text));
+    }
+    for (ReportTable& table : ErrorTables(*view.record.errors)) {
+      section.tables.push_back(std::move(table));
+    }
+  }
   section.tables.push_back(OwnValues(view));
   if (view.NeedsWidth()) section.tables.push_back(MassBalance(view));
   return section;

@@ -1,0 +1,115 @@
+#include "core/report/report_errors.h"
+
+#include "base/number_format.h"
+#include "core/report/report_view.h"
+
+namespace quorvane {
+
+namespace {
+
+std::string LevelText(double level) {
+  return FormatNumber(level, "##.0#") + " %";
+}
+
+std::string SideText(const SideLimit& side) {
+  switch (side.end) {
+    case SideEnd::kFound:
+      return FormatParam(side.limit);
+    case SideEnd::kOpen:
+      return "open";
+    case SideEnd::kBound:
+      return FormatParam(side.limit) + " (bound)";
+    case SideEnd::kStopped:
+      break;
+  }
+  return "stopped";
+}
+
+std::string Span(const std::string& low, const std::string& high) {
+  return "[" + low + ", " + high + "]";
+}
+
+std::string DerivedText(const std::optional<double>& limit) {
+  return limit ? FormatParam(*limit) : "open";
+}
+
+void AddReplicates(const ParameterErrors& errors, const char* method,
+                   const std::optional<ParameterReplicates>& replicates, ReportTable& table) {
+  if (!replicates || replicates->limits.empty()) return;
+  ReportRow row = {errors.name, method, FormatParam(replicates->mean),
+                   FormatParam(replicates->deviation)};
+  for (const PercentileLimits& limits : replicates->limits) {
+    row.emplace_back(Span(FormatParam(limits.lower), FormatParam(limits.upper)));
+  }
+  table.rows.push_back(std::move(row));
+}
+
+ReportTable LimitsTable(const ErrorAnalysis& analysis) {
+  ReportTable table{.title = "Limits of single parameters",
+                    .head = {"Parameter", "Method", "Value or mean", "Std. error"},
+                    .rows = {}};
+  for (const double level : analysis.request.levels) table.head.push_back(LevelText(level));
+  for (const ParameterErrors& errors : analysis.parameters) {
+    if (errors.profile) {
+      ReportRow row = {errors.name, "profile", FormatParam(errors.value),
+                       FormatParam(errors.error)};
+      for (const ProfileLimits& limits : errors.profile->limits) {
+        row.emplace_back(Span(SideText(limits.lower), SideText(limits.upper)));
+      }
+      table.rows.push_back(std::move(row));
+    }
+    AddReplicates(errors, "Monte Carlo", errors.monteCarlo, table);
+    AddReplicates(errors, "bootstrap", errors.bootstrap, table);
+  }
+  return table;
+}
+
+ReportTable DerivedTable(const ErrorAnalysis& analysis) {
+  ReportTable table{
+      .title = "Derived quantities", .head = {"Quantity", "Unit", "Value"}, .rows = {}};
+  for (const double level : analysis.request.levels) table.head.push_back(LevelText(level));
+  for (const DerivedQuantity& quantity : analysis.derived) {
+    ReportRow row = {quantity.name, quantity.unit.empty() ? kReportNone : quantity.unit,
+                     FormatParam(quantity.value)};
+    for (const DerivedLimits& limits : quantity.limits) {
+      row.emplace_back(Span(DerivedText(limits.lower), DerivedText(limits.upper)));
+    }
+    row.resize(table.head.size(), kReportNone);
+    table.rows.push_back(std::move(row));
+  }
+  return table;
+}
+
+}  // namespace
+
+std::vector<std::string> ErrorParagraphs(const ErrorAnalysis& analysis) {
+  std::string text =
+      "Limits of single parameters are around the fit at rest, whose sum of squares is " +
+      ReportNumber(analysis.sum, "0.0000E+00") + " at " + std::to_string(analysis.freedom) +
+      " degrees of freedom.";
+  if (analysis.request.profile) {
+    text +=
+        " Of a profile: where the sum of squares, minimised over all other parameters, is that of "
+        "the fit times 1 + F(1, NDF) / NDF. A side is open where the sum stays below that for "
+        "good.";
+  }
+  if (analysis.request.monteCarlo || analysis.request.bootstrap) {
+    text += " Of replicates: percentiles of " + std::to_string(analysis.request.replicates) +
+            " fits of the curve with new noise (Monte Carlo: normal, with the rms of each dataset; "
+            "bootstrap: its residuals drawn again), seed " +
+            std::to_string(analysis.request.seed) + ".";
+  }
+  if (analysis.stopped) text += " The analysis was stopped before its end.";
+  std::vector<std::string> paragraphs = {std::move(text)};
+  if (analysis.better) paragraphs.push_back(BetterSumText(analysis));
+  if (!analysis.scaleRemark.empty()) paragraphs.push_back(analysis.scaleRemark);
+  return paragraphs;
+}
+
+std::vector<ReportTable> ErrorTables(const ErrorAnalysis& analysis) {
+  std::vector<ReportTable> tables = {LimitsTable(analysis)};
+  if (!analysis.derived.empty()) tables.push_back(DerivedTable(analysis));
+  return tables;
+}
+
+}  // namespace quorvane
