@@ -45,6 +45,20 @@ struct ChartMark {
   bool operator==(const ChartMark&) const = default;
 };
 
+// Heights over an even grid of places, shown as filled bands. Never serialised.
+struct ChartMap {
+  struct Band {
+    double below = 0.0;  // the heights that it fills, as far as no earlier band does
+    ChartColor color = kChartBlack;
+    bool operator==(const Band&) const = default;
+  };
+  std::vector<double> x;                     // rising, at least 2
+  std::vector<double> y;                     // rising, at least 2
+  std::vector<std::vector<double>> heights;  // [iy][ix]; not finite: nothing is filled there
+  std::vector<Band> bands;                   // rising; above the last nothing is filled
+  bool operator==(const ChartMap&) const = default;
+};
+
 // One pair of axes. Panels of a Chart stand one above the other and share the bottom axis.
 struct ChartPanel {
   std::string leftTitle;
@@ -54,7 +68,8 @@ struct ChartPanel {
   // Pattern of the left axis' numbers (number_format.h), unless it shows two of them alike or one
   // very long; empty: as few digits as tell them apart. At most 32 characters.
   std::string leftPattern = {};
-  bool legend = false;  // a list of the named series
+  bool legend = false;               // a list of the named series
+  std::optional<ChartMap> map = {};  // behind the series
   bool operator==(const ChartPanel&) const = default;
 };
 

@@ -1,5 +1,7 @@
 #include "base/progress.h"
 
+#include <algorithm>
+
 #include "base/number_format.h"
 
 namespace quorvane {
@@ -22,6 +24,13 @@ std::string ProgressText(const Progress& progress) {
   }
   return what + ": iteration " + std::to_string(progress.iteration) + ", sum of squares " +
          FormatNumber(progress.sumOfSquares, "0.000000E+00");
+}
+
+std::optional<double> ShareDone(const Progress& progress) {
+  const bool counted =
+      progress.phase == SearchPhase::kStarts || progress.phase == SearchPhase::kParts;
+  if (!counted || !(progress.trial > 0.0)) return std::nullopt;
+  return std::clamp(progress.iteration / progress.trial, 0.0, 1.0);
 }
 
 }  // namespace quorvane

@@ -1,6 +1,7 @@
 // How far a long calculation has come.
 #pragma once
 
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -23,5 +24,8 @@ struct Progress {
 // "LnK1: bracketing, 12.3450", "Check Minimum: 7 of 21 starts, least sum of squares 1.234567E-03"
 // or "Monte Carlo: 40 %".
 std::string ProgressText(const Progress& progress);
+
+// The share of the work that is done, 0 to 1; nothing where nobody knows how much there is.
+std::optional<double> ShareDone(const Progress& progress);
 
 }  // namespace quorvane

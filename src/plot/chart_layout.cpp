@@ -34,6 +34,10 @@ PanelRange RangeOf(const ChartPanel& panel) {
       range.y.Include({&y, 1});
     });
   }
+  if (panel.map) {
+    range.x.Include(panel.map->x);
+    range.y.Include(panel.map->y);
+  }
   return range;
 }
 

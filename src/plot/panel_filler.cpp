@@ -7,6 +7,7 @@
 #include "plot/chart_color.h"
 #include "plot/chart_font.h"
 #include "plot/chart_line.h"
+#include "plot/chart_map.h"
 #include "plot/number_ticker.h"
 
 namespace quorvane {
@@ -92,6 +93,7 @@ void PanelFiller::StyleAxes(const std::string& leftPattern, bool small, bool low
 void PanelFiller::Draw(const ChartPanel& panel) {
   if (panel.legend) legend_ = NewLegend(panel);
   crowded_ = IsCrowded(panel);
+  if (panel.map) DrawMap(*bottom_, *left_, *panel.map);
   const auto draw = [&](auto&& chosen) {
     for (const ChartSeries& series : panel.series) {
       if (chosen(series)) DrawSeries(series);

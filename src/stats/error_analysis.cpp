@@ -317,6 +317,8 @@ void Analysis::AddSurface(int x, int y) {
                        .yName = std::string(Trim(rest_.FitParamNames(y))),
                        .xs = grid.xs,
                        .ys = grid.ys,
+                       .xError = ErrorOf(rest_, scale_.variance, x),
+                       .yError = ErrorOf(rest_, scale_.variance, y),
                        .covariance = scale_.variance * rest_.FitCovar(x, y)};
   surface.sums.assign(
       grid.ys.size(),

@@ -86,6 +86,8 @@ struct ErrorSurface {
   std::vector<double> ys;                      // rising
   std::vector<std::vector<double>> sums = {};  // [iy][ix]; NaN where none was found
   std::vector<RatioLevel> ratios = {};
+  double xError = 0.0;  // standard errors; 0 if the covariance gives none
+  double yError = 0.0;
   double covariance = 0.0;  // of x and y
 };
 

@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
+#include <limits>
+#include <numbers>
 
 #include "base/number_format.h"
 
@@ -91,6 +93,36 @@ ChartSeries StairsOf(const std::vector<double>& values) {
   return stairs;
 }
 
+// Light to dark towards the fit; readable in print.
+ChartColor RegionColor(std::size_t k) {
+  constexpr std::array<ChartColor, 4> kColors = {0xC47A2A, 0xE0B48A, 0xEFD9C6, 0xF7EEE6};
+  return kColors[std::min(k, kColors.size() - 1)];
+}
+
+// Where the quadratic form of the covariance is (ratio - 1) NDF, which is 2 F(2, NDF).
+ChartSeries EllipseOf(const ErrorAnalysis& analysis, const ErrorSurface& surface, double ratio) {
+  constexpr int kPoints = 180;
+  ChartSeries ellipse{.name = {}, .color = kChartBlue, .x = {}, .y = {}};
+  if (!(surface.xError > 0.0 && surface.yError > 0.0)) return ellipse;
+  const double correlation =
+      std::clamp(surface.covariance / (surface.xError * surface.yError), -1.0, 1.0);
+  const double radius = std::sqrt((ratio - 1.0) * analysis.freedom);
+  for (int k = 0; k <= kPoints; ++k) {
+    const double angle = 2.0 * std::numbers::pi * k / kPoints;
+    const double u = radius * std::cos(angle);
+    const double v = radius * std::sin(angle);
+    const double across = correlation * u + std::sqrt(1.0 - correlation * correlation) * v;
+    const double x = analysis.values(surface.x) + surface.xError * u;
+    const double y = analysis.values(surface.y) + surface.yError * across;
+    const bool inside = x >= surface.xs.front() && x <= surface.xs.back() &&
+                        y >= surface.ys.front() && y <= surface.ys.back();
+    const double gap = std::numeric_limits<double>::quiet_NaN();
+    ellipse.x.push_back(inside ? x : gap);
+    ellipse.y.push_back(inside ? y : gap);
+  }
+  return ellipse;
+}
+
 }  // namespace
 
 Chart PlotProfile(const ErrorAnalysis& analysis, const ParameterErrors& errors) {
@@ -127,6 +159,34 @@ Chart PlotReplicates(const ParameterErrors& errors, const ParameterReplicates& r
     panel.marks.push_back({limits.upper, LevelColor(k), LevelText(limits.level)});
   }
   return {.title = title + ": " + errors.name, .bottomTitle = errors.name, .panels = {panel}};
+}
+
+Chart PlotSurface(const ErrorAnalysis& analysis, const ErrorSurface& surface) {
+  ChartPanel panel{.leftTitle = surface.yName, .series = {}, .marks = {}, .legend = true};
+  ChartMap map{.x = surface.xs, .y = surface.ys, .heights = surface.sums, .bands = {}};
+  for (std::size_t k = 0; k < surface.ratios.size(); ++k) {
+    const auto& [level, ratio] = surface.ratios[k];
+    map.bands.push_back({ratio * analysis.sum, RegionColor(k)});
+    // Only a name for the legend: the map itself has none.
+    panel.series.push_back({.name = LevelText(level),
+                            .style = SeriesStyle::kRectangle,
+                            .color = RegionColor(k),
+                            .x = {},
+                            .y = {}});
+    panel.series.push_back(EllipseOf(analysis, surface, ratio));
+    if (k == 0) panel.series.back().name = "Covariance";
+  }
+  std::sort(map.bands.begin(), map.bands.end(),
+            [](const ChartMap::Band& a, const ChartMap::Band& b) { return a.below < b.below; });
+  panel.series.push_back({.name = "Fit",
+                          .style = SeriesStyle::kCross,
+                          .color = kChartBlack,
+                          .x = {analysis.values(surface.x)},
+                          .y = {analysis.values(surface.y)}});
+  panel.map = std::move(map);
+  return {.title = "Sum of squares over " + surface.xName + " and " + surface.yName,
+          .bottomTitle = surface.xName,
+          .panels = {panel}};
 }
 
 }  // namespace quorvane

@@ -16,4 +16,8 @@ Chart PlotProfile(const ErrorAnalysis& analysis, const ParameterErrors& errors);
 Chart PlotReplicates(const ParameterErrors& errors, const ParameterReplicates& replicates,
                      const std::string& title);
 
+// The surface as filled regions of its levels, with the fit and, as lines, the ellipses that the
+// covariance stands for.
+Chart PlotSurface(const ErrorAnalysis& analysis, const ErrorSurface& surface);
+
 }  // namespace quorvane

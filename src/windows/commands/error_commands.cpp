@@ -11,6 +11,7 @@
 #include "windows/data/data_window.h"
 #include "windows/errors/confidence_window.h"
 #include "windows/errors/correlation_window.h"
+#include "windows/errors/error_analysis_window.h"
 #include "windows/errors/minima_window.h"
 #include "windows/errors/quality_window.h"
 #include "windows/log/log_window.h"
@@ -21,12 +22,17 @@
 namespace quorvane {
 
 ErrorCommands::ErrorCommands(WindowSet windows, FitCommands& fits, CorrelationWindow& coefficients,
-                             QualityWindow& quality, QObject* parent)
+                             QualityWindow& quality, ErrorAnalysisWindow& analysis, QObject* parent)
     : QObject(parent),
       windows_(windows),
       fits_(fits),
       coefficients_(coefficients),
-      quality_(quality) {}
+      quality_(quality),
+      analysis_(analysis) {
+  connect(&analysis_, &ErrorAnalysisWindow::CalculateRequested, this, &ErrorCommands::Analyse);
+  connect(&analysis_, &ErrorAnalysisWindow::StopRequested, &fits_, &FitCommands::Stop);
+  connect(&windows_.host, &WindowHost::ShareReported, &analysis_, &ErrorAnalysisWindow::ShowShare);
+}
 
 // An entry that was pending may have outdated the fit.
 bool ErrorCommands::MayAnalyse() {
@@ -107,12 +113,25 @@ void ErrorCommands::ShowQuality() {
   ShowChild(quality_);
 }
 
+void ErrorCommands::ShowErrorAnalysis() {
+  ShowChild(analysis_);
+}
+
+void ErrorCommands::Analyse(const ErrorRequest& request) {
+  if (!MayAnalyse()) return;
+  analysis_.SetRunning(true);
+  const ErrorAnalysis found = fits_.RunErrorAnalysis(request);
+  analysis_.SetRunning(false);
+  analysis_.ShowErrors(found);
+}
+
 void ErrorCommands::FollowFit() {
+  analysis_.TakeFit();
   quality_.ShowFit(windows_.session.Module);
 }
 
 void ErrorCommands::RefreshQuality() {
-  if (quality_.HasFit()) FollowFit();
+  if (quality_.HasFit()) quality_.ShowFit(windows_.session.Module);
 }
 
 }  // namespace quorvane

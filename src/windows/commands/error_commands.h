@@ -11,9 +11,11 @@ namespace quorvane {
 class FitCommands;
 class CorrelationWindow;
 class ConfidenceWindow;
+class ErrorAnalysisWindow;
 class QualityWindow;
 class MinimaWindow;
 struct ConfidenceRequest;
+struct ErrorRequest;
 struct MinimumRequest;
 
 class ErrorCommands : public QObject {
@@ -21,7 +23,7 @@ class ErrorCommands : public QObject {
  public:
   // All outlive this.
   ErrorCommands(WindowSet windows, FitCommands& fits, CorrelationWindow& coefficients,
-                QualityWindow& quality, QObject* parent = nullptr);
+                QualityWindow& quality, ErrorAnalysisWindow& analysis, QObject* parent = nullptr);
 
   // The button cmdCalcCI of frmData: opens frmConfInterval anew.
   void OpenConfidence();
@@ -41,6 +43,9 @@ class ErrorCommands : public QObject {
   // The same if it shows a fit: names or constants have changed.
   void RefreshQuality();
 
+  // The menu "Error Analysis...": brings frmErrorAnalysis to the front.
+  void ShowErrorAnalysis();
+
   // The menu mnuCheckMinimum: opens frmMinima anew.
   void OpenMinima();
 
@@ -51,11 +56,13 @@ class ErrorCommands : public QObject {
   bool MayAnalyse();
   void CheckMinima(const MinimumRequest& request);
   void Search(const ConfidenceRequest& request);
+  void Analyse(const ErrorRequest& request);
 
   WindowSet windows_;
   FitCommands& fits_;
   CorrelationWindow& coefficients_;
   QualityWindow& quality_;
+  ErrorAnalysisWindow& analysis_;
   QPointer<ConfidenceWindow> confidence_;
   QPointer<MinimaWindow> minima_;
   bool checking_ = false;  // a check of frmMinima runs, and it stays open

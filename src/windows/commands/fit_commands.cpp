@@ -5,6 +5,7 @@
 #include "base/arithmetic.h"
 #include "core/fit_run.h"
 #include "stats/confidence.h"
+#include "stats/error_analysis.h"
 #include "stats/minimum_check.h"
 #include "windows/controls/busy_pointer.h"
 #include "windows/data/data_window.h"
@@ -108,6 +109,14 @@ MinimumOutcome FitCommands::RunMinimumCheck(const MinimumRequest& request) {
       [&] { outcome = CheckMinimum(module.LastFit->state, request, module.Stop, windows_.host); });
   emit CalculationEnded();
   return outcome;
+}
+
+ErrorAnalysis FitCommands::RunErrorAnalysis(const ErrorRequest& request) {
+  ErrorAnalysis found;
+  if (windows_.session.Calculating) return found;
+  Calculate([&] { found = SearchErrors(windows_.session.Module, request, windows_.host); });
+  emit CalculationEnded();
+  return found;
 }
 
 void FitCommands::UseAsStart(const Array1<double>& parameters) {

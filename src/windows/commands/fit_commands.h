@@ -10,6 +10,8 @@ namespace quorvane {
 
 struct ConfidenceOutcome;
 struct ConfidenceRequest;
+struct ErrorAnalysis;
+struct ErrorRequest;
 class Host;
 struct FitOutcome;
 struct MinimumOutcome;
@@ -36,6 +38,9 @@ class FitCommands : public QObject {
 
   // The press of "Check" in frmMinima, for the last fit, likewise.
   MinimumOutcome RunMinimumCheck(const MinimumRequest& request);
+
+  // The press of "Calculate" in frmErrorAnalysis, for the last fit, likewise.
+  ErrorAnalysis RunErrorAnalysis(const ErrorRequest& request);
 
   // Puts values of the parameters of the last fit into the page: the start of the next one.
   void UseAsStart(const Array1<double>& parameters);

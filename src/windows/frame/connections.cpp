@@ -12,6 +12,7 @@
 #include "windows/data/edit_tab.h"
 #include "windows/data/source_files_tab.h"
 #include "windows/errors/correlation_window.h"
+#include "windows/errors/error_analysis_window.h"
 #include "windows/errors/quality_window.h"
 #include "windows/frame/main_menus.h"
 #include "windows/graphs/graphs_window.h"
@@ -62,6 +63,7 @@ void ConnectErrorAnalysis(const FrameParts& parts) {
   QObject::connect(data, &DataWindow::FitOutdated, errors, &ErrorCommands::CloseForFit);
   QObject::connect(fits, &FitCommands::FitFinished, errors, &ErrorCommands::FollowFit);
   QObject::connect(data, &DataWindow::FitOutdated, &parts.quality, &QualityWindow::Clear);
+  QObject::connect(data, &DataWindow::FitOutdated, &parts.analysis, &ErrorAnalysisWindow::Outdate);
   QObject::connect(data, &DataWindow::DatasetsChanged, errors, &ErrorCommands::RefreshQuality);
   QObject::connect(&parts.commands.options, &OptionCommands::ConstantsChanged, errors,
                    &ErrorCommands::RefreshQuality);

@@ -13,6 +13,7 @@ class PreviewWindow;
 class SetRefConcWindow;
 class UnsavedMark;
 class CorrelationWindow;
+class ErrorAnalysisWindow;
 class QualityWindow;
 class RestJudge;
 
@@ -23,6 +24,7 @@ struct FrameParts {
   MainMenus& menus;
   CorrelationWindow& coefficients;
   QualityWindow& quality;
+  ErrorAnalysisWindow& analysis;
   PreviewWindow& preview;
   OverlayWindow& overlay;
   SetRefConcWindow& setRefConc;

@@ -253,6 +253,9 @@ void MainMenus::BuildFittingMenu(QMenu* options) {
   AddAction(fitting, "mnuFitQuality", tr("Fit &Quality..."), [this] {
     commands_.errors.ShowQuality();
   })->setShortcut(Qt::Key_F8);
+  AddAction(fitting, "mnuErrorAnalysis", tr("&Error Analysis..."), [this] {
+    commands_.errors.ShowErrorAnalysis();
+  })->setShortcut(Qt::SHIFT | Qt::Key_F8);
   fitting_.checkMinimum = AddAction(fitting, "mnuCheckMinimum", tr("&Check Minimum..."),
                                     [this] { commands_.errors.OpenMinima(); });
   fitting_.checkMinimum->setShortcut(Qt::Key_F9);

@@ -26,6 +26,7 @@
 #include "windows/data/data_window.h"
 #include "windows/data/source_files_tab.h"
 #include "windows/errors/correlation_window.h"
+#include "windows/errors/error_analysis_window.h"
 #include "windows/errors/quality_window.h"
 #include "windows/frame/about_window.h"
 #include "windows/frame/app_icon.h"
@@ -65,6 +66,7 @@ MainWindow::MainWindow(Session& session, QWidget* parent)
       graphs_(new GraphsWindow(session)),
       coefficients_(new CorrelationWindow),
       quality_(new QualityWindow),
+      analysis_(new ErrorAnalysisWindow(session)),
       preview_(new PreviewWindow(session, *host_)),
       overlay_(new OverlayWindow(session)),
       setRefConc_(new SetRefConcWindow(session, *host_)),
@@ -80,7 +82,7 @@ MainWindow::MainWindow(Session& session, QWidget* parent)
   experiments_ = new ExperimentCommands(AllWindows(), this);
   options_ = new OptionCommands(AllWindows(), this);
   fits_ = new FitCommands(AllWindows(), this);
-  errors_ = new ErrorCommands(AllWindows(), *fits_, *coefficients_, *quality_, this);
+  errors_ = new ErrorCommands(AllWindows(), *fits_, *coefficients_, *quality_, *analysis_, this);
   prints_ = new PrintCommands(AllWindows(), *area_, this);
   reports_ = new ReportCommands(AllWindows(), this);
   autosave_ = new Autosave(session_, *log_, this);
@@ -91,8 +93,8 @@ MainWindow::MainWindow(Session& session, QWidget* parent)
   ConnectMenus();
   ConnectFrame();
   ConnectKeys();
-  ConnectParts({AllWindows(), commands, *menus_, *coefficients_, *quality_, *preview_, *overlay_,
-                *setRefConc_, *autosave_, *unsaved_, *judge_});
+  ConnectParts({AllWindows(), commands, *menus_, *coefficients_, *quality_, *analysis_, *preview_,
+                *overlay_, *setRefConc_, *autosave_, *unsaved_, *judge_});
   RestorePlace(*this, session.Settings);
   LogHead(*host_);
   session_.Module.ExperimentOpen = false;  // the head lines are no work of the user
@@ -117,6 +119,7 @@ void MainWindow::AddChildren() {
   graphsChild_ = AddChild(graphs_, true);
   coefficientsChild_ = AddChild(coefficients_, true);
   AddChild(quality_, true)->hide();
+  AddChild(analysis_, true)->hide();
   AddChild(preview_, true)->hide();
   AddChild(overlay_, true)->hide();
   AddChild(setRefConc_, true)->hide();

@@ -38,6 +38,7 @@ class RestJudge;
 class UnsavedMark;
 class WindowHost;
 class CorrelationWindow;
+class ErrorAnalysisWindow;
 class QualityWindow;
 
 class MainWindow : public QMainWindow {
@@ -89,6 +90,7 @@ class MainWindow : public QMainWindow {
   GraphsWindow* graphs_;
   CorrelationWindow* coefficients_;
   QualityWindow* quality_;
+  ErrorAnalysisWindow* analysis_;
   PreviewWindow* preview_;
   OverlayWindow* overlay_;
   SetRefConcWindow* setRefConc_;

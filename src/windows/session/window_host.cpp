@@ -52,6 +52,7 @@ void WindowHost::ReportProgress(const Progress& progress) {
   if (progress.iteration > 1 && sinceProgress_.Seconds() < kPause) return;
   sinceProgress_ = Stopwatch();
   emit ProgressReported(QString::fromStdString(ProgressText(progress)));
+  if (const std::optional<double> share = ShareDone(progress)) emit ShareReported(*share);
 }
 
 void WindowHost::ReportFailure(std::string_view text) {

@@ -36,6 +36,7 @@ class WindowHost : public QObject, public SessionHost {
  signals:
   // For the status bar of the main window: what a calculation does, or why something failed.
   void ProgressReported(const QString& text);
+  void ShareReported(double share);  // that is done, 0 to 1, where it is known
   void FailureReported(const QString& text);
 
  private:
