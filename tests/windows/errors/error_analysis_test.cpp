@@ -140,7 +140,7 @@ TEST_F(Confidence, TakesALevelBetween50And100Only) {
   EXPECT_EQ(Find<QLineEdit>("txtConfPercent")->text(), "99.99");
 }
 
-class ErrorAnalysis : public MainWindowTest {
+class ErrorWindows : public MainWindowTest {
  protected:
   void FitExample() {
     SetUpExample();
@@ -167,7 +167,7 @@ class ErrorAnalysis : public MainWindowTest {
   }
 };
 
-TEST_F(ErrorAnalysis, ASearchReportsAndLeavesTheFitAsItWas) {
+TEST_F(ErrorWindows, ASearchReportsAndLeavesTheFitAsItWas) {
   FitMany(30);
   const auto before = session.Module.LastFit;
   const QPointer<ConfidenceWindow> confidence = OpenConfidence();
@@ -199,7 +199,7 @@ TEST_F(ErrorAnalysis, ASearchReportsAndLeavesTheFitAsItWas) {
   EXPECT_TRUE(Find<QAction>("mnuPrint")->isEnabled());
 }
 
-TEST_F(ErrorAnalysis, AStopEndsTheSearchAndChangesNothing) {
+TEST_F(ErrorWindows, AStopEndsTheSearchAndChangesNothing) {
   FitMany();
   const auto before = session.Module.LastFit;
   const std::vector<std::function<void()>> stops = {
@@ -222,7 +222,7 @@ TEST_F(ErrorAnalysis, AStopEndsTheSearchAndChangesNothing) {
   }
 }
 
-TEST_F(ErrorAnalysis, AStoppedFitLeavesTheFitBeforeItToBeAnalysed) {
+TEST_F(ErrorWindows, AStoppedFitLeavesTheFitBeforeItToBeAnalysed) {
   FitMany();
   const auto before = session.Module.LastFit;
   Find<QLineEdit>("txtMWB")->setText("5000");
@@ -237,7 +237,7 @@ TEST_F(ErrorAnalysis, AStoppedFitLeavesTheFitBeforeItToBeAnalysed) {
   EXPECT_TRUE(Find<QPushButton>("cmdShowCCCs")->isEnabled());
 }
 
-TEST_F(ErrorAnalysis, TheWindowGoesWithTheFitThatItWasOpenedFor) {
+TEST_F(ErrorWindows, TheWindowGoesWithTheFitThatItWasOpenedFor) {
   for (const char* button : {"cmdFitMe", "cmdSetFit"}) {
     FitExample();
     const QPointer<ConfidenceWindow> confidence = OpenConfidence();
@@ -249,7 +249,7 @@ TEST_F(ErrorAnalysis, TheWindowGoesWithTheFitThatItWasOpenedFor) {
   EXPECT_FALSE(Find<QPushButton>("cmdShowCCCs")->isEnabled());
 }
 
-TEST_F(ErrorAnalysis, ABetterMinimumIsOfferedAndTakenOver) {
+TEST_F(ErrorWindows, ABetterMinimumIsOfferedAndTakenOver) {
   EXPECT_FALSE(Find<QAction>("mnuCheckMinimum")->isEnabled());
   FitExample();
   const Array1<double> best = session.Module.LastFit->state.FitA;
@@ -281,7 +281,7 @@ TEST_F(ErrorAnalysis, ABetterMinimumIsOfferedAndTakenOver) {
   EXPECT_FALSE(Find<QPushButton>("cmdShowCCCs")->isEnabled());
 }
 
-TEST_F(ErrorAnalysis, ACheckThatIsStoppedOrFindsNothingOffersNothing) {
+TEST_F(ErrorWindows, ACheckThatIsStoppedOrFindsNothingOffersNothing) {
   FitMany();
   const auto before = session.Module.LastFit;
   Trigger("mnuCheckMinimum");
@@ -302,7 +302,7 @@ TEST_F(ErrorAnalysis, ACheckThatIsStoppedOrFindsNothingOffersNothing) {
   EXPECT_EQ(minima, nullptr);
 }
 
-TEST_F(ErrorAnalysis, ASearchOffersTheBetterMinimumThatItMet) {
+TEST_F(ErrorWindows, ASearchOffersTheBetterMinimumThatItMet) {
   for (const bool accepted : {false, true}) {
     FitExample();
     const double weight = session.Module.FitPage.ModelMW;
@@ -368,7 +368,7 @@ TEST(CorrelationWindow, ColoursHeldAndCriticalCoefficientsOnly) {
   EXPECT_EQ(QGuiApplication::clipboard()->text(), "1.000\t-0.960\n-0.960\t1.000\n");
 }
 
-TEST_F(ErrorAnalysis, CoefficientsAreShownLoggedAndHidden) {
+TEST_F(ErrorWindows, CoefficientsAreShownLoggedAndHidden) {
   FitExample();
   Click("cmdShowCCCs");
   auto* coefficients = Find<CorrelationWindow>("frmCCCs");
@@ -383,7 +383,7 @@ TEST_F(ErrorAnalysis, CoefficientsAreShownLoggedAndHidden) {
   EXPECT_TRUE(coefficients->isVisible());
 }
 
-TEST_F(ErrorAnalysis, QualityFollowsTheFitAndGoesWithIt) {
+TEST_F(ErrorWindows, QualityFollowsTheFitAndGoesWithIt) {
   const auto* grid = Find<QTableView>("gridQuality");
   const auto remarks = [this] { return Find<QPlainTextEdit>("txtQualityRemarks")->toPlainText(); };
   Trigger("mnuFitQuality");
