@@ -140,7 +140,7 @@ TEST_F(Confidence, TakesALevelBetween50And100Only) {
   EXPECT_EQ(Find<QLineEdit>("txtConfPercent")->text(), "99.99");
 }
 
-class ErrorWindows : public MainWindowTest {
+class ErrorWindowsTest : public MainWindowTest {
  protected:
   void FitExample() {
     SetUpExample();
@@ -167,7 +167,7 @@ class ErrorWindows : public MainWindowTest {
   }
 };
 
-TEST_F(ErrorWindows, ASearchReportsAndLeavesTheFitAsItWas) {
+TEST_F(ErrorWindowsTest, ASearchReportsAndLeavesTheFitAsItWas) {
   FitMany(30);
   const auto before = session.Module.LastFit;
   const QPointer<ConfidenceWindow> confidence = OpenConfidence();
@@ -199,7 +199,7 @@ TEST_F(ErrorWindows, ASearchReportsAndLeavesTheFitAsItWas) {
   EXPECT_TRUE(Find<QAction>("mnuPrint")->isEnabled());
 }
 
-TEST_F(ErrorWindows, AStopEndsTheSearchAndChangesNothing) {
+TEST_F(ErrorWindowsTest, AStopEndsTheSearchAndChangesNothing) {
   FitMany();
   const auto before = session.Module.LastFit;
   const std::vector<std::function<void()>> stops = {
@@ -222,7 +222,7 @@ TEST_F(ErrorWindows, AStopEndsTheSearchAndChangesNothing) {
   }
 }
 
-TEST_F(ErrorWindows, AStoppedFitLeavesTheFitBeforeItToBeAnalysed) {
+TEST_F(ErrorWindowsTest, AStoppedFitLeavesTheFitBeforeItToBeAnalysed) {
   FitMany();
   const auto before = session.Module.LastFit;
   Find<QLineEdit>("txtMWB")->setText("5000");
@@ -237,7 +237,7 @@ TEST_F(ErrorWindows, AStoppedFitLeavesTheFitBeforeItToBeAnalysed) {
   EXPECT_TRUE(Find<QPushButton>("cmdShowCCCs")->isEnabled());
 }
 
-TEST_F(ErrorWindows, TheWindowGoesWithTheFitThatItWasOpenedFor) {
+TEST_F(ErrorWindowsTest, TheWindowGoesWithTheFitThatItWasOpenedFor) {
   for (const char* button : {"cmdFitMe", "cmdSetFit"}) {
     FitExample();
     const QPointer<ConfidenceWindow> confidence = OpenConfidence();
@@ -249,7 +249,7 @@ TEST_F(ErrorWindows, TheWindowGoesWithTheFitThatItWasOpenedFor) {
   EXPECT_FALSE(Find<QPushButton>("cmdShowCCCs")->isEnabled());
 }
 
-TEST_F(ErrorWindows, ABetterMinimumIsOfferedAndTakenOver) {
+TEST_F(ErrorWindowsTest, ABetterMinimumIsOfferedAndTakenOver) {
   EXPECT_FALSE(Find<QAction>("mnuCheckMinimum")->isEnabled());
   FitExample();
   const Array1<double> best = session.Module.LastFit->state.FitA;
@@ -281,7 +281,7 @@ TEST_F(ErrorWindows, ABetterMinimumIsOfferedAndTakenOver) {
   EXPECT_FALSE(Find<QPushButton>("cmdShowCCCs")->isEnabled());
 }
 
-TEST_F(ErrorWindows, ACheckThatIsStoppedOrFindsNothingOffersNothing) {
+TEST_F(ErrorWindowsTest, ACheckThatIsStoppedOrFindsNothingOffersNothing) {
   FitMany();
   const auto before = session.Module.LastFit;
   Trigger("mnuCheckMinimum");
@@ -302,7 +302,7 @@ TEST_F(ErrorWindows, ACheckThatIsStoppedOrFindsNothingOffersNothing) {
   EXPECT_EQ(minima, nullptr);
 }
 
-TEST_F(ErrorWindows, ASearchOffersTheBetterMinimumThatItMet) {
+TEST_F(ErrorWindowsTest, ASearchOffersTheBetterMinimumThatItMet) {
   for (const bool accepted : {false, true}) {
     FitExample();
     const double weight = session.Module.FitPage.ModelMW;
@@ -368,7 +368,7 @@ TEST(CorrelationWindow, ColoursHeldAndCriticalCoefficientsOnly) {
   EXPECT_EQ(QGuiApplication::clipboard()->text(), "1.000\t-0.960\n-0.960\t1.000\n");
 }
 
-TEST_F(ErrorWindows, CoefficientsAreShownLoggedAndHidden) {
+TEST_F(ErrorWindowsTest, CoefficientsAreShownLoggedAndHidden) {
   FitExample();
   Click("cmdShowCCCs");
   auto* coefficients = Find<CorrelationWindow>("frmCCCs");
@@ -383,7 +383,7 @@ TEST_F(ErrorWindows, CoefficientsAreShownLoggedAndHidden) {
   EXPECT_TRUE(coefficients->isVisible());
 }
 
-TEST_F(ErrorWindows, QualityFollowsTheFitAndGoesWithIt) {
+TEST_F(ErrorWindowsTest, QualityFollowsTheFitAndGoesWithIt) {
   const auto* grid = Find<QTableView>("gridQuality");
   const auto remarks = [this] { return Find<QPlainTextEdit>("txtQualityRemarks")->toPlainText(); };
   Trigger("mnuFitQuality");
