@@ -73,7 +73,6 @@ class Analysis {
   }
   void CountWork();
   bool BringToRest();
-  FitRest Settle(int mostSteps);
   void TakeRest();
   double RootOf(double level) const;
   ParameterProfile ProfileOf(const ProfileTask& task) const;
@@ -127,18 +126,6 @@ void Analysis::RunTasks(std::string_view what, std::size_t count,
       });
 }
 
-// While one parameter runs away to infinity the others may not have come to rest: they do where it
-// is held.
-FitRest Analysis::Settle(int mostSteps) {
-  QuietHost host;
-  const RestEnd end = quorvane::BringToRest(rest_, host, mostSteps);
-  if (end.runaway == 0) return end.rest;
-  const std::optional<RestPoint> held = HeldFit(rest_, {end.runaway}, stop_).Rest(rest_.FitA);
-  if (!held || !(held->sum < rest_.FitChiSq)) return end.rest;
-  rest_.FitA = held->values;
-  return SettleFit(rest_, host, mostSteps);
-}
-
 // False, with the reason in the outcome, if there is nothing to analyse.
 bool Analysis::BringToRest() {
   constexpr int kMostSteps = 5000;
@@ -151,7 +138,7 @@ bool Analysis::BringToRest() {
   }
   RunTasks("Fit to rest", 1, [&](std::size_t) {
     try {
-      if (SumStandsStill(Settle(kMostSteps))) {
+      if (SumStandsStill(SettleAll(rest_, kMostSteps))) {
         CalcModelValues(rest_);
       } else {
         outcome_.error = "The fit does not come to rest: its sum of squares goes on falling.";
