@@ -16,18 +16,6 @@ using namespace quorvane;
 
 namespace {
 
-// Loading concentrations that agree with the true parameters: at a mass conservation point the
-// model value is the target times mean over load.
-void TakeTrueLoads(FitState& fit) {
-  for (int i = 1; i <= fit.FitNumPoints; ++i) {
-    if (fit.PointKind(i) == 0) continue;
-    double& load = (fit.PointKind(i) == 1 ? fit.SetALoad : fit.SetBLoad)(fit.FitSet(i));
-    double value = 0.0;
-    fit.FitModel->funcs(fit, i, fit.FitA, value);
-    load *= value / fit.FitY(i);
-  }
-}
-
 // One of the four standing problems: signal with noise of 0.005, start values off by some percent.
 FitState StandingProblem(int number) {
   struct Standing {

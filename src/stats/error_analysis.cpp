@@ -73,14 +73,13 @@ class Analysis {
   }
   void CountWork();
   bool BringToRest();
-  FitRest Settle(int mostSteps);
   void TakeRest();
   double RootOf(double level) const;
   ParameterProfile ProfileOf(const ProfileTask& task) const;
   void RunProfiles();
   void Resample(ReplicateKind kind);
-  void TakeReplicates(ReplicateKind kind, const std::vector<std::optional<Array1<double>>>& ends,
-                      int failed);
+  void TakeReplicates(ReplicateKind kind, const std::vector<std::vector<double>>& ends, int failed);
+  std::vector<double> AskedOf(const Array1<double>& values) const;
   std::vector<double> Axis(int parameter) const;
   void AddSurface(int x, int y);
   void FindBetter();
@@ -127,18 +126,6 @@ void Analysis::RunTasks(std::string_view what, std::size_t count,
       });
 }
 
-// While one parameter runs away to infinity the others may not have come to rest: they do where it
-// is held.
-FitRest Analysis::Settle(int mostSteps) {
-  QuietHost host;
-  const RestEnd end = quorvane::BringToRest(rest_, host, mostSteps);
-  if (end.runaway == 0) return end.rest;
-  const std::optional<RestPoint> held = HeldFit(rest_, {end.runaway}, stop_).Rest(rest_.FitA);
-  if (!held || !(held->sum < rest_.FitChiSq)) return end.rest;
-  rest_.FitA = held->values;
-  return SettleFit(rest_, host, mostSteps);
-}
-
 // False, with the reason in the outcome, if there is nothing to analyse.
 bool Analysis::BringToRest() {
   constexpr int kMostSteps = 5000;
@@ -151,7 +138,7 @@ bool Analysis::BringToRest() {
   }
   RunTasks("Fit to rest", 1, [&](std::size_t) {
     try {
-      if (SumStandsStill(Settle(kMostSteps))) {
+      if (SumStandsStill(SettleAll(rest_, kMostSteps))) {
         CalcModelValues(rest_);
       } else {
         outcome_.error = "The fit does not come to rest: its sum of squares goes on falling.";
@@ -232,7 +219,7 @@ void Analysis::Resample(ReplicateKind kind) {
   if (stop_.Raised()) return;
   const ReplicateSource source(rest_);
   const auto count = static_cast<std::size_t>(request_.replicates);
-  std::vector<std::optional<Array1<double>>> ends(count);
+  std::vector<std::vector<double>> ends(count);
   std::atomic<int> failed = 0;
   const bool normal = kind == ReplicateKind::kMonteCarlo;
   RunTasks(normal ? "Monte Carlo" : "Bootstrap", (count + kTogether - 1) / kTogether,
@@ -240,21 +227,34 @@ void Analysis::Resample(ReplicateKind kind) {
              ReplicateFit fit(rest_, source, stop_);
              const std::size_t end = std::min(count, (k + 1) * kTogether);
              for (std::size_t i = k * kTogether; i < end && !stop_.Raised(); ++i) {
-               ends[i] = fit.Run(kind, request_.seed, i);
-               if (!ends[i] && !stop_.Raised()) ++failed;
+               const std::optional<Array1<double>> at = fit.Run(kind, request_.seed, i);
+               if (!at && !stop_.Raised()) ++failed;
+               if (at) ends[i] = AskedOf(*at);
                ++done_;
              }
            });
   TakeReplicates(kind, ends, failed);
 }
 
-void Analysis::TakeReplicates(ReplicateKind kind,
-                              const std::vector<std::optional<Array1<double>>>& ends, int failed) {
-  for (ParameterErrors& errors : outcome_.parameters) {
+// Those of the parameters that were asked for.
+std::vector<double> Analysis::AskedOf(const Array1<double>& values) const {
+  std::vector<double> asked;
+  asked.reserve(outcome_.parameters.size());
+  for (const ParameterErrors& errors : outcome_.parameters) {
+    asked.push_back(values(errors.parameter));
+  }
+  return asked;
+}
+
+// `ends` by replicate, empty for those that failed.
+void Analysis::TakeReplicates(ReplicateKind kind, const std::vector<std::vector<double>>& ends,
+                              int failed) {
+  for (std::size_t k = 0; k < outcome_.parameters.size(); ++k) {
+    ParameterErrors& errors = outcome_.parameters[k];
     ParameterReplicates replicates;
     replicates.failed = failed;
-    for (const std::optional<Array1<double>>& end : ends) {
-      if (end) replicates.values.push_back((*end)(errors.parameter));
+    for (const std::vector<double>& end : ends) {
+      if (!end.empty()) replicates.values.push_back(end[k]);
     }
     const auto n = static_cast<double>(replicates.values.size());
     replicates.done = static_cast<int>(replicates.values.size());

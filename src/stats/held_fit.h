@@ -7,6 +7,7 @@
 
 #include "base/array1.h"
 #include "fit/fit_state.h"
+#include "fit/settled_fit.h"
 
 namespace quorvane {
 
@@ -17,6 +18,11 @@ struct RestPoint {
   Array1<double> values;  // in the order of FitA
   double sum = 0.0;       // of squared residuals
 };
+
+// Brings `fit` to rest by SettleFit. While parameters run away to infinity, or are not determined,
+// the others may not have come to rest: they do with those held, and then all go on together.
+// Throws as SettleFit.
+FitRest SettleAll(FitState& fit, int mostSteps);
 
 class HeldFit {
  public:

@@ -16,6 +16,8 @@ namespace {
 constexpr double kStep = 0.5;        // that a trial is to raise the signed root by
 constexpr double kMostGrowth = 3.0;  // of the step from trial to trial
 constexpr int kMostTrials = 400;     // of a walk
+constexpr double kNothing = 1e-6;    // a rise that is none, in variances
+constexpr double kOrdinary = 80.0;   // e-folds of a logarithm beyond which nothing new can come
 
 // A place of the walk.
 struct Trial {
@@ -66,6 +68,8 @@ class Walk {
   double Bound() const { return direction_ > 0 ? range_.highest : range_.lowest; }
   double FirstStep() const;
   double MostStep() const;
+  double FarOff() const;
+  bool HasInfluence() const;
   Array1<double> Predicted(double value) const;
   std::optional<Trial> Try(const Array1<double>& start, double value);
   std::optional<Trial> TryFromPath(double value);
@@ -110,7 +114,9 @@ double Walk::FirstStep() const {
 
 double Walk::MostStep() const {
   constexpr double kEFolds = 4.0;
-  return range_.logarithm ? kEFolds : std::numeric_limits<double>::infinity();
+  if (!range_.logarithm) return std::numeric_limits<double>::infinity();
+  const double toOrdinary = -direction_ * path_.back().value - kOrdinary;  // from far outside
+  return HasInfluence() ? kEFolds : std::max(kEFolds, toOrdinary);
 }
 
 // Where the path leads to at `value`: by the covariance at its start, then by the line through the
@@ -175,15 +181,25 @@ void Walk::Take(Trial trial) {
   path_.push_back(std::move(trial));
 }
 
+// Whether the sum has moved at all so far.
+bool Walk::HasInfluence() const {
+  return std::any_of(octaves_.begin(), octaves_.end(),
+                     [](double rise) { return std::fabs(rise) > kNothing; });
+}
+
+// How far a logarithm without influence is followed: past 0, if that lies ahead.
+double Walk::FarOff() const {
+  const double value = path_.front().value;
+  return kOrdinary + (direction_ * value < 0.0 ? std::fabs(value) : 0.0);
+}
+
 // The rise that is still to come when its octaves fall geometrically: added to the sum, the
 // plateau. Nothing as long as that is not shown.
 std::optional<double> Walk::Plateau() const {
   constexpr std::size_t kWanted = 3;
   constexpr std::size_t kWantedFlat = 5;
-  constexpr double kFalling = 0.7;   // from octave to octave at most
-  constexpr double kNothing = 1e-6;  // a rise that is none, in variances
-  constexpr double kOfGap = 0.05;    // what is left at most, of what is missing to the level
-  constexpr double kEFolds = 80.0;
+  constexpr double kFalling = 0.7;  // from octave to octave at most
+  constexpr double kOfGap = 0.05;   // what is left at most, of what is missing to the level
   if (octaves_.size() < kWanted + 1) return std::nullopt;
   const double target = Target() * Target();
   const double last = std::fabs(octaves_.back());
@@ -197,10 +213,8 @@ std::optional<double> Walk::Plateau() const {
   }
   const double left = last * kFalling / (1.0 - kFalling);
   if (octaveRise_ + left > target || left > kOfGap * (target - octaveRise_)) return std::nullopt;
-  const bool influence = std::any_of(octaves_.begin(), octaves_.end(),
-                                     [](double rise) { return std::fabs(rise) > kNothing; });
-  if (!influence) {
-    const bool far = range_.logarithm ? octaveAt_ >= kEFolds : octaves_.size() >= kWantedFlat;
+  if (!HasInfluence()) {
+    const bool far = range_.logarithm ? octaveAt_ >= FarOff() : octaves_.size() >= kWantedFlat;
     if (!far) return std::nullopt;
   }
   const double rest = ratio < 1.0 ? octaves_.back() * ratio / (1.0 - ratio) : 0.0;

@@ -7,8 +7,7 @@
 #include <boost/random/normal_distribution.hpp>
 
 #include "base/arithmetic.h"
-#include "base/quiet_host.h"
-#include "fit/settled_fit.h"
+#include "stats/held_fit.h"
 
 namespace quorvane {
 
@@ -79,9 +78,8 @@ std::optional<Array1<double>> ReplicateFit::Run(ReplicateKind kind, std::uint64_
   constexpr int kMostSteps = 500;
   source_.Fill(fit_, kind, seed, index);
   fit_.FitA = rest_.FitA;
-  QuietHost host;
   try {
-    if (!SumStandsStill(SettleFit(fit_, host, kMostSteps))) return std::nullopt;
+    if (!SumStandsStill(SettleAll(fit_, kMostSteps))) return std::nullopt;
   } catch (const ArithmeticFault&) {
     return std::nullopt;
   }

@@ -237,6 +237,7 @@ FitState Dimer() {
                              TypicalShared(7));
   NormalNoise noise(5, 0.004);
   FillSignal(fit, [&](int) { return noise(); });
+  TakeTrueLoads(fit);
   RecordingHost host;
   SettleFit(fit, host, 500);
   return fit;

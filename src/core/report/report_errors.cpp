@@ -52,7 +52,7 @@ ReportTable LimitsTable(const ErrorAnalysis& analysis) {
   for (const ParameterErrors& errors : analysis.parameters) {
     if (errors.profile) {
       ReportRow row = {errors.name, "profile", FormatParam(errors.value),
-                       FormatParam(errors.error)};
+                       errors.error > 0.0 ? FormatParam(errors.error) : kReportNone};
       for (const ProfileLimits& limits : errors.profile->limits) {
         row.emplace_back(Span(SideText(limits.lower), SideText(limits.upper)));
       }
