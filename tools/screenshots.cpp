@@ -111,6 +111,7 @@ class Walk {
     Tab(2);
     Click("cmdCalcCI");
     GrabDialog("frmConfInterval", "confidence");
+    LimitsThatExist();
     CheckMinimum();
     Click("cmdShowCCCs");
     window_.findChild<QTableView*>("gridCCC")->scrollTo(LastCell());
@@ -120,6 +121,25 @@ class Walk {
     Trigger("mnuHelpAbout");
     Click("cmdSysInfo");
     GrabDialog("frmAbout", "about");
+  }
+  // Limits by profile and Monte Carlo, and a surface, as three pictures.
+  void LimitsThatExist() {
+    Trigger("mnuErrorAnalysis");
+    auto* window = window_.findChild<QWidget*>("frmErrorAnalysis");
+    QWidget* child = window->parentWidget();
+    child->resize(1040, 620);
+    child->move(20, 20);
+    Click("chkErrorMonteCarlo");
+    Click("chkErrorSurface");
+    Click("cmdCalcErrors");
+    auto* pictures = window_.findChild<QComboBox*>("cmbErrorPicture");
+    for (const char* name : {"Profile: LnK1", "Monte Carlo: LnK1", "Surface: MW, LnK1"}) {
+      pictures->setCurrentIndex(pictures->findText(name));
+      QTest::qWait(150);
+      const QString file = QString(name).section(':', 0, 0).toLower().replace(' ', '-');
+      child->grab().save(folder_ + "/errors-" + file + ".png");
+    }
+    child->close();
   }
   void CheckMinimum() {
     Trigger("mnuCheckMinimum");

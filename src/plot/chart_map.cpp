@@ -3,6 +3,7 @@
 #include <qcustomplot.h>
 
 #include <algorithm>
+#include <array>
 #include <cmath>
 #include <limits>
 
@@ -37,6 +38,25 @@ QCPColorGradient ColorsOf(const ChartMap& map) {
   return colors;
 }
 
+// The weights of four places in a row, `t` of the way from the second to the third.
+std::array<double, 4> CubicWeights(double t) {
+  return {((-0.5 * t + 1.0) * t - 0.5) * t, (1.5 * t - 2.5) * t * t + 1.0,
+          ((-1.5 * t + 2.0) * t + 0.5) * t, (0.5 * t - 0.5) * t * t};
+}
+
+// Inside the mesh whose lower corner is (ix, iy), with a place to spare on each side.
+double Cubic(const ChartMap& map, std::size_t ix, std::size_t iy, double u, double v) {
+  const std::array<double, 4> across = CubicWeights(u);
+  const std::array<double, 4> up = CubicWeights(v);
+  double height = 0.0;
+  for (std::size_t j = 0; j < up.size(); ++j) {
+    for (std::size_t i = 0; i < across.size(); ++i) {
+      height += up[j] * across[i] * map.heights[iy + j - 1][ix + i - 1];
+    }
+  }
+  return height;
+}
+
 }  // namespace
 
 double HeightAt(const ChartMap& map, double x, double y) {
@@ -49,6 +69,11 @@ double HeightAt(const ChartMap& map, double x, double y) {
   const auto iy = static_cast<std::size_t>(std::min(y, lastY - 1.0));
   const double u = x - static_cast<double>(ix);
   const double v = y - static_cast<double>(iy);
+  const bool inside = ix > 0 && iy > 0 && ix + 2 < map.x.size() && iy + 2 < map.y.size();
+  if (inside) {
+    const double height = Cubic(map, ix, iy, u, v);
+    if (std::isfinite(height)) return height;
+  }
   const std::vector<double>& low = map.heights[iy];
   const std::vector<double>& high = map.heights[iy + 1];
   return (1.0 - v) * ((1.0 - u) * low[ix] + u * low[ix + 1]) +

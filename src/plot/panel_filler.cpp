@@ -158,17 +158,26 @@ void PanelFiller::List(QCPAbstractPlottable* plottable) {
   if (legend_ != nullptr && !plottable->name().isEmpty()) plottable->addToLegend(legend_);
 }
 
-// In the upper corner with fewer points.
-QCPLegend* PanelFiller::NewLegend(const ChartPanel& panel) {
-  int atRight = 0;
+// At the top in the corner with fewer points; in the middle where only that is free, as over a
+// valley.
+Qt::Alignment PanelFiller::LegendPlace(const ChartPanel& panel) const {
+  constexpr double kMiddle = 1.0 / 6.0;  // of the width, on either side of the centre
+  int left = 0, middle = 0, right = 0;
+  const QCPRange& across = bottom_->range();
   for (const ChartSeries& series : panel.series) {
     ForEachPoint(series, [&](double x, double y) {
-      if (y > left_->range().center()) atRight += x > bottom_->range().center() ? 1 : -1;
+      if (y <= left_->range().center()) return;
+      (x > across.center() ? right : left) += 1;
+      middle += std::abs(x - across.center()) < kMiddle * across.size();
     });
   }
+  if (left > 0 && right > 0 && middle == 0) return Qt::AlignTop | Qt::AlignHCenter;
+  return Qt::AlignTop | (right > left ? Qt::AlignLeft : Qt::AlignRight);
+}
+
+QCPLegend* PanelFiller::NewLegend(const ChartPanel& panel) {
   auto* legend = new QCPLegend;
-  rect_.insetLayout()->addElement(legend,
-                                  Qt::AlignTop | (atRight > 0 ? Qt::AlignLeft : Qt::AlignRight));
+  rect_.insetLayout()->addElement(legend, LegendPlace(panel));
   legend->setLayer("legend");
   legend->setFont(ChartFont(kLabelPixels));
   legend->setBorderPen(Qt::NoPen);

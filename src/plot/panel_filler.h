@@ -52,6 +52,7 @@ class PanelFiller {
   void DrawLine(const ChartSeries& series);
   void DrawScatter(const ChartSeries& series);
   void List(QCPAbstractPlottable* plottable);
+  Qt::Alignment LegendPlace(const ChartPanel& panel) const;
   QCPLegend* NewLegend(const ChartPanel& panel);
   void DrawMarks(const std::vector<ChartMark>& marks);
   QCPItemText* NewText(const QString& text, int pixels, const QColor& color);

@@ -45,6 +45,29 @@ ChartSeries CurveOf(const ParameterErrors& errors) {
   return curve;
 }
 
+// The same with places between the trials, so that it looks as smooth as it is: the signed root of
+// the rise is nearly a straight line, and linear from trial to trial here.
+ChartSeries SmoothOf(const ChartSeries& trials, double value, double least) {
+  constexpr int kParts = 12;
+  ChartSeries smooth{.name = trials.name, .color = trials.color, .x = {}, .y = {}};
+  const auto root = [&](std::size_t k) {
+    const double rise = std::sqrt(std::max(trials.y[k] - least, 0.0));
+    return trials.x[k] < value ? -rise : rise;
+  };
+  for (std::size_t k = 0; k + 1 < trials.x.size(); ++k) {
+    for (int part = 0; part < kParts; ++part) {
+      const double share = static_cast<double>(part) / kParts;
+      const double between = root(k) + share * (root(k + 1) - root(k));
+      smooth.x.push_back(trials.x[k] + share * (trials.x[k + 1] - trials.x[k]));
+      smooth.y.push_back(part == 0 ? trials.y[k] : least + between * between);
+    }
+  }
+  if (trials.x.empty()) return smooth;
+  smooth.x.push_back(trials.x.back());
+  smooth.y.push_back(trials.y.back());
+  return smooth;
+}
+
 // S (1 + ((v - value) / sd)^2 / NDF) over the range of the curve, no higher than it.
 ChartSeries ParabolaOf(const ErrorAnalysis& analysis, const ParameterErrors& errors,
                        const ChartSeries& curve) {
@@ -131,7 +154,8 @@ Chart PlotProfile(const ErrorAnalysis& analysis, const ParameterErrors& errors) 
   ChartSeries trials = curve;
   trials.name.clear();
   trials.style = SeriesStyle::kDot;
-  panel.series = {curve, std::move(trials), ParabolaOf(analysis, errors, curve)};
+  panel.series = {SmoothOf(curve, errors.value, analysis.sum), std::move(trials),
+                  ParabolaOf(analysis, errors, curve)};
   for (std::size_t k = 0; k < errors.profile->limits.size(); ++k) {
     const ProfileLimits& limits = errors.profile->limits[k];
     const double sum = limits.ratio * analysis.sum;

@@ -16,6 +16,7 @@
 #include <algorithm>
 
 #include "base/files.h"
+#include "base/number_format.h"
 #include "core/report/report_errors.h"
 #include "plot/chart_widget.h"
 #include "stats/error_plots.h"
@@ -63,7 +64,9 @@ void Fill(QTableWidget& grid, const ReportTable* table) {
     const std::vector<ReportText>& cells = table->rows[static_cast<std::size_t>(row)];
     for (int column = 0; column < grid.columnCount(); ++column) {
       const std::string& text = cells[static_cast<std::size_t>(column)].text;
-      grid.setItem(row, column, new QTableWidgetItem(QString::fromStdString(text)));
+      auto* cell = new QTableWidgetItem(QString::fromStdString(text));
+      if (column > 1) cell->setTextAlignment(Qt::AlignRight | Qt::AlignVCenter);
+      grid.setItem(row, column, cell);
     }
   }
   grid.resizeColumnsToContents();
@@ -225,9 +228,17 @@ void ErrorAnalysisWindow::ShowErrors(const ErrorAnalysis& found) {
   if (!found.error.empty()) {
     text = QString::fromStdString(found.error);
   } else {
-    QStringList lines;
-    for (const std::string& line : ErrorParagraphs(found)) lines << QString::fromStdString(line);
+    QStringList lines = {tr("Around the fit at rest: sum of squares %1, %2 degrees of freedom.")
+                             .arg(QString::fromStdString(FormatNumber(found.sum, "0.0000E+00")))
+                             .arg(found.freedom)};
+    if (found.stopped) lines << tr("Stopped before the end.");
+    // How it was found is for the report; what speaks against it for everybody.
+    const std::vector<std::string> paragraphs = ErrorParagraphs(found);
+    for (std::size_t k = 1; k < paragraphs.size(); ++k) {
+      lines << QString::fromStdString(paragraphs[k]);
+    }
     text = lines.join(QStringLiteral(" "));
+    lblErrors_->setToolTip(QString::fromStdString(paragraphs.front()));
   }
   lblErrors_->setText(text);
   prgErrors_->setFormat(

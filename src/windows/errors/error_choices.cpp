@@ -11,6 +11,7 @@
 #include <QPushButton>
 #include <QSpinBox>
 #include <QVBoxLayout>
+#include <algorithm>
 #include <limits>
 
 #include "base/text.h"
@@ -149,8 +150,10 @@ void ErrorChoices::ShowFit(const FitState& fit) {
   for (int k = 0; k < lisErrorParameters_->count(); ++k) {
     before << lisErrorParameters_->item(k)->text();
   }
-  const std::vector<int> fitted = AllFitted(fit);
+  std::vector<int> fitted = AllFitted(fit);
   QStringList names;
+  // The shared ones come first: they are what one looks at.
+  std::stable_partition(fitted.begin(), fitted.end(), [&](int l) { return l > fit.SharedBase(); });
   for (const int l : fitted) names << NameOf(fit, l);
   if (names == before) return;
   lisErrorParameters_->clear();
@@ -163,17 +166,10 @@ void ErrorChoices::ShowFit(const FitState& fit) {
     item->setData(kShared, shared);
     item->setFlags(Qt::ItemIsEnabled | Qt::ItemIsSelectable | Qt::ItemIsUserCheckable);
     item->setCheckState(shared ? Qt::Checked : Qt::Unchecked);
-  }
-  // The shared ones come first: they are what one looks at.
-  for (const bool shared : {true, false}) {
-    for (const int l : fitted) {
-      if ((l > fit.SharedBase()) != shared) continue;
-      cmbSurfaceX_->addItem(NameOf(fit, l), l);
-      cmbSurfaceY_->addItem(NameOf(fit, l), l);
-    }
+    cmbSurfaceX_->addItem(item->text(), l);
+    cmbSurfaceY_->addItem(item->text(), l);
   }
   if (cmbSurfaceY_->count() > 1) cmbSurfaceY_->setCurrentIndex(1);
-  if (!fitted.empty()) lisErrorParameters_->scrollToBottom();  // the shared ones stand last
 }
 
 void ErrorChoices::Check(bool shared, bool perDataset) {
