@@ -14,7 +14,7 @@ namespace quorvane {
 namespace {
 
 // So many cells a side are filled: the edge of a band looks smooth.
-constexpr int kCells = 480;
+constexpr int kCells = 800;
 
 // The number of the band, from 0; NaN where there is none.
 double BandOf(const ChartMap& map, double height) {

@@ -258,7 +258,9 @@ std::string MissingLimitsText(const ConfidenceOutcome& outcome) {
   }
   if (names.empty()) return names;
   return "A limit that equals its value is none, the search did not find it: " + names +
-         ". Signals in smaller units, or a lower level, may help.";
+         ". Signals in smaller units, or a lower level, may help; \"Error Analysis...\" ([errors] "
+         "in "
+         "a job) gives every parameter limits that exist.";
 }
 
 std::vector<ConfidenceRow> ConfidenceRows(const FitState& fit) {

@@ -6,6 +6,7 @@
 #include "base/number_format.h"
 #include "base/text.h"
 #include "core/graph_store.h"
+#include "core/settings/settings.h"
 #include "plot/chart_color.h"
 #include "windows/controls/child_window.h"
 #include "windows/data/data_window.h"
@@ -48,6 +49,12 @@ void OptionCommands::SetBuoyant(bool buoyant) {
   windows_.session.Module.Preferences.UseBuoyantMW = buoyant;
   windows_.data.RefreshDisplay();
   emit Changed();
+}
+
+void OptionCommands::SetAlwaysFitToRest(bool on) {
+  Session& session = windows_.session;
+  session.Module.Preferences.AlwaysFitToRest = on;
+  SaveOwnSettings(session.Module, session.Settings, windows_.host);
 }
 
 void OptionCommands::ChooseColor(bool deleted) {

@@ -18,6 +18,7 @@ class OptionCommands : public QObject {
 
   void SetKFormat(KDisplay display);
   void SetBuoyant(bool buoyant);   // display of molecular weights
+  void SetAlwaysFitToRest(bool on);
   void ChooseColor(bool deleted);  // of deleted, else of good points
   void ExportGraphs();
   void DeleteGraphs();

@@ -247,8 +247,9 @@ void MainMenus::BuildFittingMenu(QMenu* options) {
   fitting_.toRest = AddAction(fitting, "mnuFitToRest", tr("Fit to &Rest"),
                               [this] { commands_.fits.FitToRest(); });
   fitting_.toRest->setShortcut(Qt::SHIFT | Qt::Key_F5);
-  AddToggle(fitting, "mnuAlwaysFitToRest", tr("&Always Fit to Rest"),
-            windows_.session.Module.Preferences.AlwaysFitToRest);
+  AddChoice(fitting, "mnuAlwaysFitToRest", tr("&Always Fit to Rest"), [this](bool on) {
+    commands_.options.SetAlwaysFitToRest(on);
+  })->setChecked(windows_.session.Module.Preferences.AlwaysFitToRest);
   fitting->addSeparator();
   AddAction(fitting, "mnuFitQuality", tr("Fit &Quality..."), [this] {
     commands_.errors.ShowQuality();

@@ -4,10 +4,30 @@
 #include <QLabel>
 #include <QStyle>
 
+#include "base/number_format.h"
 #include "stats/fit_rest.h"
 #include "windows/controls/control_names.h"
 
 namespace quorvane {
+
+namespace {
+
+// The verdict in few words; its sentences are in the tool tip and in "Fit Quality".
+QString InBrief(const RestVerdict& verdict) {
+  if (!verdict.atRest) return QObject::tr("Not known whether the fit is at rest.");
+  if (*verdict.atRest) return QString::fromStdString(verdict.reason);
+  const double fall = 100.0 * verdict.sumFall / (1.0 + verdict.sumFall);
+  const QString percent = QString::fromStdString(FormatNumber(fall, "0.0#"));
+  if (!verdict.determined || verdict.moved.empty()) {
+    return QObject::tr("Not at rest: the sum can fall by %1 %.").arg(percent);
+  }
+  const char* const digits = verdict.largestMove < 1e4 ? "0.0#" : "0.0E+00";
+  return QObject::tr("Not at rest: the sum can fall by %1 %, %2 moves by %3 sd.")
+      .arg(percent, QString::fromStdString(verdict.moved),
+           QString::fromStdString(FormatNumber(verdict.largestMove, digits)));
+}
+
+}  // namespace
 
 RestLine::RestLine(QWidget* parent)
     : QWidget(parent), mark_(Named(new QLabel, "imgRest")), lblRest_(Named(new QLabel, "lblRest")) {
@@ -23,6 +43,7 @@ RestLine::RestLine(QWidget* parent)
 void RestLine::Clear() {
   ShowMark({});
   lblRest_->clear();
+  lblRest_->setToolTip({});
 }
 
 void RestLine::ShowJudging() {
@@ -31,10 +52,11 @@ void RestLine::ShowJudging() {
 }
 
 void RestLine::ShowVerdict(const RestVerdict& verdict) {
-  const bool atRest = verdict.atRest.value_or(false);
+  const bool fine = verdict.atRest.value_or(false) && verdict.determined;
   ShowMark(
-      style()->standardIcon(atRest ? QStyle::SP_DialogApplyButton : QStyle::SP_MessageBoxWarning));
-  lblRest_->setText(QString::fromStdString(verdict.reason));
+      style()->standardIcon(fine ? QStyle::SP_DialogApplyButton : QStyle::SP_MessageBoxWarning));
+  lblRest_->setText(InBrief(verdict));
+  lblRest_->setToolTip(QString::fromStdString(verdict.reason));
 }
 
 void RestLine::ShowMark(const QIcon& mark) {

@@ -212,7 +212,7 @@ TEST_F(FrameTest, MenusAreInTheirOrder) {
             "Set Edit Colors|Good Points|Deleted Points|\n\n"
             "&Print|&Options|Fitting|Display Buoyant MW|Display MW|Display ln(K)s|"
             "Display Log10(K)s|Display K|Fit to &Rest|&Always Fit to Rest|Fit &Quality...|"
-            "&Check Minimum...|\n"
+            "&Error Analysis...|&Check Minimum...|\n"
             "Plots|Subtract Baseline|Plot Using (r^2 - r0^2)/2|\n"
             "Set vbar/vbar(A)|Set vbar(B)|Set density|Set Critical CCC|Set MC Tolerance|\n"
             "&Simulation|&Match|&Window|&New Window|&Cascade|Tile &Horizontal|Tile &Vertical|"
