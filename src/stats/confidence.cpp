@@ -263,6 +263,13 @@ std::string MissingLimitsText(const ConfidenceOutcome& outcome) {
          "a job) gives every parameter limits that exist.";
 }
 
+bool HasLimitOfZero(const ConfidenceOutcome& outcome) {
+  return std::any_of(outcome.intervals.begin(), outcome.intervals.end(),
+                     [](const ConfidenceInterval& interval) {
+                       return interval.lower == 0.0 || interval.upper == 0.0;
+                     });
+}
+
 std::vector<ConfidenceRow> ConfidenceRows(const FitState& fit) {
   std::vector<ConfidenceRow> rows;
   int j = fit.SharedBase();

@@ -61,6 +61,9 @@ std::string BetterFitText(const FitState& fit, const BetterFit& better);
 // Names the limits that stand at the value itself, for which the log has no line; empty if none do.
 std::string MissingLimitsText(const ConfidenceOutcome& outcome);
 
+// Whether a side had no limit that the walk could reach, for which the search gives 0.
+bool HasLimitOfZero(const ConfidenceOutcome& outcome);
+
 // What a window shows of a shared parameter.
 struct ConfidenceRow {
   std::string_view caption;

@@ -140,61 +140,29 @@ struct EndCase {
   std::vector<double> trueShared;
   int model;
   std::vector<double> start;
-  std::vector<int> held;  // shared parameters, from 1
-  int looked;             // likewise
-  SideEnd lower;
-  SideEnd upper;
+  std::vector<int> held;        // shared parameters, from 1
+  int looked;                   // likewise
+  std::array<SideEnd, 2> ends;  // lower, upper
+};
+
+using enum SideEnd;
+const std::vector<EndCase> kEnds = {
+    {"no association", 0, {7500.0}, 2, {7500.0, 2.0, -3.0}, {1, 2}, 3, {kOpen, kFound}},
+    {"all dimer", 0, {15000.0}, 2, {7500.0, 2.0, 8.0}, {1, 2}, 3, {kFound, kOpen}},
+    {"nothing incompetent",
+     2,
+     {7500.0, 2.0, 1.0},
+     4,
+     {7500.0, 2.0, 1.0, 0.01},
+     {1, 2},
+     4,
+     {kBound, kFound}},
+    {"a virial coefficient of 0", 0, {7500.0}, 1, {7500.0, 0.0}, {}, 2, {kFound, kFound}},
+    {"a stoichiometry near 1", 0, {7500.0}, 2, {7500.0, 1.05, 0.0}, {1, 3}, 2, {kBound, kFound}},
 };
 
 TEST(AnalyseErrors, EverySideHasItsEnd) {
-  const std::vector<EndCase> cases = {
-      {"no association",
-       0,
-       {7500.0},
-       2,
-       {7500.0, 2.0, -3.0},
-       {1, 2},
-       3,
-       SideEnd::kOpen,
-       SideEnd::kFound},
-      {"all dimer",
-       0,
-       {15000.0},
-       2,
-       {7500.0, 2.0, 8.0},
-       {1, 2},
-       3,
-       SideEnd::kFound,
-       SideEnd::kOpen},
-      {"nothing incompetent",
-       2,
-       {7500.0, 2.0, 1.0},
-       4,
-       {7500.0, 2.0, 1.0, 0.01},
-       {1, 2},
-       4,
-       SideEnd::kBound,
-       SideEnd::kFound},
-      {"a virial coefficient of 0",
-       0,
-       {7500.0},
-       1,
-       {7500.0, 0.0},
-       {},
-       2,
-       SideEnd::kFound,
-       SideEnd::kFound},
-      {"a stoichiometry near 1",
-       0,
-       {7500.0},
-       2,
-       {7500.0, 1.05, 0.0},
-       {1, 3},
-       2,
-       SideEnd::kBound,
-       SideEnd::kFound},
-  };
-  for (const EndCase& one : cases) {
+  for (const EndCase& one : kEnds) {
     SCOPED_TRACE(one.what);
     FitState truth =
         MakeProblem({.modelIndex = one.truth, .sets = 3, .points = 60}, one.trueShared);
@@ -208,8 +176,8 @@ TEST(AnalyseErrors, EverySideHasItsEnd) {
     const ErrorAnalysis found = Analysed(fit, {.parameters = {l}});
     ASSERT_EQ(found.parameters.size(), 1U) << found.error;
     const ProfileLimits& limits = found.parameters[0].profile->limits[1];
-    EXPECT_EQ(limits.lower.end, one.lower);
-    EXPECT_EQ(limits.upper.end, one.upper);
+    EXPECT_EQ(limits.lower.end, one.ends[0]);
+    EXPECT_EQ(limits.upper.end, one.ends[1]);
     for (const SideLimit* side : {&limits.lower, &limits.upper}) {
       if (side->end == SideEnd::kOpen) {
         EXPECT_LT(side->plateau, found.sum * limits.ratio);

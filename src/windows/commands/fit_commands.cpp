@@ -95,6 +95,10 @@ void FitCommands::RunConfidence(const ConfidenceRequest& request) {
   if (!missing.empty()) {
     windows_.host.ShowMessage(title, missing, MessageIcon::kInformation);
   }
+  if (HasLimitOfZero(outcome)) {
+    windows_.session.Remark(
+        tr("A limit of 0 was not found: \"Error Analysis...\" (Shift+F8) says how that side ends."));
+  }
   if (!outcome.better) return;
   const std::string text = BetterFitText(module.LastFit->state, *outcome.better) + "\n\n" +
                            tr("Use its values as the start of a new fit?").toStdString();

@@ -17,7 +17,7 @@ class OptionCommands : public QObject {
   void AskConstant(Constant constant);
 
   void SetKFormat(KDisplay display);
-  void SetBuoyant(bool buoyant);   // display of molecular weights
+  void SetBuoyant(bool buoyant);  // display of molecular weights
   void SetAlwaysFitToRest(bool on);
   void ChooseColor(bool deleted);  // of deleted, else of good points
   void ExportGraphs();

@@ -181,9 +181,9 @@ bool ConfidenceWindow::StoreLevel(const QString& text) {
   if (!refusal) return true;
   cmbFStat_->hidePopup();
   session_.Remark(tr("The probability takes a number between 50 and 100."));
-  session_.Ask.ShowMessage(
-      this, level ? tr("Parameter Out of Range!") : tr("Parameter Entry Error!"),
-      QString::fromStdString(refusal.text), MessageIcon::kExclamation);
+  session_.Ask.ShowMessage(this,
+                           level ? tr("Parameter Out of Range!") : tr("Parameter Entry Error!"),
+                           QString::fromStdString(refusal.text), MessageIcon::kExclamation);
   return false;
 }
 

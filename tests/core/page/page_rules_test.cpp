@@ -96,6 +96,9 @@ TEST_F(PageRules, ValuesOutsideTheirBoundsChangeNothing) {
   }
   EXPECT_EQ(First().Speed, 1);
   EXPECT_EQ(module.Preferences.DefaultVbar, 0.2501);
+}
+
+TEST_F(PageRules, LevelsLieBetween50And100) {
   for (const double level : {50.0, 100.0, kNaN}) EXPECT_TRUE(RefusalOfLevel(level)) << level;
   EXPECT_FALSE(RefusalOfLevel(99.999));
 }

@@ -111,7 +111,8 @@ TEST_F(PaperReportTest, SaysWhatTheFitWasAndFound) {
             std::string::npos);
 
   EXPECT_EQ(report.charts.size(), 3U);
-  EXPECT_EQ(report.charts[1], PlotDataFit(fit, module.LastFit->datasets, 1, module.Preferences.Plots));
+  EXPECT_EQ(report.charts[1],
+            PlotDataFit(fit, module.LastFit->datasets, 1, module.Preferences.Plots));
 }
 
 TEST_F(PaperReportTest, SaysWhatTheDatasetsWereAndHowTheyFit) {
