@@ -49,6 +49,7 @@ struct PassWorkspace {
   std::vector<int> ordinal;        // [parameter from 1] place among the fitted ones, 0 if held
   std::vector<int> touching;       // the fitted parameters that touch the dataset at hand
   Array1<double> work;             // a copy of the parameters with one of them moved
+  std::vector<double> ownSteps;    // [parameter from 1], if not empty instead of the model's rule
 
   // Place among the fitted parameters, from 1, of a column of the dataset at hand.
   int Place(std::size_t column) const {

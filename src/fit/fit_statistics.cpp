@@ -28,6 +28,23 @@ double SquaredSignal(const FitState& fit) {
   return squares;
 }
 
+double FlatSum(const FitState& fit) {
+  double sum = 0.0;
+  for (int d = 1; d <= fit.NumFitSets; ++d) {
+    double mean = 0.0;
+    double squares = 0.0;
+    int count = 0;
+    for (int i = fit.SetFirstPoint(d); i < fit.SetFirstPoint(d) + fit.SetPointCount(d); ++i) {
+      if (fit.PointKind(i) != 0) continue;
+      const double off = fit.FitY(i) - mean;
+      mean += off / ++count;
+      squares += off * (fit.FitY(i) - mean);
+    }
+    sum += squares;
+  }
+  return sum;
+}
+
 double StandardError(const FitState& fit, const FitStatistics& statistics, int k) {
   return Checked([&] { return std::sqrt(statistics.variance * fit.FitCovar(k, k)); });
 }

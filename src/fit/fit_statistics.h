@@ -21,6 +21,9 @@ FitStatistics CalcFitStatistics(const FitState& fit, double sum);
 // residuals is rounding.
 double SquaredSignal(const FitState& fit);
 
+// The sum of squares of the best horizontal lines, one a dataset, without mass conservation points.
+double FlatSum(const FitState& fit);
+
 // Standard error of FitA(k): square root of the variance times FitCovar(k, k).
 // Throws ArithmeticFault for a negative one.
 double StandardError(const FitState& fit, const FitStatistics& statistics, int k);

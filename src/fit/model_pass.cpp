@@ -141,8 +141,11 @@ void PointwisePass(FitState& fit, const SetPoints& points) {
       double squares = 0.0;
       for (std::size_t k = 0; k < columns; ++k) {
         double& derivative = work.derivative[j * stride + k];
-        derivative =
-            DerivativeAt(fit, *fit.FitModel, work.touching[k], i, work.value[j], work.work);
+        const int l = work.touching[k];
+        derivative = work.ownSteps.empty()
+                         ? DerivativeAt(fit, *fit.FitModel, l, i, work.value[j], work.work)
+                         : DerivativeByStep(fit, *fit.FitModel, l, i,
+                                            work.ownSteps[static_cast<std::size_t>(l)], work.work);
         squares += derivative * derivative;
       }
       const double residual = points.y[j] - work.value[j];
@@ -227,7 +230,7 @@ void NumberFitted(FitState& fit) {
 // The dataset at once by the vector kernel. False, with nothing added, if that cannot be.
 bool AddByKernel(FitState& fit, const SetPoints& points, int d, Matrix1<double>& alpha,
                  Matrix1<double>& beta, double& chisq) {
-  if (fit.FitModel->species.empty()) return false;
+  if (fit.FitModel->species.empty() || !fit.Workspace.ownSteps.empty()) return false;
   SetSums sums;
   bool made = false;
   if (FaultsRaisedBy([&] { made = SumSpeciesSet(fit, points, d, sums); }).Any() || !made) {
@@ -243,7 +246,8 @@ void AddByColumns(FitState& fit, const SetPoints& points, int d, Matrix1<double>
   PassWorkspace& work = fit.Workspace;
   const std::size_t total = points.n + points.extra;
   ClearPadding(work, total);
-  if (fit.FitModel->terms == nullptr || FaultsRaisedBy([&] { SetPass(fit, points, d); }).Any()) {
+  if (fit.FitModel->terms == nullptr || !work.ownSteps.empty() ||
+      FaultsRaisedBy([&] { SetPass(fit, points, d); }).Any()) {
     PointwisePass(fit, points);
   }
   CheckArithmetic([&] {
@@ -274,6 +278,7 @@ void PreparePass(FitState& fit) {
   work.ordinal.resize(parameters + 1);
   work.touching.reserve(touching);
   work.work = fit.FitA;
+  work.ownSteps.clear();
   PreparePoints(fit, work.facts, work.weights);
 }
 

@@ -7,8 +7,9 @@
 //     (step_rule.h) at all points that take it, and one by one at the others;
 //   - point by point, for models without species terms; also after an arithmetic fault, to name the
 //     one that came first.
-// The last two give the same bits, the first the same numbers but for rounding. How much each step
-// brought stands in docs/performance.md.
+// The last two give the same bits, the first the same numbers but for rounding. Where the work
+// space has steps of its own every dataset goes point by point, and derivatives are centred
+// differences by those. How much each step brought stands in docs/performance.md.
 #pragma once
 
 #include "base/array1.h"
@@ -17,7 +18,8 @@ namespace quorvane {
 
 struct FitState;
 
-// Sizes the work space for the points and parameters of `fit`; a pass then allocates nothing.
+// Sizes the work space for the points and parameters of `fit`; a pass then allocates nothing. Steps
+// of its own are gone.
 void PreparePass(FitState& fit);
 
 // Adds the sums over all points at parameters a to alpha [1..nfit][1..nfit], to beta [1..nfit][1]

@@ -27,6 +27,15 @@ double DerivativeAt(FitState& fit, const Model& model, int j, int i, double f0,
       a0, f0, [&](double step) { return ValueWith(fit, model, j, a0 + step, i, work); });
 }
 
+double DerivativeByStep(FitState& fit, const Model& model, int j, int i, double step,
+                        Array1<double>& work) {
+  if (model.secondComponent && fit.PointKind(i) != 0 && fit.FitY(i) == 0.0) return 0.0;
+  const double a0 = work(j);
+  const double up = ValueWith(fit, model, j, a0 + step, i, work);
+  const double down = ValueWith(fit, model, j, a0 - step, i, work);
+  return StepRule::CentredDifference(up, down, step);
+}
+
 void PARTIALS(FitState& fit, const Array1<double>& a, Array1<double>& dyda, int ma, int i) {
   const Model& model = *fit.FitModel;
   fit.CurrentProc = model.partialsName;

@@ -13,6 +13,10 @@ namespace quorvane {
 double DerivativeAt(FitState& fit, const Model& model, int j, int i, double f0,
                     Array1<double>& work);
 
+// The same as a centred difference with the given step, whatever the rule says.
+double DerivativeByStep(FitState& fit, const Model& model, int j, int i, double step,
+                        Array1<double>& work);
+
 // PARTIALSk of fit.FitModel: derivatives with respect to a(1..ma) at flat point i, held parameters
 // included. Stores its name in CurrentProc. FUNCSk is called once at a, and at 2 or 3 places a
 // parameter.

@@ -88,6 +88,8 @@ class Descent {
   double NewtonForecast();
   bool Settled(double move) const;
   bool LeadsAway() const;
+  bool IsStuck() const;
+  bool TakeFineSteps();
   bool FindVague();
   void InvertWhatIsKnown();
   void FindRunaway();
@@ -328,7 +330,10 @@ FitRest Descent::Descend(int mostSteps) {
     if (end_.steps == mostSteps) return FitRest::kTooLong;
     const double before = Best();
     const Trial trial = TryStep();
-    if (trial == Trial::kNothingToGain) return FitRest::kSettled;
+    if (trial == Trial::kNothingToGain) {
+      if (IsStuck() && TakeFineSteps()) continue;
+      return FitRest::kSettled;
+    }
     ++end_.steps;
     host_.ReportProgress({.what = "Fit", .iteration = end_.steps, .sumOfSquares = Best()});
     host_.RunPendingEvents();
@@ -342,6 +347,35 @@ FitRest Descent::Descend(int mostSteps) {
 // Whether what is left to gain lies far away, or in what the data do not determine.
 bool Descent::LeadsAway() const {
   return !unknown_.empty() || newtonTimesTooLong_ > kFar;
+}
+
+// Whether the derivatives promise a fall that no step has brought: then it is they that are wrong.
+bool Descent::IsStuck() const {
+  return fit_.Workspace.ownSteps.empty() && !LeadsAway() && !Settled(kSmallMove);
+}
+
+// The step of the rule is a share of the parameter, so that a logarithm far from 0 is moved far,
+// and points where the signal crosses 0 take other steps than their neighbours. From here on steps
+// are a small share of what changes the signal. False if these do not work either.
+bool Descent::TakeFineSteps() {
+  constexpr double kFine = 1e-4;
+  std::vector<double>& steps = fit_.Workspace.ownSteps;
+  steps.assign(static_cast<std::size_t>(fit_.FitMA) + 1, fit_.FitModel->steps.stepAtZero);
+  for (const int l : parameter_) {
+    const double longest = LongestMove(fit_, l);
+    const double scale = std::isfinite(longest) ? longest : std::fabs(fit_.FitA(l));
+    if (scale > 0.0) steps[static_cast<std::size_t>(l)] = kFine * scale;
+  }
+  StepMemory& memory = fit_.Memory;
+  double sum = 0.0;
+  if (!Pass(fit_.FitA, sum)) return false;
+  memory.bestChiSq = sum;
+  std::swap(alpha_, fit_.FitCovar);
+  std::copy_n(memory.trialStep.Row(1), memory.mfit, memory.beta.Row(1));
+  growth_ = kFirstGrowth;
+  newtonForecast_ = NewtonForecast();
+  lambda_ = LeadsAway() ? kFirstLambda : kNewton;
+  return true;
 }
 
 // Parameters whose standard error is beyond all sense count as not determined.
@@ -410,24 +444,6 @@ RestEnd Descent::Run(int mostSteps) {
   end_.rest = Descend(mostSteps);
   Close();
   return end_;
-}
-
-// The sum of squares of the best horizontal lines, one a dataset.
-double FlatSum(const FitState& fit) {
-  double sum = 0.0;
-  for (int d = 1; d <= fit.NumFitSets; ++d) {
-    double mean = 0.0;
-    double squares = 0.0;
-    int count = 0;
-    for (int i = fit.SetFirstPoint(d); i < fit.SetFirstPoint(d) + fit.SetPointCount(d); ++i) {
-      if (fit.PointKind(i) != 0) continue;
-      const double off = fit.FitY(i) - mean;
-      mean += off / ++count;
-      squares += off * (fit.FitY(i) - mean);
-    }
-    sum += squares;
-  }
-  return sum;
 }
 
 // Baselines and reference concentrations alone, the shared parameters held: from a start that is

@@ -3,7 +3,8 @@
 // error. Source: Marquardt, J. SIAM 11 (1963) 431, with the damping led by the ratio of the fall to
 // its forecast (Madsen, Nielsen & Tingleff, Methods for Non-Linear Least Squares Problems, 2004,
 // section 3.2) and scaled by the greatest curvature met (More, Lecture Notes in Mathematics 630
-// (1978) 105).
+// (1978) 105). Where no step brings the fall that the derivatives promise it is not at rest: the
+// derivatives are taken anew by finer steps, and it goes on with those.
 #pragma once
 
 #include <vector>

@@ -56,6 +56,26 @@ TEST(BringToRest, ReachesOneMinimumFromGoodStartsAndBad) {
   EXPECT_TRUE(host.lines.empty());
 }
 
+// A dimer whose monomer is nothing, at an ln K so far from 0 that a thousandth of it is a long step
+// and signals that cross 0: derivatives by the rule of the pass lead to no minimum.
+TEST(BringToRest, DoesNotTakeWrongDerivativesForARest) {
+  RecordingHost host;
+  FitState fit = DimerProblem(150.0);
+  for (int d = 1; d <= 3; ++d) {
+    fit.FitA(d) = -0.05 * d;
+    fit.FitA(3 + d) -= 75.0;
+  }
+  NormalNoise noise(5, 0.003);
+  FillSignal(fit, [&](int) { return noise(); });
+  FitState alone = MakeProblem({.modelIndex = 0, .sets = 3, .points = 60}, {15000.0});
+  alone.FitY = fit.FitY;
+  ASSERT_EQ(SettleFit(alone, host, 100), FitRest::kSettled);
+  for (int d = 1; d <= 3; ++d) fit.FitA(3 + d) += 0.02;
+  const RestEnd end = BringToRest(fit, host, 100);
+  EXPECT_NEAR(fit.FitChiSq, alone.FitChiSq, 1e-9 * alone.FitChiSq);
+  EXPECT_EQ(end.undetermined, std::vector<int>{fit.SharedBase() + 3});
+}
+
 TEST(BringToRest, SaysWhyThereIsNoRest) {
   const struct {
     const char* what;
