@@ -12,7 +12,8 @@ from pathlib import Path
 
 import numpy as np
 
-from solvers import Fit, Table, Workshop
+from independent_fit import Fit
+from solvers import Table, Workshop
 
 COLUMNS = [[5.88, 6.07], [6.39, 6.58], [6.91, 7.10]]  # of channels A, B and C, cm
 DEFAULT_WEIGHT, DEFAULT_LN_K = 7500.0, 14.0  # of the page
