@@ -106,7 +106,7 @@ void ErrorCommands::ShowCoefficients() {
 }
 
 void ErrorCommands::LogCoefficients() {
-  LogCrossCorrelation(coefficients_.Fit(), windows_.host);
+  if (const FinishedFit* fit = coefficients_.Fit()) LogCrossCorrelation(fit->state, windows_.host);
 }
 
 void ErrorCommands::ShowQuality() {

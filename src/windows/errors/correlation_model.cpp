@@ -66,7 +66,7 @@ QVariant CorrelationModel::headerData(int section, Qt::Orientation, int role) co
   const int parameter = section + 1;
   if (section < 0 || parameter > coefficients_.rows()) return {};
   if (role == Qt::DisplayRole) {
-    const std::string_view name = Trim(Fit().FitParamNames(parameter));
+    const std::string_view name = Trim(fit_->state.FitParamNames(parameter));
     return QString::fromUtf8(name.data(), static_cast<qsizetype>(name.size()));
   }
   return ColorPart(IsHeld(parameter) ? std::optional(HeldColor()) : std::nullopt, role);

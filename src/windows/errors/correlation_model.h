@@ -19,7 +19,7 @@ class CorrelationModel : public QAbstractTableModel {
   // Shows the coefficients of `fit`. Throws ArithmeticFault where there are none; then what was
   // shown stays.
   void Show(std::shared_ptr<const FinishedFit> fit, double critical);
-  const FitState& Fit() const { return fit_->state; }
+  const FinishedFit* Fit() const { return fit_.get(); }  // null before the first
 
   int rowCount(const QModelIndex& parent = {}) const override;
   int columnCount(const QModelIndex& parent = {}) const override;
@@ -27,7 +27,7 @@ class CorrelationModel : public QAbstractTableModel {
   QVariant headerData(int section, Qt::Orientation orientation, int role) const override;
 
  private:
-  bool IsHeld(int parameter) const { return Fit().FitIA(parameter) == 0; }
+  bool IsHeld(int parameter) const { return fit_->state.FitIA(parameter) == 0; }
 
   std::shared_ptr<const FinishedFit> fit_;  // null: there are no cells
   Matrix1<double> coefficients_;

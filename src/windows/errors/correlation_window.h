@@ -20,8 +20,8 @@ class CorrelationWindow : public QWidget, public Printable {
   // Fills the grid. Throws ArithmeticFault where the fit has no coefficients; then it stays.
   void ShowFit(std::shared_ptr<const FinishedFit> fit, double critical);
 
-  // The fit that the grid shows, whatever was fitted since.
-  const FitState& Fit() const { return cells_.Fit(); }
+  // The fit that the grid shows, whatever was fitted since; null before the first.
+  const FinishedFit* Fit() const { return cells_.Fit(); }
 
   PrintContent Printed() const override;
 

@@ -80,6 +80,7 @@ void QualityWindow::ConnectSignals() {
 }
 
 void QualityWindow::ShowFit(const QuorvaneModule& module) {
+  if (!module.LastFit) return Clear();
   try {
     const FitQuality quality =
         CalcFitQuality(module.LastFit->state, module.FitPage, module.ConstantsSet,

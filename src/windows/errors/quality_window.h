@@ -19,8 +19,8 @@ class QualityWindow : public QWidget, public Printable {
  public:
   explicit QualityWindow(QWidget* parent = nullptr);
 
-  // Shows the last fit of `module`, which must be there, with what is known of the constants now;
-  // it is empty where that has no quality.
+  // Shows the last fit of `module` with what is known of the constants now; it is empty where there
+  // is none, or none with a quality.
   void ShowFit(const QuorvaneModule& module);
 
   // There is no finished fit.

@@ -199,6 +199,12 @@ TEST_F(ErrorWindowsTest, ASearchReportsAndLeavesTheFitAsItWas) {
   EXPECT_TRUE(Find<QAction>("mnuPrint")->isEnabled());
 }
 
+TEST_F(ErrorWindowsTest, CoefficientsOfNoFitAreNotLogged) {
+  const QString before = LogText();
+  Click("cmdCopyMe");
+  EXPECT_EQ(LogText(), before);
+}
+
 TEST_F(ErrorWindowsTest, AStopEndsTheSearchAndChangesNothing) {
   FitMany();
   const auto before = session.Module.LastFit;
