@@ -160,6 +160,11 @@ class ErrorWindowsTest : public MainWindowTest {
       last.state.FitChiSq = last.state.Memory.bestChiSq *= 2.0;
     });
   }
+  // Whether the last fit is that one; its verdict may have come meanwhile.
+  bool IsStill(const FinishedFit& fit) {
+    const FitState& now = session.Module.LastFit->state;
+    return now.FitA == fit.state.FitA && now.FitCovar == fit.state.FitCovar;
+  }
   ConfidenceWindow* OpenConfidence() {
     auto* tab = Find<QWidget>("frmData");
     tab->findChild<QPushButton*>("cmdCalcCI")->click();
@@ -222,7 +227,7 @@ TEST_F(ErrorWindowsTest, AStopEndsTheSearchAndChangesNothing) {
     timer.start(0);
     confidence->findChild<QPushButton*>("cmdCalcCI")->click();
     EXPECT_EQ(LogText().count("** User Terminated Calculation of CIs **"), ++stopped);
-    EXPECT_EQ(session.Module.LastFit, before);
+    EXPECT_TRUE(IsStill(*before));
     QTest::qWait(1);
     EXPECT_EQ(confidence, nullptr);
   }
@@ -239,7 +244,7 @@ TEST_F(ErrorWindowsTest, AStoppedFitLeavesTheFitBeforeItToBeAnalysed) {
   timer.start(0);
   Click("cmdFitMe");
   EXPECT_TRUE(LogText().contains("** User  Terminated Fitting Process  **"));
-  EXPECT_EQ(session.Module.LastFit, before);
+  EXPECT_TRUE(IsStill(*before));
   EXPECT_TRUE(Find<QPushButton>("cmdShowCCCs")->isEnabled());
 }
 
@@ -301,7 +306,7 @@ TEST_F(ErrorWindowsTest, ACheckThatIsStoppedOrFindsNothingOffersNothing) {
   Click("cmdCheckMinimum");
   timer.stop();
   EXPECT_TRUE(Find<QLabel>("lblMinima")->text().startsWith("Stopped: "));
-  EXPECT_EQ(session.Module.LastFit, before);
+  EXPECT_TRUE(IsStill(*before));
   EXPECT_FALSE(Find<QPushButton>("cmdStopMinima")->isEnabled());
   Click("cmdFitMe");  // a new fit: the window goes
   QTest::qWait(1);
