@@ -96,8 +96,8 @@ void FitCommands::RunConfidence(const ConfidenceRequest& request) {
     windows_.host.ShowMessage(title, missing, MessageIcon::kInformation);
   }
   if (HasLimitOfZero(outcome)) {
-    windows_.session.Remark(
-        tr("A limit of 0 was not found: \"Error Analysis...\" (Shift+F8) says how that side ends."));
+    windows_.session.Remark(tr(
+        "A limit of 0 was not found: \"Error Analysis...\" (Shift+F8) says how that side ends."));
   }
   if (!outcome.better) return;
   const std::string text = BetterFitText(module.LastFit->state, *outcome.better) + "\n\n" +
