@@ -275,7 +275,8 @@ FitOutcome RunFit(QuorvaneModule& module, Host& host) {
 
 ConfidenceOutcome SearchIntervals(QuorvaneModule& module, const ConfidenceRequest& request,
                                   Host& host) {
-  ConfidenceOutcome outcome = CalcConfidence(module.LastFit->state, request, module.Stop, host);
+  const std::shared_ptr<const FinishedFit> last = module.LastFit;  // a verdict may replace it
+  ConfidenceOutcome outcome = CalcConfidence(last->state, request, module.Stop, host);
   if (!outcome.intervals.empty()) {
     FinishedFit known = *module.LastFit;
     known.intervals = {request, outcome};
@@ -290,7 +291,7 @@ ErrorAnalysis SearchErrors(QuorvaneModule& module, const ErrorRequest& request, 
   analysis.derived = DerivedQuantities(last->state, last->page, analysis);
   analysis.scaleRemark = ScaleRemark(last->state, analysis);
   if (!analysis.parameters.empty() || !analysis.surfaces.empty()) {
-    FinishedFit known = *last;
+    FinishedFit known = *module.LastFit;
     known.errors = analysis;
     module.LastFit = std::make_shared<const FinishedFit>(std::move(known));
   }

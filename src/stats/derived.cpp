@@ -31,8 +31,11 @@ void Add(std::string name, std::string unit, const ParameterErrors& errors, cons
     const bool falls = of(errors.value + std::fabs(errors.value) * 1e-3 + 1e-3) < quantity.value;
     for (const ProfileLimits& limits : errors.profile->limits) {
       DerivedLimits derived{limits.level, Transformed(limits.lower, of),
-                            Transformed(limits.upper, of)};
-      if (falls) std::swap(derived.lower, derived.upper);
+                            Transformed(limits.upper, of), limits.lower.end, limits.upper.end};
+      if (falls) {
+        std::swap(derived.lower, derived.upper);
+        std::swap(derived.lowerEnd, derived.upperEnd);
+      }
       quantity.limits.push_back(derived);
     }
   }

@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "fit/fit_page.h"
+#include "stats/profile.h"
 
 namespace quorvane {
 
@@ -15,8 +16,10 @@ struct ErrorAnalysis;
 
 struct DerivedLimits {
   double level = 0.0;           // percent
-  std::optional<double> lower;  // absent: an open side
+  std::optional<double> lower;  // absent: an open side, or one that was stopped
   std::optional<double> upper;
+  SideEnd lowerEnd = SideEnd::kStopped;
+  SideEnd upperEnd = SideEnd::kStopped;
 };
 
 struct DerivedQuantity {

@@ -1,6 +1,7 @@
 #include "core/report/paper_report.h"
 
 #include "base/clock.h"
+#include "core/report/report_errors.h"
 #include "core/report/report_files.h"
 #include "core/report/report_methods.h"
 #include "core/report/report_quality.h"
@@ -20,6 +21,7 @@ PaperReport MakePaperReport(const QuorvaneModule& module) {
     report.charts.push_back(
         PlotDataFit(view.fit, view.record.datasets, set, module.Preferences.Plots));
   }
+  if (view.record.errors) AddErrorCharts(*view.record.errors, report.charts);
   return report;
 }
 

@@ -15,7 +15,8 @@ struct PaperReport {
   std::string title;
   std::string origin;  // program, version, date and time
   std::vector<ReportSection> sections;
-  std::vector<Chart> charts;  // one a dataset: data and curve above, residuals below
+  // One a dataset: data and curve above, residuals below; then those of the error analysis.
+  std::vector<Chart> charts;
 };
 
 // The report of module.LastFit, which must be there. Reads the scan files

@@ -2,6 +2,7 @@
 
 #include "base/number_format.h"
 #include "core/report/report_view.h"
+#include "stats/error_plots.h"
 
 namespace quorvane {
 
@@ -29,8 +30,9 @@ std::string Span(const std::string& low, const std::string& high) {
   return "[" + low + ", " + high + "]";
 }
 
-std::string DerivedText(const std::optional<double>& limit) {
-  return limit ? FormatParam(*limit) : "open";
+std::string DerivedText(const std::optional<double>& limit, SideEnd end) {
+  if (limit) return FormatParam(*limit);
+  return end == SideEnd::kStopped ? "stopped" : "open";
 }
 
 void AddReplicates(const ParameterErrors& errors, const char* method,
@@ -72,7 +74,8 @@ ReportTable DerivedTable(const ErrorAnalysis& analysis) {
     ReportRow row = {quantity.name, quantity.unit.empty() ? kReportNone : quantity.unit,
                      FormatParam(quantity.value)};
     for (const DerivedLimits& limits : quantity.limits) {
-      row.emplace_back(Span(DerivedText(limits.lower), DerivedText(limits.upper)));
+      row.emplace_back(Span(DerivedText(limits.lower, limits.lowerEnd),
+                            DerivedText(limits.upper, limits.upperEnd)));
     }
     row.resize(table.head.size(), kReportNone);
     table.rows.push_back(std::move(row));
@@ -110,6 +113,17 @@ std::vector<ReportTable> ErrorTables(const ErrorAnalysis& analysis) {
   std::vector<ReportTable> tables = {LimitsTable(analysis)};
   if (!analysis.derived.empty()) tables.push_back(DerivedTable(analysis));
   return tables;
+}
+
+void AddErrorCharts(const ErrorAnalysis& analysis, std::vector<Chart>& charts) {
+  for (const ParameterErrors& errors : analysis.parameters) {
+    if (errors.profile && !errors.profile->curve.empty()) {
+      charts.push_back(PlotProfile(analysis, errors));
+    }
+  }
+  for (const ErrorSurface& surface : analysis.surfaces) {
+    charts.push_back(PlotSurface(analysis, surface));
+  }
 }
 
 }  // namespace quorvane

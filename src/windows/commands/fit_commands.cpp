@@ -54,6 +54,9 @@ void FitCommands::RunFit() {
 void FitCommands::FitToRest() {
   if (windows_.session.Calculating || !windows_.session.CommitPending()) return;
   const FitOutcome outcome = Run(&quorvane::FitToRest);
+  if (outcome.ending == FitEnding::kStopped && !outcome.error.empty()) {
+    windows_.session.Remark(QString::fromStdString(outcome.error));
+  }
   if (outcome.ending != FitEnding::kNoRest) return;
   const std::string text =
       outcome.error + "\n\n" + tr("Fit from the present values all the same?").toStdString();
@@ -109,8 +112,8 @@ MinimumOutcome FitCommands::RunMinimumCheck(const MinimumRequest& request) {
   MinimumOutcome outcome;
   if (windows_.session.Calculating) return outcome;
   QuorvaneModule& module = windows_.session.Module;
-  Calculate(
-      [&] { outcome = CheckMinimum(module.LastFit->state, request, module.Stop, windows_.host); });
+  const std::shared_ptr<const FinishedFit> last = module.LastFit;  // a verdict may replace it
+  Calculate([&] { outcome = CheckMinimum(last->state, request, module.Stop, windows_.host); });
   emit CalculationEnded();
   return outcome;
 }
