@@ -13,9 +13,10 @@ set(below_match base scan)
 set(below_stats base scan fit)
 set(below_sim base scan fit)
 set(below_core base scan fit stats)
-set(below_archive base scan fit core)
-set(below_windows base rtf scan fit stats sim match core plot archive)
-set(below_cli base rtf scan fit stats sim match core plot archive)
+set(below_job base scan fit stats core)
+set(below_archive base scan fit core job)
+set(below_windows base rtf scan fit stats sim match core plot job archive)
+set(below_cli base rtf scan fit stats sim match core plot job archive)
 
 # The rooms inside the large folders, from the top: a room includes itself and what stands behind
 # its own line. Files of the folder itself stand above its rooms.

@@ -9,13 +9,13 @@
 #include "base/number_format.h"
 #include "cli/archive_command.h"
 #include "cli/fit_table.h"
-#include "cli/job.h"
-#include "cli/job_steps.h"
 #include "cli/json_errors.h"
 #include "cli/json_records.h"
 #include "cli/terminal_host.h"
 #include "core/fit_run.h"
 #include "core/report/report_file.h"
+#include "job/job.h"
+#include "job/job_steps.h"
 #include "plot/offscreen.h"
 #include "plot/report_pages.h"
 #include "scan/dataset_files.h"
@@ -261,8 +261,9 @@ ExitStatus RunAnalyze(const AnalyzeArguments& arguments, const CommandStreams& s
   TerminalHost host(streams, arguments.quiet, module.Stop);
   if (job.output.archive || !arguments.log.empty()) host.KeepPictures();
   if (!Begin(job, streams, module, host)) return ExitStatus::kFileFault;
-  const ExitStatus loaded = ApplyLoads(job, module, host);
-  if (loaded != ExitStatus::kDone) return loaded;
+  const LoadOutcome loaded = ApplyLoads(job, module, host);
+  if (loaded == LoadOutcome::kUnreadable) return ExitStatus::kFileFault;
+  if (loaded != LoadOutcome::kLoaded) return ExitStatus::kNotDone;
   ApplyDatasets(job, module, host);
   TakeTemperature(job, module);
   FitOutcome outcome;

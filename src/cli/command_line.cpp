@@ -10,11 +10,11 @@
 #include "base/text.h"
 #include "cli/analyze.h"
 #include "cli/archive_command.h"
-#include "cli/job.h"
 #include "cli/match_command.h"
 #include "cli/scan_command.h"
 #include "cli/simulate_command.h"
 #include "core/program_state.h"
+#include "job/job.h"
 
 namespace quorvane {
 

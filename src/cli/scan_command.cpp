@@ -2,10 +2,10 @@
 
 #include "base/files.h"
 #include "cli/dataset_table.h"
-#include "cli/job_steps.h"
 #include "cli/json_records.h"
 #include "cli/terminal_host.h"
 #include "core/page/cell_files.h"
+#include "job/job_steps.h"
 #include "scan/file_check.h"
 
 namespace quorvane {

@@ -6,7 +6,7 @@
 #include "base/files.h"
 #include "cli/json_records.h"
 #include "cli/terminal_host.h"
-#include "cli/toml_reader.h"
+#include "job/toml_reader.h"
 #include "sim/simulate.h"
 
 namespace quorvane {

@@ -9,7 +9,6 @@
 #include <cmath>
 #include <stdexcept>
 
-#include "base/text.h"
 #include "plot/chart_layout.h"
 #include "plot/svg_device.h"
 
@@ -92,14 +91,6 @@ void CheckSize(PictureSize size) {
 }
 
 }  // namespace
-
-std::optional<PictureFormat> PictureFormatFromText(std::string_view text) {
-  const std::string name = ToLower(text);
-  if (name == "png") return PictureFormat::kPng;
-  if (name == "svg") return PictureFormat::kSvg;
-  if (name == "pdf") return PictureFormat::kPdf;
-  return std::nullopt;
-}
 
 PictureSize LayoutSize(PictureSize size) {
   const int factor = Enlargement(size);

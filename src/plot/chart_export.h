@@ -1,18 +1,12 @@
 // Charts as the bytes of PNG, SVG and PDF files.
 #pragma once
 
-#include <optional>
 #include <string>
-#include <string_view>
 
 #include "base/chart.h"
+#include "base/picture_format.h"
 
 namespace quorvane {
-
-enum class PictureFormat { kPng, kSvg, kPdf };
-
-// The format that a file suffix names: "png", "svg" or "pdf" in either case, without a dot.
-std::optional<PictureFormat> PictureFormatFromText(std::string_view text);
 
 // Width and height of a picture, each from 200 to 10000: pixels of a PNG, user units (CSS pixels)
 // of an SVG, points (1/72 inch) of a PDF page.

@@ -10,7 +10,7 @@
 #include "base/arithmetic.h"
 #include "base/byte_stream.h"
 #include "base/files.h"
-#include "cli/job.h"
+#include "job/job.h"
 #include "cli/json_records.h"
 #include "core/fit_run.h"
 #include "core/settings/settings.h"

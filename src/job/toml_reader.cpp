@@ -1,4 +1,4 @@
-#include "cli/toml_reader.h"
+#include "job/toml_reader.h"
 
 #include <cmath>
 #include <limits>

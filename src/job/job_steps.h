@@ -1,9 +1,8 @@
 // The steps of a job on a session: constants, loading, edits of datasets, the page of the fit.
 #pragma once
 
-#include "cli/command_line.h"
-#include "cli/job.h"
 #include "core/program_state.h"
+#include "job/job.h"
 
 namespace quorvane {
 
@@ -16,9 +15,9 @@ void ApplyConstants(const Job& job, const std::filesystem::path& programFolder,
 // Loads one file as "Load" (or "Load Blank") would after a selection.
 LoadResult LoadOne(const JobLoad& load, DatasetStore& store, Host& host);
 
-// Loads all files in their order; stops at the first that cannot be read or gives no dataset and
-// says so by the status.
-ExitStatus ApplyLoads(const Job& job, QuorvaneModule& module, Host& host);
+// Loads all files in their order. Stops at the first that cannot be read or gives no dataset;
+// otherwise kLoaded.
+LoadOutcome ApplyLoads(const Job& job, QuorvaneModule& module, Host& host);
 
 // Names, blanks, deleted points and values of the datasets. Throws JobFault.
 void ApplyDatasets(const Job& job, QuorvaneModule& module, Host& host);

@@ -10,11 +10,11 @@
 #include <utility>
 #include <vector>
 
-#include "cli/job_errors.h"
-#include "cli/toml_reader.h"
+#include "base/picture_format.h"
 #include "core/page/row_values.h"
 #include "fit/models.h"
-#include "plot/chart_export.h"
+#include "job/job_errors.h"
+#include "job/toml_reader.h"
 #include "scan/loading.h"
 #include "stats/confidence.h"
 #include "stats/minimum_check.h"

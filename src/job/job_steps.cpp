@@ -1,4 +1,4 @@
-#include "cli/job_steps.h"
+#include "job/job_steps.h"
 
 #include "base/files.h"
 #include "base/host.h"
@@ -156,13 +156,12 @@ LoadResult LoadOne(const JobLoad& load, DatasetStore& store, Host& host) {
   return LoadSelectedFile(store, load.settings, path, host);
 }
 
-ExitStatus ApplyLoads(const Job& job, QuorvaneModule& module, Host& host) {
+LoadOutcome ApplyLoads(const Job& job, QuorvaneModule& module, Host& host) {
   for (const JobLoad& load : job.loads) {
     const LoadResult result = LoadOne(load, module.Store, host);
-    if (result.outcome == LoadOutcome::kUnreadable) return ExitStatus::kFileFault;
-    if (result.datasets == 0) return ExitStatus::kNotDone;
+    if (result.outcome == LoadOutcome::kUnreadable || result.datasets == 0) return result.outcome;
   }
-  return ExitStatus::kDone;
+  return LoadOutcome::kLoaded;
 }
 
 void ApplyDatasets(const Job& job, QuorvaneModule& module, Host& host) {

@@ -1,4 +1,4 @@
-#include "cli/job.h"
+#include "job/job.h"
 
 #include <algorithm>
 

@@ -6,7 +6,7 @@
 #include <utility>
 #include <vector>
 
-#include "cli/toml_reader.h"
+#include "job/toml_reader.h"
 #include "stats/error_analysis.h"
 
 namespace quorvane {

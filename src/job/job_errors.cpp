@@ -1,8 +1,8 @@
-#include "cli/job_errors.h"
+#include "job/job_errors.h"
 
-#include "cli/job.h"
 #include "core/page/confidence_level.h"
 #include "fit/fit_state.h"
+#include "job/job.h"
 
 namespace quorvane {
 
