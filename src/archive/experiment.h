@@ -29,6 +29,7 @@ struct Experiment {
   std::vector<Dataset> Datasets;
   std::vector<Bytes> GraphStreams;  // serialised Charts, or bytes of another program's charts
   std::string log;                  // the bytes of logfile.rtf
+  std::string comment;              // of the ZIP file, as it stands there; see job/page_setup.h
 };
 
 }  // namespace quorvane

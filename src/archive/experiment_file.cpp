@@ -31,10 +31,14 @@ std::vector<ZipMember> MembersOf(const Experiment& experiment) {
           {kChartMember, WriteChartMember(experiment.GraphStreams)}};
 }
 
-// Throws ArchiveFault if the archive at `path` does not hold exactly `members`.
-void CompareWith(const std::vector<ZipMember>& members, const fs::path& path) {
-  const std::vector<ZipMember> found =
-      ReadZip(ReadWholeFile(path, kLongestArchive), {kDataMember, kLogMember, kChartMember});
+// Throws ArchiveFault if the archive at `path` does not hold exactly `members` and `comment`.
+void CompareWith(const std::vector<ZipMember>& members, const std::string& comment,
+                 const fs::path& path) {
+  const std::string zip = ReadWholeFile(path, kLongestArchive);
+  const std::vector<ZipMember> found = ReadZip(zip, {kDataMember, kLogMember, kChartMember});
+  if (ReadZipComment(zip) != comment) {
+    throw ArchiveFault("the comment: does not read back as it was written");
+  }
   for (const ZipMember& member : members) {
     const Bytes* bytes = Find(found, member.name.c_str());
     if (bytes == nullptr || *bytes != member.bytes) {
@@ -46,9 +50,10 @@ void CompareWith(const std::vector<ZipMember>& members, const fs::path& path) {
 }  // namespace
 
 ReadExperiment ReadExperimentFile(const fs::path& path) {
-  const std::vector<ZipMember> members =
-      ReadZip(ReadWholeFile(path, kLongestArchive), {kDataMember, kLogMember, kChartMember});
+  const std::string zip = ReadWholeFile(path, kLongestArchive);
+  const std::vector<ZipMember> members = ReadZip(zip, {kDataMember, kLogMember, kChartMember});
   ReadExperiment result;
+  result.experiment.comment = ReadZipComment(zip);
   const Bytes* data = Find(members, kDataMember);
   if (data == nullptr) throw ArchiveFault("the archive holds no datafile.bin");
   try {
@@ -71,8 +76,9 @@ ReadExperiment ReadExperimentFile(const fs::path& path) {
 
 void WriteExperimentFile(const fs::path& path, const Experiment& experiment) {
   const std::vector<ZipMember> members = MembersOf(experiment);
-  WriteWholeFile(path, WriteZip(members),
-                 [&](const fs::path& written) { CompareWith(members, written); });
+  const std::string& comment = experiment.comment;
+  WriteWholeFile(path, WriteZip(members, comment),
+                 [&](const fs::path& written) { CompareWith(members, comment, written); });
 }
 
 }  // namespace quorvane

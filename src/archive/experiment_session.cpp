@@ -2,11 +2,14 @@
 
 #include "archive/data_member.h"
 #include "archive/experiment_file.h"
+#include "archive/zip_file.h"
 #include "base/arithmetic.h"
 #include "base/files.h"
 #include "base/host.h"
 #include "base/text.h"
 #include "fit/models.h"
+#include "job/page_setup.h"
+#include "job/toml_reader.h"
 
 namespace quorvane {
 
@@ -78,6 +81,20 @@ void TakeSession(Experiment&& experiment, QuorvaneModule& module) {
   module.GraphStreams = std::move(experiment.GraphStreams);
 }
 
+// The setup in the comment, if it is ours; one of another program or a damaged one is left aside.
+void TakeComment(const std::string& comment, QuorvaneModule& module, Host& host) {
+  if (comment.empty()) return;
+  std::string remark;
+  try {
+    remark = IsSetupText(comment)
+                 ? TakeSetup(comment, "the setup in the archive", module)
+                 : "The comment of the archive is of another program; it was left aside.";
+  } catch (const JobFault& fault) {
+    remark = "The setup of the page was left aside: " + std::string(fault.what());
+  }
+  if (!remark.empty()) host.Remark(remark);
+}
+
 void TakeLog(const std::string& log, QuorvaneModule& module, SessionHost& host) {
   host.LoadLog(log);
   module.ExperimentOpen = true;
@@ -116,10 +133,14 @@ Experiment ExperimentOf(const QuorvaneModule& module, const fs::path& folder) {
   }
   experiment.Datasets = module.Store.Datasets;
   experiment.GraphStreams = module.GraphStreams;
+  experiment.comment = SetupText(module);
+  // Thousands of datasets with choices of their own: what must be kept is in the members.
+  if (experiment.comment.size() > kLongestComment) experiment.comment.clear();
   return experiment;
 }
 
-bool SaveExperiment(QuorvaneModule& module, const fs::path& path, SessionHost& host) {
+bool SaveExperiment(QuorvaneModule& module, const fs::path& path, SessionHost& host,
+                    const std::string* comment) {
   if (module.Store.Datasets.empty()) {
     host.ShowMessage("", "There is nothing to save!", MessageIcon::kStop);
     return false;
@@ -128,6 +149,7 @@ bool SaveExperiment(QuorvaneModule& module, const fs::path& path, SessionHost& h
   try {
     Experiment experiment = ExperimentOf(module, FolderOf(path));
     experiment.log = host.LogAsRtf();
+    if (comment != nullptr) experiment.comment = *comment;
     WriteExperimentFile(path, experiment);
     return true;
   } catch (const ArithmeticFault& fault) {
@@ -174,14 +196,18 @@ void TakeUpExperiment(QuorvaneModule& module, ReadExperiment&& read, const fs::p
                       SessionHost& host) {
   const FileRemarks remarks = {read.experiment.layout, std::move(read.warnings)};
   const std::string log = std::move(read.experiment.log);
+  const std::string comment = std::move(read.experiment.comment);
   TakeSession(std::move(read.experiment), module);
+  TakeComment(comment, module, host);
   SayWhatWasRead(remarks, path, host);
   TakeLog(log, module, host);
 }
 
 void ResumeExperiment(QuorvaneModule& module, ReadExperiment&& read, SessionHost& host) {
   const std::string log = std::move(read.experiment.log);
+  const std::string comment = std::move(read.experiment.comment);
   TakeSession(std::move(read.experiment), module);
+  TakeComment(comment, module, host);
   TakeLog(log, module, host);
 }
 

@@ -20,8 +20,10 @@ Experiment ExperimentOf(const QuorvaneModule& module, const std::filesystem::pat
 // Saves the session and the host's log at `path`. True if saved; otherwise a message box has said
 // why, and a file that stood there is as it was. The chosen model
 // goes to ModelIndex of the page; constrained K ratios are saved as ln K and stay ratios on
-// the page.
-bool SaveExperiment(QuorvaneModule& module, const std::filesystem::path& path, SessionHost& host);
+// the page. The comment keeps the setup of the page (job/page_setup.h), or `comment` if it is
+// given.
+bool SaveExperiment(QuorvaneModule& module, const std::filesystem::path& path, SessionHost& host,
+                    const std::string* comment = nullptr);
 
 // The experiment saved at `path`; nothing if it cannot be read, and a message box has said why.
 std::optional<ReadExperiment> OpenExperiment(const std::filesystem::path& path, Host& host);
@@ -29,7 +31,8 @@ std::optional<ReadExperiment> OpenExperiment(const std::filesystem::path& path, 
 // Takes up an experiment that was read from `path` in place of the session's, its log in place of
 // the host's; boxes tell of an old layout and of missing parts. Vbar, density of an experiment that
 // knows them become the defaults. Blanks are not chosen for the fit, all other datasets are; the
-// parameter page is as before "Setup Fit". The log goes on where it ended.
+// parameter page is as before "Setup Fit", unless the comment keeps a setup of them: a remark says
+// why one could not be used. The log goes on where it ended.
 void TakeUpExperiment(QuorvaneModule& module, ReadExperiment&& read,
                       const std::filesystem::path& path, SessionHost& host);
 

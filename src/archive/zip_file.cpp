@@ -113,12 +113,25 @@ Bytes Extract(zip_t* zip, zip_uint64_t index, const std::string& name) {
 
 }  // namespace
 
-std::string WriteZip(const std::vector<ZipMember>& members) {
+std::string WriteZip(const std::vector<ZipMember>& members, const std::string& comment) {
+  if (comment.size() > kLongestComment) Fail("the comment", "is too long");
   OpenZip archive = Open({}, ZIP_TRUNCATE);
   for (const ZipMember& member : members) Add(archive.zip.get(), member);
+  const auto length = static_cast<zip_uint16_t>(comment.size());
+  if (length > 0 && zip_set_archive_comment(archive.zip.get(), comment.data(), length) != 0) {
+    Fail("the comment", zip_strerror(archive.zip.get()));
+  }
   if (zip_close(archive.zip.get()) != 0) Fail("the archive", zip_strerror(archive.zip.get()));
   static_cast<void>(archive.zip.release());
   return TakeBytes(archive.kept.get());
+}
+
+std::string ReadZipComment(std::string_view zip) {
+  const OpenZip archive = Open(zip, ZIP_RDONLY | ZIP_CHECKCONS);
+  int length = 0;
+  const char* comment = zip_get_archive_comment(archive.zip.get(), &length, ZIP_FL_ENC_RAW);
+  return comment == nullptr ? std::string()
+                            : std::string(comment, static_cast<std::size_t>(length));
 }
 
 std::vector<ZipMember> ReadZip(std::string_view zip, const std::vector<std::string>& wanted) {

@@ -16,6 +16,7 @@
 #include "core/report/report_file.h"
 #include "job/job.h"
 #include "job/job_steps.h"
+#include "job/require.h"
 #include "plot/offscreen.h"
 #include "plot/report_pages.h"
 #include "scan/dataset_files.h"
@@ -226,7 +227,8 @@ ExitStatus AnalyseErrors(const Job& job, const FitOutcome& fit, QuorvaneModule& 
 
 // The temperature of a session without a fit: the job's, or that of the first dataset.
 void TakeTemperature(const Job& job, QuorvaneModule& module) {
-  if (!module.Store.Datasets.empty()) {
+  const bool kept = module.Setup.NumFitSets > 0;  // by the archive
+  if (!module.Store.Datasets.empty() && !kept) {
     module.Setup.DegC = static_cast<double>(module.Store.Datasets.front().Temperature);
   }
   if (job.temperature) Require(SetTemperature(module.Setup, *job.temperature));

@@ -12,6 +12,7 @@
 #include "cli/json_records.h"
 #include "cli/terminal_host.h"
 #include "fit/models.h"
+#include "job/page_setup.h"
 
 namespace quorvane {
 
@@ -106,6 +107,9 @@ Json ExperimentJson(const Contents& contents, const std::vector<Bytes>& graphs,
 ExitStatus RunArchive(const ArchiveArguments& arguments, const CommandStreams& streams) {
   ReadExperiment read = Read(arguments.file);
   const Contents contents = ContentsOf(read.experiment);
+  // Kept as it is: what it says of cell geometries may not be known here.
+  const std::string setup =
+      IsSetupText(read.experiment.comment) ? read.experiment.comment : std::string();
   QuorvaneModule module;
   TerminalHost host(streams, true, module.Stop);
   TakeUpExperiment(module, std::move(read), PathFromText(arguments.file), host);
@@ -115,17 +119,18 @@ ExitStatus RunArchive(const ArchiveArguments& arguments, const CommandStreams& s
                    JsonText(ExperimentJson(contents, module.GraphStreams, host.Log())));
   }
   if (arguments.saveAs.empty()) return ExitStatus::kDone;
-  return SaveSession(PathFromText(arguments.saveAs), module, host, streams);
+  return SaveSession(PathFromText(arguments.saveAs), module, host, streams, &setup);
 }
 
 ExitStatus SaveSession(const std::filesystem::path& path, QuorvaneModule& module,
-                       TerminalHost& host, const CommandStreams& streams) {
+                       TerminalHost& host, const CommandStreams& streams,
+                       const std::string* comment) {
   const FileLock lock = LockArchive(path);
   if (!lock.Holder().empty()) {
     streams.err << PathText(path) << " is open in another Quorvane (" << lock.Holder()
                 << "); it is replaced all the same.\n";
   }
-  if (SaveExperiment(module, path, host)) return ExitStatus::kDone;
+  if (SaveExperiment(module, path, host, comment)) return ExitStatus::kDone;
   return module.Store.Datasets.empty() ? ExitStatus::kNotDone : ExitStatus::kFileFault;
 }
 

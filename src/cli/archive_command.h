@@ -21,7 +21,9 @@ ExitStatus RunArchive(const ArchiveArguments& arguments, const CommandStreams& s
 
 // Saves session and log as an archive. If the window program has that one open, standard error says
 // so; it is written all the same. A session without datasets is not done, and writes nothing.
+// `comment` as for SaveExperiment.
 ExitStatus SaveSession(const std::filesystem::path& path, QuorvaneModule& module,
-                       TerminalHost& host, const CommandStreams& streams);
+                       TerminalHost& host, const CommandStreams& streams,
+                       const std::string* comment = nullptr);
 
 }  // namespace quorvane

@@ -16,6 +16,7 @@
 #include "fit/fit_setup.h"
 #include "scan/cell_geometry.h"
 #include "scan/dataset_store.h"
+#include "scan/loading.h"
 
 namespace quorvane {
 
@@ -53,6 +54,7 @@ struct QuorvaneModule {
   std::shared_ptr<const FinishedFit> LastFit;  // null: there is none
   StopFlag Stop;                               // of the calculation that runs
   bool ExperimentOpen = false;
+  ScanLoadSettings LoadSettings;  // of the next load
 
   // Levels of the confidence search in percent: 1 and 2 standard deviations, and the user's own,
   // which repeats the first until it is set.

@@ -32,14 +32,10 @@ const Model& FirstModel() {
   return Models().front();
 }
 
-bool SetupFit(FitSetup& setup, FitPage& page, const DatasetStore& store, const Model& model,
-              Host& host) {
+FitSetup FreshSetup(std::vector<std::int16_t> datasets, const DatasetStore& store,
+                    const Model& model) {
   FitSetup fresh;
-  fresh.FitSetList = ChosenDatasets(store);
-  if (fresh.FitSetList.empty()) {
-    host.ShowMessage("No Sets Chosen", "No datasets were chosen to be fitted!", MessageIcon::kNone);
-    return false;
-  }
+  fresh.FitSetList = std::move(datasets);
   const std::size_t n = fresh.FitSetList.size();
   fresh.FitModel = &model;
   fresh.NumFitSets = static_cast<std::int16_t>(n);
@@ -52,6 +48,17 @@ bool SetupFit(FitSetup& setup, FitPage& page, const DatasetStore& store, const M
   fresh.chkOffset.assign(n, CheckState::kChecked);
   fresh.chkRefC.assign(n, CheckState::kChecked);
   fresh.chkRefC2.assign(n, CheckState::kChecked);
+  return fresh;
+}
+
+bool SetupFit(FitSetup& setup, FitPage& page, const DatasetStore& store, const Model& model,
+              Host& host) {
+  std::vector<std::int16_t> chosen = ChosenDatasets(store);
+  if (chosen.empty()) {
+    host.ShowMessage("No Sets Chosen", "No datasets were chosen to be fitted!", MessageIcon::kNone);
+    return false;
+  }
+  FitSetup fresh = FreshSetup(std::move(chosen), store, model);
   if (setup.ConstrainKRatios) ReleaseRatios(setup, page, page.ModelLnK1);
   setup = std::move(fresh);
   return true;

@@ -45,6 +45,11 @@ struct FitSetup {
   CheckState chkAlpha = CheckState::kChecked;
 };
 
+// A page for `datasets` (positions in the store, rising, at least one, at most kMaxFitSets), its
+// switches as after "Setup Fit".
+FitSetup FreshSetup(std::vector<std::int16_t> datasets, const DatasetStore& store,
+                    const Model& model);
+
 // "Setup Fit": chooses the model and the datasets with UseData set, and brings
 // every switch of the page to its state after the button. False, with a message and nothing
 // changed, if no dataset is chosen. Throws SubscriptFault for more than 101 datasets.

@@ -2,7 +2,7 @@
 
 #include "core/page/confidence_level.h"
 #include "fit/fit_state.h"
-#include "job/job.h"
+#include "job/require.h"
 
 namespace quorvane {
 

@@ -1,5 +1,7 @@
 #include "job/job_steps.h"
 
+#include <algorithm>
+
 #include "base/files.h"
 #include "base/host.h"
 #include "core/page/cell_files.h"
@@ -9,6 +11,7 @@
 #include "core/page/row_choices.h"
 #include "core/page/shared_values.h"
 #include "fit/models.h"
+#include "job/require.h"
 #include "scan/point_edits.h"
 
 namespace quorvane {
@@ -90,11 +93,24 @@ RowLink LinkOf(const JobDataset& job, int row, const QuorvaneModule& module) {
   return {row, *target};
 }
 
+// Whether the job says to what the dataset of `row` is linked.
+bool NamesLink(const Job& job, const FitSetup& setup, int row) {
+  const int number = setup.FitSetList[static_cast<std::size_t>(row)] + 1;
+  return std::any_of(job.datasets.begin(), job.datasets.end(), [&](const JobDataset& dataset) {
+    return dataset.number == number && dataset.linkTo;
+  });
+}
+
 // The rows of the page; what is said of datasets outside the fit does not count.
 void SetRows(const Job& job, QuorvaneModule& module) {
   FitSetup& setup = module.Setup;
   std::vector<RowLink> links;
-  std::vector<const JobDataset*> linked;
+  std::vector<const JobDataset*> linked;  // null for a link that the page had
+  for (int row = 0; row < setup.NumFitSets; ++row) {
+    if (!IsLinked(setup, row) || NamesLink(job, setup, row)) continue;
+    links.push_back({row, setup.RefLink[static_cast<std::size_t>(row)]});
+    linked.push_back(nullptr);
+  }
   for (const JobDataset& dataset : job.datasets) {
     const std::optional<int> row = RowOfDataset(setup, dataset.number - 1);
     if (!row) continue;
@@ -107,19 +123,55 @@ void SetRows(const Job& job, QuorvaneModule& module) {
       Require(dataset.table, "cell_geometry", SetCellGeometry(module, *row, *dataset.cellGeometry));
     }
   }
-  if (const std::optional<LinkRefusal> refused = LinkRows(setup, links)) {
-    Require(linked[refused->place]->table, "link_to", refused->refusal);
+  const std::optional<LinkRefusal> refused = LinkRows(setup, links);
+  if (!refused) return;
+  const JobDataset* teller = linked[refused->place];
+  if (teller != nullptr) Require(teller->table, "link_to", refused->refusal);
+  Require(job.fit->table, "model",
+          Refusal{"the links that the archive keeps do not go with those of the job"});
+}
+
+// What stands on the page that the archive brought, for the rows that this page has too.
+void KeepRows(const FitSetup& before, FitSetup& setup) {
+  for (int row = 0; row < setup.NumFitSets; ++row) {
+    const auto place = static_cast<std::size_t>(row);
+    const std::optional<int> old = RowOfDataset(before, setup.FitSetList[place]);
+    if (!old) continue;
+    const auto oldPlace = static_cast<std::size_t>(*old);
+    for (const RowCheck& check : RowChecks) {
+      (setup.*check.states)[place] = (before.*check.states)[oldPlace];
+    }
+    setup.SetCellChannel[place] = before.SetCellChannel[oldPlace];
+    const auto target = static_cast<std::size_t>(before.RefLink[oldPlace]);
+    const std::optional<int> link = RowOfDataset(setup, before.FitSetList[target]);
+    if (link) setup.RefLink[place] = static_cast<std::int16_t>(*link);
   }
 }
 
-void SetSharedValues(const JobFit& job, QuorvaneModule& module) {
+// The same for the switches; `values` are those of that page.
+void KeepSwitches(const FitSetup& before, const FitPage& values, QuorvaneModule& module) {
+  FitSetup& setup = module.Setup;
+  setup.DegC = before.DegC;
+  setup.UseMassConservation = before.UseMassConservation;
+  setup.CalcLoadingConcs = before.CalcLoadingConcs;
+  if (before.FitModel != setup.FitModel) return;
+  for (const SharedParameter& parameter : SharedParameters) {
+    const CheckState check = before.*parameter.check;
+    if (check != CheckState::kGrey) setup.*parameter.check = check;
+    if (before.ConstrainKRatios && MayBeRatio(parameter)) {
+      module.FitPage.*parameter.field = values.*parameter.field;
+    }
+  }
+}
+
+void SetSharedValues(const JobFit& job, bool constrain, QuorvaneModule& module) {
   for (const auto& [parameter, entry] : job.parameters) {
     if (entry.start) Require(job.table, "parameters", SetShared(*parameter, module, *entry.start));
     if (entry.fit) {
       Require(job.table, "parameters", SetCheck(*parameter, module.Setup, *entry.fit));
     }
   }
-  if (job.constrainKRatios) {
+  if (constrain) {
     Require(job.table, "constrain_k_ratios", ConstrainStoredRatios(module));
   }
 }
@@ -182,13 +234,21 @@ void ApplyDatasets(const Job& job, QuorvaneModule& module, Host& host) {
 bool ApplyFit(const Job& job, QuorvaneModule& module, Host& host) {
   const JobFit& fit = *job.fit;
   FitSetup& setup = module.Setup;
+  const FitSetup before = setup;
+  const FitPage values = module.FitPage;
   if (!SetupFit(setup, module.FitPage, module.Store, *fit.model, host)) return false;
   module.ChosenModel = fit.model;
+  const bool constrained = before.ConstrainKRatios && before.FitModel == fit.model;
+  const bool constrain = fit.constrainKRatios.value_or(constrained);
+  if (before.NumFitSets > 0) {
+    KeepRows(before, setup);
+    KeepSwitches(before, constrain ? values : module.FitPage, module);
+  }
   if (job.temperature) Require(SetTemperature(setup, *job.temperature));
-  setup.UseMassConservation = fit.useMassConservation;
-  setup.CalcLoadingConcs = fit.calcLoadingConcs;
+  setup.UseMassConservation = fit.useMassConservation.value_or(setup.UseMassConservation);
+  setup.CalcLoadingConcs = fit.calcLoadingConcs.value_or(setup.CalcLoadingConcs);
   SetRows(job, module);
-  SetSharedValues(fit, module);
+  SetSharedValues(fit, constrain, module);
   return true;
 }
 

@@ -10,9 +10,12 @@ namespace quorvane {
 
 TomlFile ReadToml(const std::filesystem::path& path) {
   constexpr std::size_t kLongest = 16U << 20U;  // bytes
-  const std::string name = PathText(path);
+  return ParseToml(ReadWholeFile(path, kLongest), PathText(path));
+}
+
+TomlFile ParseToml(std::string_view text, const std::string& name) {
   try {
-    return {name, toml::parse(ReadWholeFile(path, kLongest), name)};
+    return {name, toml::parse(text, name)};
   } catch (const toml::parse_error& error) {
     throw JobFault(name + ":" + std::to_string(error.source().begin.line) + ": " +
                    std::string(error.description()));

@@ -30,6 +30,9 @@ struct TomlFile {
 // Throws FileFault if it cannot be read, JobFault with the line if it is no TOML.
 TomlFile ReadToml(const std::filesystem::path& path);
 
+// The same of a text; `name` is for messages. Throws JobFault.
+TomlFile ParseToml(std::string_view text, const std::string& name);
+
 class TableReader {
  public:
   // `file` and `name` ("" for the whole job, else such as "fit") are for messages; `table` outlives

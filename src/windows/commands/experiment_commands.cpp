@@ -107,6 +107,9 @@ void ExperimentCommands::Load(const QString& name) {
   session.Remark({});
   std::optional<ReadExperiment> read = OpenExperiment(ToPath(path), windows_.host);
   if (!read) return;
+  if (read->experiment.comment.empty()) {
+    session.Remark(tr("This experiment keeps no setup of its page: \"Setup Fit\" makes it."));
+  }
   windows_.data.ClosePage();
   LoadReadExperiment(session.Module, std::move(*read), ToPath(path), windows_.host);
   lock_ = lock;

@@ -130,11 +130,19 @@ void DataWindow::ConnectKeys() {
 
 void DataWindow::ShowNewStore() {
   loaded_->Rebuild();
+  source_->ShowSettings();
   source_->CheckSoon();
   results_->Clear();
   edit_->Clear();
+  FitSetup page = session_.Module.Setup;
   UpdateTabs();
-  dataTab_->setCurrentIndex(kSourceFiles);
+  if (page.NumFitSets == 0) {
+    dataTab_->setCurrentIndex(kSourceFiles);
+    return;
+  }
+  session_.Module.Setup = std::move(page);
+  control_->ShowPage();
+  OpenPage();
 }
 
 void DataWindow::RefreshDisplay() {
@@ -227,6 +235,10 @@ void DataWindow::ShowHint() {
 void DataWindow::SetUpFit() {
   if (!session_.CommitPending() || !control_->SetupFit(*session_.Module.ChosenModel)) return;
   results_->Clear();
+  OpenPage();
+}
+
+void DataWindow::OpenPage() {
   dataTab_->setTabEnabled(kFitControl, true);
   dataTab_->setCurrentIndex(kFitControl);
   QTimer::singleShot(0, this, &DataWindow::GrowToPage);  // its size is known once it is laid out

@@ -34,7 +34,8 @@ class DataWindow : public QWidget, public Printable {
   EditTab& Editing() { return *edit_; }
   ResultPanel& Results() { return *results_; }
 
-  // Rows and tabs after the store was filled or emptied as a whole; shows the first tab.
+  // Rows and tabs after the store was filled or emptied as a whole; shows the first tab, or the
+  // parameter page if the session brought one.
   void ShowNewStore();
 
   // The constants, the display of K or MW, or the plot options have changed.
@@ -77,6 +78,7 @@ class DataWindow : public QWidget, public Printable {
   void FollowTab(int tab);
   void ShowHint();
   void SetUpFit();
+  void OpenPage();
   void GrowToPage();
   PageScroll* Page(int tab) const;
 

@@ -188,15 +188,20 @@ void SourceFilesTab::ConnectSignals() {
   for (QRadioButton* option : optFileType_) {
     connect(option, &QRadioButton::toggled, this, [this](bool on) {
       if (on) ChangeKind();
+      KeepSettings();
     });
   }
   for (QRadioButton* option : optCntrpiece_) {
     connect(option, &QRadioButton::toggled, this, [this](bool on) {
       if (on) ChangeCenterpiece();
+      KeepSettings();
     });
   }
   for (QCheckBox* channel : chkChannel_) {
-    connect(channel, &QCheckBox::toggled, this, &SourceFilesTab::CheckSoon);
+    connect(channel, &QCheckBox::toggled, this, [this] {
+      KeepSettings();
+      CheckSoon();
+    });
   }
   connect(checkTimer_, &QTimer::timeout, this, &SourceFilesTab::ShowCheck);
   connect(btnChangeDir_, &QPushButton::clicked, this, &SourceFilesTab::ChangeFolder);
@@ -223,6 +228,22 @@ ScanLoadSettings SourceFilesTab::Settings() const {
     settings.chkChannel[c] = chkChannel_[c]->isChecked();
   }
   return settings;
+}
+
+void SourceFilesTab::KeepSettings() {
+  session_.Module.LoadSettings = Settings();
+}
+
+// Each box changes those below it, so the session's settings come from a copy.
+void SourceFilesTab::ShowSettings() {
+  const ScanLoadSettings settings = session_.Module.LoadSettings;
+  if (settings.kind == FileKind::kEl && !ShowElectrophoresis) return;
+  optFileType_[static_cast<std::size_t>(settings.kind)]->setChecked(true);
+  optCntrpiece_[static_cast<std::size_t>(settings.centerpiece)]->setChecked(true);
+  for (std::size_t c = 0; c < chkChannel_.size(); ++c) {
+    chkChannel_[c]->setChecked(settings.chkChannel[c]);
+  }
+  KeepSettings();
 }
 
 std::filesystem::path SourceFilesTab::SelectedPath() const {

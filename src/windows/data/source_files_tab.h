@@ -32,6 +32,9 @@ class SourceFilesTab : public QWidget {
   // Shows session.CurrentFolder and lists its files anew.
   void RefreshDirectory();
 
+  // The settings of a load as the session has them.
+  void ShowSettings();
+
   // After a file was saved: the same if session.CurrentFolder is another one. Otherwise new files
   // join the list, and the selected one stays selected as it was looked at.
   void FollowSave();
@@ -60,6 +63,7 @@ class SourceFilesTab : public QWidget {
   FileKind Kind() const;
   Centerpiece ChosenCenterpiece() const;
   ScanLoadSettings Settings() const;
+  void KeepSettings();
   std::filesystem::path SelectedPath() const;  // empty if no file is selected
 
   void ChangeKind();

@@ -99,15 +99,19 @@ void FitControlTab::ConnectSignals() {
 
 bool FitControlTab::SetupFit(const Model& model) {
   if (!SetupEngine(model)) return false;
+  ShowPage();
+  const bool nonideal = FindParameter(model, shared::kVirialC) != nullptr;
+  if (nonideal && session_.Module.Preferences.ShowNIWarning) WarnNonideal();
+  return true;
+}
+
+void FitControlTab::ShowPage() {
   setUpdatesEnabled(false);
   block_->ShowAll();
   rows_->Rebuild();
   ChainTabOrder();
   SetFitDone(false);
   setUpdatesEnabled(true);
-  const bool nonideal = FindParameter(model, shared::kVirialC) != nullptr;
-  if (nonideal && session_.Module.Preferences.ShowNIWarning) WarnNonideal();
-  return true;
 }
 
 // On copies, so that what belongs to the page stays open when the page cannot be built.

@@ -27,6 +27,9 @@ class FitControlTab : public QWidget {
   // the page as it was, if none is checked or more than a fit can hold.
   bool SetupFit(const Model& model);
 
+  // Builds the page that the session has, such as one that was loaded with its experiment.
+  void ShowPage();
+
   // Records and shared values into the boxes: after a fit, or when a constant has changed. Rows
   // whose datasets are no longer loaded stay as they are.
   void ShowValues();

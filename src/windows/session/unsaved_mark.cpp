@@ -2,9 +2,11 @@
 
 #include <chrono>
 #include <span>
+#include <string>
 
 #include "base/fingerprint.h"
 #include "fit/models.h"
+#include "job/page_setup.h"
 #include "windows/session/session.h"
 
 namespace quorvane {
@@ -14,8 +16,10 @@ std::uint64_t SessionFingerprint(const QuorvaneModule& module) {
   print.Add(std::as_bytes(std::span(&module.FitPage, 1)));
   print.Add(std::as_bytes(std::span(module.Store.Datasets)));
   for (const auto& graph : module.GraphStreams) print.Add(graph);
-  const int choices[] = {module.ChosenModel->index, module.Setup.ConstrainKRatios ? 1 : 0};
-  print.Add(std::as_bytes(std::span(choices)));
+  const int model = module.ChosenModel->index;
+  print.Add(std::as_bytes(std::span(&model, 1)));
+  const std::string setup = SetupText(module);
+  print.Add(std::as_bytes(std::span(setup)));
   return print.Value();
 }
 

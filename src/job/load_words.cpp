@@ -1,0 +1,78 @@
+#include "job/load_words.h"
+
+#include <algorithm>
+#include <array>
+
+#include "base/files.h"
+#include "base/text.h"
+
+namespace quorvane {
+
+namespace fs = std::filesystem;
+
+namespace {
+
+// By Centerpiece.
+constexpr std::array<const char*, 3> kCenterpieces = {"2 channels", "6 channels", "8 channels"};
+
+FileKind KindOf(const LoadWords& words, const fs::path& file, const TableReader& table) {
+  if (words.kind) {
+    for (const FileKind kind : {FileKind::kIpRa, FileKind::kDat, FileKind::kFi, FileKind::kEl}) {
+      if (*words.kind == KindName(kind)) return kind;
+    }
+    table.Fail("kind", "\"IP,RA\", \"DAT\", \"FI\" or \"EL\" is wanted");
+  }
+  const std::string extension = ToLower(PathText(file.extension()));
+  if (extension.starts_with(".ip") || extension.starts_with(".ra")) return FileKind::kIpRa;
+  if (extension.starts_with(".fi") || extension.starts_with(".fl")) return FileKind::kFi;
+  if (extension.starts_with(".el")) return FileKind::kEl;
+  return FileKind::kDat;
+}
+
+Centerpiece CenterpieceOf(const LoadWords& words, const TableReader& table) {
+  if (!words.centerpiece) return Centerpiece::kTwoChannels;
+  for (std::size_t k = 0; k < kCenterpieces.size(); ++k) {
+    if (*words.centerpiece == kCenterpieces[k]) return static_cast<Centerpiece>(k);
+  }
+  table.Fail("centerpiece", "\"2 channels\", \"6 channels\" or \"8 channels\" is wanted");
+}
+
+}  // namespace
+
+ScanLoadSettings LoadSettingsOf(const LoadWords& words, const fs::path& file,
+                                const TableReader& table) {
+  ScanLoadSettings settings;
+  settings.kind = KindOf(words, file, table);
+  settings.centerpiece = CenterpieceOf(words, table);
+  // Where nothing is cut any channel that some cell has is taken, and none counts.
+  const auto count = IsCut(settings) ? static_cast<std::size_t>(ChannelCount(settings.centerpiece))
+                                     : ChannelLetters.size();
+  for (std::size_t c = 0; c < settings.chkChannel.size(); ++c) {
+    settings.chkChannel[c] = c < count && !words.channels;
+  }
+  if (!words.channels) return settings;
+  if (words.channels->empty()) table.Fail("channels", "at least one channel is wanted");
+  for (const std::string& channel : *words.channels) {
+    const auto end = ChannelLetters.begin() + static_cast<std::ptrdiff_t>(count);
+    const auto found =
+        channel.size() == 1 ? std::find(ChannelLetters.begin(), end, channel[0]) : end;
+    if (found == end) {
+      table.Fail("channels", "\"" + channel + "\" is no channel of this centerpiece");
+    }
+    settings.chkChannel[static_cast<std::size_t>(found - ChannelLetters.begin())] = true;
+  }
+  return settings;
+}
+
+void WriteLoadWords(const ScanLoadSettings& settings, TomlWriter& out) {
+  out.Key("kind", KindName(settings.kind));
+  if (settings.kind != FileKind::kIpRa) return;  // nothing is cut
+  out.Key("centerpiece", kCenterpieces[static_cast<std::size_t>(settings.centerpiece)]);
+  std::vector<std::string> channels;
+  if (IsCut(settings)) {
+    for (const LoadWindow& window : WindowsOf(settings)) channels.emplace_back(1, window.letter);
+  }
+  if (!channels.empty()) out.Key("channels", channels);
+}
+
+}  // namespace quorvane
