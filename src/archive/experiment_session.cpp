@@ -82,17 +82,16 @@ void TakeSession(Experiment&& experiment, QuorvaneModule& module) {
 }
 
 // The setup in the comment, if it is ours; one of another program or a damaged one is left aside.
-void TakeComment(const std::string& comment, QuorvaneModule& module, Host& host) {
-  if (comment.empty()) return;
-  std::string remark;
-  try {
-    remark = IsSetupText(comment)
-                 ? TakeSetup(comment, "the setup in the archive", module)
-                 : "The comment of the archive is of another program; it was left aside.";
-  } catch (const JobFault& fault) {
-    remark = "The setup of the page was left aside: " + std::string(fault.what());
+std::string TakeComment(const std::string& comment, QuorvaneModule& module) {
+  if (comment.empty()) return {};
+  if (!IsSetupText(comment)) {
+    return "The comment of the archive is of another program; it was left aside.";
   }
-  if (!remark.empty()) host.Remark(remark);
+  try {
+    return TakeSetup(comment, "the setup in the archive", module);
+  } catch (const JobFault& fault) {
+    return "The setup of the page was left aside: " + std::string(fault.what());
+  }
 }
 
 void TakeLog(const std::string& log, QuorvaneModule& module, SessionHost& host) {
@@ -181,34 +180,39 @@ std::optional<ReadExperiment> OpenExperiment(const fs::path& path, Host& host) {
 
 bool LoadExperiment(QuorvaneModule& module, const fs::path& path, SessionHost& host) {
   std::optional<ReadExperiment> read = OpenExperiment(path, host);
-  if (read) LoadReadExperiment(module, std::move(*read), path, host);
-  return read.has_value();
+  if (!read) return false;
+  const std::string remark = LoadReadExperiment(module, std::move(*read), path, host);
+  if (!remark.empty()) host.ReportFailure(remark);
+  return true;
 }
 
-void LoadReadExperiment(QuorvaneModule& module, ReadExperiment&& read, const fs::path& path,
-                        SessionHost& host) {
-  TakeUpExperiment(module, std::move(read), path, host);
+std::string LoadReadExperiment(QuorvaneModule& module, ReadExperiment&& read, const fs::path& path,
+                               SessionHost& host) {
+  std::string remark = TakeUpExperiment(module, std::move(read), path, host);
   host.PrintIt("\r\nThe current directory is " + PathText(FolderOf(path)) + "\r\n");
+  return remark;
 }
 
 // The boxes come when the datasets are there and before the log is.
-void TakeUpExperiment(QuorvaneModule& module, ReadExperiment&& read, const fs::path& path,
-                      SessionHost& host) {
+std::string TakeUpExperiment(QuorvaneModule& module, ReadExperiment&& read, const fs::path& path,
+                             SessionHost& host) {
   const FileRemarks remarks = {read.experiment.layout, std::move(read.warnings)};
   const std::string log = std::move(read.experiment.log);
   const std::string comment = std::move(read.experiment.comment);
   TakeSession(std::move(read.experiment), module);
-  TakeComment(comment, module, host);
+  std::string remark = TakeComment(comment, module);
   SayWhatWasRead(remarks, path, host);
   TakeLog(log, module, host);
+  return remark;
 }
 
-void ResumeExperiment(QuorvaneModule& module, ReadExperiment&& read, SessionHost& host) {
+std::string ResumeExperiment(QuorvaneModule& module, ReadExperiment&& read, SessionHost& host) {
   const std::string log = std::move(read.experiment.log);
   const std::string comment = std::move(read.experiment.comment);
   TakeSession(std::move(read.experiment), module);
-  TakeComment(comment, module, host);
+  std::string remark = TakeComment(comment, module);
   TakeLog(log, module, host);
+  return remark;
 }
 
 fs::path ArchiveLockFile(const fs::path& path) {

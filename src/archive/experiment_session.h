@@ -31,20 +31,21 @@ std::optional<ReadExperiment> OpenExperiment(const std::filesystem::path& path, 
 // Takes up an experiment that was read from `path` in place of the session's, its log in place of
 // the host's; boxes tell of an old layout and of missing parts. Vbar, density of an experiment that
 // knows them become the defaults. Blanks are not chosen for the fit, all other datasets are; the
-// parameter page is as before "Setup Fit", unless the comment keeps a setup of them: a remark says
-// why one could not be used. The log goes on where it ended.
-void TakeUpExperiment(QuorvaneModule& module, ReadExperiment&& read,
-                      const std::filesystem::path& path, SessionHost& host);
+// parameter page is as before "Setup Fit", unless the comment keeps a setup of them. The log goes
+// on where it ended. Gives a remark if the comment could not be used as it is, otherwise no text.
+std::string TakeUpExperiment(QuorvaneModule& module, ReadExperiment&& read,
+                             const std::filesystem::path& path, SessionHost& host);
 
 // The same, and the log says where the session goes on.
-void LoadReadExperiment(QuorvaneModule& module, ReadExperiment&& read,
-                        const std::filesystem::path& path, SessionHost& host);
+std::string LoadReadExperiment(QuorvaneModule& module, ReadExperiment&& read,
+                               const std::filesystem::path& path, SessionHost& host);
 
-// OpenExperiment and LoadReadExperiment. True if loaded; otherwise nothing has changed.
+// OpenExperiment and LoadReadExperiment; a remark is reported. True if loaded; otherwise nothing
+// has changed.
 bool LoadExperiment(QuorvaneModule& module, const std::filesystem::path& path, SessionHost& host);
 
 // TakeUpExperiment without a box.
-void ResumeExperiment(QuorvaneModule& module, ReadExperiment&& read, SessionHost& host);
+std::string ResumeExperiment(QuorvaneModule& module, ReadExperiment&& read, SessionHost& host);
 
 // The lock that says that a program has the archive at `path` open. All names that lead to a file
 // have the same.

@@ -36,9 +36,6 @@ class Host {
   // Says what failed, and why, where the work is given up without a message box or a log line.
   virtual void ReportFailure(std::string_view text) = 0;
 
-  // A remark on the last command, which waits for no answer.
-  virtual void Remark(std::string_view /*text*/) {}
-
   // The next lines go to the end of the log, wherever the user's caret is. A log without a caret
   // has nothing to do.
   virtual void GoToEndOfLog() {}

@@ -237,9 +237,10 @@ void TakeTemperature(const Job& job, QuorvaneModule& module) {
 // A new session, or that of the job's archive. False, with a message, if it cannot be taken up.
 bool Begin(const Job& job, const CommandStreams& streams, QuorvaneModule& module,
            TerminalHost& host) {
+  LoadGeometries(job, streams.programFolder, module);  // the page of an archive may use them
   if (!job.archive) LogHead(host);
   if (job.archive && !LoadExperiment(module, *job.archive, host)) return false;
-  ApplyConstants(job, streams.programFolder, module);
+  ApplyConstants(job, module);
   return true;
 }
 

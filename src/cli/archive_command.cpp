@@ -112,7 +112,9 @@ ExitStatus RunArchive(const ArchiveArguments& arguments, const CommandStreams& s
       IsSetupText(read.experiment.comment) ? read.experiment.comment : std::string();
   QuorvaneModule module;
   TerminalHost host(streams, true, module.Stop);
-  TakeUpExperiment(module, std::move(read), PathFromText(arguments.file), host);
+  const std::string remark =
+      TakeUpExperiment(module, std::move(read), PathFromText(arguments.file), host);
+  if (!remark.empty()) host.ReportFailure(remark);
   PrintExperiment(contents, module.GraphStreams, host.Log(), streams.out);
   if (!arguments.json.empty()) {
     WriteWholeFile(PathFromText(arguments.json),

@@ -28,7 +28,6 @@ class TerminalHost : public SessionHost {
   bool AskYesNo(std::string_view title, std::string_view text) override;
   void RunPendingEvents() override;
   void SetStatus(std::string_view text) override;
-  void Remark(std::string_view text) override { ReportFailure(text); }
   void ReportProgress(const Progress& progress) override;
   void ReportFailure(std::string_view text) override;
   void SendPictureToLog(const Chart& chart) override;

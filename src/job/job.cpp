@@ -104,9 +104,12 @@ JobOutput ReadOutput(TableReader& root, const fs::path& folder) {
 }  // namespace
 
 std::unique_ptr<ParsedJob> ReadJob(const fs::path& path) {
+  return ParseJob(ReadToml(path), path.parent_path());
+}
+
+std::unique_ptr<ParsedJob> ParseJob(TomlFile file, const fs::path& folder) {
   auto parsed = std::make_unique<ParsedJob>();
-  parsed->file = ReadToml(path);
-  const fs::path folder = path.parent_path();
+  parsed->file = std::move(file);
   TableReader root(parsed->file.name, "", parsed->file.table);
   Job& job = parsed->job;
   job.archive = ReadPath(root, "archive", folder);

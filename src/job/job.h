@@ -72,4 +72,7 @@ struct ParsedJob {
 // Throws FileFault if it cannot be read and JobFault, naming file, line and key, if it is bad.
 std::unique_ptr<ParsedJob> ReadJob(const std::filesystem::path& path);
 
+// The same of what was read, for a job in `folder`.
+std::unique_ptr<ParsedJob> ParseJob(TomlFile file, const std::filesystem::path& folder);
+
 }  // namespace quorvane

@@ -178,12 +178,15 @@ void SetSharedValues(const JobFit& job, bool constrain, QuorvaneModule& module) 
 
 }  // namespace
 
-void ApplyConstants(const Job& job, const std::filesystem::path& programFolder,
+void LoadGeometries(const Job& job, const std::filesystem::path& programFolder,
                     QuorvaneModule& module) {
   if (job.channelsFile && !FileExists(*job.channelsFile)) {
     throw FileFault(PathText(*job.channelsFile) + ": there is no such file");
   }
   LoadChannelFile(module, job.channelsFile.value_or(FindChannelFile(programFolder)));
+}
+
+void ApplyConstants(const Job& job, QuorvaneModule& module) {
   const auto set = [&](Constant constant, const std::optional<double>& value) {
     if (value) Require(SetConstant(module, constant, *value));
   };

@@ -8,9 +8,12 @@ namespace quorvane {
 
 class Host;
 
-// Cell geometries and constants. Throws FileFault.
-void ApplyConstants(const Job& job, const std::filesystem::path& programFolder,
+// The cell geometries of the job's file, or of the program's own. Throws FileFault.
+void LoadGeometries(const Job& job, const std::filesystem::path& programFolder,
                     QuorvaneModule& module);
+
+// Vbar, density and the like.
+void ApplyConstants(const Job& job, QuorvaneModule& module);
 
 // Loads one file as "Load" (or "Load Blank") would after a selection.
 LoadResult LoadOne(const JobLoad& load, DatasetStore& store, Host& host);

@@ -107,17 +107,18 @@ void ExperimentCommands::Load(const QString& name) {
   session.Remark({});
   std::optional<ReadExperiment> read = OpenExperiment(ToPath(path), windows_.host);
   if (!read) return;
-  if (read->experiment.comment.empty()) {
-    session.Remark(tr("This experiment keeps no setup of its page: \"Setup Fit\" makes it."));
-  }
+  const bool bare = read->experiment.comment.empty();
   windows_.data.ClosePage();
-  LoadReadExperiment(session.Module, std::move(*read), ToPath(path), windows_.host);
+  const std::string remark =
+      LoadReadExperiment(session.Module, std::move(*read), ToPath(path), windows_.host);
   lock_ = lock;
   ChangeFolder(QFileInfo(path).absolutePath());
   AddRecentFile(ToPath(path), session.Settings, windows_.host);
   ShowStore();
   SetFile(path);
   emit NothingUnsaved();
+  session.Remark(bare ? tr("This experiment keeps no page: \"Setup Fit\" makes a new one.")
+                      : QString::fromStdString(remark));
 }
 
 void ExperimentCommands::Resume(ReadExperiment&& read) {
@@ -126,11 +127,12 @@ void ExperimentCommands::Resume(ReadExperiment&& read) {
   const QString folder =
       ToQString(PathFromText(Cp1252ToUtf8(Trim(read.experiment.directory.View()))));
   windows_.data.ClosePage();
-  ResumeExperiment(session.Module, std::move(read), windows_.host);
+  const std::string remark = ResumeExperiment(session.Module, std::move(read), windows_.host);
   lock_.reset();
   SetFile({});
   if (QFileInfo(folder).isDir()) ChangeFolder(folder);
   ShowStore();
+  session.Remark(QString::fromStdString(remark));
 }
 
 void ExperimentCommands::ShowStore() {
@@ -183,8 +185,10 @@ void ExperimentCommands::SaveLoadedData(SavedSignal signal) {
 void ExperimentCommands::OpenDropped(const QStringList& paths) {
   if (!windows_.session.CommitPending()) return;
   for (const QString& path : paths) {
-    if (!path.endsWith(QStringLiteral(".exz"), Qt::CaseInsensitive)) continue;
-    LoadAsked(path);
+    const bool job = path.endsWith(QStringLiteral(".toml"), Qt::CaseInsensitive);
+    if (!job && !path.endsWith(QStringLiteral(".exz"), Qt::CaseInsensitive)) continue;
+    if (job) emit JobDropped(path);
+    if (!job) LoadAsked(path);
     return;
   }
   windows_.data.SourceFiles().LoadFiles(paths);

@@ -28,7 +28,8 @@ class ExperimentCommands : public QObject {
   void SaveLoadedData(SavedSignal signal);
   // Takes up an experiment that a crash left behind. It counts as changed and has no file.
   void Resume(ReadExperiment&& read);
-  // Loads scans as "Load Multiple" would, or the first archive among the paths.
+  // Loads scans as "Load Multiple" would, or the first archive among the paths, or hands on the
+  // first job.
   void OpenDropped(const QStringList& paths);
   // Loads the path that the command line named, if it ends in "exz" and no unsaved work is open.
   void OpenArgument(const QString& argument);
@@ -41,6 +42,7 @@ class ExperimentCommands : public QObject {
   QString Name() const;
 
  signals:
+  void JobDropped(const QString& path);
   // Datasets, graphs or the log were replaced.
   void ExperimentChanged();
   void NameChanged();

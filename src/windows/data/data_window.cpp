@@ -145,6 +145,16 @@ void DataWindow::ShowNewStore() {
   OpenPage();
 }
 
+void DataWindow::ShowAppliedJob(bool setUp) {
+  loaded_->Rebuild();
+  loaded_->ShowModel();
+  AfterStoreChange();
+  if (!setUp) return;
+  results_->Clear();
+  control_->ShowPage();
+  OpenPage();
+}
+
 void DataWindow::RefreshDisplay() {
   control_->RefreshDisplay();
   results_->Redraw();

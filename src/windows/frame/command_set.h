@@ -6,6 +6,7 @@ namespace quorvane {
 class ErrorCommands;
 class ExperimentCommands;
 class FitCommands;
+class JobCommands;
 class OptionCommands;
 class PrintCommands;
 class ReportCommands;
@@ -17,6 +18,7 @@ struct CommandSet {
   ErrorCommands& errors;
   PrintCommands& prints;
   ReportCommands& reports;
+  JobCommands& jobs;
 };
 
 }  // namespace quorvane

@@ -3,6 +3,7 @@
 #include "windows/commands/error_commands.h"
 #include "windows/commands/experiment_commands.h"
 #include "windows/commands/fit_commands.h"
+#include "windows/commands/job_commands.h"
 #include "windows/commands/option_commands.h"
 #include "windows/commands/print_commands.h"
 #include "windows/commands/report_commands.h"
@@ -134,6 +135,14 @@ void ConnectReports(const FrameParts& parts) {
                    });
 }
 
+void ConnectJobs(const FrameParts& parts) {
+  const JobCommands* jobs = &parts.commands.jobs;
+  DataWindow* data = &parts.windows.data;
+  QObject::connect(jobs, &JobCommands::Saved, data, [data] { data->SourceFiles().FollowSave(); });
+  QObject::connect(&parts.commands.experiments, &ExperimentCommands::JobDropped, jobs,
+                   &JobCommands::Apply);
+}
+
 void ConnectAutosave(const FrameParts& parts) {
   const ExperimentCommands* experiments = &parts.commands.experiments;
   Autosave* autosave = &parts.autosave;
@@ -157,6 +166,7 @@ void ConnectParts(const FrameParts& parts) {
   ConnectEvaluations(parts);
   ConnectReports(parts);
   ConnectAutosave(parts);
+  ConnectJobs(parts);
 }
 
 }  // namespace quorvane

@@ -14,6 +14,7 @@
 #include "windows/commands/error_commands.h"
 #include "windows/commands/experiment_commands.h"
 #include "windows/commands/fit_commands.h"
+#include "windows/commands/job_commands.h"
 #include "windows/commands/option_commands.h"
 #include "windows/commands/print_commands.h"
 #include "windows/commands/report_commands.h"
@@ -148,6 +149,13 @@ void MainMenus::BuildSaveEntries(QMenu* menu) {
   file_.saveReport =
       AddAction(menu, "mnuSaveReport", tr("Save &Report"), [this] { commands_.reports.Save(); });
   file_.saveReport->setShortcut(Qt::CTRL | Qt::SHIFT | Qt::Key_R);
+  menu->addSeparator();
+  file_.saveJob = AddAction(menu, "mnuSaveJob", tr("Save &Job..."),
+                            [this] { commands_.jobs.Save(commands_.experiments.Name()); });
+  file_.saveJob->setShortcut(Qt::CTRL | Qt::SHIFT | Qt::Key_J);
+  file_.applyJob = AddAction(menu, "mnuApplyJob", tr("&Apply Job..."),
+                             [this] { commands_.jobs.ApplyWithDialog(); });
+  file_.applyJob->setShortcut(Qt::CTRL | Qt::Key_J);
 }
 
 void MainMenus::BuildRecentFiles() {
@@ -312,6 +320,8 @@ void MainMenus::Update() {
   file_.saveData->setEnabled(loaded);
   file_.saveCorrected->setEnabled(loaded);
   file_.saveReport->setEnabled(module.LastFit != nullptr);
+  file_.saveJob->setEnabled(loaded);
+  file_.applyJob->setEnabled(loaded);
   graph_.exportGraphs->setEnabled(module.NumGraphs() > 0);
   graph_.overlay->setEnabled(loaded);
   graph_.deleteAll->setEnabled(module.NumGraphs() > 0);

@@ -75,6 +75,8 @@ class MainMenus : public QObject {
     QAction* saveCorrected = nullptr;
     QAction* saveLog = nullptr;
     QAction* saveReport = nullptr;
+    QAction* saveJob = nullptr;
+    QAction* applyJob = nullptr;
     QMenu* recent = nullptr;
   };
   struct GraphEntries {

@@ -18,6 +18,7 @@
 #include "windows/commands/error_commands.h"
 #include "windows/commands/experiment_commands.h"
 #include "windows/commands/fit_commands.h"
+#include "windows/commands/job_commands.h"
 #include "windows/commands/option_commands.h"
 #include "windows/commands/print_commands.h"
 #include "windows/commands/report_commands.h"
@@ -85,10 +86,12 @@ MainWindow::MainWindow(Session& session, QWidget* parent)
   errors_ = new ErrorCommands(AllWindows(), *fits_, *coefficients_, *quality_, *analysis_, this);
   prints_ = new PrintCommands(AllWindows(), *area_, this);
   reports_ = new ReportCommands(AllWindows(), this);
+  jobs_ = new JobCommands(AllWindows(), this);
   autosave_ = new Autosave(session_, *log_, this);
   unsaved_ = new UnsavedMark(session_, this);
   judge_ = new RestJudge(session_, this);
-  const CommandSet commands{*experiments_, *options_, *fits_, *errors_, *prints_, *reports_};
+  const CommandSet commands{*experiments_, *options_, *fits_, *errors_,
+                            *prints_,      *reports_, *jobs_};
   menus_ = new MainMenus(*this, AllWindows(), commands);
   ConnectMenus();
   ConnectFrame();

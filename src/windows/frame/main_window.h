@@ -32,6 +32,7 @@ class OverlayWindow;
 class PrintCommands;
 class PreviewWindow;
 class ReportCommands;
+class JobCommands;
 class SimWindow;
 class SetRefConcWindow;
 class RestJudge;
@@ -100,6 +101,7 @@ class MainWindow : public QMainWindow {
   ErrorCommands* errors_ = nullptr;
   PrintCommands* prints_ = nullptr;
   ReportCommands* reports_ = nullptr;
+  JobCommands* jobs_ = nullptr;
   MainMenus* menus_ = nullptr;
   Autosave* autosave_ = nullptr;
   UnsavedMark* unsaved_ = nullptr;

@@ -47,10 +47,6 @@ void WindowHost::SetStatus(std::string_view text) {
   log_.SetStatus(Text(text));
 }
 
-void WindowHost::Remark(std::string_view text) {
-  session_.Remark(Text(text));
-}
-
 void WindowHost::ReportProgress(const Progress& progress) {
   constexpr double kPause = 0.05;  // seconds
   if (progress.iteration > 1 && sinceProgress_.Seconds() < kPause) return;

@@ -25,7 +25,6 @@ class WindowHost : public QObject, public SessionHost {
   // At most every 20 ms: handling events costs more than a pass of a small fit.
   void RunPendingEvents() override;
   void SetStatus(std::string_view text) override;
-  void Remark(std::string_view text) override;
   void ReportProgress(const Progress& progress) override;
   void ReportFailure(std::string_view text) override;
   void GoToEndOfLog() override;
