@@ -207,7 +207,7 @@ TEST_F(FrameTest, MenusAreInTheirOrder) {
   EXPECT_EQ(text,
             "&File|&New Experiment|&Load Experiment|Load E&xample|&Close|&Save Experiment|Recent "
             "Files|Empty|\n"
-            "Save Loaded &Data|Save Log &File|Save &Report|&Exit|\n"
+            "Save Loaded &Data|Save Log &File|Save &Report|Save &Job...|&Apply Job...|&Exit|\n"
             "&Graphs|Show in &Log|&Save for Export|&Export|&Overlay Datasets|&Delete All|"
             "Set Edit Colors|Good Points|Deleted Points|\n\n"
             "&Print|&Options|Fitting|Display Buoyant MW|Display MW|Display ln(K)s|"
