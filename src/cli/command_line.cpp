@@ -132,7 +132,9 @@ Command AddSimulate(CLI::App& app) {
   command->add_option("job", arguments->job, "The inputs of the simulator, a TOML file")
       ->required()
       ->type_name("JOB.toml");
-  command->add_option("-o", arguments->output, "Write the scan here; default standard output")
+  command
+      ->add_option("-o", arguments->output,
+                   "Write the scan here, a series into this folder; default standard output")
       ->type_name("FILE");
   command->add_option("--json", arguments->json, "Write profile and species to this file")
       ->type_name("OUT.json");
@@ -145,6 +147,12 @@ Command AddSimulate(CLI::App& app) {
       "  nonid, n1, n2, lnk1, lnk2, lnk3, k_display (\"ln\" \"log10\" \"k\"), ext_coeff,\n"
       "  ext_coeff_b, rms, meniscus, base, load, load_b, alpha, wavelength,\n"
       "  save_as (\"IP8\" \"RA8\").\n"
+      "speed, load and load_b may be lists, such as speed = [10000, 14000]: then all combinations\n"
+      "of speeds and loads are made, a cell (1 to 8) for each load, and -o is a folder. load_b "
+      "has\n"
+      "one value for each load, or one for all. Files are named 00001.RA1: number of the speed "
+      "and\n"
+      "cell. If one fails nothing is written.\n"
       "Exit status: 0 done, 1 the simulation failed, 2 bad usage or a bad job, 3 a file could not\n"
       "be read or written.");
   return [arguments](const CommandStreams& streams) { return RunSimulate(*arguments, streams); };
