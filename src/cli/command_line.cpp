@@ -148,11 +148,9 @@ Command AddSimulate(CLI::App& app) {
       "  ext_coeff_b, rms, meniscus, base, load, load_b, alpha, wavelength,\n"
       "  save_as (\"IP8\" \"RA8\").\n"
       "speed, load and load_b may be lists, such as speed = [10000, 14000]: then all combinations\n"
-      "of speeds and loads are made, a cell (1 to 8) for each load, and -o is a folder. load_b "
-      "has\n"
-      "one value for each load, or one for all. Files are named 00001.RA1: number of the speed "
-      "and\n"
-      "cell. If one fails nothing is written.\n"
+      "of speeds and loads are made, a cell (1 to 8) for each load, and -o is a folder. load and\n"
+      "load_b belong together by their place; a single one counts for all cells. Files are named\n"
+      "00001.RA1: number of the speed and cell. If one fails nothing is written.\n"
       "Exit status: 0 done, 1 the simulation failed, 2 bad usage or a bad job, 3 a file could not\n"
       "be read or written.");
   return [arguments](const CommandStreams& streams) { return RunSimulate(*arguments, streams); };
