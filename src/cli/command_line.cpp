@@ -181,7 +181,8 @@ void AddImportColumns(CLI::App& command, ImportArguments& arguments) {
   };
   column("--radius", arguments.radius, "Column of the radius, cm; default 1, or by its heading");
   column("--signal", arguments.signal, "Column of the signal; default 2, or by its heading");
-  column("--error", arguments.error, "Column of the standard deviation; default by its heading");
+  column("--error", arguments.error,
+         "Column of the standard deviation, 0: none; default by its heading");
   column("--reference", arguments.reference,
          "Column of the reference; signal and reference are then intensities");
   command.add_option("--skip", arguments.skip, "Lines before the first row; default found out")

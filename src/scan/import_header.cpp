@@ -127,7 +127,7 @@ class HeaderTaking {
     header.cell = static_cast<int>(Value(chosenCell, cell, kMostCell, CellByName(), "cell", 1.0));
     header.speed = Value(choices_.speed, speed, kMostSpeed, 0.0, "speed");
     if (!choices_.speed && !speed) {
-      Remark("The speed is not known, and a fit needs it.");
+      Remark("The speed is not known. Give it here, or on \"Fit Control\" before a fit.");
     }
     header.wavelength = Value(choices_.wavelength, wavelength, kMostWavelength, 0.0, "wavelength");
     header.temperature = Value(choices_.temperature, temperature, kMostTemperature,

@@ -54,12 +54,16 @@ class Understanding {
     return columns;
   }
 
+  static std::optional<int> ColumnOf(const std::optional<int>& chosen) {
+    return chosen == 0 ? std::nullopt : chosen;
+  }
+
   void TakeColumns(const HeadedColumns& headed) {
     ImportColumns& columns = result_.columns;
     columns.radius = choices_.radius.value_or(headed.radius.value_or(1));
     columns.signal = choices_.signal.value_or(headed.signal.value_or(2));
-    columns.error = choices_.error ? choices_.error : headed.error;
-    columns.reference = choices_.reference;
+    columns.error = ColumnOf(choices_.error ? choices_.error : headed.error);
+    columns.reference = ColumnOf(choices_.reference);
   }
 
   // The lines that may be rows, for the search of the form.
@@ -170,7 +174,7 @@ class Understanding {
     constexpr int kColumnsOfScan = 3;
     const bool scan = headed_ && result_.width == kColumnsOfScan && columns.radius == 1 &&
                       columns.signal == 2 && !columns.reference;
-    if (scan && !columns.error) columns.error = kColumnsOfScan;
+    if (scan && !choices_.error && !columns.error) columns.error = kColumnsOfScan;
     std::set<int> used;
     for (const std::optional<int>& column :
          {std::optional(columns.radius), std::optional(columns.signal), columns.error,
@@ -223,9 +227,11 @@ std::string RefusalOfChoices(const ImportChoices& choices) {
     return value && !(*value >= low && *value <= high);
   };
   constexpr int kMostColumn = 10000;
-  for (const std::optional<int>& column :
-       {choices.radius, choices.signal, choices.error, choices.reference}) {
+  for (const std::optional<int>& column : {choices.radius, choices.signal}) {
     if (beyond(column, 1, kMostColumn)) return "columns are counted from 1";
+  }
+  for (const std::optional<int>& column : {choices.error, choices.reference}) {
+    if (beyond(column, 0, kMostColumn)) return "columns are counted from 1, and 0 is none";
   }
   if (choices.skip && *choices.skip < 0) return "the lines to skip cannot be fewer than 0";
   if (beyond(choices.cell, 1, kMostCell)) return "the cell must be 1 to 8";
@@ -296,13 +302,6 @@ std::string LinesText(const std::vector<UnreadableRow>& rows) {
     k = last + 1;
   }
   return (rows.size() == 1 ? "line " : "lines ") + text;
-}
-
-fs::path ScanNameFor(const fs::path& source, const ScanHeader& header) {
-  const char* const extension = header.kind == 'P' ? ".IP" : header.kind == 'F' ? ".FI" : ".RA";
-  fs::path name = source.stem();
-  name += extension + std::to_string(header.cell);
-  return name;
 }
 
 }  // namespace quorvane

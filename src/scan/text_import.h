@@ -23,6 +23,7 @@ struct ImportColumns {
 };
 
 // What the user has chosen; what is absent is found in the text, or has a default that is said.
+// Column 0 of error or reference: none, whatever the text says.
 struct ImportChoices {
   KnownForm form;
   std::optional<int> radius;  // columns from 1
@@ -99,8 +100,5 @@ std::string ScanFileOf(const TextImport& import);
 // first row", and "lines 3, 7-9".
 std::string FormText(const TextImport& import);
 std::string LinesText(const std::vector<UnreadableRow>& rows);
-
-// The name that a scan file made of `source` should bear, by kind and cell: "data.RA1".
-std::filesystem::path ScanNameFor(const std::filesystem::path& source, const ScanHeader& header);
 
 }  // namespace quorvane

@@ -65,7 +65,7 @@ void WeightLine::ShowWeights() {
   const std::vector<Constant> used = ConstantsOfWeights(module);
   for (std::size_t k = 0; k < kButtons.size(); ++k) {
     const Constant constant = kButtons[k].constant;
-    buttons_[k]->setText(QString::fromStdString(ConstantText(module, constant)) + "...");
+    buttons_[k]->setText(QString::fromStdString(ConstantText(module, constant)));
     buttons_[k]->setVisible(std::find(used.begin(), used.end(), constant) != used.end());
   }
 }
