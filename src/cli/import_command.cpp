@@ -92,14 +92,8 @@ void PrintImport(const std::string& file, const TextImport& import, const Comman
               << FormatNumber(import.rows.back().r, "0.0###") << " cm\n";
   for (const std::string& remark : import.remarks) streams.err << file << ": " << remark << '\n';
   if (import.unreadable.empty()) return;
-  streams.err << file << ": " << import.unreadable.size()
-              << (import.unreadable.size() == 1 ? " row" : " rows")
-              << " cannot be read: " << LinesText(import.unreadable) << '\n';
-  constexpr std::size_t kMostReasons = 10;
-  for (std::size_t k = 0; k < std::min(import.unreadable.size(), kMostReasons); ++k) {
-    streams.err << "  line " << import.unreadable[k].line << ": " << import.unreadable[k].reason
-                << '\n';
-  }
+  streams.err << file << ": rows that cannot be read: " << import.unreadable.size() << '\n';
+  for (const std::string& text : UnreadableTexts(import)) streams.err << "  " << text << '\n';
 }
 
 ExitStatus Refused(const std::string& file, const TextImport& import, std::ostream& err) {

@@ -139,10 +139,11 @@ class Understanding {
   // Lines just before the first row that can be read are rows too if they have a radius.
   std::size_t BeginOfRows(std::size_t first) const {
     const auto column = static_cast<std::size_t>(result_.columns.radius) - 1;
-    while (first > 0) {
-      const std::vector<std::string> fields = FieldsOf(lines_[first - 1], result_.form.separator);
+    for (std::size_t k = first; k > 0; --k) {
+      if (!IsRow(lines_[k - 1])) continue;
+      const std::vector<std::string> fields = FieldsOf(lines_[k - 1], result_.form.separator);
       if (column >= fields.size() || !NumberOf(fields[column], result_.form.decimal)) break;
-      --first;
+      first = k - 1;
     }
     return first;
   }
@@ -208,6 +209,19 @@ class Understanding {
   bool headed_ = false;  // there is the header line of a scan
   TextImport result_;
 };
+
+// "lines 3, 7-9".
+std::string LinesText(const std::vector<std::size_t>& lines) {
+  std::string text;
+  for (std::size_t k = 0; k < lines.size();) {
+    std::size_t last = k;
+    while (last + 1 < lines.size() && lines[last + 1] == lines[last] + 1) ++last;
+    text += (text.empty() ? "" : ", ") + std::to_string(lines[k]);
+    if (last > k) text += "-" + std::to_string(lines[last]);
+    k = last + 1;
+  }
+  return (lines.size() == 1 ? "line " : "lines ") + text;
+}
 
 }  // namespace
 
@@ -292,16 +306,25 @@ std::string FormText(const TextImport& import) {
   return text + "; " + Counted(import.skipped, "line") + " before the first row";
 }
 
-std::string LinesText(const std::vector<UnreadableRow>& rows) {
-  std::string text;
-  for (std::size_t k = 0; k < rows.size();) {
-    std::size_t last = k;
-    while (last + 1 < rows.size() && rows[last + 1].line == rows[last].line + 1) ++last;
-    text += (text.empty() ? "" : ", ") + std::to_string(rows[k].line);
-    if (last > k) text += "-" + std::to_string(rows[last].line);
-    k = last + 1;
+std::vector<std::string> UnreadableTexts(const TextImport& import) {
+  constexpr std::size_t kMost = 20;
+  std::vector<std::pair<std::string, std::vector<std::size_t>>> reasons;
+  std::size_t left = 0;
+  for (const UnreadableRow& row : import.unreadable) {
+    const auto same = std::find_if(reasons.begin(), reasons.end(),
+                                   [&](const auto& reason) { return reason.first == row.reason; });
+    if (same != reasons.end()) {
+      same->second.push_back(row.line);
+    } else if (reasons.size() < kMost) {
+      reasons.push_back({row.reason, {row.line}});
+    } else {
+      ++left;
+    }
   }
-  return (rows.size() == 1 ? "line " : "lines ") + text;
+  std::vector<std::string> texts;
+  for (const auto& [reason, lines] : reasons) texts.push_back(LinesText(lines) + ": " + reason);
+  if (left > 0) texts.push_back("and " + Counted(left, "row") + " for other reasons");
+  return texts;
 }
 
 }  // namespace quorvane

@@ -97,8 +97,11 @@ TextImport UnderstandFile(const std::filesystem::path& source, const ImportChoic
 std::string ScanFileOf(const TextImport& import);
 
 // "separator TAB, decimal point; radius from column 1, signal from column 2; 2 lines before the
-// first row", and "lines 3, 7-9".
+// first row".
 std::string FormText(const TextImport& import);
-std::string LinesText(const std::vector<UnreadableRow>& rows);
+
+// The rows that cannot be read, a sentence for each reason: "lines 3, 7-9: radius is missing". Of
+// many reasons the first twenty, then how many rows are left.
+std::vector<std::string> UnreadableTexts(const TextImport& import);
 
 }  // namespace quorvane

@@ -8,6 +8,7 @@
 #include <QSignalBlocker>
 #include <QSpinBox>
 #include <QVBoxLayout>
+#include <algorithm>
 
 #include "base/text.h"
 #include "windows/controls/control_names.h"
@@ -67,6 +68,11 @@ ImportChoicesPane::ImportChoicesPane(QWidget* parent) : QWidget(parent) {
   layout->setContentsMargins(0, 0, 0, 0);
   layout->addWidget(BuildReading());
   layout->addWidget(BuildHeader());
+  int width = 0;  // of the captions, so that the boxes of both groups stand in line
+  for (const QLabel* caption : findChildren<QLabel*>()) {
+    width = std::max(width, caption->sizeHint().width());
+  }
+  for (QLabel* caption : findChildren<QLabel*>()) caption->setMinimumWidth(width);
   for (QComboBox* box : findChildren<QComboBox*>()) {
     connect(box, &QComboBox::currentIndexChanged, this, &ImportChoicesPane::Changed);
   }

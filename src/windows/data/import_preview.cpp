@@ -86,6 +86,8 @@ ImportPreview::ImportPreview(QWidget* parent)
   upper->addWidget(Titled(tr("The text"), txtLines_));
   upper->addWidget(Titled(tr("Understood as"), gridRows_));
   upper->setSizes({500, 400});
+  const int line = fontMetrics().height();
+  lstRemarks_->setIconSize(QSize(line, line));
   auto* lower = new QSplitter(Qt::Horizontal);
   lower->addWidget(chart_);
   lower->addWidget(Titled(tr("Remarks"), lstRemarks_));
@@ -93,6 +95,7 @@ ImportPreview::ImportPreview(QWidget* parent)
   auto* both = new QSplitter(Qt::Vertical);
   both->addWidget(upper);
   both->addWidget(lower);
+  both->setSizes({280, 280});
   for (QSplitter* splitter : {upper, lower, both}) splitter->setChildrenCollapsible(false);
   auto* layout = new QVBoxLayout(this);
   layout->setContentsMargins(0, 0, 0, 0);
@@ -167,15 +170,10 @@ void ImportPreview::ShowRemarks(const TextImport& import, const QString& fault) 
   }
   if (!import.unreadable.empty()) {
     add(QStyle::SP_MessageBoxWarning,
-        tr("Rows that cannot be read: %1, %2")
-            .arg(import.unreadable.size())
-            .arg(QString::fromStdString(LinesText(import.unreadable))));
-    for (std::size_t k = 0; k < std::min(import.unreadable.size(), std::size_t{20}); ++k) {
-      add(QStyle::SP_MessageBoxWarning,
-          tr("Line %1: %2")
-              .arg(import.unreadable[k].line)
-              .arg(QString::fromStdString(import.unreadable[k].reason)));
-    }
+        tr("Rows that cannot be read: %1").arg(import.unreadable.size()));
+  }
+  for (const std::string& text : UnreadableTexts(import)) {
+    add(QStyle::SP_MessageBoxWarning, QString::fromStdString(text));
   }
   for (const std::string& remark : import.remarks) {
     add(QStyle::SP_MessageBoxInformation, QString::fromStdString(remark));

@@ -68,6 +68,10 @@ QWidget* ImportWindow::BuildFiles() {
   gridFiles_->setColumnCount(3);
   gridFiles_->setHorizontalHeaderLabels({tr("Text"), tr("Scan file"), tr("State")});
   gridFiles_->horizontalHeader()->setSectionResizeMode(QHeaderView::Stretch);
+  gridFiles_->horizontalHeader()->setSectionResizeMode(kSource, QHeaderView::ResizeToContents);
+  gridFiles_->horizontalHeader()->setSectionResizeMode(kTarget, QHeaderView::ResizeToContents);
+  gridFiles_->horizontalHeader()->setMaximumSectionSize(fontMetrics().averageCharWidth() * 22);
+  gridFiles_->horizontalHeader()->setHighlightSections(false);
   gridFiles_->verticalHeader()->hide();
   gridFiles_->verticalHeader()->setDefaultSectionSize(fontMetrics().height() + 6);
   gridFiles_->setEditTriggers(QAbstractItemView::NoEditTriggers);
