@@ -44,7 +44,8 @@ SeriesWindow::SeriesWindow(Session& session, Host& host, SimInputs inputs, QWidg
       session_(session),
       host_(host),
       inputs_(std::move(inputs)),
-      folder_(ToPath(SaveFolder(ToQString(session.CurrentFolder)))) {
+      // Apart from the scans of an instrument, which have the same names.
+      folder_(ToPath(SaveFolder(ToQString(session.CurrentFolder))) / "series") {
   BuildWidgets();
   ConnectSignals();
   ShowPlan();

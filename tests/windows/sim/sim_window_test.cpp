@@ -312,11 +312,13 @@ TEST_F(SimWindowTest, ASeriesIsWrittenAndLoadedOrRefused) {
   ASSERT_EQ(grid->rowCount(), 4);
   EXPECT_EQ(grid->item(3, 0)->text(), "00002.RA2");
   EXPECT_EQ(grid->item(3, 4)->text(), "2e-6");
-  folder.Write("00002.RA2", "precious");
+  const std::filesystem::path made = folder / "series";
+  std::filesystem::create_directory(made);
+  folder.Write("series/00002.RA2", "precious");
   dialogs.yesNo = {false, true};
   Click("cmdMakeLoadSeries");
-  EXPECT_EQ(ReadText(folder / "00002.RA2"), "precious");
-  EXPECT_FALSE(std::filesystem::exists(folder / "00001.RA1"));
+  EXPECT_EQ(ReadText(made / "00002.RA2"), "precious");
+  EXPECT_FALSE(std::filesystem::exists(made / "00001.RA1"));
   Click("cmdMakeLoadSeries");
   ASSERT_EQ(session.Module.Store.NumDatasets(), 4);
   EXPECT_EQ(NameOf(session.Module.Store.Datasets[3]), "2_2A14280.dat");
