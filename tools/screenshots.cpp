@@ -17,9 +17,13 @@
 #include <QTimer>
 #include <chrono>
 #include <clocale>
+#include <cmath>
 #include <filesystem>
+#include <fstream>
 
+#include "base/text.h"
 #include "core/settings/settings_store.h"
+#include "scan/scan_file.h"
 #include "windows/chart_mouse.h"
 #include "windows/commands/experiment_commands.h"
 #include "windows/data/data_window.h"
@@ -36,8 +40,14 @@ namespace {
 class PictureDialogs : public QtDialogs {
  public:
   explicit PictureDialogs(const QString& folder) : folder_(folder) {}
-  QStringList OpenFiles(QWidget*, const FileRequest&) override {
+  QStringList OpenFiles(QWidget*, const FileRequest& request) override {
     QStringList names;
+    if (request.title == QLatin1String("Import Text")) {
+      for (const char* text : {"spectrum.csv", "reference.txt", "other.csv"}) {
+        names << QStringLiteral("%1/%2").arg(folder_, QLatin1String(text));
+      }
+      return names;
+    }
     for (int k = 1; k <= 8; ++k) names << QStringLiteral("%1/0000%2.RA8").arg(folder_).arg(k);
     return names;
   }
@@ -74,6 +84,8 @@ class Walk {
     Click("cmdExportGraph");
     GrabDialog("frmExport", "export");
     Simulator();
+    Series();
+    Import();
     Match();
     Trigger("mnuHelpContents");
     QTest::qWait(200);
@@ -298,6 +310,46 @@ class Walk {
     Click("optGraphType(2)");
     grab("simulator-plots");
   }
+  // Three simulated scans of four cells.
+  void Series() {
+    Click("cmdSimSeries");
+    auto* series = window_.findChild<QWidget*>("frmSimSeries");
+    series->findChild<QLineEdit*>("txtSeriesSpeeds")->setText("10000, 14000, 20000");
+    series->findChild<QLineEdit*>("txtSeriesLoads")->setText("1e-6, 2e-6, 5e-6");
+    GrabDialog("frmSimSeries", "series");
+    window_.findChild<QWidget*>("frmSim")->parentWidget()->close();
+  }
+
+  // Tables of other programs: decimal commas with a header, intensities, and one with faults.
+  void Import() {
+    WriteTexts(PathText(session_.CurrentFolder.parent_path() / "equilibrium"));
+    Trigger("mnuFileImport");
+    auto* window = window_.findChild<QWidget*>("frmImport");
+    Grab(*window->parentWidget(), "import");
+    window->findChild<QTableView*>("gridImportFiles")->selectRow(2);
+    Grab(*window->parentWidget(), "import-faults");
+    window->parentWidget()->close();
+  }
+  static void WriteTexts(const std::string& folder) {
+    const Dataset data = [&] {
+      std::ifstream in(folder + "/00008.RA8", std::ios::binary);
+      return ReadDataset(FileKind::kIpRa, in, "00008.RA8", 5.6F, 7.3F);
+    }();
+    std::ofstream commas(folder + "/spectrum.csv");
+    std::ofstream blanks(folder + "/reference.txt");
+    std::ofstream faults(folder + "/other.csv");
+    commas << "cell 3, second run\nR;3;20,0;14000;0064463;7,0120E10;280;32\n";
+    blanks << "radius sample reference\n";
+    for (std::size_t k = 0; k < static_cast<std::size_t>(data.NumPoints); ++k) {
+      const auto text = [](double value) {
+        return QString::number(value, 'f', 5).replace('.', ',').toStdString();
+      };
+      commas << text(data.R[k]) << ';' << text(data.C[k]) << ";0,00500\n";
+      blanks << data.R[k] << ' ' << 1000.0 * std::pow(10.0, -data.C[k]) << " 1000\n";
+      faults << data.R[k] << ',' << (k % 9 == 4 ? "n.d." : ShortestText(data.C[k])) << '\n';
+    }
+  }
+
   void Tab(int place) { window_.findChild<QTabWidget*>("dataTab")->setCurrentIndex(place); }
   void Click(const char* name) { window_.findChild<QAbstractButton*>(name)->click(); }
   void Trigger(const char* name) { window_.findChild<QAction*>(name)->trigger(); }

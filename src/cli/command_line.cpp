@@ -10,6 +10,7 @@
 #include "base/text.h"
 #include "cli/analyze.h"
 #include "cli/archive_command.h"
+#include "cli/import_command.h"
 #include "cli/match_command.h"
 #include "cli/scan_command.h"
 #include "cli/simulate_command.h"
@@ -131,7 +132,9 @@ Command AddSimulate(CLI::App& app) {
   command->add_option("job", arguments->job, "The inputs of the simulator, a TOML file")
       ->required()
       ->type_name("JOB.toml");
-  command->add_option("-o", arguments->output, "Write the scan here; default standard output")
+  command
+      ->add_option("-o", arguments->output,
+                   "Write the scan here, a series into this folder; default standard output")
       ->type_name("FILE");
   command->add_option("--json", arguments->json, "Write profile and species to this file")
       ->type_name("OUT.json");
@@ -144,6 +147,10 @@ Command AddSimulate(CLI::App& app) {
       "  nonid, n1, n2, lnk1, lnk2, lnk3, k_display (\"ln\" \"log10\" \"k\"), ext_coeff,\n"
       "  ext_coeff_b, rms, meniscus, base, load, load_b, alpha, wavelength,\n"
       "  save_as (\"IP8\" \"RA8\").\n"
+      "speed, load and load_b may be lists, such as speed = [10000, 14000]: then all combinations\n"
+      "of speeds and loads are made, a cell (1 to 8) for each load, and -o is a folder. load and\n"
+      "load_b belong together by their place; a single one counts for all cells. Files are named\n"
+      "00001.RA1: number of the speed and cell. If one fails nothing is written.\n"
       "Exit status: 0 done, 1 the simulation failed, 2 bad usage or a bad job, 3 a file could not\n"
       "be read or written.");
   return [arguments](const CommandStreams& streams) { return RunSimulate(*arguments, streams); };
@@ -166,6 +173,61 @@ Command AddArchive(CLI::App& app) {
       "Exit status: 0 done, 1 nothing to save, 2 bad usage, 3 a file could not be read or\n"
       "written.");
   return [arguments](const CommandStreams& streams) { return RunArchive(*arguments, streams); };
+}
+
+void AddImportColumns(CLI::App& command, ImportArguments& arguments) {
+  const auto column = [&](const char* name, std::optional<int>& number, const char* text) {
+    command.add_option(name, number, text)->type_name("N");
+  };
+  column("--radius", arguments.radius, "Column of the radius, cm; default 1, or by its heading");
+  column("--signal", arguments.signal, "Column of the signal; default 2, or by its heading");
+  column("--error", arguments.error,
+         "Column of the standard deviation, 0: none; default by its heading");
+  column("--reference", arguments.reference,
+         "Column of the reference; signal and reference are then intensities");
+  command.add_option("--skip", arguments.skip, "Lines before the first row; default found out")
+      ->type_name("LINES");
+  command
+      .add_option("--separator", arguments.separator,
+                  "comma, semicolon, TAB or blanks; default found out")
+      ->check(CLI::IsMember(std::vector<std::string>{"comma", "semicolon", "TAB", "blanks"},
+                            CLI::ignore_case))
+      ->type_name("NAME");
+  command.add_option("--decimal", arguments.decimal, "point or comma; default found out")
+      ->check(CLI::IsMember(std::vector<std::string>{"point", "comma"}, CLI::ignore_case))
+      ->type_name("NAME");
+}
+
+Command AddImport(CLI::App& app) {
+  auto arguments = std::make_shared<ImportArguments>();
+  CLI::App* command = app.add_subcommand(
+      "import", "Make a scan file of delimited text: a spreadsheet's CSV, a table");
+  command->add_option("file", arguments->file, "The text")->required()->type_name("FILE");
+  AddImportColumns(*command, *arguments);
+  command->add_option("--cell", arguments->cell, "Cell, 1 to 8")->type_name("N");
+  const auto number = [&](const char* name, std::optional<double>& value, const char* text,
+                          const char* unit) {
+    command->add_option(name, value, text)->check(FiniteNumber)->type_name(unit);
+  };
+  number("--speed", arguments->speed, "Rotor speed", "RPM");
+  number("--wavelength", arguments->wavelength, "Wavelength", "NM");
+  number("--temperature", arguments->temperature, "Temperature in deg C", "C");
+  command->add_option("--comment", arguments->comment, "First line of the scan file")
+      ->type_name("TEXT");
+  command->add_option("-o", arguments->output, "The scan file to write, such as 00001.RA1")
+      ->required()
+      ->type_name("SCAN.RA1");
+  command->add_option("--json", arguments->json, "Write what was understood to this file")
+      ->type_name("OUT.json");
+  command->footer(
+      "Separator (comma, semicolon, TAB, blanks) and decimal sign are found out and said; a text\n"
+      "that can be read in two ways is refused until an option chooses. What a header line of a\n"
+      "scan says (kind, cell, temperature, speed, wavelength) counts where no option does; what\n"
+      "neither says gets a default, which standard error names. With --reference the written\n"
+      "signal is log10(reference / signal). Rows that cannot be read are counted and named.\n"
+      "Exit status: 0 done, 1 ambiguous, or the rows make no scan, 2 bad usage, 3 a file could\n"
+      "not be read or written.");
+  return [arguments](const CommandStreams& streams) { return RunImport(*arguments, streams); };
 }
 
 ExitStatus RunGuarded(const Command& command, const CommandStreams& streams) {
@@ -193,11 +255,9 @@ ExitStatus RunCommandLine(std::vector<std::string> arguments, const CommandStrea
   app.set_version_flag("--version", std::string("Quorvane ") + ProgramVersion());
   app.require_subcommand(1);
   app.footer("quorvane-cli COMMAND --help tells more about a command.");
-  const std::map<std::string, Command> commands = {{"analyze", AddAnalyze(app)},
-                                                   {"simulate", AddSimulate(app)},
-                                                   {"match", AddMatch(app)},
-                                                   {"scan", AddScan(app)},
-                                                   {"archive", AddArchive(app)}};
+  const std::map<std::string, Command> commands = {
+      {"analyze", AddAnalyze(app)}, {"simulate", AddSimulate(app)}, {"match", AddMatch(app)},
+      {"scan", AddScan(app)},       {"import", AddImport(app)},     {"archive", AddArchive(app)}};
   try {
     std::reverse(arguments.begin(), arguments.end());
     app.parse(arguments);

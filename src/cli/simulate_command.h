@@ -1,4 +1,4 @@
-// quorvane-cli simulate: a synthetic scan of one of the simulator's models.
+// quorvane-cli simulate: a synthetic scan of one of the simulator's models, or a series of scans.
 #pragma once
 
 #include <cstdint>
@@ -11,7 +11,7 @@ namespace quorvane {
 
 struct SimulateArguments {
   std::string job;
-  std::string output;                 // scan file; empty: standard output
+  std::string output;                 // scan file, folder of a series; empty: standard output
   std::string json;                   // empty: none
   std::optional<std::uint64_t> seed;  // of the noise; nothing: from the clock
 };

@@ -30,6 +30,11 @@ bool TableReader::IsText(std::string_view key) const {
   return node != nullptr && node->is_string();
 }
 
+bool TableReader::IsList(std::string_view key) const {
+  const toml::node* node = table_->get(key);
+  return node != nullptr && node->is_array();
+}
+
 bool TableReader::Has(std::string_view key) const {
   return table_->contains(key);
 }
@@ -75,14 +80,27 @@ std::optional<std::variant<int, std::string>> TableReader::IntegerOrText(std::st
   return *Integer(key);
 }
 
+std::string TableReader::EntryOf(std::string_view key, const toml::node& node) const {
+  if (const toml::value<std::string>* text = node.as_string()) return text->get();
+  if (const toml::value<std::int64_t>* value = node.as_integer()) {
+    return std::to_string(value->get());
+  }
+  return ShortestText(NumberOf(key, node));
+}
+
 std::optional<std::string> TableReader::NumberOrText(std::string_view key) {
   const toml::node* node = Find(key);
   if (node == nullptr) return std::nullopt;
-  if (node->is_string()) return *Text(key);
-  if (const toml::value<std::int64_t>* value = node->as_integer()) {
-    return std::to_string(value->get());
-  }
-  return ShortestText(NumberOf(key, *node));
+  return EntryOf(key, *node);
+}
+
+std::vector<std::string> TableReader::NumbersOrTexts(std::string_view key) {
+  const toml::node* node = Find(key);
+  const toml::array* array = node == nullptr ? nullptr : node->as_array();
+  if (array == nullptr || array->empty()) Fail(key, "a list of numbers is wanted");
+  std::vector<std::string> entries;
+  for (const toml::node& element : *array) entries.push_back(EntryOf(key, element));
+  return entries;
 }
 
 std::vector<std::string> TableReader::TextsOf(std::string_view key, const toml::node& node) const {

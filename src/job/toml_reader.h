@@ -41,6 +41,7 @@ class TableReader {
 
   bool Has(std::string_view key) const;
   bool IsText(std::string_view key) const;
+  bool IsList(std::string_view key) const;
 
   // The value of a key, nothing if it is absent. Numbers are finite; an integer serves as one.
   std::optional<double> Number(std::string_view key);
@@ -50,6 +51,8 @@ class TableReader {
   std::optional<std::variant<int, std::string>> IntegerOrText(std::string_view key);
   // A text as it stands, a number as the shortest text that gives it back.
   std::optional<std::string> NumberOrText(std::string_view key);
+  // The same of each element of a list, which has one at least.
+  std::vector<std::string> NumbersOrTexts(std::string_view key);
   std::optional<std::vector<std::string>> Texts(std::string_view key);
   std::optional<std::vector<double>> Numbers(std::string_view key);
   // The lists of texts in a list, none if it is absent.
@@ -70,6 +73,7 @@ class TableReader {
  private:
   const toml::node* Find(std::string_view key);
   std::vector<std::string> TextsOf(std::string_view key, const toml::node& node) const;
+  std::string EntryOf(std::string_view key, const toml::node& node) const;
   double NumberOf(std::string_view key, const toml::node& node) const;
   std::pair<double, double> RangeOf(std::string_view key, const toml::node& node) const;
 

@@ -6,6 +6,7 @@
 #include "base/host.h"
 #include "base/number_format.h"
 #include "base/text.h"
+#include "scan/scan_writer.h"
 
 namespace quorvane {
 
@@ -39,8 +40,8 @@ std::string DatasetText(const Dataset& dataset, SavedSignal signal) {
   text += kLineBreak;
   for (std::size_t k = 0; k < static_cast<std::size_t>(dataset.NumPoints); ++k) {
     text += FormatNumber(dataset.R[k], "0.0000 ") + "   ";
-    text += FormatNumber(dataset.C[k] - baseline, "  0.00000E+000  ; -0.00000E+000  ");
-    text += FormatNumber(dataset.Err[k], "  0.00000E+000; -0.00000E+000");
+    text += FormatNumber(dataset.C[k] - baseline, kSignalPattern);
+    text += FormatNumber(dataset.Err[k], kErrorPattern);
     text += kLineBreak;
   }
   return text;

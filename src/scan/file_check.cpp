@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <array>
-#include <cctype>
 #include <cmath>
 #include <fstream>
 #include <sstream>
@@ -10,6 +9,7 @@
 #include "base/files.h"
 #include "base/number_format.h"
 #include "base/text.h"
+#include "scan/header_words.h"
 
 namespace quorvane {
 
@@ -20,40 +20,6 @@ namespace {
 constexpr std::size_t kFewPoints = 30;      // in a window: loaded, but little to fit
 constexpr double kTemperatureStep = 0.095;  // columns 5 to 8 hold tenths of a degree
 constexpr double kDriftLimit = 1.0;         // deg C
-
-constexpr std::string_view kBreaks = " \t\r,;";
-
-std::vector<std::string_view> Words(std::string_view line) {
-  std::vector<std::string_view> words;
-  std::size_t at = line.find_first_not_of(kBreaks);
-  while (at != std::string_view::npos) {
-    const std::size_t end = std::min(line.find_first_of(kBreaks, at), line.size());
-    words.push_back(line.substr(at, end - at));
-    at = line.find_first_not_of(kBreaks, end);
-  }
-  return words;
-}
-
-std::optional<double> Number(const std::vector<std::string_view>& words, std::size_t place) {
-  return place < words.size() ? ParseNumeric(words[place]) : std::nullopt;
-}
-
-// Whether numbers are written with a comma for their point.
-bool HasDecimalCommas(std::string_view line) {
-  return line.find(',') != std::string_view::npos && line.find('.') == std::string_view::npos;
-}
-
-std::string WithPoints(std::string line) {
-  if (HasDecimalCommas(line)) std::replace(line.begin(), line.end(), ',', '.');
-  return line;
-}
-
-// A letter and three numbers: cell, temperature, speed.
-bool LooksLikeHeader(const std::vector<std::string_view>& words) {
-  return words.size() > 3 && words[0].size() == 1 &&
-         std::isalpha(static_cast<unsigned char>(words[0][0])) != 0 && Number(words, 1) &&
-         Number(words, 2) && Number(words, 3);
-}
 
 // The text of a file, or its start, and what it says about itself.
 struct FileText {
@@ -171,19 +137,17 @@ class Checking {
 
   void ReadWords() {
     constexpr std::size_t kDeepest = 12;  // comment lines that a header is looked for behind
-    for (std::size_t k = 1; k < std::min(text_.lines.size(), kDeepest) && headerLine_ == 0; ++k) {
-      if (LooksLikeHeader(Words(WithPoints(text_.lines[k])))) headerLine_ = k + 1;
-    }
     FileReading& reading = result_.words;
-    if (headerLine_ > 0) {
-      const std::string header = WithPoints(text_.lines[headerLine_ - 1]);
-      const std::vector<std::string_view> words = Words(header);
-      letter_ = words[0][0];
+    for (std::size_t k = 1; k < std::min(text_.lines.size(), kDeepest) && headerLine_ == 0; ++k) {
+      const std::optional<HeaderWords> words = ReadHeaderWords(text_.lines[k]);
+      if (!words) continue;
+      headerLine_ = k + 1;
+      letter_ = words->kind;
       reading.kind = KindOfLetter(letter_);
-      reading.cell = static_cast<int>(std::clamp(*Number(words, 1), -1e6, 1e6));
-      reading.temperature = Number(words, 2);
-      reading.speed = Number(words, 3);
-      reading.wavelength = Number(words, 6);
+      reading.cell = words->cell;
+      reading.temperature = words->temperature;
+      reading.speed = words->speed;
+      reading.wavelength = words->wavelength;
     }
     wordPoints_.resize(windows_.size());
     for (std::size_t k = std::max(headerLine_, std::size_t{2}); k < text_.lines.size(); ++k) {
@@ -197,15 +161,16 @@ class Checking {
   void TakeRow(std::size_t number, const std::string& line) {
     const std::string row = WithPoints(line);
     const std::vector<std::string_view> words = Words(row);
-    const std::optional<double> r = Number(words, 0);
+    const std::optional<double> r = NumberAt(words, 0);
     if (!r) return;
     decimalCommas_ = decimalCommas_ || HasDecimalCommas(line);
     separators_ = separators_ || row.find_first_of(",;\t") != std::string::npos;
-    const double err = Number(words, 2).value_or(0.0);
+    const double err = NumberAt(words, 2).value_or(0.0);
     for (std::size_t w = 0; w < windows_.size(); ++w) {
       const auto single = static_cast<float>(*r);  // as windows are compared
       if (!(windows_[w].low <= single && single <= windows_[w].high)) continue;
-      wordPoints_[w].push_back({number, *r, Number(words, 1).value_or(0.0), err == 0.0 ? 1 : err});
+      wordPoints_[w].push_back(
+          {number, *r, NumberAt(words, 1).value_or(0.0), err == 0.0 ? 1 : err});
     }
   }
 

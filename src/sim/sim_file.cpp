@@ -3,21 +3,13 @@
 #include "base/arithmetic.h"
 #include "base/number_format.h"
 #include "base/text.h"
+#include "scan/scan_writer.h"
 
 namespace quorvane {
 
 namespace {
 
-// Columns of the header line, from 0.
-constexpr std::size_t kKindColumn = 0;
-constexpr std::size_t kTemperatureColumn = 4;
-constexpr std::size_t kSpeedColumn = 9;
-constexpr std::size_t kWavelengthColumn = 33;
 constexpr double kLaserWavelength = 675.0;  // nm, of the interference optics
-
-void Put(std::string& header, std::size_t column, std::string_view field) {
-  header.replace(column, field.size(), field);
-}
 
 // Joins a name and the text of a box to the line.
 class Items {
@@ -89,15 +81,16 @@ std::string TwoComponentLine(const SimInputs& inputs) {
 std::string WithFileKind(std::string header, const SimInputs& inputs) {
   const bool absorbance = inputs.saveAs == SimFileKind::kRA8;
   const double wavelength = absorbance ? NumberIn(inputs, SimBox::kWaveL) : kLaserWavelength;
-  Put(header, kKindColumn, absorbance ? "R" : "P");
-  Put(header, kWavelengthColumn, FormatNumber(wavelength, "000"));
+  PutKind(header, absorbance ? 'R' : 'P');
+  PutWavelength(header, wavelength);
   return header;
 }
 
 std::string MakeSimHeader(const SimInputs& inputs) {
   std::string header = WithFileKind(std::string(kFirstSimHeader), inputs);
-  Put(header, kTemperatureColumn, FormatNumber(NumberIn(inputs, SimBox::kTemp), "00.0"));
-  Put(header, kSpeedColumn, FormatNumber(NumberIn(inputs, SimBox::kSpeed), "00000"));
+  PutCell(header, inputs.cell);
+  PutTemperature(header, NumberIn(inputs, SimBox::kTemp));
+  PutSpeed(header, NumberIn(inputs, SimBox::kSpeed));
   return header;
 }
 
@@ -107,15 +100,14 @@ std::string ParameterLine(const SimInputs& inputs) {
 }
 
 SimFileWriter::SimFileWriter(std::string& text, double rms, int& points)
-    : text_(text), rms_(FormatNumber(rms, "  0.00000E+000; -0.00000E+000")), points_(points) {}
+    : text_(text), rms_(FormatNumber(rms, kErrorPattern)), points_(points) {}
 
 void SimFileWriter::AddLine(std::string_view line) {
   text_.append(line).append(kLineBreak);
 }
 
 void SimFileWriter::AddPoint(double radius, double signal) {
-  AddLine("   " + FormatNumber(radius, "0.0000 ") +
-          FormatNumber(signal, "  0.00000E+000  ; -0.00000E+000  ") + rms_);
+  AddLine("   " + FormatNumber(radius, "0.0000 ") + FormatNumber(signal, kSignalPattern) + rms_);
   ++points_;
 }
 

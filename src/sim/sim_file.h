@@ -14,7 +14,7 @@ inline constexpr std::string_view SimComment = "QV-SIMULATED DATA :: ADD YOUR CO
 // SimHeader before the first run.
 inline constexpr std::string_view kFirstSimHeader = "P 8 20.0 20000 0099999 1.0000E12 675 21";
 
-// The header line of 39 characters: kind, cell 8, temperature, speed, wavelength.
+// The header line of 39 characters: kind, cell, temperature, speed, wavelength.
 std::string MakeSimHeader(const SimInputs& inputs);
 
 // `header` with its kind and wavelength changed to those of `inputs`.

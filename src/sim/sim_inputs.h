@@ -21,6 +21,7 @@ struct SimInputs {
   int model = 0;  // 0 to 10
   KDisplay kDisplay = KDisplay::kLn;
   SimFileKind saveAs = SimFileKind::kIP8;
+  int cell = 8;                  // that the header names, 1 to 8
   std::array<double, 3> K = {};  // K1, K2, K3, plain; see ReadConstants for who stores them
 
   std::string& Text(SimBox box) { return text[static_cast<std::size_t>(box)]; }

@@ -79,3 +79,30 @@ TEST_F(SimulateCommand, AFailureWritesNothing) {
   EXPECT_FALSE(std::filesystem::exists(folder / "s.IP8"));
   EXPECT_FALSE(std::filesystem::exists(folder / "out.json"));
 }
+
+TEST_F(SimulateCommand, ListsMakeASeriesOrNothing) {
+  const std::string lists = "speed = [10000, 14000]\nload = [1e-6, \"2e-6\", 5e-6]\n";
+  folder.Write("job.toml", "model = \"Ideal\"\nsave_as = \"RA8\"\n" + lists);
+  const auto run = [&] {
+    return Run({"simulate", Path("job.toml"), "-o", Path("run"), "--json", Path("out.json"),
+                "--seed", "7"});
+  };
+  ASSERT_EQ(run(), 0) << err.str();
+  const auto columns = Result()["columns"];
+  ASSERT_EQ(columns.size(), 6U);
+  EXPECT_EQ(columns[5]["file"], "00002.RA3");
+  EXPECT_EQ(columns[5]["speed"], 14000);
+  EXPECT_EQ(columns[5]["load"], 5e-6);
+  EXPECT_EQ(columns[5]["r"].size(), 301U);
+  EXPECT_EQ(columns[5]["text"], ReadText(folder / "run" / "00002.RA3"));
+  EXPECT_EQ(Run({"simulate", Path("job.toml")}), 2);  // no folder
+  folder.Write("job.toml", "model = 0\nmw = 5e7\nspeed = [1000, 60000]\n");
+  std::filesystem::remove_all(folder / "run");
+  EXPECT_EQ(run(), 1);
+  EXPECT_NE(err.str().find("00002.IP1 (speed 60000, load 1.00E-06): Overflow. Nothing was"),
+            std::string::npos)
+      << err.str();
+  EXPECT_FALSE(std::filesystem::exists(folder / "run"));
+  folder.Write("job.toml", "model = 0\nload = []\n");
+  EXPECT_EQ(run(), 2);
+}

@@ -414,26 +414,28 @@ bool SourceFilesTab::SomeChannelChosen() {
 }
 
 template <class Load>
-void SourceFilesTab::RunLoad(Load&& load) {
+void SourceFilesTab::RunLoad(FileKind kind, Load&& load) {
   session_.Remark({});
   host_.GoToEndOfLog();
   DatasetStore& store = session_.Module.Store;
   const int before = store.NumDatasets();
   load(store);
   if (store.NumDatasets() == before) return;
-  session_.Remark(QString::fromStdString(TakenForText(store, before, Kind())));
+  session_.Remark(QString::fromStdString(TakenForText(store, before, kind)));
   emit DatasetsChanged();
 }
 
 void SourceFilesTab::LoadOne() {
   if (SelectedPath().empty() || !SomeChannelChosen()) return;
-  RunLoad(
-      [this](DatasetStore& store) { LoadSelectedFile(store, Settings(), SelectedPath(), host_); });
+  RunLoad(Kind(), [this](DatasetStore& store) {
+    LoadSelectedFile(store, Settings(), SelectedPath(), host_);
+  });
 }
 
 void SourceFilesTab::LoadBlank() {
   if (SelectedPath().empty()) return;
-  RunLoad([this](DatasetStore& store) { LoadBlankFile(store, Kind(), SelectedPath(), host_); });
+  RunLoad(Kind(),
+          [this](DatasetStore& store) { LoadBlankFile(store, Kind(), SelectedPath(), host_); });
 }
 
 void SourceFilesTab::LoadMany() {
@@ -445,14 +447,48 @@ void SourceFilesTab::LoadMany() {
   if (chosen.isEmpty()) return;
   std::vector<std::filesystem::path> paths;
   for (const QString& path : chosen) paths.push_back(ToPath(path));
-  RunLoad([&](DatasetStore& store) { LoadNamedFiles(store, Settings(), paths, host_); });
+  RunLoad(Kind(), [&](DatasetStore& store) { LoadNamedFiles(store, Settings(), paths, host_); });
 }
 
 void SourceFilesTab::LoadFiles(const QStringList& paths) {
   if (session_.Calculating || !SomeChannelChosen()) return;
   std::vector<std::filesystem::path> dropped;
   for (const QString& path : paths) dropped.push_back(ToPath(path));
-  RunLoad([&](DatasetStore& store) { LoadDroppedFiles(store, Settings(), dropped, host_); });
+  RunLoad(Kind(),
+          [&](DatasetStore& store) { LoadDroppedFiles(store, Settings(), dropped, host_); });
+}
+
+// Names of the kind "FI" come from the memory of the selected file, which stays as it is.
+void SourceFilesTab::LoadWritten(const QStringList& paths, ScanLoadSettings settings) {
+  for (const FileKind kind : {FileKind::kIpRa, FileKind::kFi}) {
+    settings.kind = kind;
+    std::vector<std::filesystem::path> ofKind;
+    for (const QString& path : paths) {
+      const std::filesystem::path file = ToPath(path);
+      if (IsNameOfKind(PathText(file.filename()), kind)) ofKind.push_back(file);
+    }
+    if (ofKind.empty()) continue;
+    RunLoad(kind, [&](DatasetStore& store) {
+      if (kind == FileKind::kIpRa) {
+        LoadNamedFiles(store, settings, ofKind, host_);
+        return;
+      }
+      const std::string selected = store.HeaderLine;
+      for (const std::filesystem::path& path : ofKind) {
+        GetCommentLines(store, path, host_);
+        LoadNamedFile(store, settings, path, host_);
+      }
+      store.HeaderLine = selected;
+    });
+  }
+}
+
+void SourceFilesTab::LoadImported(const QStringList& paths) {
+  if (!session_.Calculating && SomeChannelChosen()) LoadWritten(paths, Settings());
+}
+
+void SourceFilesTab::LoadWhole(const QStringList& paths) {
+  if (!session_.Calculating) LoadWritten(paths, {});
 }
 
 }  // namespace quorvane

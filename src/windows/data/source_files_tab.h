@@ -42,6 +42,11 @@ class SourceFilesTab : public QWidget {
   // Loads dropped files with the current settings; what is no scan is named in a message.
   void LoadFiles(const QStringList& paths);
 
+  // Loads scan files that the program has written, each as the kind that its name says, with the
+  // channels that are set; or whole, whatever is set.
+  void LoadImported(const QStringList& paths);
+  void LoadWhole(const QStringList& paths);
+
   // The selected file, the settings or the loaded scans have changed: checks the file again, once
   // for all changes until then.
   void CheckSoon();
@@ -87,7 +92,8 @@ class SourceFilesTab : public QWidget {
   // Loads by `load`. If that added datasets it emits DatasetsChanged, and a remark says which kind
   // their files were taken for.
   template <class Load>
-  void RunLoad(Load&& load);
+  void RunLoad(FileKind kind, Load&& load);
+  void LoadWritten(const QStringList& paths, ScanLoadSettings settings);
 
   Session& session_;
   SessionHost& host_;

@@ -46,6 +46,8 @@ void ConnectWindows(const FrameParts& parts) {
   QObject::connect(&data, &DataWindow::DatasetsChanged, menus, &MainMenus::Update);
   QObject::connect(&data, &DataWindow::KDisplayChosen, options, &OptionCommands::SetKFormat);
   QObject::connect(&data, &DataWindow::MwDisplayChosen, options, &OptionCommands::SetBuoyant);
+  QObject::connect(&data.FitControl(), &FitControlTab::ConstantRequested, options,
+                   &OptionCommands::AskConstant);
   QObject::connect(&parts.commands.experiments, &ExperimentCommands::ExperimentChanged, menus,
                    [&session = session, &graphs = graphs, menus] {
                      graphs.Refresh();

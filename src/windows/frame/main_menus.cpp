@@ -121,6 +121,9 @@ void MainMenus::BuildFileMenu() {
   file_.save = AddAction(menu, "mnuFileSave", tr("&Save Experiment"),
                          [this] { commands_.experiments.Save(); });
   file_.save->setShortcut(QKeySequence::Save);
+  file_.importText =
+      AddAction(menu, "mnuFileImport", tr("&Import Text..."), [this] { emit ImportChosen(); });
+  file_.importText->setShortcut(Qt::CTRL | Qt::Key_I);
   file_.recent = AddMenu(menu, "mnuFileMRU", tr("Recent Files"));
   menu->addSeparator();
   BuildSaveEntries(menu);

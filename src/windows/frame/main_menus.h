@@ -34,6 +34,7 @@ class MainMenus : public QObject {
   void SetLogWritten(bool written);
 
  signals:
+  void ImportChosen();
   void OverlayChosen();
   void SimulationChosen();
   void MatchChosen();
@@ -70,6 +71,7 @@ class MainMenus : public QObject {
   struct FileEntries {
     QAction* newExperiment = nullptr;
     QAction* load = nullptr;
+    QAction* importText = nullptr;
     QAction* save = nullptr;
     QAction* saveData = nullptr;
     QAction* saveCorrected = nullptr;

@@ -24,7 +24,9 @@
 #include "windows/commands/report_commands.h"
 #include "windows/commands/rest_judge.h"
 #include "windows/controls/child_area.h"
+#include "windows/controls/child_window.h"
 #include "windows/data/data_window.h"
+#include "windows/data/import_window.h"
 #include "windows/data/source_files_tab.h"
 #include "windows/errors/correlation_window.h"
 #include "windows/errors/error_analysis_window.h"
@@ -153,6 +155,7 @@ void MainWindow::ActivateShownChild() {
 void MainWindow::ConnectMenus() {
   connect(menus_, &MainMenus::SimulationChosen, this, &MainWindow::ShowSimulation);
   connect(menus_, &MainMenus::MatchChosen, this, &MainWindow::ShowMatch);
+  connect(menus_, &MainMenus::ImportChosen, this, &MainWindow::ShowImport);
   connect(menus_, &MainMenus::NewWindowChosen, this, &MainWindow::NewDocument);
   connect(menus_, &MainMenus::CascadeChosen, area_, &ChildArea::Cascade);
   connect(menus_, &MainMenus::TileChosen, area_, &ChildArea::Tile);
@@ -245,6 +248,7 @@ void MainWindow::SetCalculating(bool on) {
   graphs_->setEnabled(!on);
   if (sim_ != nullptr) sim_->SetCalculating(on);
   if (match_ != nullptr) match_->setEnabled(!on);
+  if (import_ != nullptr) import_->setEnabled(!on);
   coefficients_->setEnabled(!on);
   overlay_->setEnabled(!on);
 }
@@ -314,11 +318,31 @@ void MainWindow::ShowMatch() {
   area_->setActiveSubWindow(child);
 }
 
+// Closing the import window hides it: its texts and choices stay.
+void MainWindow::ShowImport() {
+  if (import_ == nullptr) {
+    import_ = new ImportWindow(session_);
+    connect(import_, &ImportWindow::Imported, this, [this](const QStringList& paths, bool load) {
+      data_->SourceFiles().FollowSave();
+      if (load) data_->SourceFiles().LoadImported(paths);
+    });
+    QMdiSubWindow* child = AddChild(import_, true);
+    child->show();
+    child->resize(child->sizeHint().boundedTo(area_->viewport()->size()));
+  }
+  ShowChild(*import_);
+  import_->Begin();
+}
+
 void MainWindow::ConnectSimulation() {
   connect(sim_, &SimWindow::CalculatingChanged, this, [this](bool on) {
     SetCalculating(on);
     menus_->DisableStop();  // a simulation runs to its end
     if (!on && closeAfterStop_) QTimer::singleShot(0, this, &MainWindow::close);
+  });
+  connect(sim_, &SimWindow::SeriesWritten, this, [this](const QStringList& files, bool load) {
+    data_->SourceFiles().FollowSave();
+    if (load) data_->SourceFiles().LoadWhole(files);
   });
   connect(sim_, &SimWindow::FileSaved, this, [this] { data_->SourceFiles().FollowSave(); });
 }

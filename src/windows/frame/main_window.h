@@ -24,6 +24,7 @@ class ExperimentCommands;
 class FitCommands;
 class GraphsWindow;
 class HelpWindow;
+class ImportWindow;
 class LogWindow;
 class MainMenus;
 class MatchWindow;
@@ -76,6 +77,7 @@ class MainWindow : public QMainWindow {
   void NewDocument();
   void ShowSimulation();
   void ShowMatch();
+  void ShowImport();
   void ConnectSimulation();
   void ShowHelp(bool search);
   void ShowAbout();
@@ -113,8 +115,9 @@ class MainWindow : public QMainWindow {
   QLabel* status_;
   QShortcut* escape_;  // works while a calculation runs
   HelpWindow* help_ = nullptr;
-  SimWindow* sim_ = nullptr;     // once it was opened
-  QPointer<MatchWindow> match_;  // while it is open
+  SimWindow* sim_ = nullptr;        // once it was opened
+  ImportWindow* import_ = nullptr;  // likewise
+  QPointer<MatchWindow> match_;     // while it is open
   int documents_ = 0;
   bool arranged_ = false;
   bool closeAfterStop_ = false;

@@ -2,6 +2,7 @@
 
 #include <QHBoxLayout>
 #include <QPushButton>
+#include <QToolButton>
 #include <QVBoxLayout>
 #include <algorithm>
 #include <vector>
@@ -14,6 +15,7 @@
 #include "windows/page/model_block.h"
 #include "windows/page/ni_warning.h"
 #include "windows/page/rest_line.h"
+#include "windows/page/weight_line.h"
 #include "windows/session/session.h"
 
 namespace quorvane {
@@ -60,6 +62,8 @@ void FitControlTab::BuildWidgets() {
   top->setContentsMargins(0, 0, 0, 0);
   top->addLayout(buttons);
   top->addWidget(block_);
+  weights_ = new WeightLine(session_);
+  top->addWidget(weights_);
   auto* layout = new QVBoxLayout(this);
   layout->addWidget(top_);
   layout->addWidget(rows_, 1);
@@ -91,6 +95,10 @@ void FitControlTab::ConnectSignals() {
   });
   connect(block_, &ModelBlock::MwDisplayChosen, this, [this](bool buoyant) {
     if (CommitPending()) emit MwDisplayChosen(buoyant);
+  });
+  connect(block_, &ModelBlock::ValuesChanged, weights_, &WeightLine::ShowWeights);
+  connect(weights_, &WeightLine::ConstantRequested, this, [this](Constant constant) {
+    if (CommitPending()) emit ConstantRequested(constant);
   });
   connect(rows_, &FitRows::RefConcRequested, this, [this](int row) {
     if (CommitPending()) emit RefConcRequested(row);
@@ -140,6 +148,7 @@ bool FitControlTab::SetupEngine(const Model& model) {
 void FitControlTab::ChainTabOrder() {
   QWidget* previous = rows_->LastInTabOrder();
   std::vector<QWidget*> after = block_->InTabOrder();
+  for (QWidget* button : weights_->Buttons()) after.push_back(button);
   for (QPushButton* button : Buttons()) after.push_back(button);
   for (QWidget* control : after) {
     setTabOrder(previous, control);

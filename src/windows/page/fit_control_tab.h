@@ -6,6 +6,7 @@
 #include <array>
 
 #include "base/k_display.h"
+#include "core/page/constants.h"
 
 class QPushButton;
 
@@ -14,6 +15,7 @@ namespace quorvane {
 class FitRows;
 class ModelBlock;
 class RestLine;
+class WeightLine;
 class SessionHost;
 struct Model;
 struct Session;
@@ -70,6 +72,7 @@ class FitControlTab : public QWidget {
   void RefConcRequested(int row);
   void KDisplayChosen(KDisplay display);
   void MwDisplayChosen(bool buoyant);
+  void ConstantRequested(Constant constant);
 
  private:
   bool SetupEngine(const Model& model);
@@ -85,6 +88,7 @@ class FitControlTab : public QWidget {
   ModelBlock* block_;
   FitRows* rows_;
   RestLine* rest_;
+  WeightLine* weights_;
   QPushButton* cmdFitMe_;
   QPushButton* cmdFitToRest_;
   QPushButton* cmdPreviewFit_;

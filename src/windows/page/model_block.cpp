@@ -148,12 +148,16 @@ void ModelBlock::BuildSwitches(QGridLayout& grid) {
 void ModelBlock::BindGroup(const Group& group) {
   QuorvaneModule& module = session_.Module;
   const SharedParameter& value = *group.value;
-  BindEntry(
-      *group.box, session_,
-      {.enter = [&module, &value](const std::string& text) { return Enter(value, module, text); },
-       .shown = [&module, &value] { return TextOf(value, module); },
-       .name = [label = group.label] { return label->text(); },
-       .taken = [&module, &value] { return TakenBy(value, module); }});
+  BindEntry(*group.box, session_,
+            {.enter =
+                 [this, &module, &value](const std::string& text) {
+                   Refusal refusal = Enter(value, module, text);
+                   emit ValuesChanged();
+                   return refusal;
+                 },
+             .shown = [&module, &value] { return TextOf(value, module); },
+             .name = [label = group.label] { return label->text(); },
+             .taken = [&module, &value] { return TakenBy(value, module); }});
   connect(group.check, &PageCheckBox::clicked, this, [this, &module, &value](bool on) {
     TellEntryError(session_, window(), SetCheck(value, module.Setup, on));
   });
@@ -181,6 +185,7 @@ void ModelBlock::ShowAll() {
   lblDegC_->ShowStored(QString::fromStdString(TemperatureText(setup)));
   for (const Group& group : groups_) ShowGroup(group);
   ShowSwitches();
+  emit ValuesChanged();
 }
 
 void ModelBlock::ShowGroup(const Group& group) {

@@ -30,6 +30,8 @@ class ModelBlock : public QWidget {
   std::vector<QWidget*> InTabOrder() const;
 
  signals:
+  // A value was entered, or all were shown anew.
+  void ValuesChanged();
   // chkUseMC or chkCalcConcs was clicked.
   void PartsChanged();
   // chkConstrainKratios was clicked: the boxes of K2 and K3 hold ratios now, or no longer.

@@ -117,11 +117,15 @@ void SimInputTab::BuildWidgets() {
   cmdSimulate_ = Named(new QPushButton(tr("&Calculate")), "cmdSimulate");
   cmdSimulate_->setToolTip(tr("Simulate a scan with these parameters"));
 
+  cmdSimSeries_ = Named(new QPushButton(tr("S&eries...")), "cmdSimSeries");
+  cmdSimSeries_->setToolTip(tr("Simulate scans of all combinations of speeds and loads at once"));
+
   auto* right = new QVBoxLayout;
   right->addWidget(column);
   right->addWidget(saveAs);
   right->addStretch();
   right->addWidget(cmdSimulate_);
+  right->addWidget(cmdSimSeries_);
   auto* grid = new QGridLayout(this);
   grid->addWidget(models, 0, 0, 2, 1);
   grid->addWidget(componentA_, 0, 1);
@@ -191,6 +195,7 @@ void SimInputTab::ConnectSignals() {
   connect(optSimModel_, &QButtonGroup::idClicked, this, &SimInputTab::ChooseModel);
   connect(optSaveAs_, &QButtonGroup::idClicked, this, &SimInputTab::ChooseKind);
   connect(cmdSimulate_, &QPushButton::clicked, this, &SimInputTab::SimulateRequested);
+  connect(cmdSimSeries_, &QPushButton::clicked, this, &SimInputTab::SeriesRequested);
   for (int k = 0; k < kSimBoxes; ++k) {
     const auto box = static_cast<SimBox>(k);
     const auto enter = [this, box](const std::string& text) {

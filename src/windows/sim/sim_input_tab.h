@@ -37,6 +37,7 @@ class SimInputTab : public QWidget {
   void ModelChosen();
   void HeaderChanged();  // the file's header line, in simulator.Text too
   void SimulateRequested();
+  void SeriesRequested();
 
  private:
   // Where a box stands in its group, with its label to the left.
@@ -73,6 +74,7 @@ class SimInputTab : public QWidget {
   QGroupBox* componentB_ = nullptr;
   QGroupBox* interactions_ = nullptr;
   QPushButton* cmdSimulate_ = nullptr;
+  QPushButton* cmdSimSeries_ = nullptr;
 };
 
 }  // namespace quorvane

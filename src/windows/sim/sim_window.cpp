@@ -9,6 +9,7 @@
 #include "plot/chart_widget.h"
 #include "windows/controls/busy_pointer.h"
 #include "windows/session/session.h"
+#include "windows/sim/series_window.h"
 #include "windows/sim/sim_data_tab.h"
 #include "windows/sim/sim_input_tab.h"
 
@@ -55,6 +56,7 @@ void SimWindow::ConnectSignals() {
           [this] { plots_->ShowModel(simulator_.Inputs.model); });
   connect(input_, &SimInputTab::HeaderChanged, data_, &SimDataTab::ShowText);
   connect(input_, &SimInputTab::SimulateRequested, this, &SimWindow::Calculate);
+  connect(input_, &SimInputTab::SeriesRequested, this, &SimWindow::OpenSeries);
   connect(data_, &SimDataTab::Saved, this, &SimWindow::FileSaved);
 }
 
@@ -90,6 +92,14 @@ void SimWindow::Calculate() {
   ShowRun(outcome.ok);
   emit CalculatingChanged(false);
   if (focus) focus->setFocus();
+}
+
+void SimWindow::OpenSeries() {
+  if (session_.Calculating || !session_.CommitPending() || !input_->CheckEntries()) return;
+  auto* series = new SeriesWindow(session_, host_, simulator_.Inputs, this);
+  series->setAttribute(Qt::WA_DeleteOnClose);
+  connect(series, &SeriesWindow::Written, this, &SimWindow::SeriesWritten);
+  series->open();
 }
 
 void SimWindow::ShowRun(bool ok) {

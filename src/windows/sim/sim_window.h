@@ -36,11 +36,14 @@ class SimWindow : public QWidget, public Printable {
  signals:
   void CalculatingChanged(bool on);
   void FileSaved();
+  // A series was written; its files of `load` are to be loaded.
+  void SeriesWritten(const QStringList& files, bool load);
 
  private:
   void BuildWidgets();
   void ConnectSignals();
   void Calculate();
+  void OpenSeries();
   void ShowRun(bool ok);
   SimCharts ChartsOfRun(bool ok) const;
 

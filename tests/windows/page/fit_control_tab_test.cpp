@@ -249,3 +249,36 @@ TEST_F(FitControlTabTest, TheNonidealModelWarnsUntilToldNotTo) {
   warning->findChild<QPushButton*>("cmdOK")->click();
   EXPECT_FALSE(warning->isVisible() || session.Module.Preferences.ShowNIWarning);
 }
+
+TEST_F(FitControlTabTest, SaysWhichMolecularWeightsThePageMeans) {
+  SetUp(0, 1);
+  const auto line = [&] {
+    return (Find<QLabel>("lblWeight")->text() + "|" + Find<QLabel>("lblWeightRemark")->text())
+        .toStdString();
+  };
+  page.Vbar = 0.73;
+  page.Density = 1.0;
+  Type("txtMWB", "8100");
+  EXPECT_EQ(line(), "MW = 30,000 Da|");
+  EXPECT_EQ(Find<QAbstractButton>("cmdWeightVbar")->text(), "vbar 0.73");
+  EXPECT_EQ(Find<QAbstractButton>("cmdWeightDensity")->text(), "density 1.00");
+  EXPECT_FALSE(Find<QAbstractButton>("cmdWeightVbarB")->isVisible());
+  page.ModelMW = 16200.0;  // as a fit leaves it
+  tab.ShowValues();
+  EXPECT_EQ(line(), "MW = 60,000 Da|");
+  page.Density = 1.4;  // as a dialog leaves it
+  tab.RefreshDisplay();
+  EXPECT_EQ(line(), "MW: none|(1 - vbar density is -0.022, not above 0)");
+  page.Density = 1.0;
+  page.VbarB = 0.75;
+  page.ModelMWB = 10000.0;
+  ASSERT_TRUE(tab.SetupFit(*FindModel(6)));
+  EXPECT_EQ(line(), "MW(A) = 60,000 Da, MW(B) = 40,000 Da|");
+  EXPECT_TRUE(Find<QAbstractButton>("cmdWeightVbarB")->isVisible());
+  QSignalSpy asked(&tab, &FitControlTab::ConstantRequested);
+  for (const char* name : {"cmdWeightVbar", "cmdWeightVbarB", "cmdWeightDensity"}) {
+    Find<QAbstractButton>(name)->click();
+  }
+  ASSERT_EQ(asked.size(), 3);
+  EXPECT_EQ(asked[1][0].value<Constant>(), Constant::kVbarB);
+}

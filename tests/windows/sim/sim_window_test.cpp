@@ -4,6 +4,7 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QPlainTextEdit>
+#include <QTableWidget>
 #include <QTimer>
 
 #include "base/text.h"
@@ -294,4 +295,33 @@ TEST_F(SimWindowTest, NothingStartsWhileItCalculatesAndClosingKeepsTheEntries) {
   EXPECT_EQ(Box("txtRbase")->text(), "7.2");
   EXPECT_EQ(Lines().size(), 2 + 1401 + 1);
   EXPECT_GT(checks, 0) << "no events were served";
+}
+
+TEST_F(SimWindowTest, ASeriesIsWrittenAndLoadedOrRefused) {
+  Model(6);
+  Click("optSaveAs(1)");
+  Click("cmdSimSeries");
+  auto* grid = Find<QTableWidget>("gridSeries");
+  auto* speeds = Find<QLineEdit>("txtSeriesSpeeds");
+  EXPECT_EQ(grid->rowCount(), 1);
+  speeds->setText("10000, 500");
+  EXPECT_TRUE(Find<QLabel>("lblSeries")->text().startsWith("500: The Speed must be"));
+  EXPECT_FALSE(Find<QAbstractButton>("cmdMakeSeries")->isEnabled());
+  speeds->setText("10000, 14000");
+  Find<QLineEdit>("txtSeriesLoadsB")->setText("1e-6 2e-6");
+  ASSERT_EQ(grid->rowCount(), 4);
+  EXPECT_EQ(grid->item(3, 0)->text(), "00002.RA2");
+  EXPECT_EQ(grid->item(3, 4)->text(), "2e-6");
+  const std::filesystem::path made = folder / "series";
+  std::filesystem::create_directory(made);
+  folder.Write("series/00002.RA2", "precious");
+  dialogs.yesNo = {false, true};
+  Click("cmdMakeLoadSeries");
+  EXPECT_EQ(ReadText(made / "00002.RA2"), "precious");
+  EXPECT_FALSE(std::filesystem::exists(made / "00001.RA1"));
+  Click("cmdMakeLoadSeries");
+  ASSERT_EQ(session.Module.Store.NumDatasets(), 4);
+  EXPECT_EQ(NameOf(session.Module.Store.Datasets[3]), "2_2A14280.dat");
+  EXPECT_EQ(session.Module.Store.Datasets[3].NumPoints, 301);
+  EXPECT_FALSE(session.Calculating);
 }
