@@ -205,7 +205,8 @@ TEST_F(FrameTest, MenusAreInTheirOrder) {
   };
   tell(window->menuBar()->actions());
   EXPECT_EQ(text,
-            "&File|&New Experiment|&Load Experiment|Load E&xample|&Close|&Save Experiment|Recent "
+            "&File|&New Experiment|&Load Experiment|Load E&xample|&Close|&Save Experiment|&Import "
+            "Text...|Recent "
             "Files|Empty|\n"
             "Save Loaded &Data|Save Log &File|Save &Report|Save &Job...|&Apply Job...|&Exit|\n"
             "&Graphs|Show in &Log|&Save for Export|&Export|&Overlay Datasets|&Delete All|"
