@@ -48,8 +48,7 @@ std::string WithPoints(std::string line) {
   return line;
 }
 
-// A letter and three numbers: cell, temperature, speed.
-bool LooksLikeHeader(const std::vector<std::string_view>& words) {
+bool IsHeader(const std::vector<std::string_view>& words) {
   return words.size() > 3 && words[0].size() == 1 &&
          std::isalpha(static_cast<unsigned char>(words[0][0])) != 0 && Number(words, 1) &&
          Number(words, 2) && Number(words, 3);
@@ -99,20 +98,8 @@ ChannelReading Summary(char letter, const std::vector<Point>& points) {
 }
 
 std::string KindOfLetter(char letter) {
-  switch (letter) {
-    case 'R':
-      return "R: absorbance";
-    case 'P':
-      return "P: interference";
-    case 'F':
-      return "F: fluorescence";
-    case 'I':
-      return "I: intensity";
-    case 'W':
-      return "W: wavelengths";
-    default:
-      return {letter};
-  }
+  const std::string_view signal = SignalOfLetter(letter);
+  return signal.empty() ? std::string{letter} : letter + (": " + std::string(signal));
 }
 
 // The work of one check.
@@ -172,7 +159,7 @@ class Checking {
   void ReadWords() {
     constexpr std::size_t kDeepest = 12;  // comment lines that a header is looked for behind
     for (std::size_t k = 1; k < std::min(text_.lines.size(), kDeepest) && headerLine_ == 0; ++k) {
-      if (LooksLikeHeader(Words(WithPoints(text_.lines[k])))) headerLine_ = k + 1;
+      if (LooksLikeHeader(text_.lines[k])) headerLine_ = k + 1;
     }
     FileReading& reading = result_.words;
     if (headerLine_ > 0) {
@@ -391,6 +378,28 @@ CheckRow TextRow(std::string label, std::string columns, std::string words) {
 }
 
 }  // namespace
+
+bool LooksLikeHeader(std::string_view line) {
+  const std::string text = WithPoints(std::string(line));
+  return IsHeader(Words(text));
+}
+
+std::string_view SignalOfLetter(char letter) {
+  switch (letter) {
+    case 'R':
+      return "absorbance";
+    case 'P':
+      return "interference";
+    case 'F':
+      return "fluorescence";
+    case 'I':
+      return "intensity";
+    case 'W':
+      return "wavelengths";
+    default:
+      return {};
+  }
+}
 
 FileCheck CheckFile(const fs::path& path, const ScanLoadSettings& settings) {
   return Checking(path, settings).Run();

@@ -5,11 +5,20 @@
 #include <filesystem>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "scan/loading.h"
 
 namespace quorvane {
+
+// Whether the words of line 2 could head a scan: a letter and three numbers (cell, temperature,
+// speed).
+bool LooksLikeHeader(std::string_view line);
+
+// What the letter in front of a header stands for: "absorbance" for R, "interference" for P,
+// "fluorescence" F, "intensity" I, "wavelengths" W; empty for any other.
+std::string_view SignalOfLetter(char letter);
 
 // Points of one channel.
 struct ChannelReading {
