@@ -3,8 +3,7 @@
 #include <algorithm>
 #include <array>
 
-#include "base/files.h"
-#include "base/text.h"
+#include "scan/file_list.h"
 
 namespace quorvane {
 
@@ -22,11 +21,7 @@ FileKind KindOf(const LoadWords& words, const fs::path& file, const TableReader&
     }
     table.Fail("kind", "\"IP,RA\", \"DAT\", \"FI\" or \"EL\" is wanted");
   }
-  const std::string extension = ToLower(PathText(file.extension()));
-  if (extension.starts_with(".ip") || extension.starts_with(".ra")) return FileKind::kIpRa;
-  if (extension.starts_with(".fi") || extension.starts_with(".fl")) return FileKind::kFi;
-  if (extension.starts_with(".el")) return FileKind::kEl;
-  return FileKind::kDat;
+  return KindOfExtension(file).value_or(FileKind::kDat);
 }
 
 Centerpiece CenterpieceOf(const LoadWords& words, const TableReader& table) {

@@ -71,11 +71,12 @@ std::optional<ScanPoints> PointsOf(const ListedScan& scan) {
   }
 }
 
-void FindChanges(const Stretch& stretch, const StopFlag& stop) {
+void FindChanges(const Stretch& stretch, RadiusLimits limits, const StopFlag& stop) {
   std::optional<ScanPoints> before = PointsOf(stretch.scans[stretch.first - 1]);
   for (std::size_t k = stretch.first; k < stretch.end && !stop.Raised(); ++k) {
     std::optional<ScanPoints> after = PointsOf(stretch.scans[k]);
-    if (before && after) stretch.scans[k].change = RmsChange(*before, *after);
+    std::optional<double>& change = stretch.scans[k].change;
+    change = before && after ? RmsChange(*before, *after, limits) : std::nullopt;
     before = std::move(after);
   }
 }
@@ -132,7 +133,7 @@ ScanList ListScans(const std::vector<fs::path>& files, std::optional<FileKind> k
   return list;
 }
 
-void FindChanges(std::vector<ScanSeries>& series, const ListWork& work) {
+void FindChanges(std::vector<ScanSeries>& series, const ListWork& work, RadiusLimits limits) {
   constexpr std::size_t kLongest = 64;  // scans; the first of a stretch is read twice
   std::vector<Stretch> stretches;
   for (ScanSeries& one : series) {
@@ -142,20 +143,21 @@ void FindChanges(std::vector<ScanSeries>& series, const ListWork& work) {
   }
   Share share(stretches.size(), work);
   const auto find = [&](std::size_t k) {
-    FindChanges(stretches[k], work.stop);
+    FindChanges(stretches[k], limits, work.stop);
     share.Step();
   };
   RunTasks(stretches.size(), work.threads, find, [&] { share.Serve(); });
 }
 
-std::optional<double> RmsChange(const ScanPoints& before, const ScanPoints& after) {
+std::optional<double> RmsChange(const ScanPoints& before, const ScanPoints& after,
+                                RadiusLimits limits) {
   double sum = 0.0;
   int count = 0;
   std::size_t next = 0;  // the first radius of `before` above that of `after`
   for (std::size_t k = 0; k < after.r.size(); ++k) {
     const double r = after.r[k];
     while (next < before.r.size() && before.r[next] <= r) ++next;
-    if (next == 0) continue;
+    if (next == 0 || r < limits.low || r > limits.high) continue;
     double signal = before.c[next - 1];
     if (before.r[next - 1] < r) {
       if (next == before.r.size()) break;
@@ -179,7 +181,7 @@ std::string SeriesTitle(const ScanSeries& series) {
          " nm, " + std::to_string(series.speed) + " rpm";
 }
 
-Chart PlotChanges(const ScanSeries& series, std::optional<double> hours) {
+Chart PlotChanges(const ScanSeries& series, std::optional<double> hours, RadiusLimits limits) {
   ChartSeries line{"", SeriesStyle::kLine, kChartBlue, {}, {}};
   for (const ListedScan& scan : series.scans) {
     if (!scan.change) continue;
@@ -188,7 +190,12 @@ Chart PlotChanges(const ScanSeries& series, std::optional<double> hours) {
   }
   ChartSeries dots = line;
   dots.style = SeriesStyle::kDot;
-  Chart chart{SeriesTitle(series), "time (hrs)", {}};
+  std::string title = SeriesTitle(series);
+  if (limits != RadiusLimits()) {
+    title += ", " + FormatNumber(limits.low, "0.00") + " to " + FormatNumber(limits.high, "0.00") +
+             " cm";
+  }
+  Chart chart{std::move(title), "time (hrs)", {}};
   chart.panels.push_back({"rms change", 1.0, {}, {}});
   chart.panels.front().series = {std::move(line), std::move(dots)};
   if (hours) chart.panels.front().marks = {{*hours, kChartRed, ""}};

@@ -3,6 +3,7 @@
 
 #include <filesystem>
 #include <functional>
+#include <limits>
 #include <optional>
 #include <string>
 #include <vector>
@@ -57,13 +58,21 @@ std::vector<ScanSeries> GroupScans(std::vector<ListedScan> scans);
 ScanList ListScans(const std::vector<std::filesystem::path>& files, std::optional<FileKind> kind,
                    const ListWork& work);
 
-// Fills in the changes. A file that cannot be read any more leaves its own and the next one empty.
-void FindChanges(std::vector<ScanSeries>& series, const ListWork& work);
+// The radii that a change is taken over, cm, both inclusive; all at first.
+struct RadiusLimits {
+  double low = 0.0;
+  double high = std::numeric_limits<double>::infinity();
+  bool operator==(const RadiusLimits&) const = default;
+};
+
+// Sets the changes. A file that cannot be read any more leaves its own and the next one empty.
+void FindChanges(std::vector<ScanSeries>& series, const ListWork& work, RadiusLimits limits = {});
 
 // Root of the mean square of the difference of two scans at the radii of `after` that lie between
-// the first and the last of `before`, which is interpolated linearly; signal units. Nothing where
-// they have no radius in common, or the sum is not finite.
-std::optional<double> RmsChange(const ScanPoints& before, const ScanPoints& after);
+// the first and the last of `before`, which is interpolated linearly, and between the limits;
+// signal units. Nothing where there is no such radius, or the sum is not finite.
+std::optional<double> RmsChange(const ScanPoints& before, const ScanPoints& after,
+                                RadiusLimits limits = {});
 
 // Each series with its last scan alone.
 std::vector<ScanSeries> LastOfEach(std::vector<ScanSeries> series);
@@ -71,7 +80,7 @@ std::vector<ScanSeries> LastOfEach(std::vector<ScanSeries> series);
 // "Cell 2, 280 nm, 10000 rpm"
 std::string SeriesTitle(const ScanSeries& series);
 
-// Change against hours; `hours`, if given, is marked.
-Chart PlotChanges(const ScanSeries& series, std::optional<double> hours);
+// Change over the radii within `limits` against hours; `hours`, if given, is marked.
+Chart PlotChanges(const ScanSeries& series, std::optional<double> hours, RadiusLimits limits = {});
 
 }  // namespace quorvane
