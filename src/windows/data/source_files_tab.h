@@ -5,6 +5,7 @@
 #include <QWidget>
 #include <array>
 #include <filesystem>
+#include <vector>
 
 #include "scan/loading.h"
 #include "windows/session/session.h"
@@ -46,11 +47,23 @@ class SourceFilesTab : public QWidget {
   // for all changes until then.
   void CheckSoon();
 
+  // Loads scans with the current settings as "Load Multiple" does. True if that added datasets.
+  bool LoadScans(const std::vector<std::filesystem::path>& paths);
+
+  // Makes `folder` the current one. False, with a message, if it cannot be read.
+  bool GoToFolder(const QString& folder);
+
+  // What loading goes by now, and in words: "IP,RA, 6 channels, A B C".
+  ScanLoadSettings Settings() const;
+  QString SettingsText() const;
+
   QPushButton& LoadButton() { return *cmdMultiLoad_; }  // of all selected files
 
  signals:
   void DatasetsChanged();  // datasets were loaded
   void FolderChanged();    // session.CurrentFolder is another one
+  void SettingsChanged();
+  void ScanChoiceRequested();
 
  private:
   void BuildWidgets();
@@ -62,7 +75,6 @@ class SourceFilesTab : public QWidget {
 
   FileKind Kind() const;
   Centerpiece ChosenCenterpiece() const;
-  ScanLoadSettings Settings() const;
   void KeepSettings();
   std::filesystem::path SelectedPath() const;  // empty if no file is selected
 
@@ -85,9 +97,9 @@ class SourceFilesTab : public QWidget {
   void LoadMany();
   void LoadBlank();
   // Loads by `load`. If that added datasets it emits DatasetsChanged, and a remark says which kind
-  // their files were taken for.
+  // their files were taken for. Whether it did.
   template <class Load>
-  void RunLoad(Load&& load);
+  bool RunLoad(Load&& load);
 
   Session& session_;
   SessionHost& host_;
@@ -106,6 +118,7 @@ class SourceFilesTab : public QWidget {
   QPushButton* cmdLoadFile_;
   QPushButton* cmdLoadBlank_;
   QPushButton* cmdMultiLoad_;
+  QPushButton* cmdChooseScans_;
   QLabel* lblPreview_;
   ChartWidget* TChartPreview_;
   std::filesystem::path listed_;  // the folder whose files the list shows

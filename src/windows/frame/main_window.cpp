@@ -24,6 +24,7 @@
 #include "windows/commands/report_commands.h"
 #include "windows/commands/rest_judge.h"
 #include "windows/controls/child_area.h"
+#include "windows/data/choose_scans_window.h"
 #include "windows/data/data_window.h"
 #include "windows/data/source_files_tab.h"
 #include "windows/errors/correlation_window.h"
@@ -70,6 +71,7 @@ MainWindow::MainWindow(Session& session, QWidget* parent)
       analysis_(new ErrorAnalysisWindow(session)),
       preview_(new PreviewWindow(session, *host_)),
       overlay_(new OverlayWindow(session)),
+      chooseScans_(new ChooseScansWindow(session, *host_, data_->SourceFiles())),
       setRefConc_(new SetRefConcWindow(session, *host_)),
       status_(new QLabel(QStringLiteral(" "))),
       escape_(new QShortcut(Qt::Key_Escape, this)) {
@@ -125,6 +127,7 @@ void MainWindow::AddChildren() {
   AddChild(analysis_, true)->hide();
   AddChild(preview_, true)->hide();
   AddChild(overlay_, true)->hide();
+  AddChild(chooseScans_, true)->hide();
   AddChild(setRefConc_, true)->hide();
 }
 
@@ -153,6 +156,7 @@ void MainWindow::ActivateShownChild() {
 void MainWindow::ConnectMenus() {
   connect(menus_, &MainMenus::SimulationChosen, this, &MainWindow::ShowSimulation);
   connect(menus_, &MainMenus::MatchChosen, this, &MainWindow::ShowMatch);
+  connect(menus_, &MainMenus::ChooseScansChosen, chooseScans_, &ChooseScansWindow::Open);
   connect(menus_, &MainMenus::NewWindowChosen, this, &MainWindow::NewDocument);
   connect(menus_, &MainMenus::CascadeChosen, area_, &ChildArea::Cascade);
   connect(menus_, &MainMenus::TileChosen, area_, &ChildArea::Tile);
@@ -172,6 +176,11 @@ void MainWindow::ConnectFrame() {
     menus_->Update();
     if (closeAfterStop_) QTimer::singleShot(0, this, &MainWindow::close);
   });
+  connect(chooseScans_, &ChooseScansWindow::MatchRequested, this,
+          [this](const std::vector<std::filesystem::path>& paths) {
+            ShowMatch();
+            match_->LoadSeries(paths);
+          });
   connect(host_.get(), &WindowHost::ProgressReported, status_, &QLabel::setText);
   connect(host_.get(), &WindowHost::FailureReported, status_, &QLabel::setText);
   connect(unsaved_, &UnsavedMark::Changed, this, &MainWindow::ShowTitle);
@@ -247,6 +256,7 @@ void MainWindow::SetCalculating(bool on) {
   if (match_ != nullptr) match_->setEnabled(!on);
   coefficients_->setEnabled(!on);
   overlay_->setEnabled(!on);
+  chooseScans_->setEnabled(!on);
 }
 
 void MainWindow::showEvent(QShowEvent* event) {
