@@ -68,7 +68,7 @@ void WriteRun(const std::filesystem::path& folder) {
       std::snprintf(line, sizeof line, "%05d.RA%d", ++file, cell);
       std::ofstream out(folder / line, std::ios::binary);
       std::snprintf(line, sizeof line, "a run\r\nR %d 20.0 %05d %07d %.4fE%02d 280 20\r\n", cell,
-                    speed, 14400 * (scan + 1), 1.6 * (scan + 1) / 2.0, 10);
+                    speed, 14400 * (scan + 1), 0.16 * (scan + 1), 11);
       out << line;
       for (int row = 0; row < 400; ++row) {
         const double r = 5.8 + 1.4 * row / 400;
@@ -143,7 +143,7 @@ class Walk {
     Click("cmdLastOfEach");
     tree->setCurrentIndex(tree->model()->index(3, 0, tree->model()->index(1, 0)));
     QTest::qWait(100);
-    window_.findChild<ChartWidget*>("TChartScan")->ZoomTo({6.85, 0.1, 7.15, 0.6});
+    window_.findChild<ChartWidget*>("TChartScan")->ZoomTo({6.85, 0.0, 7.15, 1.0});
     QTest::qWait(150);
     Grab("choose-scans");
     QTest::keyClick(tree, Qt::Key_Escape);

@@ -9,6 +9,7 @@
 #include <QProgressBar>
 #include <QPushButton>
 #include <QSplitter>
+#include <QStyle>
 #include <QTimer>
 #include <QToolButton>
 #include <QTreeView>
@@ -65,21 +66,20 @@ void ChooseScansWindow::BuildWidgets() {
   setWindowTitle(tr("Choose Scans"));
   showTimer_ = new QTimer(this);
   showTimer_->setSingleShot(true);
-  auto* parts = Named(new QSplitter(Qt::Horizontal), "spltScans");
-  parts->setChildrenCollapsible(false);
-  parts->addWidget(BuildTable());
-  parts->addWidget(BuildPictures());
-  parts->setStretchFactor(0, 3);
-  parts->setStretchFactor(1, 2);
+  parts_ = Named(new QSplitter(Qt::Horizontal), "spltScans");
+  parts_->setChildrenCollapsible(false);
+  parts_->addWidget(BuildTable());
+  parts_->addWidget(BuildPictures());
+  parts_->setStretchFactor(1, 1);
   auto* layout = new QVBoxLayout(this);
   layout->setContentsMargins(6, 6, 6, 6);
   layout->addLayout(BuildFolderLine());
-  layout->addWidget(parts, 1);
+  layout->addWidget(parts_, 1);
   layout->addLayout(BuildStateLine());
   layout->addLayout(BuildButtons());
-  const std::array<QWidget*, 9> order = {
-      cmdScanFolder_, txtScanFilter_, cmdRefreshScans_, treeScans_,     cmdForeign_,
-      cmdLastOfEach_, cmdCheckNone_,  cmdMatchGroup_,   cmdLoadChecked_};
+  const std::array<QWidget*, 9> order = {cmdScanFolder_, txtScanFilter_, cmdRefreshScans_,
+                                         treeScans_,     cmdForeign_,    cmdLastOfEach_,
+                                         cmdCheckNone_,  cmdMatchGroup_, cmdLoadChecked_};
   for (std::size_t k = 1; k < order.size(); ++k) setTabOrder(order[k - 1], order[k]);
 }
 
@@ -91,7 +91,7 @@ QHBoxLayout* ChooseScansWindow::BuildFolderLine() {
   txtScanFilter_->setPlaceholderText(tr("Words of a row, such as 280 10000"));
   txtScanFilter_->setToolTip(tr("Only scans in whose row each of these words stands"));
   txtScanFilter_->setClearButtonEnabled(true);
-  txtScanFilter_->setMinimumWidth(fontMetrics().averageCharWidth() * 36);
+  txtScanFilter_->setMinimumWidth(fontMetrics().averageCharWidth() * 44);
   auto* filter = new QLabel(tr("F&ilter:"));
   filter->setBuddy(txtScanFilter_);
   cmdRefreshScans_ = Button("cmdRefreshScans", tr("&Refresh"), tr("Read the folder again (F5)"));
@@ -213,7 +213,7 @@ void ChooseScansWindow::ConnectLister() {
 }
 
 QSize ChooseScansWindow::sizeHint() const {
-  return {fontMetrics().averageCharWidth() * 185, fontMetrics().height() * 42};
+  return {fontMetrics().averageCharWidth() * 200, fontMetrics().height() * 42};
 }
 
 void ChooseScansWindow::Open() {
@@ -246,10 +246,7 @@ void ChooseScansWindow::ShowList(const ScanList& list) {
   scans_.Show(list.series);
   ShowForeign(list.foreign);
   ShowAllRows();
-  if (first && LoadArrangement(session_.Settings, kColumnsKey).empty()) {
-    for (int k = 1; k < ScanTreeModel::kColumns; ++k) treeScans_->resizeColumnToContents(k);
-    treeScans_->resizeColumnToContents(ScanTreeModel::kFile);
-  }
+  if (first) FitColumns();
   QModelIndex shown = scans_.index(0, 0, scans_.index(0, 0));
   for (int place = 0; place < scans_.rowCount(); ++place) {
     const QModelIndex parent = scans_.index(place, 0);
@@ -264,10 +261,23 @@ void ChooseScansWindow::ShowList(const ScanList& list) {
   ShowCurrent();
 }
 
+// All columns in sight, unless the user has set them before; the pictures get the rest.
+void ChooseScansWindow::FitColumns() {
+  if (LoadArrangement(session_.Settings, kColumnsKey).empty()) {
+    for (int k = 0; k < ScanTreeModel::kColumns; ++k) treeScans_->resizeColumnToContents(k);
+  }
+  constexpr int kLeastPictures = 320;
+  const int bar = treeScans_->style()->pixelMetric(QStyle::PM_ScrollBarExtent);
+  const int table = treeScans_->header()->length() + bar + 2 * treeScans_->frameWidth();
+  const int pictures = std::max(kLeastPictures, parts_->width() - table);
+  parts_->setSizes({parts_->width() - pictures, pictures});
+}
+
 void ChooseScansWindow::ShowForeign(const std::vector<ForeignFile>& foreign) {
   foreign_ = foreign;
   cmdForeign_->setVisible(!foreign.empty());
-  cmdForeign_->setText(tr("%n file(s) are no scans", nullptr, static_cast<int>(foreign.size())));
+  cmdForeign_->setText(foreign.size() == 1 ? tr("1 file is no scan")
+                                           : tr("%1 files are no scans").arg(foreign.size()));
   cmdForeign_->setToolTip(tr("Which, and why"));
 }
 

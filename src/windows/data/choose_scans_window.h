@@ -16,6 +16,7 @@ class QLabel;
 class QLineEdit;
 class QProgressBar;
 class QPushButton;
+class QSplitter;
 class QTimer;
 class QToolButton;
 class QTreeView;
@@ -59,6 +60,7 @@ class ChooseScansWindow : public QWidget {
   void ConnectLister();
 
   void ShowList(const ScanList& list);
+  void FitColumns();
   void ShowForeign(const std::vector<ForeignFile>& foreign);
   void ShowFailure(const QString& reason);
   void ShowState();
@@ -94,6 +96,7 @@ class ChooseScansWindow : public QWidget {
   QPushButton* cmdScanFolder_;
   QPushButton* cmdRefreshScans_;
   QLineEdit* txtScanFilter_;
+  QSplitter* parts_;
   QTreeView* treeScans_;
   QLabel* lblScanPreview_;
   ChartWidget* TChartScan_;

@@ -92,6 +92,12 @@ QString FilterText(const ListedScan& scan) {
   return texts.join(' ');
 }
 
+QString SeriesText(const ScanSeries& series) {
+  const QString title = QString::fromStdString(SeriesTitle(series));
+  if (series.scans.size() == 1) return QObject::tr("%1: 1 scan").arg(title);
+  return QObject::tr("%1: %2 scans").arg(title).arg(series.scans.size());
+}
+
 constexpr quintptr kSeriesId = 0;  // of a series' own row; a scan has its series' place + 1
 
 }  // namespace
@@ -217,10 +223,8 @@ QVariant ScanTreeModel::SeriesData(std::size_t place, int column, int role) cons
   }
   if (column != kFile) return {};
   switch (role) {
-    case Qt::DisplayRole: {
-      const auto count = static_cast<int>(series.scans.size());
-      return tr("%1: %n scan(s)", nullptr, count).arg(QString::fromStdString(SeriesTitle(series)));
-    }
+    case Qt::DisplayRole:
+      return SeriesText(series);
     case Qt::CheckStateRole:
       return StateOf(place);
     case Qt::FontRole: {

@@ -67,6 +67,9 @@ void SourceFilesTab::BuildWidgets() {
   lblCurrentDir_ = Named(new QLabel, "lblCurrentDir");
   lblCurrentDir_->setTextFormat(Qt::PlainText);
   btnChangeDir_ = Button("btnChangeDir", tr("Change Folder"), tr("Select another folder"));
+  cmdChooseScans_ =
+      Button("cmdChooseScans", tr("Choose Scans..."),
+             tr("All scans of the folder as a table, to choose those to load or to match"));
   lblPreview_ = Named(new QLabel, "lblPreview");
   lblPreview_->setTextFormat(Qt::PlainText);
   // A long name has its tool tip; it does not widen the page.
@@ -80,6 +83,7 @@ void SourceFilesTab::BuildWidgets() {
   settings->addWidget(BuildFileBox(), 1);
   auto* folder = new QHBoxLayout;
   folder->addWidget(btnChangeDir_);
+  folder->addWidget(cmdChooseScans_);
   folder->addWidget(lblCurrentDir_, 1);
   auto* layout = new QGridLayout(this);
   layout->addLayout(folder, 0, 0, 1, 2);
@@ -168,9 +172,6 @@ QGroupBox* SourceFilesTab::BuildFileBox() {
   cmdMultiLoad_ =
       Button("cmdMultiLoad", tr("Load Multiple"),
              tr("Load multiple files using current centerpiece type and selected channels"));
-  cmdChooseScans_ =
-      Button("cmdChooseScans", tr("Choose Scans..."),
-             tr("All scans of the folder as a table, to choose those to load or to match"));
 
   auto* box = new QGroupBox(tr("File"));
   auto* layout = new QGridLayout(box);
@@ -182,7 +183,6 @@ QGroupBox* SourceFilesTab::BuildFileBox() {
   buttons->addWidget(cmdLoadBlank_, 0, 1);
   buttons->addWidget(cmdLoadFile_, 1, 0);
   buttons->addWidget(cmdMultiLoad_, 1, 1);
-  buttons->addWidget(cmdChooseScans_, 2, 0, 1, 2);
   layout->addWidget(paneFileCheck_, 2, 0, 1, 2);
   layout->addLayout(buttons, 3, 0, 1, 2);
   layout->setRowStretch(2, 1);
