@@ -43,6 +43,7 @@ void PrintSeriesTable(const std::vector<ScanSeries>& series, std::ostream& out) 
     for (std::size_t k = 0; k < kColumns; ++k) {
       line += (k == 0 ? "" : "  ") + TextColumn(row[k], widths[k], k >= kTexts);
     }
+    line.erase(line.find_last_not_of(' ') + 1);
     out << line << '\n';
   }
 }

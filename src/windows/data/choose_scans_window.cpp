@@ -1,5 +1,6 @@
 #include "windows/data/choose_scans_window.h"
 
+#include <QAbstractButton>
 #include <QHeaderView>
 #include <QKeyEvent>
 #include <QLabel>
@@ -53,9 +54,8 @@ bool IsEnter(int key) {
 
 }  // namespace
 
-ChooseScansWindow::ChooseScansWindow(Session& session, SessionHost& host, SourceFilesTab& source,
-                                     QWidget* parent)
-    : QWidget(parent), session_(session), host_(host), source_(source) {
+ChooseScansWindow::ChooseScansWindow(Session& session, SourceFilesTab& source, QWidget* parent)
+    : QWidget(parent), session_(session), source_(source) {
   BuildWidgets();
   ConnectSignals();
   ConnectLister();
@@ -84,7 +84,7 @@ void ChooseScansWindow::BuildWidgets() {
 }
 
 QHBoxLayout* ChooseScansWindow::BuildFolderLine() {
-  cmdScanFolder_ = Button("cmdScanFolder", tr("Change &Folder"), tr("Select another folder"));
+  cmdScanFolder_ = Button("cmdScanFolder", tr("Change Folder"), tr("Select another folder"));
   lblScanFolder_ = PlainLabel("lblScanFolder");
   lblScanFolder_->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
   txtScanFilter_ = Named(new QLineEdit, "txtScanFilter");
@@ -94,7 +94,7 @@ QHBoxLayout* ChooseScansWindow::BuildFolderLine() {
   txtScanFilter_->setMinimumWidth(fontMetrics().averageCharWidth() * 44);
   auto* filter = new QLabel(tr("F&ilter:"));
   filter->setBuddy(txtScanFilter_);
-  cmdRefreshScans_ = Button("cmdRefreshScans", tr("&Refresh"), tr("Read the folder again (F5)"));
+  cmdRefreshScans_ = Button("cmdRefreshScans", tr("Refresh"), tr("Read the folder again (F5)"));
   auto* line = new QHBoxLayout;
   line->addWidget(cmdScanFolder_);
   line->addWidget(lblScanFolder_, 1);
@@ -160,14 +160,14 @@ QHBoxLayout* ChooseScansWindow::BuildButtons() {
   lblLoadAs_->setToolTip(tr("File type, centerpiece and channels of the tab \"Source Files\""));
   lblKindWarning_ = PlainLabel("lblKindWarning");
   lblKindWarning_->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
-  cmdLastOfEach_ = Button("cmdLastOfEach", tr("Last of &Each"),
+  cmdLastOfEach_ = Button("cmdLastOfEach", tr("&Last of Each"),
                           tr("Check the last scan of each cell, wavelength and speed alone: what "
                              "a global fit wants"));
-  cmdCheckNone_ = Button("cmdCheckNone", tr("Check &None"), tr("Take all check marks away"));
-  cmdMatchGroup_ = Button("cmdMatchGroup", tr("&Match Group"),
+  cmdCheckNone_ = Button("cmdCheckNone", tr("Check None"), tr("Take all check marks away"));
+  cmdMatchGroup_ = Button("cmdMatchGroup", tr("Ma&tch Group"),
                           tr("Compare the scans of this cell, wavelength and speed with the last "
                              "of them, in the window \"Match\""));
-  cmdLoadChecked_ = Button("cmdLoadChecked", tr("&Load Checked"),
+  cmdLoadChecked_ = Button("cmdLoadChecked", tr("Load Chec&ked"),
                            tr("Load the checked scans as \"Load Multiple\" does (Enter)"));
   auto* line = new QHBoxLayout;
   line->addWidget(lblLoadAs_);
@@ -318,7 +318,12 @@ void ChooseScansWindow::ShowState() {
 }
 
 void ChooseScansWindow::ShowSettings() {
-  lblLoadAs_->setText(tr("Loads as %1.").arg(source_.SettingsText()));
+  const QString loadAs = tr("Loads as %1.").arg(source_.SettingsText());
+  if (loadAs != lblLoadAs_->text()) {
+    previewed_.clear();  // its channels are others
+    showTimer_->start(0);
+  }
+  lblLoadAs_->setText(loadAs);
   const FileKind kind = source_.Settings().kind;
   const std::vector<const ListedScan*> checked = scans_.Checked();
   const auto others = std::count_if(checked.begin(), checked.end(), [kind](const ListedScan* scan) {
@@ -333,8 +338,6 @@ void ChooseScansWindow::ShowSettings() {
   QPalette ink = palette();
   ink.setColor(QPalette::WindowText, WarningInk(ink));
   lblKindWarning_->setPalette(ink);
-  previewed_.clear();  // its channels may be others
-  showTimer_->start(0);
 }
 
 QModelIndex ChooseScansWindow::Current() const {
@@ -343,6 +346,7 @@ QModelIndex ChooseScansWindow::Current() const {
 
 // A series shows its last scan.
 void ChooseScansWindow::ShowCurrent() {
+  if (!isVisible()) return;
   const QModelIndex current = Current();
   const ScanSeries* series = scans_.SeriesAt(current);
   const ListedScan* scan = scans_.ScanAt(current);
@@ -451,7 +455,7 @@ bool ChooseScansWindow::event(QEvent* event) {
 void ChooseScansWindow::keyPressEvent(QKeyEvent* event) {
   if (event->key() == Qt::Key_F5) {
     Refresh();
-  } else if (IsEnter(event->key())) {
+  } else if (IsEnter(event->key()) && qobject_cast<QAbstractButton*>(focusWidget()) == nullptr) {
     LoadChecked();
   } else if (event->key() == Qt::Key_Escape) {
     CloseChild(*this);
@@ -482,14 +486,16 @@ void ChooseScansWindow::Arrange() {
   child->move((room.width() - child->width()) / 2, 0);
 }
 
+// What cannot be kept is no loss that needs a word.
 void ChooseScansWindow::SaveArrangement() const {
+  QuietHost quiet;
   const auto* child = qobject_cast<const QMdiSubWindow*>(parentWidget());
   if (child != nullptr && !child->isMaximized() && !child->isMinimized()) {
     const QString size = QStringLiteral("%1 %2").arg(child->width()).arg(child->height());
-    quorvane::SaveArrangement(kSizeKey, size.toStdString(), session_.Settings, host_);
+    quorvane::SaveArrangement(kSizeKey, size.toStdString(), session_.Settings, quiet);
   }
   quorvane::SaveArrangement(kColumnsKey, treeScans_->header()->saveState().toBase64().toStdString(),
-                            session_.Settings, host_);
+                            session_.Settings, quiet);
 }
 
 }  // namespace quorvane

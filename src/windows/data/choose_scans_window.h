@@ -30,8 +30,7 @@ class ChooseScansWindow : public QWidget {
   Q_OBJECT
  public:
   // Lists the current folder of the session, and loads through the tab; all outlive it.
-  ChooseScansWindow(Session& session, SessionHost& host, SourceFilesTab& source,
-                    QWidget* parent = nullptr);
+  ChooseScansWindow(Session& session, SourceFilesTab& source, QWidget* parent = nullptr);
 
   void Open();
 
@@ -82,7 +81,6 @@ class ChooseScansWindow : public QWidget {
   RadiusLimits LimitsInSight() const;
 
   Session& session_;
-  SessionHost& host_;
   SourceFilesTab& source_;
   ScanTreeModel scans_;
   ScanTreeFilter rows_;

@@ -71,7 +71,7 @@ MainWindow::MainWindow(Session& session, QWidget* parent)
       analysis_(new ErrorAnalysisWindow(session)),
       preview_(new PreviewWindow(session, *host_)),
       overlay_(new OverlayWindow(session)),
-      chooseScans_(new ChooseScansWindow(session, *host_, data_->SourceFiles())),
+      chooseScans_(new ChooseScansWindow(session, data_->SourceFiles())),
       setRefConc_(new SetRefConcWindow(session, *host_)),
       status_(new QLabel(QStringLiteral(" "))),
       escape_(new QShortcut(Qt::Key_Escape, this)) {
