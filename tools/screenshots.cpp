@@ -99,7 +99,6 @@ class Walk {
 
   void Run() {
     Grab("start");
-    ChooseScans();
     const QString dimer = ToQString(session_.CurrentFolder);
     Click("optCntrpiece(1)");
     Click("cmdPreviewIt");
@@ -126,6 +125,7 @@ class Walk {
     ErrorAnalysis();
     Quality("fit-quality");
     Overlay();
+    ChooseScans();
     OfferOfUnsavedWork();
   }
 
@@ -145,7 +145,7 @@ class Walk {
     QTest::qWait(100);
     window_.findChild<ChartWidget*>("TChartScan")->ZoomTo({6.85, 0.0, 7.15, 1.0});
     QTest::qWait(150);
-    Grab("choose-scans");
+    Grab(*window_.findChild<QWidget*>("frmChooseScans")->parentWidget(), "choose-scans");
     QTest::keyClick(tree, Qt::Key_Escape);
     source.GoToFolder(ToQString(before));
     Click("optCntrpiece(0)");

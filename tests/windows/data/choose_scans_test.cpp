@@ -24,7 +24,7 @@ namespace {
 // 20 rows in each channel of a 6-channel cell, of the given signal.
 std::string Scan(int cell, int speed, int hours, double signal) {
   std::array<char, 80> line{};
-  std::snprintf(line.data(), line.size(), "run\r\nR %d 20.0 %05d %07d 1.0000E10 280 21\r\n", cell,
+  std::snprintf(line.data(), line.size(), "run\r\nR %d 20.0 %05d %07d 7.5000E10 280 21\r\n", cell,
                 speed, 3600 * hours);
   std::string text = line.data();
   for (const double first : {5.9, 6.4, 6.9}) {
