@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 
+#include "base/files.h"
 #include "scan/file_list.h"
 
 namespace quorvane {
@@ -57,6 +58,12 @@ ScanLoadSettings LoadSettingsOf(const LoadWords& words, const fs::path& file,
     settings.chkChannel[static_cast<std::size_t>(found - ChannelLetters.begin())] = true;
   }
   return settings;
+}
+
+std::string PathInJob(const fs::path& file, const fs::path& folder) {
+  const fs::path relative = file.lexically_relative(folder);
+  const bool below = !relative.empty() && *relative.begin() != "..";
+  return PathText((below ? relative : file).generic_u8string());  // "/" on every system
 }
 
 void WriteLoadWords(const ScanLoadSettings& settings, TomlWriter& out) {

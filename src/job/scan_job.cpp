@@ -25,10 +25,7 @@ bool IsUtf8(std::string_view text) {
 }
 
 std::string NameIn(const fs::path& folder, const fs::path& file) {
-  const fs::path whole = Whole(file);
-  const fs::path relative = whole.lexically_relative(folder);
-  const bool below = !relative.empty() && *relative.begin() != "..";
-  std::string name = PathText(below ? relative : whole);
+  std::string name = PathInJob(Whole(file), folder);
   if (!IsUtf8(name)) throw FileFault(name + ": a job cannot hold this name, which is no UTF-8");
   return name;
 }

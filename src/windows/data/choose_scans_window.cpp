@@ -20,12 +20,10 @@
 
 #include "base/quiet_host.h"
 #include "core/settings/settings.h"
-#include "plot/chart_widget.h"
-#include "scan/preview.h"
 #include "windows/controls/child_window.h"
 #include "windows/controls/control_names.h"
 #include "windows/controls/warning_ink.h"
-#include "windows/data/channel_bands.h"
+#include "windows/data/scan_pictures.h"
 #include "windows/data/source_files_tab.h"
 
 namespace quorvane {
@@ -69,7 +67,8 @@ void ChooseScansWindow::BuildWidgets() {
   parts_ = Named(new QSplitter(Qt::Horizontal), "spltScans");
   parts_->setChildrenCollapsible(false);
   parts_->addWidget(BuildTable());
-  parts_->addWidget(BuildPictures());
+  pictures_ = new ScanPictures;
+  parts_->addWidget(pictures_);
   parts_->setStretchFactor(1, 1);
   auto* layout = new QVBoxLayout(this);
   layout->setContentsMargins(6, 6, 6, 6);
@@ -121,24 +120,6 @@ QWidget* ChooseScansWindow::BuildTable() {
   return treeScans_;
 }
 
-QWidget* ChooseScansWindow::BuildPictures() {
-  lblScanPreview_ = PlainLabel("lblScanPreview");
-  lblScanPreview_->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
-  TChartScan_ = Named(new ChartWidget, "TChartScan");
-  TChartScan_->setToolTip(tr("Drag to the right: the change is then taken over these radii alone"));
-  TChartChange_ = Named(new ChartWidget, "TChartChange");
-  auto* preview = new QWidget;
-  auto* layout = new QVBoxLayout(preview);
-  layout->setContentsMargins(0, 0, 0, 0);
-  layout->addWidget(lblScanPreview_);
-  layout->addWidget(TChartScan_, 1);
-  auto* pictures = Named(new QSplitter(Qt::Vertical), "spltScanPictures");
-  pictures->setChildrenCollapsible(false);
-  pictures->addWidget(preview);
-  pictures->addWidget(TChartChange_);
-  return pictures;
-}
-
 QHBoxLayout* ChooseScansWindow::BuildStateLine() {
   lblScanState_ = PlainLabel("lblScanState");
   barScans_ = Named(new QProgressBar, "barScans");
@@ -186,8 +167,6 @@ void ChooseScansWindow::ConnectSignals() {
   connect(treeScans_->selectionModel(), &QItemSelectionModel::currentChanged, showTimer_,
           [this] { showTimer_->start(0); });
   connect(&scans_, &ScanTreeModel::ChecksChanged, this, &ChooseScansWindow::ShowState);
-  connect(TChartScan_, &ChartWidget::BottomRangeChanged, showTimer_,
-          [this] { showTimer_->start(0); });
   connect(cmdForeign_, &QToolButton::clicked, this, &ChooseScansWindow::TellForeign);
   connect(cmdLastOfEach_, &QPushButton::clicked, &scans_, &ScanTreeModel::CheckLastOfEach);
   connect(cmdCheckNone_, &QPushButton::clicked, &scans_, &ScanTreeModel::CheckNone);
@@ -206,9 +185,8 @@ void ChooseScansWindow::ConnectLister() {
   connect(&lister_, &ScanLister::ChangesFound, this, [this](const std::vector<ScanSeries>& series) {
     scans_.ShowChanges(series);
     barScans_->hide();
-    ShowChanges();
+    ShowCurrent();
   });
-  connect(&lister_, &ScanLister::Measured, this, &ChooseScansWindow::DrawChanges);
   connect(&lister_, &ScanLister::Failed, this, &ChooseScansWindow::ShowFailure);
 }
 
@@ -228,7 +206,7 @@ void ChooseScansWindow::Refresh() {
   if (listed_ != session_.CurrentFolder) {
     scans_.Show({});
     ShowForeign({});
-    TChartScan_->SetChart({});
+    pictures_->Clear();
   }
   listed_ = session_.CurrentFolder;
   lblScanFolder_->setText(ToQString(listed_));
@@ -256,7 +234,7 @@ void ChooseScansWindow::ShowList(const ScanList& list) {
     }
   }
   treeScans_->setCurrentIndex(rows_.mapFromSource(shown));
-  previewed_.clear();  // the file may be another one
+  pictures_->ReadAgain();
   ShowState();
   ShowCurrent();
 }
@@ -318,12 +296,8 @@ void ChooseScansWindow::ShowState() {
 }
 
 void ChooseScansWindow::ShowSettings() {
-  const QString loadAs = tr("Loads as %1.").arg(source_.SettingsText());
-  if (loadAs != lblLoadAs_->text()) {
-    previewed_.clear();  // its channels are others
-    showTimer_->start(0);
-  }
-  lblLoadAs_->setText(loadAs);
+  lblLoadAs_->setText(tr("Loads as %1.").arg(source_.SettingsText()));
+  showTimer_->start(0);  // the channels in the picture
   const FileKind kind = source_.Settings().kind;
   const std::vector<const ListedScan*> checked = scans_.Checked();
   const auto others = std::count_if(checked.begin(), checked.end(), [kind](const ListedScan* scan) {
@@ -347,56 +321,10 @@ QModelIndex ChooseScansWindow::Current() const {
 // A series shows its last scan.
 void ChooseScansWindow::ShowCurrent() {
   if (!isVisible()) return;
-  const QModelIndex current = Current();
+  const QModelIndex current = rows_.mapToSource(treeScans_->currentIndex());
   const ScanSeries* series = scans_.SeriesAt(current);
-  const ListedScan* scan = scans_.ScanAt(current);
-  if (scan == nullptr && series != nullptr) scan = &series->scans.back();
-  ShowPreview(scan);
+  pictures_->Show(series, scans_.ScanAt(current), source_.Settings());
   cmdMatchGroup_->setEnabled(series != nullptr && series->scans.size() > 1);
-  ShowChanges();
-}
-
-// A zoom stays while one goes from scan to scan.
-void ChooseScansWindow::ShowPreview(const ListedScan* scan) {
-  const std::string path = scan == nullptr ? "" : PathText(scan->facts.path);
-  if (path == previewed_ && !path.empty()) return;
-  previewed_ = path;
-  QuietHost quiet;
-  const std::optional<Chart> chart =
-      scan == nullptr ? std::nullopt : PreviewFile(scan->facts.path, quiet);
-  if (chart && !TChartScan_->GetChart().panels.empty()) {
-    TChartScan_->UpdateChart(*chart);
-  } else {
-    TChartScan_->SetChart(chart.value_or(Chart()));
-  }
-  const ScanLoadSettings settings = source_.Settings();
-  if (chart && IsCut(settings)) TChartScan_->SetBands(ChannelBands(settings.centerpiece));
-  const QString name = scan == nullptr ? QString() : ToQString(scan->facts.path.filename());
-  lblScanPreview_->setText(chart || scan == nullptr ? name : tr("%1 has no preview").arg(name));
-  lblScanPreview_->setToolTip(lblScanPreview_->text());
-}
-
-RadiusLimits ChooseScansWindow::LimitsInSight() const {
-  const std::optional<ChartArea> view = TChartScan_->ShownChart().view;
-  return view ? RadiusLimits{view->x1, view->x2} : RadiusLimits();
-}
-
-void ChooseScansWindow::ShowChanges() {
-  lister_.StopMeasuring();
-  const ScanSeries* series = scans_.SeriesAt(Current());
-  if (series == nullptr) {
-    TChartChange_->SetChart({});
-  } else if (const RadiusLimits limits = LimitsInSight(); limits != RadiusLimits()) {
-    lister_.Measure(*series, limits);
-  } else {
-    DrawChanges(*series, limits);
-  }
-}
-
-void ChooseScansWindow::DrawChanges(const ScanSeries& series, RadiusLimits limits) {
-  const ListedScan* scan = scans_.ScanAt(Current());
-  TChartChange_->SetChart(PlotChanges(
-      series, scan == nullptr ? std::nullopt : std::optional(scan->facts.hours), limits));
 }
 
 // Series alone are expanded: a view that remembers every scan takes a minute to sort 10,000.

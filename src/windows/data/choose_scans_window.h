@@ -3,8 +3,6 @@
 
 #include <QWidget>
 #include <filesystem>
-#include <optional>
-#include <string>
 #include <vector>
 
 #include "windows/data/scan_lister.h"
@@ -23,7 +21,7 @@ class QTreeView;
 
 namespace quorvane {
 
-class ChartWidget;
+class ScanPictures;
 class SourceFilesTab;
 
 class ChooseScansWindow : public QWidget {
@@ -51,7 +49,6 @@ class ChooseScansWindow : public QWidget {
  private:
   void BuildWidgets();
   QWidget* BuildTable();
-  QWidget* BuildPictures();
   QHBoxLayout* BuildFolderLine();
   QHBoxLayout* BuildStateLine();
   QHBoxLayout* BuildButtons();
@@ -65,9 +62,6 @@ class ChooseScansWindow : public QWidget {
   void ShowState();
   void ShowSettings();
   void ShowCurrent();
-  void ShowPreview(const ListedScan* scan);
-  void ShowChanges();
-  void DrawChanges(const ScanSeries& series, RadiusLimits limits);
   void ShowAllRows();
   void Filter();
   void ChangeFolder();
@@ -78,7 +72,6 @@ class ChooseScansWindow : public QWidget {
   void SaveArrangement() const;
 
   QModelIndex Current() const;  // of the model
-  RadiusLimits LimitsInSight() const;
 
   Session& session_;
   SourceFilesTab& source_;
@@ -87,7 +80,6 @@ class ChooseScansWindow : public QWidget {
   ScanLister lister_;
   std::filesystem::path listed_;  // the folder whose scans are shown
   std::vector<ForeignFile> foreign_;
-  std::string previewed_;  // the file of the preview
   bool arranged_ = false;
   QTimer* showTimer_;  // once for all that changes at a time
   QLabel* lblScanFolder_;
@@ -96,9 +88,7 @@ class ChooseScansWindow : public QWidget {
   QLineEdit* txtScanFilter_;
   QSplitter* parts_;
   QTreeView* treeScans_;
-  QLabel* lblScanPreview_;
-  ChartWidget* TChartScan_;
-  ChartWidget* TChartChange_;
+  ScanPictures* pictures_;
   QLabel* lblScanState_;
   QProgressBar* barScans_;
   QToolButton* cmdForeign_;
