@@ -8,7 +8,9 @@
 #include <vector>
 
 #include "base/quiet_host.h"
+#include "scan/file_list.h"
 #include "scan/loading.h"
+#include "scan/scan_series.h"
 
 using namespace quorvane;
 
@@ -50,6 +52,26 @@ void LoadScans(benchmark::State& state) {
   std::filesystem::remove_all(files.front().parent_path());
 }
 
+// Listed as the command line and the window do: headers, groups, then changes; the files are in the
+// page cache.
+void ListFolder(benchmark::State& state) {
+  const auto count = static_cast<int>(state.range(0));
+  const std::vector<std::filesystem::path> files = WriteScans(count, 1000);
+  const StopFlag stop;
+  for (auto _ : state) {
+    ScanList list =
+        ListScans(ScanFilesIn(files.front().parent_path()), std::nullopt, {.stop = stop});
+    if (state.range(1) != 0) FindChanges(list.series, {.stop = stop});
+    if (list.series.empty()) state.SkipWithError("no scan was listed");
+  }
+  std::filesystem::remove_all(files.front().parent_path());
+}
+
 }  // namespace
 
+BENCHMARK(ListFolder)
+    ->ArgNames({"files", "changes"})
+    ->ArgsProduct({{1000, 10000}, {0, 1}})
+    ->Unit(benchmark::kMillisecond)
+    ->UseRealTime();
 BENCHMARK(LoadScans)->Unit(benchmark::kMillisecond);

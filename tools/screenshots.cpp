@@ -15,11 +15,14 @@
 #include <QTextCursor>
 #include <QTextEdit>
 #include <QTimer>
+#include <QTreeView>
 #include <chrono>
 #include <clocale>
 #include <cmath>
+#include <cstdio>
 #include <filesystem>
 #include <fstream>
+#include <random>
 
 #include "base/text.h"
 #include "core/settings/settings_store.h"
@@ -55,6 +58,43 @@ class PictureDialogs : public QtDialogs {
  private:
   QString folder_;
 };
+
+// A run of two cells at three speeds, a scan every 4 hours, on its way to equilibrium with a time
+// constant of 5 hours at each speed: one species in a cell of 6 channels, at three loads.
+void WriteRun(const std::filesystem::path& folder) {
+  constexpr double kEnds[3][2] = {{5.88, 6.07}, {6.39, 6.58}, {6.91, 7.10}};
+  constexpr int kSpeeds[] = {10000, 14000, 20000};
+  std::filesystem::create_directories(folder);
+  std::mt19937 random(1);
+  std::normal_distribution<double> noise(0.0, 0.004);
+  int file = 0;
+  for (int scan = 0; scan < 18; ++scan) {
+    for (const int cell : {1, 2}) {
+      const int speed = kSpeeds[scan / 6];
+      const double share = 1.0 - std::exp(-4.0 * (scan % 6 + 1) / 5.0);
+      char line[96];
+      std::snprintf(line, sizeof line, "%05d.RA%d", ++file, cell);
+      std::ofstream out(folder / line, std::ios::binary);
+      std::snprintf(line, sizeof line, "a run\r\nR %d 20.0 %05d %07d %.4fE%02d 280 20\r\n", cell,
+                    speed, 14400 * (scan + 1), 0.16 * (scan + 1), 11);
+      out << line;
+      for (int row = 0; row < 400; ++row) {
+        const double r = 5.8 + 1.4 * row / 400;
+        double signal = 0.02;
+        for (const auto& [meniscus, base] : kEnds) {
+          if (r < meniscus || r > base) continue;
+          const double middle = (meniscus + base) / 2;
+          const double steep = 8.5e-9 * cell * speed * speed * (r * r - middle * middle);
+          signal += 0.25 * meniscus / 6 * (1.0 + share * (std::exp(steep) - 1.0));
+        }
+        std::snprintf(line, sizeof line, "%9.4f  %13.5E   %13.5E\r\n", r, signal + noise(random),
+                      0.004);
+        out << line;
+      }
+    }
+  }
+  std::ofstream(folder / "notes.dat") << "cell 1: buffer\n";
+}
 
 class Walk {
  public:
@@ -95,10 +135,31 @@ class Walk {
     ErrorAnalysis();
     Quality("fit-quality");
     Overlay();
+    ChooseScans();
     OfferOfUnsavedWork();
   }
 
  private:
+  // The table of a run, one channel of it in sight.
+  void ChooseScans() {
+    const std::filesystem::path before = session_.CurrentFolder;
+    auto& source = window_.findChild<DataWindow*>()->SourceFiles();
+    source.GoToFolder(ToQString(before.parent_path() / "run"));
+    Click("optCntrpiece(1)");
+    Click("cmdChooseScans");
+    auto* tree = window_.findChild<QTreeView*>("treeScans");
+    QTRY_VERIFY(tree->model()->rowCount() == 6 &&
+                !window_.findChild<QWidget*>("barScans")->isVisible());
+    Click("cmdLastOfEach");
+    tree->setCurrentIndex(tree->model()->index(3, 0, tree->model()->index(1, 0)));
+    QTest::qWait(100);
+    window_.findChild<ChartWidget*>("TChartScan")->ZoomTo({6.85, 0.0, 7.15, 1.0});
+    QTest::qWait(150);
+    Grab(*window_.findChild<QWidget*>("frmChooseScans")->parentWidget(), "choose-scans");
+    QTest::keyClick(tree, Qt::Key_Escape);
+    source.GoToFolder(ToQString(before));
+    Click("optCntrpiece(0)");
+  }
   // The quality of the last fit.
   void Quality(const QString& name) {
     Trigger("mnuFitQuality");
@@ -385,6 +446,7 @@ int main(int argc, char** argv) {
   std::filesystem::remove_all(examples);
   std::filesystem::copy(std::filesystem::path(QUORVANE_SOURCE_DIR) / "examples", examples,
                         std::filesystem::copy_options::recursive);
+  WriteRun(examples / "run");
   const std::filesystem::path settingsFile =
       std::filesystem::temp_directory_path() / "quorvane-screenshots.ini";
   std::filesystem::remove(settingsFile);

@@ -1,5 +1,7 @@
 #include "base/files.h"
 
+#include <algorithm>
+#include <array>
 #include <atomic>
 #include <cerrno>
 #include <cstdio>
@@ -169,20 +171,21 @@ std::string DirectoryOf(std::string_view path) {
   return std::string(path.substr(0, path[at] == ':' ? at + 1 : at));
 }
 
+bool LooksBinary(std::string_view bytes) {
+  constexpr std::size_t kWhole = 16384;
+  constexpr std::size_t kLimit = 16382;
+  const std::size_t limit = bytes.size() < kWhole ? bytes.size() : kLimit;
+  const std::string_view seen = bytes.substr(0, limit > 0 ? limit - 1 : 0);
+  return std::any_of(seen.begin(), seen.end(), [](char c) {
+    return static_cast<unsigned char>(c) < ' ' && c != '\r' && c != '\n';
+  });
+}
+
 bool IsBinaryFile(const fs::path& path) {
-  constexpr std::uintmax_t kWhole = 16384;
-  constexpr std::uintmax_t kLimit = 16382;
-  std::error_code error;
-  const std::uintmax_t length = fs::file_size(path, error);
   std::ifstream in(path, std::ios::binary);
-  if (error || !in) return false;
-  const std::uintmax_t limit = length < kWhole ? length : kLimit;
-  for (std::uintmax_t k = 1; k < limit; ++k) {
-    const int c = in.get();
-    if (c == std::ifstream::traits_type::eof()) return false;
-    if (c < 32 && c != '\r' && c != '\n') return true;
-  }
-  return false;
+  std::array<char, 16384> bytes;
+  in.read(bytes.data(), bytes.size());
+  return LooksBinary({bytes.data(), static_cast<std::size_t>(in.gcount())});
 }
 
 std::string ReadWholeFile(const fs::path& path, std::size_t limit) {

@@ -35,9 +35,13 @@ bool FileExists(const std::filesystem::path& path);
 // the last "\" or "/", whichever comes later; empty if neither occurs.
 std::string DirectoryOf(std::string_view path);
 
-// Whether the file shows signs of a binary file: a character below 32 that is neither CR nor LF
-// among the first L - 1 characters, L being its length, or among the first 16381 characters of
-// a file of 16384 or more. A TAB is such a character. False if the file cannot be read.
+// Whether the bytes of a file, of a long one at least its first 16384, show signs of a binary file:
+// a character below 32 that is neither CR nor LF among the first L - 1 characters, L being its
+// length, or among the first 16381 characters of a file of 16384 or more. A TAB is such a
+// character.
+bool LooksBinary(std::string_view bytes);
+
+// LooksBinary of a file. False if it cannot be read.
 bool IsBinaryFile(const std::filesystem::path& path);
 
 // The whole file. Throws FileFault if it cannot be read, is a folder, or is longer than `limit`

@@ -58,8 +58,11 @@ Command AddAnalyze(CLI::App& app) {
 
 Command AddScan(CLI::App& app) {
   auto arguments = std::make_shared<ScanArguments>();
-  CLI::App* command = app.add_subcommand("scan", "Load scan files and list their datasets");
-  command->add_option("files", arguments->files, "Scan files")->required()->type_name("FILE");
+  CLI::App* command = app.add_subcommand(
+      "scan", "Load scan files and list their datasets, or list the scans of a folder");
+  command->add_option("files", arguments->files, "Scan files, or folders of them")
+      ->required()
+      ->type_name("FOLDER-or-FILE");
   command
       ->add_option("--kind", arguments->kind,
                    "Kind of file: IP,RA DAT FI EL; default from the extension")
@@ -72,8 +75,22 @@ Command AddScan(CLI::App& app) {
       ->add_option("--channels", arguments->channels,
                    "Channels to load, such as A,C; default all of the centerpiece")
       ->type_name("LIST");
-  command->add_option("--json", arguments->json, "Write the datasets to this file")
+  command->add_flag("--last", arguments->last,
+                    "Only the last scan of each cell, wavelength and speed");
+  command
+      ->add_option("--job", arguments->job,
+                   "Write a job for analyze that loads the scans listed, with the options above")
+      ->type_name("JOB.toml");
+  command->add_option("--json", arguments->json, "Write series and datasets to this file")
       ->type_name("OUT.json");
+  command->footer(
+      "Of a folder, without those below it, the files .RA* .IP* .FI* .FL* .EL* .DAT are listed by\n"
+      "cell, wavelength, speed and time; Change is the rms difference from the scan before in the\n"
+      "same series, in signal units. Wavelengths within 5 nm are one series. Nothing is loaded, "
+      "and\n"
+      "files that are no scans are named on standard error.\n"
+      "Exit status: 0 done, 1 a file gave no dataset or no scan was found, 2 bad usage, 3 a file\n"
+      "could not be read or written.");
   return [arguments](const CommandStreams& streams) { return RunScan(*arguments, streams); };
 }
 

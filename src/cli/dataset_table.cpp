@@ -5,17 +5,11 @@
 
 #include "base/number_format.h"
 #include "base/text.h"
+#include "cli/text_column.h"
 
 namespace quorvane {
 
 namespace {
-
-// `text` (UTF-8) filled up to `width` characters; numbers to the right.
-std::string Column(const std::string& text, std::size_t width, bool right) {
-  const std::size_t length = Utf8ToCp1252(text).size();
-  const std::string blanks(width > length ? width - length : 0, ' ');
-  return right ? blanks + text : text + blanks;
-}
 
 std::string TableRow(const std::vector<std::string>& cells, std::size_t nameWidth) {
   constexpr std::array<std::size_t, 8> kWidths = {3, 0, 6, 6, 6, 5, 6, 6};
@@ -23,7 +17,7 @@ std::string TableRow(const std::vector<std::string>& cells, std::size_t nameWidt
   for (std::size_t k = 0; k < cells.size(); ++k) {
     const bool name = k == 1;
     const std::size_t width = name ? nameWidth : k < kWidths.size() ? kWidths[k] : 6;
-    row += (k == 0 ? "" : "  ") + Column(cells[k], width, !name);
+    row += (k == 0 ? "" : "  ") + TextColumn(cells[k], width, !name);
   }
   return row;
 }

@@ -11,6 +11,7 @@
 #include "core/page/row_values.h"
 #include "fit/models.h"
 #include "job/job_steps.h"
+#include "job/load_words.h"
 #include "job/page_setup.h"
 #include "job/scan_source.h"
 #include "job/toml_writer.h"
@@ -21,15 +22,6 @@ namespace quorvane {
 namespace fs = std::filesystem;
 
 namespace {
-
-// As a job in `folder` names the file.
-std::string PathFrom(const fs::path& folder, const fs::path& path) {
-  const fs::path relative = path.lexically_relative(folder);
-  const bool below = !relative.empty() && *relative.begin() != "..";
-  std::string text = PathText(below ? relative : path);
-  std::replace(text.begin(), text.end(), '\\', '/');
-  return text;
-}
 
 void WriteConstants(const QuorvaneModule& module, bool setUp, TomlWriter& out) {
   out.Table("constants");
@@ -43,7 +35,7 @@ void WriteConstants(const QuorvaneModule& module, bool setUp, TomlWriter& out) {
 void WriteLoads(const std::vector<JobLoad>& loads, const fs::path& folder, TomlWriter& out) {
   for (const JobLoad& load : loads) {
     out.Entry("load");
-    out.Key("file", PathFrom(folder, load.file));
+    out.Key("file", PathInJob(load.file, folder));
     WriteLoadWords(load.settings, out);
     if (load.blank) out.Key("blank", true);
   }
@@ -260,7 +252,7 @@ JobText JobFromScans(const QuorvaneModule& module, const fs::path& folder) {
   TomlWriter out;
   WriteHead(out);
   if (setUp && UsesGeometries(module.Setup)) {
-    out.Key("channels_file", PathFrom(folder, module.ChannelFile));
+    out.Key("channels_file", PathInJob(module.ChannelFile, folder));
   }
   WriteConstants(module, setUp, out);
   WriteLoads(job.loads, folder, out);
@@ -278,7 +270,7 @@ std::string JobFromArchive(const QuorvaneModule& module, const fs::path& archive
                            const fs::path& folder) {
   TomlWriter out;
   WriteHead(out);
-  out.Key("archive", PathFrom(folder, archive));
+  out.Key("archive", PathInJob(archive, folder));
   if (IsSetUp(module)) {
     WriteConstants(module, true, out);
     WriteFit(module, out);

@@ -4,7 +4,7 @@
 #include <array>
 
 #include "base/files.h"
-#include "base/text.h"
+#include "scan/file_list.h"
 
 namespace quorvane {
 
@@ -22,11 +22,7 @@ FileKind KindOf(const LoadWords& words, const fs::path& file, const TableReader&
     }
     table.Fail("kind", "\"IP,RA\", \"DAT\", \"FI\" or \"EL\" is wanted");
   }
-  const std::string extension = ToLower(PathText(file.extension()));
-  if (extension.starts_with(".ip") || extension.starts_with(".ra")) return FileKind::kIpRa;
-  if (extension.starts_with(".fi") || extension.starts_with(".fl")) return FileKind::kFi;
-  if (extension.starts_with(".el")) return FileKind::kEl;
-  return FileKind::kDat;
+  return KindOfExtension(file).value_or(FileKind::kDat);
 }
 
 Centerpiece CenterpieceOf(const LoadWords& words, const TableReader& table) {
@@ -62,6 +58,12 @@ ScanLoadSettings LoadSettingsOf(const LoadWords& words, const fs::path& file,
     settings.chkChannel[static_cast<std::size_t>(found - ChannelLetters.begin())] = true;
   }
   return settings;
+}
+
+std::string PathInJob(const fs::path& file, const fs::path& folder) {
+  const fs::path relative = file.lexically_relative(folder);
+  const bool below = !relative.empty() && *relative.begin() != "..";
+  return PathText((below ? relative : file).generic_u8string());  // "/" on every system
 }
 
 void WriteLoadWords(const ScanLoadSettings& settings, TomlWriter& out) {

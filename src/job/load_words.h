@@ -24,6 +24,10 @@ struct LoadWords {
 ScanLoadSettings LoadSettingsOf(const LoadWords& words, const std::filesystem::path& file,
                                 const TableReader& table);
 
+// `file` as a job that stands in `folder` names it: from there if it lies in the folder or below
+// it, else as it is. Both are whole paths.
+std::string PathInJob(const std::filesystem::path& file, const std::filesystem::path& folder);
+
 // Writes the settings as keys that read back as them. No channel at all is no word: then the key
 // is left out.
 void WriteLoadWords(const ScanLoadSettings& settings, TomlWriter& out);

@@ -6,15 +6,10 @@
 #include "base/files.h"
 #include "scan/dataset.h"
 #include "scan/fields.h"
-#include "scan/scan_file.h"
 
 namespace quorvane {
 
 namespace {
-
-std::string_view TimeColumns(const LineBuffer& header, TimeField timeField) {
-  return timeField == TimeField::kElectrophoresis ? header.Columns(14, 23) : header.Columns(16, 22);
-}
 
 // Matching does not need it, so it refuses no scan.
 std::int32_t SpeedOf(const LineBuffer& header, TimeField timeField) {

@@ -7,6 +7,8 @@
 #include <string_view>
 #include <vector>
 
+#include "scan/scan_file.h"
+
 namespace quorvane {
 
 // One scan as it stands in its file.
@@ -16,12 +18,6 @@ struct RawScan {
   std::vector<double> signal;  // as many as radius
   std::int32_t speed = 0;      // rpm, from the header line; 0 if it has none
   bool operator==(const RawScan&) const = default;
-};
-
-// Where the header line keeps the time of the scan.
-enum class TimeField {
-  kCentrifuge,       // columns 16 to 22
-  kElectrophoresis,  // columns 14 to 23
 };
 
 // Reads line 2 for the time, rounded to whole seconds, and the speed (columns 9 to 14, none for

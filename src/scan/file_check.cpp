@@ -65,20 +65,8 @@ ChannelReading Summary(char letter, const std::vector<Point>& points) {
 }
 
 std::string KindOfLetter(char letter) {
-  switch (letter) {
-    case 'R':
-      return "R: absorbance";
-    case 'P':
-      return "P: interference";
-    case 'F':
-      return "F: fluorescence";
-    case 'I':
-      return "I: intensity";
-    case 'W':
-      return "W: wavelengths";
-    default:
-      return {letter};
-  }
+  const std::string_view signal = SignalOfLetter(letter);
+  return signal.empty() ? std::string{letter} : letter + (": " + std::string(signal));
 }
 
 // The work of one check.
@@ -356,6 +344,23 @@ CheckRow TextRow(std::string label, std::string columns, std::string words) {
 }
 
 }  // namespace
+
+std::string_view SignalOfLetter(char letter) {
+  switch (letter) {
+    case 'R':
+      return "absorbance";
+    case 'P':
+      return "interference";
+    case 'F':
+      return "fluorescence";
+    case 'I':
+      return "intensity";
+    case 'W':
+      return "wavelengths";
+    default:
+      return {};
+  }
+}
 
 FileCheck CheckFile(const fs::path& path, const ScanLoadSettings& settings) {
   return Checking(path, settings).Run();

@@ -5,11 +5,16 @@
 #include <filesystem>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "scan/loading.h"
 
 namespace quorvane {
+
+// What the letter in front of a header stands for: "absorbance" for R, "interference" for P,
+// "fluorescence" F, "intensity" I, "wavelengths" W; empty for any other.
+std::string_view SignalOfLetter(char letter);
 
 // Points of one channel.
 struct ChannelReading {

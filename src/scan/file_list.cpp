@@ -1,6 +1,7 @@
 #include "scan/file_list.h"
 
 #include <algorithm>
+#include <functional>
 
 #include "base/files.h"
 #include "base/text.h"
@@ -8,6 +9,26 @@
 namespace quorvane {
 
 namespace fs = std::filesystem;
+
+namespace {
+
+// Names of the files in `folder` for which `listed` holds, in rising order.
+std::vector<std::string> NamesIn(const fs::path& folder,
+                                 const std::function<bool(const fs::path& name)>& listed) {
+  std::vector<std::string> names;
+  std::error_code error;
+  fs::directory_iterator entry(folder, error);
+  for (; !error && entry != fs::directory_iterator(); entry.increment(error)) {
+    const fs::path name = entry->path().filename();
+    std::error_code ignored;  // a link that leads nowhere is no file
+    if (listed(name) && entry->is_regular_file(ignored)) names.push_back(PathText(name));
+  }
+  if (error) throw FileFault(PathText(folder) + ": " + error.message());
+  std::sort(names.begin(), names.end());
+  return names;
+}
+
+}  // namespace
 
 bool IsNameOfKind(const std::string& fileName, FileKind kind) {
   const std::string name = ToLower(fileName);
@@ -24,19 +45,29 @@ bool IsNameOfKind(const std::string& fileName, FileKind kind) {
   return false;
 }
 
-std::vector<std::string> ListScanFiles(const fs::path& folder, std::optional<FileKind> kind) {
-  std::vector<std::string> names;
-  std::error_code error;
-  fs::directory_iterator entry(folder, error);
-  for (; !error && entry != fs::directory_iterator(); entry.increment(error)) {
-    const std::string name = PathText(entry->path().filename());
-    std::error_code ignored;  // a link that leads nowhere is no file
-    const bool listed = kind ? IsNameOfKind(name, *kind) : !name.starts_with('.');
-    if (listed && entry->is_regular_file(ignored)) names.push_back(name);
+std::optional<FileKind> KindOfExtension(const fs::path& file) {
+  const std::string extension = ToLower(PathText(file.extension()));
+  if (extension.starts_with(".ip") || extension.starts_with(".ra")) return FileKind::kIpRa;
+  if (extension == ".dat") return FileKind::kDat;
+  if (extension.starts_with(".fi") || extension.starts_with(".fl")) return FileKind::kFi;
+  if (extension.starts_with(".el")) return FileKind::kEl;
+  return std::nullopt;
+}
+
+std::vector<fs::path> ScanFilesIn(const fs::path& folder) {
+  std::vector<fs::path> files;
+  for (const std::string& name :
+       NamesIn(folder, [](const fs::path& file) { return KindOfExtension(file).has_value(); })) {
+    files.push_back(folder / PathFromText(name));
   }
-  if (error) throw FileFault(PathText(folder) + ": " + error.message());
-  std::sort(names.begin(), names.end());
-  return names;
+  return files;
+}
+
+std::vector<std::string> ListScanFiles(const fs::path& folder, std::optional<FileKind> kind) {
+  return NamesIn(folder, [kind](const fs::path& file) {
+    const std::string name = PathText(file);
+    return kind ? IsNameOfKind(name, *kind) : !name.starts_with('.');
+  });
 }
 
 }  // namespace quorvane

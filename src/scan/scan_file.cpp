@@ -8,7 +8,6 @@
 #include "base/host.h"
 #include "base/text.h"
 #include "scan/cell_geometry.h"
-#include "scan/fields.h"
 
 namespace quorvane {
 
@@ -108,6 +107,10 @@ Dataset ReadDataset(FileKind kind, std::istream& in, const std::filesystem::path
   }
   if (in.bad()) throw FileFault(PathText(path) + ": a read failed");
   return dataset;
+}
+
+std::string_view TimeColumns(const LineBuffer& header, TimeField timeField) {
+  return timeField == TimeField::kElectrophoresis ? header.Columns(14, 23) : header.Columns(16, 22);
 }
 
 std::ifstream OpenScan(const std::filesystem::path& path) {

@@ -4,11 +4,13 @@
 #include <filesystem>
 #include <fstream>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "scan/dataset.h"
 #include "scan/dataset_names.h"
 #include "scan/dataset_store.h"
+#include "scan/fields.h"
 
 namespace quorvane {
 
@@ -27,6 +29,13 @@ struct CommentLines {
   std::string comment;
   std::string header;
 };
+
+// Where the header line keeps the time of the scan, in seconds.
+enum class TimeField {
+  kCentrifuge,       // columns 16 to 22
+  kElectrophoresis,  // columns 14 to 23
+};
+std::string_view TimeColumns(const LineBuffer& header, TimeField timeField);
 
 // The file, opened for reading its lines. Throws FileFault if it cannot be opened or is no regular
 // file.

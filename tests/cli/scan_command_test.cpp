@@ -1,5 +1,6 @@
 // Faults caught here: load options that are not obeyed, a file that fails and stops the others,
-// usage errors without their status, help that does not answer.
+// usage errors without their status, help that does not answer, a job that does not load what was
+// listed.
 #include <algorithm>
 
 #include "cli/command_fixture.h"
@@ -54,6 +55,64 @@ TEST_F(ScanTest, LoadOptionsAreThoseOfAJob) {
     EXPECT_EQ(Run(arguments), row.status) << row.part;
     EXPECT_NE((out.str() + err.str()).find(row.part), std::string::npos) << out.str() << err.str();
   }
+}
+
+TEST_F(ScanTest, AFolderIsListedAndItsJobRuns) {
+  std::filesystem::create_directories(folder / "run" / "below");
+  WriteScan("run/00002.RA3");
+  WriteScan("run/00001.RA3", 10000);
+  WriteScan("run/below/00009.RA3");
+  const std::string odd = "a \"b\" \xC3\xA9.ra3";
+  WriteScan("run/" + odd);  // at the same time: by name, behind 00002
+  folder.Write("run/notes.DAT", "nothing\r\n");
+  EXPECT_EQ(Run({"scan", Path("run"), "--json", Path("out.json")}), 0);
+  EXPECT_EQ(err.str(), Path("run/notes.DAT") + ": ends before its header line\n");
+  EXPECT_EQ(std::ranges::count(out.str(), '\n'), 4);
+  EXPECT_NE(out.str().find("00002.RA3    absorbance     3  20000  280   20.0  24.00"),
+            std::string::npos)
+      << out.str();
+  nlohmann::json result = Result();
+  EXPECT_FALSE(result.contains("datasets"));
+  ASSERT_EQ(result["series"].size(), 2U);
+  const nlohmann::json& series = result["series"][1];
+  EXPECT_EQ(series["cell"], 3);
+  EXPECT_EQ(series["wavelength"], 280);
+  EXPECT_EQ(series["speed"], 20000);
+  EXPECT_FALSE(series["scans"][0].contains("change"));
+  EXPECT_EQ(series["scans"][1]["file"], odd);
+  EXPECT_EQ(series["scans"][1]["change"], 0.0);
+  EXPECT_EQ(series["scans"][1]["points"], 60);
+  EXPECT_EQ(series["scans"][1]["omega2t"], 1e11);
+
+  for (const char* job : {"run/job.toml", "job.toml"}) {
+    EXPECT_EQ(Run({"scan", Path("run"), "--last", "--job", Path(job), "--centerpiece", "6 channels",
+                   "--channels", "B"}),
+              0);
+    EXPECT_EQ(Run({"analyze", Path(job), "--quiet", "--json", Path("out.json")}), 0) << err.str();
+    result = Result();
+    ASSERT_EQ(result["datasets"].size(), 2U);
+    EXPECT_EQ(result["datasets"][0]["name"], "1_3B10280.dat");
+    EXPECT_EQ(result["datasets"][1]["path"], Path("run/" + odd));
+  }
+  EXPECT_EQ(ReadText(folder / "job.toml").find("[[load]]\nfile = \"run/00001.RA3\"\n"), 0U);
+}
+
+TEST_F(ScanTest, NamedFilesKeepTheirTableBesideTheSeries) {
+  WriteScan("00001.RA3");
+  WriteScan("00002.RA3");
+  std::filesystem::create_directory(folder / "empty");
+  EXPECT_EQ(Run({"scan", Path("00001.RA3"), Path("00002.RA3"), Path("00001.RA3"), "--last",
+                 "--json", Path("out.json")}),
+            0);
+  EXPECT_EQ(out.str().find("  #  Name"), 0U);
+  const nlohmann::json result = Result();
+  EXPECT_EQ(result["datasets"].size(), 3U);
+  ASSERT_EQ(result["series"].size(), 1U);
+  EXPECT_EQ(result["series"][0]["scans"].size(), 1U);  // a file counts once
+  EXPECT_EQ(Run({"scan", Path("empty"), "--job", Path("job.toml")}), 1);
+  EXPECT_EQ(err.str(), "No scan was found.\n");
+  EXPECT_FALSE(std::filesystem::exists(folder / "job.toml"));
+  EXPECT_EQ(Run({"scan", Path("empty"), "--kind", "XY"}), 2);
 }
 
 TEST_F(ScanTest, WarningsGoToStandardErrorAndChangeNothingElse) {

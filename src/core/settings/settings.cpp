@@ -187,6 +187,15 @@ void SaveOwnSettings(const QuorvaneModule& module, SettingsStore& store, Host& h
         host);
 }
 
+std::string LoadArrangement(const SettingsStore& store, std::string_view key) {
+  return store.Get(kOwn, key).value_or("");
+}
+
+void SaveArrangement(std::string_view key, const std::string& text, SettingsStore& store,
+                     Host& host) {
+  Store(store, kOwn, {{std::string(key), text}}, host);
+}
+
 void SaveShowHints(const QuorvaneModule& module, SettingsStore& store, Host& host) {
   Store(store, kSettings, {{"ShowHints", Flag(module.Preferences.ShowHints)}}, host);
 }

@@ -3,6 +3,7 @@
 
 #include <filesystem>
 #include <string>
+#include <string_view>
 
 #include "core/program_state.h"
 #include "core/settings/settings_store.h"
@@ -42,6 +43,12 @@ void SaveSettings(const QuorvaneModule& module, const std::filesystem::path& cur
 // Section "Quorvane", which LoadSettings reads last: choices that are kept as soon as they are
 // made.
 void SaveOwnSettings(const QuorvaneModule& module, SettingsStore& store, Host& host);
+
+// How the user has arranged a window, in the same section: any text of one line, under a key of the
+// window's own. Empty if there is none.
+std::string LoadArrangement(const SettingsStore& store, std::string_view key);
+void SaveArrangement(std::string_view key, const std::string& text, SettingsStore& store,
+                     Host& host);
 
 // ShowHints alone, at once.
 void SaveShowHints(const QuorvaneModule& module, SettingsStore& store, Host& host);

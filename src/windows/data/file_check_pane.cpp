@@ -8,6 +8,7 @@
 #include <QVBoxLayout>
 
 #include "windows/controls/control_names.h"
+#include "windows/controls/warning_ink.h"
 
 namespace quorvane {
 
@@ -94,7 +95,7 @@ void FileCheckPane::ShowRows() {
     gridFileCheck_->setVerticalHeaderItem(k, Cell(row.label));
     for (int column = 0; column < 2; ++column) {
       QTableWidgetItem* item = Cell(column == 0 ? row.columns : row.words);
-      if (row.differs) item->setForeground(WarningInk());
+      if (row.differs) item->setForeground(WarningInk(palette()));
       gridFileCheck_->setItem(k, column, item);
     }
   }
@@ -108,12 +109,13 @@ void FileCheckPane::ShowRows() {
 void FileCheckPane::ShowWarnings() {
   lstFileWarnings_->clear();
   if (!check_.fault.empty()) {
-    AddLine(QStyle::SP_MessageBoxCritical, QString::fromStdString(check_.fault), WarningInk());
+    AddLine(QStyle::SP_MessageBoxCritical, QString::fromStdString(check_.fault),
+            WarningInk(palette()));
   }
   std::vector<std::string> warnings = check_.warnings;
   if (!drift_.empty()) warnings.push_back(drift_);
   for (const std::string& warning : warnings) {
-    AddLine(QStyle::SP_MessageBoxWarning, QString::fromStdString(warning), WarningInk());
+    AddLine(QStyle::SP_MessageBoxWarning, QString::fromStdString(warning), WarningInk(palette()));
   }
   if (lstFileWarnings_->count() == 0) {
     AddLine(QStyle::SP_DialogApplyButton, tr("Nothing to warn of."),
@@ -127,13 +129,6 @@ void FileCheckPane::AddLine(int icon, const QString& text, const QBrush& ink) {
   item->setFlags(Qt::ItemIsEnabled);
   item->setForeground(ink);
   item->setToolTip(text);
-}
-
-// Readable on the light and on the dark ground of lists.
-QBrush FileCheckPane::WarningInk() const {
-  constexpr int kMiddle = 128;
-  const bool dark = palette().color(QPalette::Base).lightness() < kMiddle;
-  return dark ? QColor(255, 180, 80) : QColor(150, 60, 0);
 }
 
 void FileCheckPane::changeEvent(QEvent* event) {

@@ -27,7 +27,6 @@ class FileCheckPane : public QWidget {
   void ShowRows();
   void ShowWarnings();
   void AddLine(int icon, const QString& text, const QBrush& ink);
-  QBrush WarningInk() const;
 
   bool shown_ = false;
   FileCheck check_;

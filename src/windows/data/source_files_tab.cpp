@@ -20,6 +20,7 @@
 #include "scan/file_list.h"
 #include "scan/preview.h"
 #include "windows/controls/control_names.h"
+#include "windows/data/channel_bands.h"
 #include "windows/data/file_check_pane.h"
 
 namespace quorvane {
@@ -66,6 +67,9 @@ void SourceFilesTab::BuildWidgets() {
   lblCurrentDir_ = Named(new QLabel, "lblCurrentDir");
   lblCurrentDir_->setTextFormat(Qt::PlainText);
   btnChangeDir_ = Button("btnChangeDir", tr("Change Folder"), tr("Select another folder"));
+  cmdChooseScans_ =
+      Button("cmdChooseScans", tr("Choose Scans..."),
+             tr("All scans of the folder as a table, to choose those to load or to match"));
   lblPreview_ = Named(new QLabel, "lblPreview");
   lblPreview_->setTextFormat(Qt::PlainText);
   // A long name has its tool tip; it does not widen the page.
@@ -79,6 +83,7 @@ void SourceFilesTab::BuildWidgets() {
   settings->addWidget(BuildFileBox(), 1);
   auto* folder = new QHBoxLayout;
   folder->addWidget(btnChangeDir_);
+  folder->addWidget(cmdChooseScans_);
   folder->addWidget(lblCurrentDir_, 1);
   auto* layout = new QGridLayout(this);
   layout->addLayout(folder, 0, 0, 1, 2);
@@ -212,6 +217,7 @@ void SourceFilesTab::ConnectSignals() {
   connect(cmdLoadFile_, &QPushButton::clicked, this, &SourceFilesTab::LoadOne);
   connect(cmdLoadBlank_, &QPushButton::clicked, this, &SourceFilesTab::LoadBlank);
   connect(cmdMultiLoad_, &QPushButton::clicked, this, &SourceFilesTab::LoadMany);
+  connect(cmdChooseScans_, &QPushButton::clicked, this, &SourceFilesTab::ScanChoiceRequested);
 }
 
 FileKind SourceFilesTab::Kind() const {
@@ -232,6 +238,7 @@ ScanLoadSettings SourceFilesTab::Settings() const {
 
 void SourceFilesTab::KeepSettings() {
   session_.Module.LoadSettings = Settings();
+  emit SettingsChanged();
 }
 
 // Each box changes those below it, so the session's settings come from a copy.
@@ -244,6 +251,21 @@ void SourceFilesTab::ShowSettings() {
     chkChannel_[c]->setChecked(settings.chkChannel[c]);
   }
   KeepSettings();
+}
+
+QString SourceFilesTab::SettingsText() const {
+  const ScanLoadSettings settings = Settings();
+  QStringList parts = {QString::fromLatin1(KindName(settings.kind))};
+  if (settings.kind == FileKind::kIpRa) {
+    parts << QObject::tr(kCenterpieceCaptions[static_cast<std::size_t>(settings.centerpiece)]);
+  }
+  if (IsCut(settings)) {
+    QStringList letters;
+    for (const LoadWindow& window : WindowsOf(settings))
+      letters << QChar::fromLatin1(window.letter);
+    parts << (letters.isEmpty() ? tr("no channel") : letters.join(' '));
+  }
+  return parts.join(QStringLiteral(", "));
 }
 
 std::filesystem::path SourceFilesTab::SelectedPath() const {
@@ -306,19 +328,23 @@ void SourceFilesTab::ShowFolder(qsizetype longest, qsizetype kept) {
 void SourceFilesTab::ChangeFolder() {
   const QString chosen =
       session_.Ask.ChooseFolder(this, tr("Select A Directory"), ToQString(session_.CurrentFolder));
-  if (chosen.isEmpty()) return;
+  if (!chosen.isEmpty()) GoToFolder(chosen);
+}
+
+bool SourceFilesTab::GoToFolder(const QString& folder) {
   std::vector<std::string> names;
   try {
-    names = NamesIn(ToPath(chosen));
+    names = NamesIn(ToPath(folder));
   } catch (const FileFault& fault) {
     host_.ShowMessage("", fault.what(), MessageIcon::kExclamation);
-    return;
+    return false;
   }
-  session_.CurrentFolder = listed_ = ToPath(chosen);
+  session_.CurrentFolder = listed_ = ToPath(folder);
   ShowFolder(40, 37);
-  host_.PrintIt("\r\nThe current directory is " + chosen.toStdString());
+  host_.PrintIt("\r\nThe current directory is " + folder.toStdString());
   ShowFileNames(names);
   emit FolderChanged();
+  return true;
 }
 
 std::vector<std::string> SourceFilesTab::NamesIn(const std::filesystem::path& folder) const {
@@ -393,16 +419,8 @@ void SourceFilesTab::ShowPreview(const Chart& chart, const QString& fileName) {
 }
 
 void SourceFilesTab::MarkChannels() {
-  const Centerpiece centerpiece = ChosenCenterpiece();
-  if (centerpiece == Centerpiece::kTwoChannels) return;
-  const auto column = static_cast<std::size_t>(centerpiece);
-  std::vector<ChartBand> bands;
-  for (std::size_t c = 0; c < static_cast<std::size_t>(ChannelCount(centerpiece)); ++c) {
-    bands.push_back({static_cast<double>(ChannelLowRadius[c][column]),
-                     static_cast<double>(ChannelHighRadius[c][column]),
-                     QString(QLatin1Char(ChannelLetters[c]))});
-  }
-  TChartPreview_->SetBands(bands);
+  const std::vector<ChartBand> bands = ChannelBands(ChosenCenterpiece());
+  if (!bands.empty()) TChartPreview_->SetBands(bands);
 }
 
 bool SourceFilesTab::SomeChannelChosen() {
@@ -414,15 +432,16 @@ bool SourceFilesTab::SomeChannelChosen() {
 }
 
 template <class Load>
-void SourceFilesTab::RunLoad(FileKind kind, Load&& load) {
+bool SourceFilesTab::RunLoad(FileKind kind, Load&& load) {
   session_.Remark({});
   host_.GoToEndOfLog();
   DatasetStore& store = session_.Module.Store;
   const int before = store.NumDatasets();
   load(store);
-  if (store.NumDatasets() == before) return;
+  if (store.NumDatasets() == before) return false;
   session_.Remark(QString::fromStdString(TakenForText(store, before, kind)));
   emit DatasetsChanged();
+  return true;
 }
 
 void SourceFilesTab::LoadOne() {
@@ -447,7 +466,13 @@ void SourceFilesTab::LoadMany() {
   if (chosen.isEmpty()) return;
   std::vector<std::filesystem::path> paths;
   for (const QString& path : chosen) paths.push_back(ToPath(path));
-  RunLoad(Kind(), [&](DatasetStore& store) { LoadNamedFiles(store, Settings(), paths, host_); });
+  LoadScans(paths);
+}
+
+bool SourceFilesTab::LoadScans(const std::vector<std::filesystem::path>& paths) {
+  if (session_.Calculating || !SomeChannelChosen()) return false;
+  return RunLoad(Kind(),
+                 [&](DatasetStore& store) { LoadNamedFiles(store, Settings(), paths, host_); });
 }
 
 void SourceFilesTab::LoadFiles(const QStringList& paths) {

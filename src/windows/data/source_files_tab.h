@@ -5,6 +5,7 @@
 #include <QWidget>
 #include <array>
 #include <filesystem>
+#include <vector>
 
 #include "scan/loading.h"
 #include "windows/session/session.h"
@@ -51,11 +52,23 @@ class SourceFilesTab : public QWidget {
   // for all changes until then.
   void CheckSoon();
 
+  // Loads scans with the current settings as "Load Multiple" does. True if that added datasets.
+  bool LoadScans(const std::vector<std::filesystem::path>& paths);
+
+  // Makes `folder` the current one. False, with a message, if it cannot be read.
+  bool GoToFolder(const QString& folder);
+
+  // What loading goes by now, and in words: "IP,RA, 6 channels, A B C".
+  ScanLoadSettings Settings() const;
+  QString SettingsText() const;
+
   QPushButton& LoadButton() { return *cmdMultiLoad_; }  // of all selected files
 
  signals:
   void DatasetsChanged();  // datasets were loaded
   void FolderChanged();    // session.CurrentFolder is another one
+  void SettingsChanged();
+  void ScanChoiceRequested();
 
  private:
   void BuildWidgets();
@@ -67,7 +80,6 @@ class SourceFilesTab : public QWidget {
 
   FileKind Kind() const;
   Centerpiece ChosenCenterpiece() const;
-  ScanLoadSettings Settings() const;
   void KeepSettings();
   std::filesystem::path SelectedPath() const;  // empty if no file is selected
 
@@ -90,9 +102,9 @@ class SourceFilesTab : public QWidget {
   void LoadMany();
   void LoadBlank();
   // Loads by `load`. If that added datasets it emits DatasetsChanged, and a remark says which kind
-  // their files were taken for.
+  // their files were taken for. Whether it did.
   template <class Load>
-  void RunLoad(FileKind kind, Load&& load);
+  bool RunLoad(FileKind kind, Load&& load);
   void LoadWritten(const QStringList& paths, ScanLoadSettings settings);
 
   Session& session_;
@@ -112,6 +124,7 @@ class SourceFilesTab : public QWidget {
   QPushButton* cmdLoadFile_;
   QPushButton* cmdLoadBlank_;
   QPushButton* cmdMultiLoad_;
+  QPushButton* cmdChooseScans_;
   QLabel* lblPreview_;
   ChartWidget* TChartPreview_;
   std::filesystem::path listed_;  // the folder whose files the list shows

@@ -114,6 +114,9 @@ void MainMenus::BuildFileMenu() {
     commands_.experiments.LoadAsked(
         ToQString(FindDataFile(windows_.session.ProgramFolder, kExample)));
   });
+  AddAction(menu, "mnuChooseScans", tr("C&hoose Scans..."), [this] {
+    emit ChooseScansChosen();
+  })->setShortcut(Qt::CTRL | Qt::SHIFT | Qt::Key_M);
   AddAction(menu, "mnuFileClose", tr("&Close"), [this] {
     windows_.session.Ask.ShowMessage(&frame_, {}, tr("Add 'mnuFileClose_Click' code."),
                                      MessageIcon::kNone);

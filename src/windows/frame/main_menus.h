@@ -38,6 +38,7 @@ class MainMenus : public QObject {
   void OverlayChosen();
   void SimulationChosen();
   void MatchChosen();
+  void ChooseScansChosen();
   void NewWindowChosen();
   void CascadeChosen();
   void TileChosen(Qt::Orientation orientation);

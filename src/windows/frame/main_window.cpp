@@ -25,6 +25,7 @@
 #include "windows/commands/rest_judge.h"
 #include "windows/controls/child_area.h"
 #include "windows/controls/child_window.h"
+#include "windows/data/choose_scans_window.h"
 #include "windows/data/data_window.h"
 #include "windows/data/import_window.h"
 #include "windows/data/source_files_tab.h"
@@ -72,6 +73,7 @@ MainWindow::MainWindow(Session& session, QWidget* parent)
       analysis_(new ErrorAnalysisWindow(session)),
       preview_(new PreviewWindow(session, *host_)),
       overlay_(new OverlayWindow(session)),
+      chooseScans_(new ChooseScansWindow(session, data_->SourceFiles())),
       setRefConc_(new SetRefConcWindow(session, *host_)),
       status_(new QLabel(QStringLiteral(" "))),
       escape_(new QShortcut(Qt::Key_Escape, this)) {
@@ -127,6 +129,7 @@ void MainWindow::AddChildren() {
   AddChild(analysis_, true)->hide();
   AddChild(preview_, true)->hide();
   AddChild(overlay_, true)->hide();
+  AddChild(chooseScans_, true)->hide();
   AddChild(setRefConc_, true)->hide();
 }
 
@@ -156,6 +159,7 @@ void MainWindow::ConnectMenus() {
   connect(menus_, &MainMenus::SimulationChosen, this, &MainWindow::ShowSimulation);
   connect(menus_, &MainMenus::MatchChosen, this, &MainWindow::ShowMatch);
   connect(menus_, &MainMenus::ImportChosen, this, &MainWindow::ShowImport);
+  connect(menus_, &MainMenus::ChooseScansChosen, chooseScans_, &ChooseScansWindow::Open);
   connect(menus_, &MainMenus::NewWindowChosen, this, &MainWindow::NewDocument);
   connect(menus_, &MainMenus::CascadeChosen, area_, &ChildArea::Cascade);
   connect(menus_, &MainMenus::TileChosen, area_, &ChildArea::Tile);
@@ -175,6 +179,11 @@ void MainWindow::ConnectFrame() {
     menus_->Update();
     if (closeAfterStop_) QTimer::singleShot(0, this, &MainWindow::close);
   });
+  connect(chooseScans_, &ChooseScansWindow::MatchRequested, this,
+          [this](const std::vector<std::filesystem::path>& paths) {
+            ShowMatch();
+            match_->LoadSeries(paths);
+          });
   connect(host_.get(), &WindowHost::ProgressReported, status_, &QLabel::setText);
   connect(host_.get(), &WindowHost::FailureReported, status_, &QLabel::setText);
   connect(unsaved_, &UnsavedMark::Changed, this, &MainWindow::ShowTitle);
@@ -251,6 +260,7 @@ void MainWindow::SetCalculating(bool on) {
   if (import_ != nullptr) import_->setEnabled(!on);
   coefficients_->setEnabled(!on);
   overlay_->setEnabled(!on);
+  chooseScans_->setEnabled(!on);
 }
 
 void MainWindow::showEvent(QShowEvent* event) {

@@ -18,6 +18,7 @@ namespace quorvane {
 
 class Autosave;
 class ChildArea;
+class ChooseScansWindow;
 class DataWindow;
 class ErrorCommands;
 class ExperimentCommands;
@@ -96,6 +97,7 @@ class MainWindow : public QMainWindow {
   ErrorAnalysisWindow* analysis_;
   PreviewWindow* preview_;
   OverlayWindow* overlay_;
+  ChooseScansWindow* chooseScans_;
   SetRefConcWindow* setRefConc_;
   ExperimentCommands* experiments_ = nullptr;
   OptionCommands* options_ = nullptr;

@@ -76,7 +76,7 @@ QStatusBar* MatchWindow::BuildStatusBar() {
 }
 
 void MatchWindow::ConnectSignals() {
-  connect(load_, &MatchLoadTab::LoadRequested, this, &MatchWindow::Load);
+  connect(load_, &MatchLoadTab::LoadRequested, this, [this] { LoadSeries(load_->ChooseFiles()); });
   connect(range_, &MatchRangeTab::MatchRequested, this, &MatchWindow::Match);
   connect(range_, &MatchRangeTab::PointerMoved, status_, &QLabel::setText);
   connect(SSTab1_, &QTabWidget::currentChanged, status_, &QLabel::clear);
@@ -91,8 +91,7 @@ void MatchWindow::OpenResults(bool open) {
   for (const int tab : {kResults, kDeviations, kRms}) SSTab1_->setTabEnabled(tab, open);
 }
 
-void MatchWindow::Load() {
-  std::vector<std::filesystem::path> paths = load_->ChooseFiles();
+void MatchWindow::LoadSeries(std::vector<std::filesystem::path> paths) {
   const BusyPointer busy;
   const MatchLoadOutcome outcome =
       LoadMatchFiles(std::move(paths), load_->Settings(), series_, host_);

@@ -3,6 +3,8 @@
 #pragma once
 
 #include <QWidget>
+#include <filesystem>
+#include <vector>
 
 #include "match/match.h"
 #include "windows/session/printable.h"
@@ -26,6 +28,9 @@ class MatchWindow : public QWidget, public Printable {
  public:
   MatchWindow(Session& session, Host& host, QWidget* parent = nullptr);  // both outlive it
 
+  // Compares these scans, as if they had been chosen by "Load Files".
+  void LoadSeries(std::vector<std::filesystem::path> paths);
+
   PrintContent Printed() const override;
 
   QSize sizeHint() const override;
@@ -35,7 +40,6 @@ class MatchWindow : public QWidget, public Printable {
   QStatusBar* BuildStatusBar();
   void ConnectSignals();
   void OpenResults(bool open);
-  void Load();
   void Match();
   void ShowMatch();
   void SaveReport();

@@ -1,0 +1,49 @@
+#include "job/scan_job.h"
+
+#include "base/files.h"
+#include "base/text.h"
+
+namespace quorvane {
+
+namespace fs = std::filesystem;
+
+namespace {
+
+fs::path Whole(const fs::path& path) {
+  std::error_code error;
+  const fs::path whole = fs::absolute(path, error);
+  return (error ? path : whole).lexically_normal();
+}
+
+bool IsUtf8(std::string_view text) {
+  while (!text.empty()) {
+    const std::string_view here = text;
+    constexpr std::string_view kReplacement = "\xEF\xBF\xBD";  // may stand in a name
+    if (NextUtf8(text) == U'\uFFFD' && !here.starts_with(kReplacement)) return false;
+  }
+  return true;
+}
+
+std::string NameIn(const fs::path& folder, const fs::path& file) {
+  std::string name = PathInJob(Whole(file), folder);
+  if (!IsUtf8(name)) throw FileFault(name + ": a job cannot hold this name, which is no UTF-8");
+  return name;
+}
+
+}  // namespace
+
+std::string ScanJobText(const std::vector<fs::path>& files, const LoadWords& words,
+                        const fs::path& folder) {
+  const fs::path home = Whole(folder.empty() ? "." : folder / "").parent_path();
+  TomlWriter job;
+  for (const fs::path& file : files) {
+    job.Entry("load");
+    job.Key("file", NameIn(home, file));
+    if (words.kind) job.Key("kind", *words.kind);
+    if (words.centerpiece) job.Key("centerpiece", *words.centerpiece);
+    if (words.channels) job.Key("channels", *words.channels);
+  }
+  return job.Text();
+}
+
+}  // namespace quorvane
