@@ -10,6 +10,7 @@
 #include "base/arithmetic.h"
 #include "base/files.h"
 #include "base/text.h"
+#include "scan/file_check.h"
 #include "scan/file_list.h"
 #include "scan/header_words.h"
 #include "scan/scan_file.h"
