@@ -23,7 +23,8 @@ struct Bounds {
   }
 };
 
-// Of the signals in use; of all where none is.
+// Of the signals in use with some room round them, in which deleted ones near them keep their
+// place; of all where none is in use.
 Bounds SignalBounds(const Dataset& dataset) {
   Bounds good;
   Bounds all;
@@ -32,7 +33,9 @@ Bounds SignalBounds(const Dataset& dataset) {
     all.Take(dataset.C[k]);
     if (dataset.Good[k] != kFalse) good.Take(dataset.C[k]);
   }
-  return good.high >= good.low ? good : all;
+  if (good.high < good.low) return all;
+  const double room = (good.high - good.low) / 4.0;
+  return {std::max(all.low, good.low - room), std::min(all.high, good.high + room)};
 }
 
 }  // namespace

@@ -9,8 +9,8 @@ namespace quorvane {
 
 struct SketchPoint {
   double x;  // 0 to 1 from the first to the last radius
-  double y;  // 0 to 1 from the lowest to the highest signal in use; a deleted point outside is
-             // put on the edge
+  double y;  // 0 to 1 upwards; the signals in use fill two thirds or more of it, and a deleted
+             // point that lies farther out is put on the edge
   bool good;
 };
 

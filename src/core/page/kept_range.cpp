@@ -23,7 +23,7 @@ std::string NameOfChannel(const CellChannel& channel, ChannelReach reach) {
 }  // namespace
 
 std::string BoundText(double radius) {
-  return FormatNumber(radius, "0.0###");
+  return FormatNumber(radius, "0.00##");
 }
 
 Refusal ParseSpan(std::string_view low, std::string_view high, RadiusSpan& span) {

@@ -13,7 +13,7 @@
 
 namespace quorvane {
 
-// A bound as boxes show it: radius in cm, up to four decimals.
+// A bound as boxes show it: radius in cm, two to four decimals.
 std::string BoundText(double radius);
 
 // The two bounds that are typed. Refused unless they are radii in rising order.

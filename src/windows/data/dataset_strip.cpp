@@ -19,7 +19,7 @@ constexpr int kMostPoints = 100;  // of a small plot
 
 // The room of an entry: its plot, and its name below.
 QSize EntrySize(const QFontMetrics& metrics) {
-  return {metrics.averageCharWidth() * 17, metrics.height() * 9 / 2};
+  return {metrics.horizontalAdvance("000 00_0A00000.dat"), metrics.height() * 9 / 2};
 }
 
 class SketchDelegate : public QStyledItemDelegate {
@@ -45,7 +45,7 @@ class SketchDelegate : public QStyledItemDelegate {
     painter->fillRect(plot, Qt::white);
     DrawPoints(*painter, datasets[place], plot.adjusted(3, 3, -3, -3));
     painter->setPen(option.palette.color(shown ? QPalette::HighlightedText : QPalette::Text));
-    const QString name = index.data().toString();
+    const QString name = index.data().toString();  // with its number
     painter->drawText(inside.adjusted(0, plot.height(), 0, 0), Qt::AlignCenter,
                       option.fontMetrics.elidedText(name, Qt::ElideMiddle, inside.width()));
     painter->setPen(option.palette.color(QPalette::Mid));
@@ -86,7 +86,9 @@ class DatasetStrip::Entries : public QAbstractListModel {
     const Dataset& dataset = datasets[place];
     switch (role) {
       case Qt::DisplayRole:
-        return QString::fromStdString(NameOf(dataset));
+        return QStringLiteral("%1 %2")
+            .arg(index.row() + 1)
+            .arg(QString::fromStdString(NameOf(dataset)));
       case Qt::ToolTipRole:
         return DatasetTip(dataset);
       case Qt::AccessibleTextRole:

@@ -99,9 +99,11 @@ void AllRowsLine::ShowValues() {
 }
 
 void AllRowsLine::Place(const FitRow& first, const QGridLayout& grid, int offset) {
-  const auto place = [offset](QWidget& control, const QWidget& below) {
+  const int height = first.lblRunSpeed->height();
+  const auto place = [offset, height](QWidget& control, const QWidget& below) {
     control.setVisible(below.isVisibleTo(below.parentWidget()));
-    control.setGeometry(below.x() + offset, 0, below.width(), below.height());
+    control.setGeometry(below.x() + offset, (height - below.height()) / 2, below.width(),
+                        below.height());
   };
   for (const auto& [value, box] : boxes_) {
     place(*box, *Below(first, *value));
@@ -111,8 +113,7 @@ void AllRowsLine::Place(const FitRow& first, const QGridLayout& grid, int offset
   }
   for (const auto& [check, box] : checks_) place(*box, *Below(first, *check));
   const int left = first.lblFitNum->x() + offset;
-  lblAllRows_->setGeometry(left, 0, first.lblRunSpeed->x() + offset - left,
-                           first.lblRunSpeed->height());
+  lblAllRows_->setGeometry(left, 0, first.lblRunSpeed->x() + offset - left, height);
 }
 
 std::vector<QWidget*> AllRowsLine::InTabOrder() const {
