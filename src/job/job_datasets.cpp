@@ -68,9 +68,7 @@ std::vector<int> PositionsOf(const JobDataset& table, const DatasetStore& store)
     }
   }
   if (!table.choice.numbers.empty()) return positions;
-  for (int k = 0; k < store.NumDatasets(); ++k) {
-    if (Fits(table.choice, store.Datasets[static_cast<std::size_t>(k)])) positions.push_back(k);
-  }
+  positions = SamplesOf(table.choice, store.Datasets);
   if (positions.empty()) {
     const char* const key = table.choice.all       ? "number"
                             : table.choice.channel ? "channel"
@@ -124,6 +122,14 @@ std::vector<JobDataset> ReadDatasets(TableReader& root) {
   std::vector<JobDataset> datasets;
   for (TableReader& table : root.Tables("dataset")) datasets.push_back(ReadDataset(table));
   return datasets;
+}
+
+std::vector<int> SamplesOf(const JobChoice& choice, const std::vector<Dataset>& datasets) {
+  std::vector<int> positions;
+  for (int k = 0; k < static_cast<int>(datasets.size()); ++k) {
+    if (Fits(choice, datasets[static_cast<std::size_t>(k)])) positions.push_back(k);
+  }
+  return positions;
 }
 
 std::vector<ChosenDataset> ChooseDatasets(const std::vector<JobDataset>& tables,

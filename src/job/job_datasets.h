@@ -45,6 +45,10 @@ struct JobDataset {
 // Throws JobFault for a bad table.
 std::vector<JobDataset> ReadDatasets(TableReader& root);
 
+// The positions (from 0) of the samples that fit a choice which is not by number; there may be
+// none.
+std::vector<int> SamplesOf(const JobChoice& choice, const std::vector<Dataset>& datasets);
+
 // A dataset and the tables that choose it, in their order. Of a key the last one counts.
 struct ChosenDataset {
   int position;  // in the store, from 0

@@ -15,9 +15,9 @@ namespace {
 
 // "cell 2, channel A", or "channel A" of all cells.
 std::string NameOfChannel(const CellChannel& channel, ChannelReach reach) {
-  const std::string letter = "channel " + std::string(1, *channel.letter);
-  if (reach == ChannelReach::kAllCells || !channel.cell) return letter;
-  return "cell " + std::to_string(*channel.cell) + ", " + letter;
+  std::string name = "channel " + std::string(1, *channel.letter);
+  if (reach == ChannelReach::kAllCells || !channel.cell) return name;
+  return "cell " + std::to_string(*channel.cell) + ", " + name;
 }
 
 }  // namespace
