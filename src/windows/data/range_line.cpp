@@ -2,6 +2,7 @@
 
 #include <QCheckBox>
 #include <QHBoxLayout>
+#include <QKeyEvent>
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
@@ -12,7 +13,8 @@ namespace quorvane {
 
 RangeLine::RangeLine(QWidget* parent) : QWidget(parent) {
   BuildWidgets();
-  for (const QLineEdit* box : {txtKeepFrom_, txtKeepTo_}) {
+  for (QLineEdit* box : {txtKeepFrom_, txtKeepTo_}) {
+    box->installEventFilter(this);
     connect(box, &QLineEdit::returnPressed, this, &RangeLine::KeepRequested);
   }
 }
@@ -63,6 +65,15 @@ QLineEdit* RangeLine::MakeBox(const char* name, const QString& toolTip) {
   box->setAlignment(Qt::AlignRight);
   box->setFixedWidth(fontMetrics().horizontalAdvance("00.0000") + 2 * fontMetrics().height());
   return box;
+}
+
+bool RangeLine::eventFilter(QObject* watched, QEvent* event) {
+  if (event->type() != QEvent::ShortcutOverride || IsChanged()) {
+    return QWidget::eventFilter(watched, event);
+  }
+  const auto* key = static_cast<QKeyEvent*>(event);
+  return key->matches(QKeySequence::Undo) || key->matches(QKeySequence::Redo) ||
+         key->keyCombination() == (Qt::CTRL | Qt::Key_Y);
 }
 
 void RangeLine::ShowKept(const std::optional<RadiusSpan>& kept) {

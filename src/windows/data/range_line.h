@@ -46,6 +46,10 @@ class RangeLine : public QWidget {
   void SameChannelRequested();
   void UndoSameChannelRequested();
 
+ protected:
+  // With nothing typed the keys of undo and redo are those of the tab.
+  bool eventFilter(QObject* watched, QEvent* event) override;
+
  private:
   void BuildWidgets();
   QPushButton* MakeButton(const char* name, const QString& caption, const QString& toolTip,
