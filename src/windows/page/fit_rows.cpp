@@ -38,6 +38,7 @@ FitRows::FitRows(Session& session, FocusMarker& marker, QWidget* parent)
   ReserveHeads();
   content_->installEventFilter(this);
   setWidget(content_);
+  for (QWidget* control : all_->InTabOrder()) control->installEventFilter(this);
   connect(all_, &AllRowsLine::Entered, this, &FitRows::ShowValues);
   connect(horizontalScrollBar(), &QScrollBar::valueChanged, this, &FitRows::PlaceHeads);
 }
@@ -126,7 +127,17 @@ bool FitRows::eventFilter(QObject* watched, QEvent* event) {
       (event->type() == QEvent::Resize || event->type() == QEvent::LayoutRequest)) {
     QMetaObject::invokeMethod(this, &FitRows::PlaceHeads, Qt::QueuedConnection);
   }
+  if (event->type() == QEvent::FocusIn && watched != content_) {
+    ShowColumn(qobject_cast<QWidget*>(watched)->geometry());
+  }
   return QScrollArea::eventFilter(watched, event);
+}
+
+// Scrolls sideways to a control of the line over the rows, which stand where they were.
+void FitRows::ShowColumn(const QRect& control) {
+  const QPoint middle(control.center().x() - content_->x(),
+                      viewport()->height() / 2 - content_->y());
+  ensureVisible(middle.x(), middle.y(), control.width(), 0);
 }
 
 void FitRows::AddRow() {

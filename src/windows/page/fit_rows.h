@@ -55,6 +55,7 @@ class FitRows : public QScrollArea {
  private:
   void ReserveHeads();
   void PlaceHeads();
+  void ShowColumn(const QRect& control);
   void AddRow();
   void RemoveLastRow();
   void BindRow(ValueBox& box, int row, std::function<Refusal(Dataset&, const std::string&)> enter,

@@ -69,6 +69,12 @@ TEST_F(FitControlTabTest, OneLineSpeaksForAllRows) {
     })) << name;
   }
   EXPECT_FALSE(Find("txtAllALoad")->isVisible());
+  QWidget* last = Find("txtAllExtCoeff2");
+  tab.resize(400, tab.height());
+  last->setFocus();
+  EXPECT_TRUE(QTest::qWaitFor([&] {  // comes into sight
+    return last->x() >= 0 && last->geometry().right() < last->parentWidget()->width();
+  }));
   session.Module.Store.UseData = {true, false, false, false};
   ASSERT_TRUE(tab.SetupFit(*FindModel(0)));
   EXPECT_FALSE(Find("txtAllRefConc")->isVisible());  // one row needs no such line
