@@ -70,9 +70,10 @@ void TellRest(QuorvaneModule& module, TerminalHost& host) {
 }
 
 // "Setup Fit", then "Fit" as the job says, and whether the fit is at rest.
-FitOutcome Fit(const Job& job, QuorvaneModule& module, TerminalHost& host) {
+FitOutcome Fit(const Job& job, const std::vector<ChosenDataset>& datasets, QuorvaneModule& module,
+               TerminalHost& host) {
   try {
-    if (!ApplyFit(job, module, host)) {
+    if (!ApplyFit(job, datasets, module, host)) {
       return {.error = "No datasets were chosen to be fitted!", .where = "No Sets Chosen"};
     }
   } catch (const SubscriptFault& fault) {
@@ -267,10 +268,10 @@ ExitStatus RunAnalyze(const AnalyzeArguments& arguments, const CommandStreams& s
   const LoadOutcome loaded = ApplyLoads(job, module, host);
   if (loaded == LoadOutcome::kUnreadable) return ExitStatus::kFileFault;
   if (loaded != LoadOutcome::kLoaded) return ExitStatus::kNotDone;
-  ApplyDatasets(job, module, host);
+  const std::vector<ChosenDataset> datasets = ApplyDatasets(job, module, host);
   TakeTemperature(job, module);
   FitOutcome outcome;
-  if (job.fit) outcome = Fit(job, module, host);
+  if (job.fit) outcome = Fit(job, datasets, module, host);
   Json analysis;  // of the errors of the fit
   const ExitStatus analysed = AnalyseErrors(job, outcome, module, analysis, host);
   const bool fitted = job.fit && outcome.ending == FitEnding::kFinished;

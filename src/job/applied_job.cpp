@@ -88,10 +88,30 @@ std::optional<int> TargetFor(int place, const std::vector<int>& targets,
   return targets.size() == 1 ? std::optional(targets.front()) : std::nullopt;
 }
 
+// The loaded samples that a choice of the job, not one by number, is for: if none has the cell,
+// those of other cells.
+std::vector<int> PlacesOf(JobChoice choice, const std::vector<Dataset>& loaded) {
+  const std::vector<int> places = SamplesOf(choice, loaded);
+  if (!places.empty() || !choice.cell) return places;
+  choice.cell.reset();
+  return SamplesOf(choice, loaded);
+}
+
+// "channel A, cell 2, 20000 rpm"
+std::string TextOf(const JobChoice& choice) {
+  std::string text;
+  const auto add = [&](const std::string& part) { text += (text.empty() ? "" : ", ") + part; };
+  if (choice.channel) add("channel " + std::string(1, *choice.channel));
+  if (choice.cell) add("cell " + std::to_string(*choice.cell));
+  if (choice.speed) add(std::to_string(*choice.speed) + " rpm");
+  return text.empty() ? "any sample" : text;
+}
+
 // `table` for the loaded dataset at `place`: without what belongs to one scan alone.
 JobDataset TableFor(const JobDataset& table, int place) {
   JobDataset mapped = table;
-  mapped.number = place + 1;
+  mapped.choice = {};
+  mapped.choice.numbers = {place + 1};
   mapped.name.reset();
   mapped.subtractBlank.reset();
   mapped.speed.reset();
@@ -109,16 +129,18 @@ struct Trial {
   void Misfit(const std::string& text) { result.misfits.push_back(text); }
 };
 
-// Applies one table to one dataset, or leaves that as it was.
-void TryTable(const JobDataset& table, Trial& trial) {
-  const auto place = static_cast<std::size_t>(table.number - 1);
+// Applies the tables for the dataset at `position`, or leaves that as it was.
+void TryDataset(int position, Trial& trial) {
+  const auto place = static_cast<std::size_t>(position);
   const Dataset before = trial.module.Store.Datasets[place];
   const bool use = trial.module.Store.UseData[place];
-  const std::string name = "dataset " + std::to_string(table.number);
+  const std::string name = "dataset " + std::to_string(position + 1);
   QuietHost host;
   try {
     Job one;
-    one.datasets.push_back(table);
+    for (const JobDataset& table : trial.job.datasets) {
+      if (table.choice.numbers.front() == position + 1) one.datasets.push_back(table);
+    }
     ApplyDatasets(one, trial.module, host);
     Dataset& dataset = trial.module.Store.Datasets[place];
     if (CountGoodPoints(dataset) >= kMinPoints || CountGoodPoints(before) < kMinPoints) return;
@@ -133,19 +155,15 @@ void TryTable(const JobDataset& table, Trial& trial) {
   }
 }
 
-void MapTable(const JobDataset& table, const Places& places, Trial& trial) {
-  const std::vector<Dataset>& loaded = trial.module.Store.Datasets;
-  const std::vector<int> targets = places.Of(table.number);
-  if (targets.empty()) {
-    trial.Misfit("Nothing is loaded for " + places.Name(table.number) + ".");
-    return;
-  }
+// A table for the loaded datasets at `targets`.
+void MapTable(const JobDataset& table, const std::vector<int>& targets, const Places& places,
+              Trial& trial) {
   for (const int place : targets) {
     JobDataset mapped = TableFor(table, place);
-    TryTable(mapped, trial);
     trial.named.insert(place);
     if (table.linkTo) {
-      const std::optional<int> target = TargetFor(place, places.Of(*table.linkTo), loaded);
+      const std::optional<int> target =
+          TargetFor(place, places.Of(*table.linkTo), trial.module.Store.Datasets);
       if (target) {
         mapped.linkTo = *target + 1;
       } else {
@@ -155,6 +173,16 @@ void MapTable(const JobDataset& table, const Places& places, Trial& trial) {
     }
     trial.job.datasets.push_back(std::move(mapped));
   }
+}
+
+void MapTable(const JobDataset& table, const Places& places, Trial& trial) {
+  const auto map = [&](const std::vector<int>& targets, const std::string& name) {
+    if (targets.empty()) trial.Misfit("Nothing is loaded for " + name + ".");
+    MapTable(table, targets, places, trial);
+  };
+  for (const int number : table.choice.numbers) map(places.Of(number), places.Name(number));
+  if (!table.choice.numbers.empty()) return;
+  map(PlacesOf(table.choice, trial.module.Store.Datasets), TextOf(table.choice));
 }
 
 // The loaded datasets of which the job says nothing, if it says something of others.
@@ -176,7 +204,8 @@ void SetUpPage(const Job& job, Trial& trial) {
   trial.job.temperature = job.temperature;
   QuietHost host;
   try {
-    if (!ApplyFit(trial.job, trial.module, host)) {
+    const auto datasets = ChooseDatasets(trial.job.datasets, trial.module.Store);
+    if (!ApplyFit(trial.job, datasets, trial.module, host)) {
       throw JobFault("No datasets were chosen to be fitted!");
     }
   } catch (const SubscriptFault&) {
@@ -231,6 +260,7 @@ AppliedJob ApplyToLoaded(const Job& job, const std::vector<Dataset>& own, Quorva
   }
   const Places places(own, module.Store.Datasets);
   for (const JobDataset& table : job.datasets) MapTable(table, places, trial);
+  for (const int position : trial.named) TryDataset(position, trial);
   TellUnnamed(trial);
   SetUpPage(job, trial);
   TakeOver(job, trial, module);

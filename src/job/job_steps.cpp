@@ -18,20 +18,28 @@ namespace quorvane {
 
 namespace {
 
-std::size_t PlaceOf(const TableReader& table, const char* key, int number,
-                    const DatasetStore& store) {
-  if (number > store.NumDatasets()) {
-    table.Fail(key, "there is no dataset " + std::to_string(number) + "; " +
-                        std::to_string(store.NumDatasets()) + " are loaded");
-  }
-  return static_cast<std::size_t>(number - 1);
-}
-
 EditRectangle BetweenRadii(const RadiusRange& range) {
   EditRectangle rectangle;
   rectangle.x1 = range.first;
   rectangle.x2 = range.second;
   return rectangle;
+}
+
+// The last table that says something under a key; null if none does.
+template <class Value>
+const JobDataset* LastWith(const ChosenDataset& chosen, std::optional<Value> JobDataset::*key) {
+  const auto found = std::find_if(chosen.tables.rbegin(), chosen.tables.rend(),
+                                  [key](const JobDataset* table) { return table->*key; });
+  return found == chosen.tables.rend() ? nullptr : *found;
+}
+
+template <class Key, class Value>
+const JobDataset* LastWith(const ChosenDataset& chosen,
+                           std::map<const Key*, Value> JobDataset::*values, const Key& key) {
+  const auto found =
+      std::find_if(chosen.tables.rbegin(), chosen.tables.rend(),
+                   [&](const JobDataset* table) { return (table->*values).contains(&key); });
+  return found == chosen.tables.rend() ? nullptr : *found;
 }
 
 bool SetsEnds(const JobDataset& job) {
@@ -44,83 +52,104 @@ bool EditsPoints(const JobDataset& job) {
 }
 
 // What the job gives for one end of the column; the dataset's own if it gives nothing.
-double EndOf(const JobDataset& job, const RowValue& end, const Dataset& dataset) {
-  const auto given = job.values.find(&end);
-  return given != job.values.end() ? given->second : dataset.*end.field;
+double EndOf(const ChosenDataset& chosen, const RowValue& end, const Dataset& dataset) {
+  const JobDataset* job = LastWith(chosen, &JobDataset::values, end);
+  return job != nullptr ? job->values.at(&end) : dataset.*end.field;
 }
 
-void EditPoints(const JobDataset& job, Dataset& dataset) {
-  if (!EditsPoints(job)) return;
-  Require(job.table, "number", OpenForEditing(dataset));
-  if (job.deleteOutside) DeleteOutside(dataset, BetweenRadii(*job.deleteOutside));
-  for (const RadiusRange& range : job.deleteRanges) DeleteInside(dataset, BetweenRadii(range));
-  for (const RadiusRange& range : job.restoreRanges) RestoreInside(dataset, BetweenRadii(range));
-  if (SetsEnds(job)) {
-    SetMeniscusAndBase(dataset, EndOf(job, row::kRmen, dataset), EndOf(job, row::kRbase, dataset));
+// The ranges of a table act as they stand; one to keep gives way to that of a later table.
+void EditPoints(const ChosenDataset& chosen, Dataset& dataset) {
+  const JobDataset* keeper = LastWith(chosen, &JobDataset::deleteOutside);
+  bool ends = false;
+  for (const JobDataset* job : chosen.tables) {
+    if (!EditsPoints(*job)) continue;
+    Require(job->table, "number", OpenForEditing(dataset));
+    if (job == keeper) DeleteOutside(dataset, BetweenRadii(*job->deleteOutside));
+    for (const RadiusRange& range : job->deleteRanges) DeleteInside(dataset, BetweenRadii(range));
+    for (const RadiusRange& range : job->restoreRanges) RestoreInside(dataset, BetweenRadii(range));
+    ends = ends || SetsEnds(*job);
+  }
+  if (ends) {
+    SetMeniscusAndBase(dataset, EndOf(chosen, row::kRmen, dataset),
+                       EndOf(chosen, row::kRbase, dataset));
   }
 }
 
-void Blank(const JobDataset& job, std::size_t place, DatasetStore& store, Host& host) {
-  if (!job.subtractBlank) return;
+void Blank(const ChosenDataset& chosen, DatasetStore& store, Host& host) {
   const char* const key = "subtract_blank";
-  const std::size_t blank = PlaceOf(job.table, key, *job.subtractBlank, store);
-  Require(job.table, key,
-          TakeOffBlank(store, static_cast<int>(place), static_cast<int>(blank), host));
+  const JobDataset* job = LastWith(chosen, &JobDataset::subtractBlank);
+  if (job == nullptr) return;
+  const int blank = PositionOf(job->table, key, *job->subtractBlank, store);
+  Require(job->table, key, TakeOffBlank(store, chosen.position, blank, host));
 }
 
-void SetValues(const JobDataset& job, Dataset& dataset) {
-  if (job.speed) Require(job.table, "speed", SetSpeed(dataset, *job.speed));
-  for (const auto& [value, number] : job.values) {
-    if (value == &row::kRmen || value == &row::kRbase) continue;  // an edit of the points set them
-    Require(job.table, value->name, SetValue(*value, dataset, number));
+void SetValues(const ChosenDataset& chosen, Dataset& dataset) {
+  if (const JobDataset* job = LastWith(chosen, &JobDataset::speed)) {
+    Require(job->table, "speed", SetSpeed(dataset, *job->speed));
+  }
+  for (const RowValue& value : RowValues) {
+    if (&value == &row::kRmen || &value == &row::kRbase)
+      continue;  // an edit of the points set them
+    const JobDataset* job = LastWith(chosen, &JobDataset::values, value);
+    if (job == nullptr) continue;
+    Require(job->table, value.name, SetValue(value, dataset, job->values.at(&value)));
   }
 }
 
-void Rename(const JobDataset& job, Dataset& dataset, Host& host) {
-  if (!job.name) return;
+void Rename(const ChosenDataset& chosen, Dataset& dataset, Host& host) {
+  const JobDataset* job = LastWith(chosen, &JobDataset::name);
+  if (job == nullptr) return;
   const bool wasBlank = IsBlank(dataset);
-  if (!RenameDataset(dataset, *job.name, host)) job.table.Fail("name", "the name was refused");
+  if (!RenameDataset(dataset, *job->name, host)) job->table.Fail("name", "the name was refused");
   if (IsBlank(dataset) != wasBlank) {
-    job.table.Fail("name", "only a dataset loaded as a blank has a name that begins with BL_");
+    job->table.Fail("name", "only a dataset loaded as a blank has a name that begins with BL_");
   }
 }
 
 // The link of a dataset that stands in row `row` of the page.
 RowLink LinkOf(const JobDataset& job, int row, const QuorvaneModule& module) {
-  const std::size_t place = PlaceOf(job.table, "link_to", *job.linkTo, module.Store);
-  const std::optional<int> target = RowOfDataset(module.Setup, static_cast<int>(place));
+  const int position = PositionOf(job.table, "link_to", *job.linkTo, module.Store);
+  const std::optional<int> target = RowOfDataset(module.Setup, position);
   if (!target) job.table.Fail("link_to", "that dataset is not in the fit");
   return {row, *target};
 }
 
 // Whether the job says to what the dataset of `row` is linked.
-bool NamesLink(const Job& job, const FitSetup& setup, int row) {
-  const int number = setup.FitSetList[static_cast<std::size_t>(row)] + 1;
-  return std::any_of(job.datasets.begin(), job.datasets.end(), [&](const JobDataset& dataset) {
-    return dataset.number == number && dataset.linkTo;
+bool NamesLink(const std::vector<ChosenDataset>& datasets, const FitSetup& setup, int row) {
+  const int position = setup.FitSetList[static_cast<std::size_t>(row)];
+  return std::any_of(datasets.begin(), datasets.end(), [&](const ChosenDataset& dataset) {
+    return dataset.position == position && LastWith(dataset, &JobDataset::linkTo) != nullptr;
   });
 }
 
+// Checks and cell geometry of a row.
+void SetRow(const ChosenDataset& chosen, int row, QuorvaneModule& module) {
+  for (const RowCheck& check : RowChecks) {
+    const JobDataset* job = LastWith(chosen, &JobDataset::checks, check);
+    if (job != nullptr) SetCheck(check, module.Setup, row, job->checks.at(&check));
+  }
+  if (const JobDataset* job = LastWith(chosen, &JobDataset::cellGeometry)) {
+    Require(job->table, "cell_geometry", SetCellGeometry(module, row, *job->cellGeometry));
+  }
+}
+
 // The rows of the page; what is said of datasets outside the fit does not count.
-void SetRows(const Job& job, QuorvaneModule& module) {
+void SetRows(const Job& job, const std::vector<ChosenDataset>& datasets, QuorvaneModule& module) {
   FitSetup& setup = module.Setup;
   std::vector<RowLink> links;
   std::vector<const JobDataset*> linked;  // null for a link that the page had
   for (int row = 0; row < setup.NumFitSets; ++row) {
-    if (!IsLinked(setup, row) || NamesLink(job, setup, row)) continue;
+    if (!IsLinked(setup, row) || NamesLink(datasets, setup, row)) continue;
     links.push_back({row, setup.RefLink[static_cast<std::size_t>(row)]});
     linked.push_back(nullptr);
   }
-  for (const JobDataset& dataset : job.datasets) {
-    const std::optional<int> row = RowOfDataset(setup, dataset.number - 1);
+  for (const ChosenDataset& dataset : datasets) {
+    const std::optional<int> row = RowOfDataset(setup, dataset.position);
     if (!row) continue;
-    for (const auto& [check, checked] : dataset.checks) SetCheck(*check, setup, *row, checked);
-    if (dataset.linkTo) {
-      links.push_back(LinkOf(dataset, *row, module));
-      linked.push_back(&dataset);
-    }
-    if (dataset.cellGeometry) {
-      Require(dataset.table, "cell_geometry", SetCellGeometry(module, *row, *dataset.cellGeometry));
+    SetRow(dataset, *row, module);
+    if (const JobDataset* linker = LastWith(dataset, &JobDataset::linkTo)) {
+      links.push_back(LinkOf(*linker, *row, module));
+      linked.push_back(linker);
     }
   }
   const std::optional<LinkRefusal> refused = LinkRows(setup, links);
@@ -219,22 +248,27 @@ LoadOutcome ApplyLoads(const Job& job, QuorvaneModule& module, Host& host) {
   return LoadOutcome::kLoaded;
 }
 
-void ApplyDatasets(const Job& job, QuorvaneModule& module, Host& host) {
+std::vector<ChosenDataset> ApplyDatasets(const Job& job, QuorvaneModule& module, Host& host) {
   DatasetStore& store = module.Store;
-  for (const JobDataset& entry : job.datasets) {
-    const std::size_t place = PlaceOf(entry.table, "number", entry.number, store);
-    Rename(entry, store.Datasets[place], host);
-    if (entry.use) {
-      Require(entry.table, "use", ChooseForFit(store, static_cast<int>(place), *entry.use));
+  std::vector<ChosenDataset> datasets = ChooseDatasets(job.datasets, store);
+  for (const ChosenDataset& chosen : datasets) {
+    Dataset& dataset = store.Datasets[static_cast<std::size_t>(chosen.position)];
+    Rename(chosen, dataset, host);
+    if (const JobDataset* user = LastWith(chosen, &JobDataset::use)) {
+      Require(user->table, "use", ChooseForFit(store, chosen.position, *user->use));
     }
-    Blank(entry, place, store, host);
-    EditPoints(entry, store.Datasets[place]);
-    SetValues(entry, store.Datasets[place]);
-    if (entry.linkTo) PlaceOf(entry.table, "link_to", *entry.linkTo, store);
+    Blank(chosen, store, host);
+    EditPoints(chosen, dataset);
+    SetValues(chosen, dataset);
+    if (const JobDataset* linker = LastWith(chosen, &JobDataset::linkTo)) {
+      PositionOf(linker->table, "link_to", *linker->linkTo, store);
+    }
   }
+  return datasets;
 }
 
-bool ApplyFit(const Job& job, QuorvaneModule& module, Host& host) {
+bool ApplyFit(const Job& job, const std::vector<ChosenDataset>& datasets, QuorvaneModule& module,
+              Host& host) {
   const JobFit& fit = *job.fit;
   FitSetup& setup = module.Setup;
   const FitSetup before = setup;
@@ -250,7 +284,7 @@ bool ApplyFit(const Job& job, QuorvaneModule& module, Host& host) {
   if (job.temperature) Require(SetTemperature(setup, *job.temperature));
   setup.UseMassConservation = fit.useMassConservation.value_or(setup.UseMassConservation);
   setup.CalcLoadingConcs = fit.calcLoadingConcs.value_or(setup.CalcLoadingConcs);
-  SetRows(job, module);
+  SetRows(job, datasets, module);
   SetSharedValues(fit, constrain, module);
   return true;
 }

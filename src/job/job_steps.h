@@ -22,13 +22,15 @@ LoadResult LoadOne(const JobLoad& load, DatasetStore& store, Host& host);
 // otherwise kLoaded.
 LoadOutcome ApplyLoads(const Job& job, QuorvaneModule& module, Host& host);
 
-// Names, blanks, deleted points and values of the datasets. Throws JobFault.
-void ApplyDatasets(const Job& job, QuorvaneModule& module, Host& host);
+// Names, blanks, deleted points and values of the datasets. Hands back which datasets the tables
+// chose, since names and speeds may be others now. Throws JobFault.
+std::vector<ChosenDataset> ApplyDatasets(const Job& job, QuorvaneModule& module, Host& host);
 
 // "Setup Fit" and what the job changes on the page. A page that stands already, as the archive of
 // the job brought it, gives the defaults of what the job does not say. False, with a message, if no
 // dataset is chosen. Throws JobFault, and SubscriptFault for more than 101 datasets.
-bool ApplyFit(const Job& job, QuorvaneModule& module, Host& host);
+bool ApplyFit(const Job& job, const std::vector<ChosenDataset>& datasets, QuorvaneModule& module,
+              Host& host);
 
 // The request of [confidence] for the fit that the job sets up. Throws JobFault for a parameter
 // that the model does not have or that is held.

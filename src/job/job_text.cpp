@@ -216,10 +216,10 @@ bool BringsBack(const std::string& text, const fs::path& folder, const QuorvaneM
     QuietHost host;
     ApplyConstants(parsed->job, scratch);
     if (ApplyLoads(parsed->job, scratch, host) != LoadOutcome::kLoaded) return false;
-    ApplyDatasets(parsed->job, scratch, host);
+    const auto datasets = ApplyDatasets(parsed->job, scratch, host);
     if (!SameDatasets(scratch.Store, module.Store)) return false;
     if (!parsed->job.fit) return true;
-    if (!ApplyFit(parsed->job, scratch, host)) return false;
+    if (!ApplyFit(parsed->job, datasets, scratch, host)) return false;
     scratch.ChosenModel = module.ChosenModel;
     return SamePage(module, scratch);
   } catch (const JobFault&) {  // such as a value that a page would not take

@@ -48,13 +48,18 @@ std::optional<double> TableReader::Number(std::string_view key) {
 std::optional<int> TableReader::Integer(std::string_view key) {
   const toml::node* node = Find(key);
   if (node == nullptr) return std::nullopt;
-  const toml::value<std::int64_t>* value = node->as_integer();
-  if (value == nullptr) Fail(key, "an integer is wanted");
-  if (value->get() < std::numeric_limits<int>::min() ||
-      value->get() > std::numeric_limits<int>::max()) {
-    Fail(key, "the number is out of range");
-  }
-  return static_cast<int>(value->get());
+  return IntegerOf(key, *node);
+}
+
+std::vector<int> TableReader::Integers(std::string_view key) {
+  const toml::node* node = Find(key);
+  if (node == nullptr) return {};
+  const toml::array* array = node->as_array();
+  if (array == nullptr) return {IntegerOf(key, *node)};
+  if (array->empty()) Fail(key, "at least one number is wanted");
+  std::vector<int> integers;
+  for (const toml::node& element : *array) integers.push_back(IntegerOf(key, element));
+  return integers;
 }
 
 std::optional<bool> TableReader::Flag(std::string_view key) {
@@ -199,6 +204,16 @@ void TableReader::RefuseUnknownKeys() const {
 const toml::node* TableReader::Find(std::string_view key) {
   asked_.emplace(key);
   return table_->get(key);
+}
+
+int TableReader::IntegerOf(std::string_view key, const toml::node& node) const {
+  const toml::value<std::int64_t>* value = node.as_integer();
+  if (value == nullptr) Fail(key, "an integer is wanted");
+  if (value->get() < std::numeric_limits<int>::min() ||
+      value->get() > std::numeric_limits<int>::max()) {
+    Fail(key, "the number is out of range");
+  }
+  return static_cast<int>(value->get());
 }
 
 double TableReader::NumberOf(std::string_view key, const toml::node& node) const {

@@ -46,6 +46,8 @@ class TableReader {
   // The value of a key, nothing if it is absent. Numbers are finite; an integer serves as one.
   std::optional<double> Number(std::string_view key);
   std::optional<int> Integer(std::string_view key);
+  // One integer or a list of some; none if it is absent.
+  std::vector<int> Integers(std::string_view key);
   std::optional<bool> Flag(std::string_view key);
   std::optional<std::string> Text(std::string_view key);
   std::optional<std::variant<int, std::string>> IntegerOrText(std::string_view key);
@@ -75,6 +77,7 @@ class TableReader {
   std::vector<std::string> TextsOf(std::string_view key, const toml::node& node) const;
   std::string EntryOf(std::string_view key, const toml::node& node) const;
   double NumberOf(std::string_view key, const toml::node& node) const;
+  int IntegerOf(std::string_view key, const toml::node& node) const;
   std::pair<double, double> RangeOf(std::string_view key, const toml::node& node) const;
 
   std::string file_;

@@ -48,14 +48,33 @@ void Change(Dataset& dataset, const EditState& from, const EditState& to) {
 }  // namespace
 
 void EditHistory::Apply(Dataset& dataset, int position, const std::function<void(Dataset&)>& edit) {
+  Keep(dataset, position, edit, 0);
+}
+
+std::vector<int> EditHistory::ApplyToMany(std::vector<Dataset>& datasets,
+                                          std::span<const int> positions,
+                                          const std::function<void(Dataset&)>& edit) {
+  ++command_;
+  std::vector<int> changed;
+  for (const int position : positions) {
+    if (Keep(datasets[static_cast<std::size_t>(position)], position, edit, command_)) {
+      changed.push_back(position);
+    }
+  }
+  return changed;
+}
+
+bool EditHistory::Keep(Dataset& dataset, int position, const std::function<void(Dataset&)>& edit,
+                       int command) {
   EditState before = StateOf(dataset);
   edit(dataset);
   EditState after = StateOf(dataset);
-  if (SamePoints(before, after) && SameEnds(before, after)) return;
+  if (SamePoints(before, after) && SameEnds(before, after)) return false;
   const auto place = static_cast<std::size_t>(position);
   if (logs_.size() <= place) logs_.resize(place + 1);
-  logs_[place].back.push_back({std::move(after), std::move(before)});
+  logs_[place].back.push_back({std::move(after), std::move(before), command});
   logs_[place].forth.clear();
+  return true;
 }
 
 bool EditHistory::CanUndo(const Dataset& dataset, int position) const {
@@ -78,6 +97,29 @@ void EditHistory::Redo(Dataset& dataset, int position) {
   if (place < logs_.size()) Take(logs_[place].forth, logs_[place].back, dataset);
 }
 
+bool EditHistory::EndsWithCommand(std::size_t place, const Dataset& dataset) const {
+  const Steps& steps = logs_[place].back;
+  return !steps.empty() && command_ != 0 && steps.back().command == command_ &&
+         Fits(StateOf(dataset), steps.back().from, steps.back().to);
+}
+
+bool EditHistory::CanUndoCommand(const std::vector<Dataset>& datasets) const {
+  for (std::size_t place = 0; place < logs_.size() && place < datasets.size(); ++place) {
+    if (EndsWithCommand(place, datasets[place])) return true;
+  }
+  return false;
+}
+
+std::vector<int> EditHistory::UndoCommand(std::vector<Dataset>& datasets) {
+  std::vector<int> undone;
+  for (std::size_t place = 0; place < logs_.size() && place < datasets.size(); ++place) {
+    if (!EndsWithCommand(place, datasets[place])) continue;
+    Undo(datasets[place], static_cast<int>(place));
+    undone.push_back(static_cast<int>(place));
+  }
+  return undone;
+}
+
 void EditHistory::Forget(int position) {
   if (static_cast<std::size_t>(position) < logs_.size()) logs_.erase(logs_.begin() + position);
 }
@@ -95,7 +137,7 @@ void EditHistory::Take(Steps& steps, Steps& opposite, Dataset& dataset) {
   Step step = std::move(steps.back());
   steps.pop_back();
   Change(dataset, step.from, step.to);
-  opposite.push_back({std::move(step.to), std::move(step.from)});
+  opposite.push_back({std::move(step.to), std::move(step.from), step.command});
 }
 
 }  // namespace quorvane

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <functional>
+#include <span>
 #include <vector>
 
 #include "scan/dataset.h"
@@ -25,6 +26,11 @@ class EditHistory {
   // then no longer be redone. An edit that changes nothing is not kept.
   void Apply(Dataset& dataset, int position, const std::function<void(Dataset&)>& edit);
 
+  // Runs `edit` on each of the datasets at `positions` as one command, and hands back the positions
+  // where it changed something. Each can be undone by itself, or all at once by UndoCommand.
+  std::vector<int> ApplyToMany(std::vector<Dataset>& datasets, std::span<const int> positions,
+                               const std::function<void(Dataset&)>& edit);
+
   bool CanUndo(const Dataset& dataset, int position) const;
   bool CanRedo(const Dataset& dataset, int position) const;
 
@@ -33,6 +39,11 @@ class EditHistory {
   // that was typed, no longer fits: it is passed over and forgotten.
   void Undo(Dataset& dataset, int position);
   void Redo(Dataset& dataset, int position);
+
+  // Takes the last command of ApplyToMany back wherever it is still the last edit of a dataset, and
+  // hands back the positions.
+  bool CanUndoCommand(const std::vector<Dataset>& datasets) const;
+  std::vector<int> UndoCommand(std::vector<Dataset>& datasets);
 
   // The dataset at `position` was unloaded; later ones have moved up.
   void Forget(int position);
@@ -43,6 +54,7 @@ class EditHistory {
   struct Step {
     EditState from;
     EditState to;
+    int command = 0;  // of ApplyToMany; 0: an edit of one dataset
   };
   using Steps = std::vector<Step>;  // the next one is at the end
   struct Log {
@@ -50,9 +62,13 @@ class EditHistory {
     Steps forth;
   };
 
+  // False if nothing changed.
+  bool Keep(Dataset& dataset, int position, const std::function<void(Dataset&)>& edit, int command);
+  bool EndsWithCommand(std::size_t place, const Dataset& dataset) const;
   static bool AnyFits(const Steps& steps, const Dataset& dataset);
   static void Take(Steps& steps, Steps& opposite, Dataset& dataset);
 
+  int command_ = 0;        // the last of ApplyToMany; 0 if there was none
   std::vector<Log> logs_;  // by position; positions without edits may be missing at the end
 };
 

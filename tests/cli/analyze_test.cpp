@@ -92,6 +92,66 @@ TEST_F(AnalyzeTest, FitsTwoScansAndSaysSoEverywhere) {
   ExpectFiles();
 }
 
+TEST_F(AnalyzeTest, TablesChooseDatasetsAndTheLastOneCounts) {
+  WriteScan("00003.RA3", 20000);
+  ASSERT_EQ(Analyze(std::string(kTwoScans) + R"(
+[[load]]
+file = "00003.RA3"
+[[load]]
+file = "00003.RA3"
+blank = true
+[[dataset]]
+number = "all"
+ext_coeff = 5
+delete_outside = [6.45, 6.55]
+restore = [[6.42, 6.43]]
+fit_baseline = false
+[[dataset]]
+channel = "A"
+speed_is = 20000
+speed = 21000
+meniscus = 6.3
+[[dataset]]
+number = [2, 1, 2]
+ext_coeff = 7
+delete_outside = [6.40, 6.55]
+[[dataset]]
+speed_is = 20000
+name = "renamed"
+number_of_tables = 5
+)"),
+            2);  // no such key: nothing was done
+  const std::string head = ReadText(folder / "job.toml");
+  ASSERT_EQ(Analyze(head.substr(0, head.rfind("[[dataset]]")) + R"([[dataset]]
+number = 2
+name = "renamed"
+base = 6.61
+[[dataset]]
+cell = 3
+link_to = 1
+[fit]
+model = 6
+repeat = 1
+time_limit = 0.001
+)"),
+            1);
+  const json datasets = Result()["datasets"];
+  const auto column = [&](const char* key) {
+    json values;
+    for (const json& dataset : datasets) values.push_back(dataset[key]);
+    return values;
+  };
+  EXPECT_EQ(column("ext_coeff"), json({7.0, 7.0, 5.0, 1.0}));  // the blank is left alone
+  EXPECT_EQ(column("speed"), json({14000, 21000, 21000, 20000}));
+  EXPECT_EQ(column("edited"), json({true, true, true, false}));
+  EXPECT_EQ(column("name"),
+            json({"1_3A14280.dat", "renamed", "3_3A20280.dat", "BL_3_3A20280.dat"}));
+  EXPECT_EQ(datasets[1]["meniscus"], 6.3);
+  EXPECT_EQ(datasets[1]["base"], 6.61);
+  // 0.2 / 59 cm apart: 45 in [6.40, 6.55]; 30 in [6.45, 6.55] and 3 restored.
+  EXPECT_EQ(column("good_points"), json({45, 45, 33, 60}));
+}
+
 TEST_F(AnalyzeTest, WritesTheReportOfAFinishedFitOnly) {
   const std::string job = std::string(kTwoScans) + "[fit]\nmodel = \"Ideal\"\n";
   const std::string held = "[fit.parameters]\nMW = { fit = false }\n";

@@ -75,3 +75,26 @@ TEST(EditHistory, LeavesWhatWasTypedSince) {
   EXPECT_EQ(d.Rmen, 5.95);
   EXPECT_FALSE(history.CanUndo(d, 0));
 }
+
+TEST(EditHistory, ACommandOnManyIsTakenBackWhereItCameLast) {
+  EditHistory history;
+  std::vector<Dataset> all(4, Sample());
+  const auto erase = [](double x) {
+    return [x](Dataset& edited) { DeleteInside(edited, {x, 0.0, x, 9.0}); };
+  };
+  erase(6.0)(all[3]);
+  EXPECT_FALSE(history.CanUndoCommand(all));
+  const std::vector<int> aims = {0, 2, 3};
+  EXPECT_EQ(history.ApplyToMany(all, aims, erase(6.0)), (std::vector<int>{0, 2}));
+  EXPECT_FALSE(history.CanUndo(all[3], 3));
+  history.Apply(all[2], 2, erase(6.1));
+  EXPECT_EQ(history.UndoCommand(all), std::vector<int>{0});  // 2 was edited since
+  EXPECT_EQ(States(all[0]) + States(all[2]), "+++---+-");
+  EXPECT_FALSE(history.CanUndoCommand(all));
+  history.Redo(all[0], 0);  // each by itself
+  history.Undo(all[2], 2);
+  all.erase(all.begin() + 1);
+  history.Forget(1);
+  EXPECT_EQ(history.UndoCommand(all), (std::vector<int>{0, 1}));
+  EXPECT_EQ(States(all[0]) + States(all[1]) + States(all[2]), "+++-+++--++-");
+}

@@ -64,3 +64,23 @@ TEST(PointEdits, ReachThePointsOfTheirSide) {
     EXPECT_TRUE(d.R == Sample().R && d.C == Sample().C);
   }
 }
+
+// A wider range brings back what it takes in, and not what was struck out inside the old one.
+TEST(PointEdits, ARangeIsKept) {
+  Dataset d = Sample();  // "+-++++"
+  const struct {
+    RadiusSpan span;
+    const char* states;
+  } steps[] = {{{6.0, 6.4}, "+-+++-"}, {{6.2, 6.3}, "--++--"}, {{6.1, 6.3}, "-+++--"},
+               {{5.0, 7.0}, "++++++"}, {{7.0, 8.0}, "------"}, {{6.1, 6.2}, "-++---"}};
+  for (const auto& [span, states] : steps) {
+    const int kept = CountKept(d, span);
+    KeepRange(d, span);
+    EXPECT_EQ(States(d), states);
+    EXPECT_EQ(CountGoodPoints(d), kept) << states;
+    EXPECT_EQ(d.RefRadius, CalcRefRadius(d));
+  }
+  EXPECT_EQ(KeptRange(d), (RadiusSpan{6.1, 6.2}));
+  KeepRange(d, {7.0, 8.0});
+  EXPECT_FALSE(KeptRange(d));
+}

@@ -92,6 +92,7 @@ void DataWindow::ConnectTabs() {
   connect(control_, &FitControlTab::KDisplayChosen, this, &DataWindow::KDisplayChosen);
   connect(control_, &FitControlTab::MwDisplayChosen, this, &DataWindow::MwDisplayChosen);
   connect(edit_, &EditTab::Edited, control_, &FitControlTab::ShowValues);
+  connect(edit_, &EditTab::Opened, loaded_, &LoadedDataTab::ShowEditStates);
   connect(edit_, &EditTab::PointerMoved, this, [this](double x, double y) {
     status_->setText(
         QString::fromStdString(FormatNumber(x, "##.####") + "," + FormatNumber(y, "##0.####")));
@@ -222,7 +223,6 @@ void DataWindow::AfterStoreChange() {
 
 void DataWindow::EditDataset(int dataset) {
   edit_->ShowDataset(dataset);
-  loaded_->Rebuild();  // its button tells that it was opened
   dataTab_->setCurrentIndex(kEdit);
 }
 

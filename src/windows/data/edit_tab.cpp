@@ -3,15 +3,19 @@
 #include <QAction>
 #include <QHBoxLayout>
 #include <QKeyEvent>
+#include <QLabel>
 #include <QMenu>
 #include <QPushButton>
 #include <QVBoxLayout>
 
 #include "base/host.h"
 #include "core/page/dataset_rules.h"
+#include "core/page/kept_range.h"
 #include "plot/point_chart.h"
 #include "scan/point_plot.h"
 #include "windows/controls/control_names.h"
+#include "windows/data/dataset_strip.h"
+#include "windows/data/range_line.h"
 #include "windows/session/session.h"
 
 namespace quorvane {
@@ -74,8 +78,36 @@ void EditTab::BuildWidgets() {
   buttons->addWidget(cmdUndoEdit_);
   buttons->addWidget(cmdRedoEdit_);
   auto* layout = new QVBoxLayout(this);
+  range_ = new RangeLine;
   layout->addWidget(editTChart_, 1);
   layout->addLayout(buttons);
+  layout->addWidget(range_);
+  layout->addWidget(places_ = BuildPlaces());
+}
+
+// Which dataset is shown, the way to its neighbours, and the strip of all.
+QWidget* EditTab::BuildPlaces() {
+  lblEditPlace_ = Named(new QLabel, "lblEditPlace");
+  lblEditPlace_->setAlignment(Qt::AlignCenter);
+  lblEditPlace_->setAccessibleName(tr("Dataset shown"));
+  cmdPrevDataset_ = MakeButton("cmdPrevDataset", tr("Previous"),
+                               tr("Open the dataset before this one (Ctrl+Page Up)"));
+  cmdNextDataset_ =
+      MakeButton("cmdNextDataset", tr("Next"), tr("Open the next dataset (Ctrl+Page Down)"));
+  strip_ = Named(new DatasetStrip(session_), "lstDatasets");
+  auto* steps = new QVBoxLayout;
+  steps->addStretch();
+  for (QWidget* part :
+       std::initializer_list<QWidget*>{lblEditPlace_, cmdPrevDataset_, cmdNextDataset_}) {
+    steps->addWidget(part);
+  }
+  steps->addStretch();
+  auto* places = new QWidget;
+  auto* layout = new QHBoxLayout(places);
+  layout->setContentsMargins(0, 0, 0, 0);
+  layout->addLayout(steps);
+  layout->addWidget(strip_, 1);
+  return places;
 }
 
 void EditTab::BuildMenu() {
@@ -88,14 +120,19 @@ void EditTab::BuildMenu() {
   RestInMarq_ = AddEntry("RestInMarq", tr("Restore Inside"), Qt::Key_R);
   mnuCopyToLog_ = AddEntry("mnuCopyToLog", tr("Copy to Logfile"), Qt::CTRL | Qt::Key_C);
   AddEntry("CancelEdit", tr("Cancel"), {});
-  undo_ = Named(new QAction(tr("Undo"), this), "UndoEdit");
-  undo_->setShortcuts({Qt::CTRL | Qt::Key_Z});
-  redo_ = Named(new QAction(tr("Redo"), this), "RedoEdit");
-  redo_->setShortcuts({Qt::CTRL | Qt::Key_Y, Qt::CTRL | Qt::SHIFT | Qt::Key_Z});
-  for (QAction* action : {undo_, redo_}) {
-    action->setShortcutContext(Qt::WidgetWithChildrenShortcut);
-    addAction(action);
-  }
+  undo_ = AddKey("UndoEdit", tr("Undo"), {Qt::CTRL | Qt::Key_Z});
+  redo_ = AddKey("RedoEdit", tr("Redo"), {Qt::CTRL | Qt::Key_Y, Qt::CTRL | Qt::SHIFT | Qt::Key_Z});
+  previous_ = AddKey("PrevDataset", tr("Previous dataset"), {Qt::CTRL | Qt::Key_PageUp});
+  next_ = AddKey("NextDataset", tr("Next dataset"), {Qt::CTRL | Qt::Key_PageDown});
+}
+
+QAction* EditTab::AddKey(const char* name, const QString& caption,
+                         const QList<QKeySequence>& keys) {
+  auto* action = Named(new QAction(caption, this), name);
+  action->setShortcuts(keys);
+  action->setShortcutContext(Qt::WidgetWithChildrenShortcut);
+  addAction(action);
+  return action;
 }
 
 QAction* EditTab::AddEntry(const char* name, const QString& caption, const QKeySequence& key) {
@@ -125,6 +162,18 @@ void EditTab::ConnectSignals() {
   connect(cmdRedoEdit_, &QPushButton::clicked, this, &EditTab::Redo);
   connect(undo_, &QAction::triggered, this, &EditTab::Undo);
   connect(redo_, &QAction::triggered, this, &EditTab::Redo);
+  ConnectAdditions();
+}
+
+void EditTab::ConnectAdditions() {
+  connect(cmdPrevDataset_, &QPushButton::clicked, this, [this] { Step(-1); });
+  connect(cmdNextDataset_, &QPushButton::clicked, this, [this] { Step(1); });
+  connect(previous_, &QAction::triggered, this, [this] { Step(-1); });
+  connect(next_, &QAction::triggered, this, [this] { Step(1); });
+  connect(strip_, &DatasetStrip::Chosen, this, &EditTab::ShowDataset);
+  connect(range_, &RangeLine::KeepRequested, this, &EditTab::KeepTypedRange);
+  connect(range_, &RangeLine::SameChannelRequested, this, &EditTab::KeepInSameChannel);
+  connect(range_, &RangeLine::UndoSameChannelRequested, this, &EditTab::UndoSameChannel);
 }
 
 void EditTab::ConnectPointEdit(QAction* entry, PointEdit edit) {
@@ -148,7 +197,10 @@ void EditTab::ShowDataset(int position) {
   static_cast<void>(OpenForEditing(dataset));  // a blank is shown all the same
   mnuEditData_->close();
   editTChart_->SetChart(DatasetChart(dataset, Lines::kAsRecorded));
+  range_->Forget();
   UpdateActions();
+  UpdatePlace();
+  emit Opened();
 }
 
 void EditTab::Clear() {
@@ -157,7 +209,9 @@ void EditTab::Clear() {
   Chart empty;
   empty.title = tr("Open a dataset by its button on the tab \"Loaded Data\"").toStdString();
   editTChart_->SetChart(empty);
+  range_->Forget();
   UpdateActions();
+  UpdatePlace();
 }
 
 void EditTab::Redraw() {
@@ -165,6 +219,7 @@ void EditTab::Redraw() {
     editTChart_->UpdateChart(DatasetChart(*dataset, Lines::kStay));
   }
   UpdateActions();
+  UpdatePlace();
 }
 
 Chart EditTab::DatasetChart(const Dataset& dataset, Lines lines) {
@@ -191,6 +246,7 @@ void EditTab::SetCalculating(bool on) {
   mnuEditData_->close();
   setEnabled(!on);
   UpdateActions();
+  UpdatePlace();
 }
 
 void EditTab::UpdateActions() {
@@ -206,6 +262,24 @@ void EditTab::UpdateActions() {
   redo_->setEnabled(isEnabled() && editable && edits.CanRedo(*dataset, EditDataset_));
   cmdUndoEdit_->setEnabled(undo_->isEnabled());
   cmdRedoEdit_->setEnabled(redo_->isEnabled());
+  range_->ShowKept(editable ? KeptRange(*dataset) : std::nullopt);
+  range_->SetAvailable(editable, edits.CanUndoCommand(session_.Module.Store.Datasets));
+}
+
+void EditTab::UpdatePlace() {
+  const int count = session_.Module.Store.NumDatasets();
+  places_->setVisible(count > 1);
+  if (Shown() == nullptr) {
+    lblEditPlace_->setText(tr("%1 datasets").arg(count));
+  } else {
+    lblEditPlace_->setText(tr("%1 of %2").arg(EditDataset_ + 1).arg(count));
+  }
+  const bool open = isEnabled() && count > 1;
+  previous_->setEnabled(open && EditDataset_ > 0);
+  next_->setEnabled(open && EditDataset_ < count - 1);
+  cmdPrevDataset_->setEnabled(previous_->isEnabled());
+  cmdNextDataset_->setEnabled(next_->isEnabled());
+  strip_->Refresh(Shown() == nullptr ? -1 : EditDataset_);
 }
 
 void EditTab::OfferActions(const ChartArea& area, const QPoint& where) {
@@ -243,6 +317,62 @@ void EditTab::Redo() {
 void EditTab::AfterEdit() {
   Redraw();
   emit Edited();
+}
+
+void EditTab::Step(int by) {
+  const int target = EditDataset_ + by;
+  if (!isVisible() || target < 0 || target >= session_.Module.Store.NumDatasets()) return;
+  ShowDataset(target);
+}
+
+void EditTab::TellRefusal(const Refusal& refusal) {
+  session_.Ask.ShowMessage(window(), tr("Keep Range"), QString::fromStdString(LineOf(refusal)),
+                           MessageIcon::kExclamation);
+}
+
+// False if it was refused, which was told.
+bool EditTab::KeepTypedRange() {
+  RadiusSpan span;
+  Refusal refusal = range_->Read(span);
+  if (!refusal) refusal = KeepRangeOf(session_.Module.Store, EditDataset_, span);
+  if (refusal) {
+    TellRefusal(refusal);
+    range_->FocusBounds();
+    return false;
+  }
+  range_->Take(span, KeptRange(*Shown()));
+  AfterEdit();
+  return true;
+}
+
+void EditTab::KeepInSameChannel() {
+  DatasetStore& store = session_.Module.Store;
+  const ChannelReach reach = range_->Reach();
+  if (const Refusal refusal = RefusalOfSpreading(store, EditDataset_, reach)) {
+    TellRefusal(refusal);
+    return;
+  }
+  RadiusSpan span;
+  if (range_->IsChanged() && !KeepTypedRange()) return;
+  if (const Refusal refusal = range_->Read(span)) {
+    TellRefusal(refusal);
+    return;
+  }
+  const SpreadRange spread = SpreadOverChannel(store, EditDataset_, span, reach);
+  AfterEdit();
+  emit Opened();
+  const QString text = QString::fromStdString(TextOf(spread, EditDataset_, span));
+  session_.Remark(text);
+  if (spread.left.empty()) return;
+  session_.Ask.ShowMessage(window(), tr("Same Channel"), text, MessageIcon::kExclamation);
+}
+
+void EditTab::UndoSameChannel() {
+  DatasetStore& store = session_.Module.Store;
+  const std::vector<int> undone = store.Edits.UndoCommand(store.Datasets);
+  AfterEdit();
+  session_.Remark(
+      tr("\"Same Channel\" was taken back in: %1.").arg(QString::fromStdString(NumbersOf(undone))));
 }
 
 void EditTab::CopyToLog() {

@@ -7,16 +7,20 @@
 #include "scan/point_edits.h"
 
 class QAction;
+class QLabel;
 class QMenu;
 class QPushButton;
 
 namespace quorvane {
 
 class ChartWidget;
+class DatasetStrip;
 class PointChart;
+class RangeLine;
 class SessionHost;
 struct Chart;
 struct ChartArea;
+struct Refusal;
 struct Session;
 
 class EditTab : public QWidget {
@@ -40,8 +44,10 @@ class EditTab : public QWidget {
   const ChartWidget& ShownChart() const;
 
  signals:
-  // Points, meniscus or base of the dataset shown have changed.
+  // Points, meniscus or base of the dataset shown, or points of others, have changed.
   void Edited();
+  // Datasets were opened for editing.
+  void Opened();
   // The pointer moved over the chart, in axis values.
   void PointerMoved(double x, double y);
 
@@ -52,9 +58,12 @@ class EditTab : public QWidget {
   using PointEdit = void (*)(Dataset& dataset, const EditRectangle& rectangle);
 
   void BuildWidgets();
+  QWidget* BuildPlaces();
   void BuildMenu();
+  QAction* AddKey(const char* name, const QString& caption, const QList<QKeySequence>& keys);
   QAction* AddEntry(const char* name, const QString& caption, const QKeySequence& key);
   void ConnectSignals();
+  void ConnectAdditions();
   void ConnectPointEdit(QAction* entry, PointEdit edit);
   void OfferActions(const ChartArea& area, const QPoint& where);
   void Edit(const std::function<void(Dataset&)>& edit);
@@ -62,6 +71,12 @@ class EditTab : public QWidget {
   void Undo();
   void Redo();
   void AfterEdit();
+  void Step(int by);
+  bool KeepTypedRange();
+  void KeepInSameChannel();
+  void UndoSameChannel();
+  void TellRefusal(const Refusal& refusal);
+  void UpdatePlace();
   void CopyToLog();
   enum class Lines { kStay, kAsRecorded };
   Chart DatasetChart(const Dataset& dataset, Lines lines);
@@ -80,6 +95,12 @@ class EditTab : public QWidget {
   QPushButton* cmdZoomOut_;
   QPushButton* cmdUndoEdit_;
   QPushButton* cmdRedoEdit_;
+  RangeLine* range_;
+  DatasetStrip* strip_;
+  QWidget* places_;  // the strip and what stands beside it
+  QLabel* lblEditPlace_;
+  QPushButton* cmdPrevDataset_;
+  QPushButton* cmdNextDataset_;
   QMenu* mnuEditData_;
   QAction* ZoomInMarq_;
   QAction* JustZoomOut_;
@@ -90,6 +111,8 @@ class EditTab : public QWidget {
   QAction* mnuCopyToLog_;
   QAction* undo_;
   QAction* redo_;
+  QAction* previous_;
+  QAction* next_;
 };
 
 }  // namespace quorvane

@@ -275,6 +275,10 @@ void LoadedDataTab::ShowEditState(int i) {
   button->setPalette(palette);
 }
 
+void LoadedDataTab::ShowEditStates() {
+  for (std::size_t i = 0; i < rows_.size(); ++i) ShowEditState(static_cast<int>(i));
+}
+
 void LoadedDataTab::ShowChoices() {
   const DatasetStore& store = session_.Module.Store;
   int samples = 0;

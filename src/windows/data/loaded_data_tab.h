@@ -29,6 +29,9 @@ class LoadedDataTab : public QWidget {
   // Shows what the store holds; a name that is being edited is lost.
   void Rebuild();
 
+  // Shows which datasets were opened for editing.
+  void ShowEditStates();
+
   // Shows which model is chosen.
   void ShowModel();
 

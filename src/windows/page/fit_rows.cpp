@@ -10,6 +10,7 @@
 #include "windows/controls/page_controls.h"
 #include "windows/controls/row_keys.h"
 #include "windows/controls/value_box.h"
+#include "windows/page/all_rows_line.h"
 #include "windows/page/row_heads.h"
 #include "windows/session/box_entry.h"
 #include "windows/session/session.h"
@@ -23,6 +24,7 @@ FitRows::FitRows(Session& session, FocusMarker& marker, QWidget* parent)
       content_(new QWidget),
       grid_(new QGridLayout(content_)),
       heads_(new RowHeads(this)),
+      all_(new AllRowsLine(session, marker, *heads_, this)),
       keys_(new RowKeys(*this)) {
   setFocusPolicy(Qt::NoFocus);
   setWidgetResizable(true);
@@ -32,9 +34,12 @@ FitRows::FitRows(Session& session, FocusMarker& marker, QWidget* parent)
   grid_->setVerticalSpacing(2);
   grid_->setHorizontalSpacing(4);
   setMinimumHeight(7 * fontMetrics().height());
-  setViewportMargins(0, heads_->sizeHint().height(), 0, 0);
+  all_->hide();
+  ReserveHeads();
   content_->installEventFilter(this);
   setWidget(content_);
+  for (QWidget* control : all_->InTabOrder()) control->installEventFilter(this);
+  connect(all_, &AllRowsLine::Entered, this, &FitRows::ShowValues);
   connect(horizontalScrollBar(), &QScrollBar::valueChanged, this, &FitRows::PlaceHeads);
 }
 
@@ -44,6 +49,8 @@ void FitRows::Rebuild() {
   content_->hide();
   while (rows_.size() > wanted) RemoveLastRow();
   while (rows_.size() < wanted) AddRow();
+  all_->setVisible(wanted > 1);  // one row needs no line to speak for it
+  ReserveHeads();
   ChainTabOrder();
   ShowParts();
   ShowValues();
@@ -60,10 +67,13 @@ void FitRows::ShowValues() {
   for (std::size_t row = 0; row < rows_.size(); ++row) {
     ShowRowValues(rows_[row], session_.Module, static_cast<int>(row));
   }
+  all_->ShowValues();
 }
 
 void FitRows::ShowRow(int row) {
-  if (AreCurrent()) ShowRowValues(rows_[static_cast<std::size_t>(row)], session_.Module, row);
+  if (!AreCurrent()) return;
+  ShowRowValues(rows_[static_cast<std::size_t>(row)], session_.Module, row);
+  all_->ShowValues();
 }
 
 bool FitRows::CommitRows() {
@@ -89,11 +99,21 @@ void FitRows::ShowParts() {
   PlaceHeads();
 }
 
+// The room over the rows that does not scroll with them.
+void FitRows::ReserveHeads() {
+  const int line = all_->isVisibleTo(this) ? all_->sizeHint().height() : 0;
+  setViewportMargins(0, heads_->sizeHint().height() + line, 0, 0);
+}
+
 void FitRows::PlaceHeads() {
   const QRect view = viewport()->geometry();
-  const int height = viewportMargins().top();
-  heads_->setGeometry(view.x(), view.y() - height, view.width(), height);
+  const int top = view.y() - viewportMargins().top();
+  const int height = heads_->sizeHint().height();
+  heads_->setGeometry(view.x(), top, view.width(), height);
   heads_->Place(*grid_, content_->x());
+  if (rows_.empty()) return;
+  all_->setGeometry(view.x(), top + height, view.width(), all_->sizeHint().height());
+  all_->Place(rows_.front(), *grid_, content_->x());
 }
 
 void FitRows::resizeEvent(QResizeEvent* event) {
@@ -107,7 +127,17 @@ bool FitRows::eventFilter(QObject* watched, QEvent* event) {
       (event->type() == QEvent::Resize || event->type() == QEvent::LayoutRequest)) {
     QMetaObject::invokeMethod(this, &FitRows::PlaceHeads, Qt::QueuedConnection);
   }
+  if (event->type() == QEvent::FocusIn && watched != content_) {
+    ShowColumn(qobject_cast<QWidget*>(watched)->geometry());
+  }
   return QScrollArea::eventFilter(watched, event);
+}
+
+// Scrolls sideways to a control of the line over the rows, which stand where they were.
+void FitRows::ShowColumn(const QRect& control) {
+  const QPoint middle(control.center().x() - content_->x(),
+                      viewport()->height() / 2 - content_->y());
+  ensureVisible(middle.x(), middle.y(), control.width(), 0);
 }
 
 void FitRows::AddRow() {
@@ -139,23 +169,22 @@ void FitRows::BindRow(ValueBox& box, int row,
   BindEntry(box, session_,
             {.enter =
                  [this, &module, row, enter = std::move(enter)](const std::string& text) {
-                   return AreCurrent() ? enter(DatasetOfRow(module, row), text) : Refusal();
+                   if (!AreCurrent()) return Refusal();
+                   Refusal refusal = enter(DatasetOfRow(module, row), text);
+                   all_->ShowValues();
+                   return refusal;
                  },
              .shown =
                  [this, &module, row, shown = std::move(shown)] {
                    return AreCurrent() ? shown(DatasetOfRow(module, row)) : std::string();
                  },
-             .name = [this, &box] { return NameOfBox(box); },
+             .name = [this, &box, row] { return NameOfBox(box, row); },
              .taken = [taken = std::move(taken)] { return taken; }});
 }
 
 // "Baseline of row 2": the head of its column, and the number of its row.
-QString FitRows::NameOfBox(QWidget& box) const {
-  int row = 0;
-  int column = 0;
-  int span = 0;
-  grid_->getItemPosition(grid_->indexOf(&box), &row, &column, &span, &span);
-  return tr("%1 of row %2").arg(heads_->CaptionOf(column)).arg(row + 1);
+QString FitRows::NameOfBox(QWidget& box, int row) const {
+  return tr("%1 of row %2").arg(heads_->CaptionOver(box, *grid_)).arg(row + 1);
 }
 
 void FitRows::ConnectBoxes(int row) {
@@ -196,8 +225,10 @@ void FitRows::ConnectChecks(int row) {
 
 void FitRows::ConnectCheck(PageCheckBox& box, const RowCheck& check, int row) {
   marker_.Watch(&box);
-  connect(&box, &PageCheckBox::clicked, this,
-          [this, &check, row](bool on) { SetCheck(check, session_.Module.Setup, row, on); });
+  connect(&box, &PageCheckBox::clicked, this, [this, &check, row](bool on) {
+    SetCheck(check, session_.Module.Setup, row, on);
+    all_->ShowValues();
+  });
   connect(&box, &PageCheckBox::CtrlReleased, this, [this, &check, row] {
     CopyToRowsBelow(session_.Module.Setup.*check.states, row);
     if (CommitRows()) ShowValues();
@@ -221,6 +252,10 @@ void FitRows::ConnectLink(int row) {
 
 void FitRows::ChainTabOrder() {
   QWidget* previous = nullptr;
+  for (QWidget* control : all_->InTabOrder()) {
+    if (previous != nullptr) setTabOrder(previous, control);
+    previous = control;
+  }
   for (const FitRow& row : rows_) {
     for (QWidget* control : row.InTabOrder()) {
       if (previous != nullptr) setTabOrder(previous, control);
@@ -235,6 +270,7 @@ QWidget* FitRows::LastInTabOrder() const {
 
 void FitRows::SetContentEnabled(bool on) {
   content_->setEnabled(on);
+  all_->setEnabled(on);
 }
 
 void FitRows::AskLink(int row) {
@@ -267,6 +303,7 @@ void FitRows::AskLink(int row) {
 void FitRows::Link(int row, int target) {
   TellEntryError(session_, window(), LinkRow(session_.Module.Setup, row, target));
   ShowRowLink(rows_[static_cast<std::size_t>(row)], session_.Module.Setup, row);
+  all_->ShowValues();
 }
 
 void FitRows::AskGeometry(int row, Qt::KeyboardModifiers modifiers) {

@@ -11,6 +11,7 @@ class QGridLayout;
 
 namespace quorvane {
 
+class AllRowsLine;
 class FocusMarker;
 class RowHeads;
 class RowKeys;
@@ -52,12 +53,14 @@ class FitRows : public QScrollArea {
   bool eventFilter(QObject* watched, QEvent* event) override;
 
  private:
+  void ReserveHeads();
   void PlaceHeads();
+  void ShowColumn(const QRect& control);
   void AddRow();
   void RemoveLastRow();
   void BindRow(ValueBox& box, int row, std::function<Refusal(Dataset&, const std::string&)> enter,
                std::function<std::string(const Dataset&)> shown, std::string taken);
-  QString NameOfBox(QWidget& box) const;
+  QString NameOfBox(QWidget& box, int row) const;
   void ConnectBoxes(int row);
   void ConnectRefConc(ValueBox& box, int row);
   void ConnectChecks(int row);
@@ -73,6 +76,7 @@ class FitRows : public QScrollArea {
   QWidget* content_;
   QGridLayout* grid_;
   RowHeads* heads_;
+  AllRowsLine* all_;
   RowKeys* keys_;
   std::vector<FitRow> rows_;
 };

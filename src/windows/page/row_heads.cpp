@@ -109,7 +109,11 @@ QLabel* RowHeads::HeadOver(int column) const {
   return heads_[static_cast<std::size_t>(head - kHeads.begin())];
 }
 
-QString RowHeads::CaptionOf(int column) const {
+QString RowHeads::CaptionOver(const QWidget& control, const QGridLayout& grid) const {
+  int row = 0;
+  int column = 0;
+  int span = 0;
+  grid.getItemPosition(grid.indexOf(&control), &row, &column, &span, &span);
   const QLabel* head = HeadOver(column);
   return head == nullptr ? QString() : head->text();
 }

@@ -21,8 +21,8 @@ class RowHeads : public QWidget {
   // Captions and visibility by model and switches; the columns of `grid` follow them.
   void Show(const FitSetup& setup, QGridLayout& grid);
 
-  // The caption of the head over column `column` of the grid.
-  QString CaptionOf(int column) const;
+  // The caption of the head over `control`, which stands in `grid`.
+  QString CaptionOver(const QWidget& control, const QGridLayout& grid) const;
 
   // Puts each head over its columns in `grid`, whose content begins at `offset` of the view.
   void Place(const QGridLayout& grid, int offset);

@@ -5,9 +5,11 @@
 
 #include <gtest/gtest.h>
 
+#include "core/page/all_rows.h"
 #include "core/page/confidence_level.h"
 #include "core/page/constants.h"
 #include "core/page/dataset_rules.h"
+#include "core/page/kept_range.h"
 #include "core/page/row_choices.h"
 #include "core/page/row_values.h"
 #include "core/page/shared_values.h"
@@ -177,4 +179,56 @@ TEST_F(PageRules, BlanksAreSubtractedOnceAndNeitherFittedNorEdited) {
   EXPECT_FALSE(TakeOffBlank(store, 0, 3, host));
   EXPECT_EQ(First().C[5], 0.0);
   EXPECT_EQ(TakeOffBlank(store, 0, 3, host).text, "a blank was subtracted already");
+}
+
+TEST_F(PageRules, OneEntryForAllRowsPassesLinkedOnesOver) {
+  module.Store.Datasets[1].RefConc = 0.7;
+  EXPECT_FALSE(LinkRow(setup, 1, 0));
+  EXPECT_FALSE(EnterInAllRows(row::kRefConc, module, "0.25"));
+  EXPECT_EQ(EnterInAllRows(row::kRefConc, module, "0").text, kIllegalValue);
+  EXPECT_EQ(EnterInAllRows(row::kRefConc, module, "much").text, kIllegalValue);
+  const auto& datasets = module.Store.Datasets;
+  EXPECT_EQ(datasets[0].RefConc, 0.25);
+  EXPECT_EQ(datasets[1].RefConc, 0.7);
+  EXPECT_EQ(datasets[2].RefConc, 0.25);
+  EXPECT_EQ(datasets[3].RefConc, EmptyDataset().RefConc);  // not in the fit
+  EXPECT_EQ(TextOfAllRows(row::kRefConc, module), "0.2500");
+  CheckInAllRows(RowChecks[1], setup, false);
+  const CheckState on = CheckState::kChecked, off = CheckState::kUnchecked;
+  EXPECT_EQ(setup.chkRefC, (std::vector<CheckState>{off, on, off}));
+  EXPECT_EQ(StateOfAllRows(RowChecks[1], setup), off);
+  SetCheck(RowChecks[0], setup, 1, false);
+  EXPECT_EQ(StateOfAllRows(RowChecks[0], setup), CheckState::kGrey);
+  First().Offset = 1.0;
+  EXPECT_EQ(TextOfAllRows(RowValues[0], module), std::nullopt);
+}
+
+TEST_F(PageRules, ARangeGoesToItsChannelAndLeavesTheRestAlone) {
+  DatasetStore& store = module.Store;  // 60 points each, from 6.40 to 6.60
+  store.Datasets[0].FileName.SetBytes("1_2A10280.dat");
+  store.Datasets[1].FileName.SetBytes("2_2A20280.dat");
+  AddScan(module, {.name = "3_2A30280.dat", .first = 6.70, .last = 6.90},
+          [](double, double) { return 0.5; });
+  RadiusSpan span;
+  EXPECT_EQ(LineOf(ParseSpan("6.5", "x", span)),
+            "Illegal Value Entered: two radii in cm are wanted");
+  EXPECT_EQ(LineOf(ParseSpan("6.5", "6.4", span)),
+            "Illegal Value Entered: the first radius must lie below the second");
+  EXPECT_FALSE(ParseSpan("6.45", "6.55", span));
+  EXPECT_EQ(KeepRangeOf(store, 0, {6.45, 6.46}).text, "fewer than 10 points would be kept");
+  EXPECT_EQ(KeepRangeOf(store, 3, span).text, "a blank cannot be edited");
+  EXPECT_EQ(RefusalOfSpreading(store, 2, ChannelReach::kAllCells).text,
+            "the name of this dataset does not tell its channel, as 12_3B20280.dat does");
+  EXPECT_FALSE(KeepRangeOf(store, 0, span));
+  EXPECT_FALSE(RefusalOfSpreading(store, 0, ChannelReach::kCellAndChannel));
+  const SpreadRange spread = SpreadOverChannel(store, 0, span, ChannelReach::kCellAndChannel);
+  EXPECT_EQ(TextOf(spread, 0, span),
+            "The range 6.45 to 6.55 cm is kept in 2 datasets: 1, 2. Left alone: 5 (fewer than 10 "
+            "points would be kept).");
+  EXPECT_EQ(KeptRange(store.Datasets[1]), KeptRange(store.Datasets[0]));
+  EXPECT_EQ(CountGoodPoints(store.Datasets[4]), 60);
+  EXPECT_EQ(store.Datasets[4].Edited + store.Datasets[2].Edited, 0.0);
+  EXPECT_EQ(store.Datasets[1].Edited, 1.0);
+  EXPECT_EQ(store.Edits.UndoCommand(store.Datasets), std::vector<int>{1});
+  EXPECT_TRUE(store.Edits.CanUndo(store.Datasets[0], 0));
 }

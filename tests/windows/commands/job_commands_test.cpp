@@ -79,8 +79,8 @@ class JobCommandsTest : public MainWindowTest {
     }
     ApplyConstants(parsed->job, module);
     EXPECT_EQ(ApplyLoads(parsed->job, module, host), LoadOutcome::kLoaded);
-    ApplyDatasets(parsed->job, module, host);
-    EXPECT_TRUE(ApplyFit(parsed->job, module, host));
+    const auto datasets = ApplyDatasets(parsed->job, module, host);
+    EXPECT_TRUE(ApplyFit(parsed->job, datasets, module, host));
     EXPECT_EQ(RunFit(module, host).ending, FitEnding::kFinished);
     return Parameters(module);
   }
@@ -196,6 +196,9 @@ TEST_F(JobCommandsTest, SaysWhatDoesNotFitAndChangesNothingForABadJob) {
       {"[[load]]\nfile = \"gone.RA1\"\n[[dataset]]\nnumber = 3\next_coeff = 2.0\n",
        "taken by their numbers", true},
       {"[[dataset]]\nnumber = 7\next_coeff = 2.0\n", "Nothing is loaded for dataset 7", true},
+      {"[[dataset]]\nchannel = \"A\"\ncell = 9\next_coeff_b = 3.0\n[[dataset]]\nnumber = 1\n"
+       "ext_coeff_b = 4.0\n[[dataset]]\nchannel = \"C\"\nspeed_is = 10000\n",
+       "Nothing is loaded for channel C, 10000 rpm.", true},
   };
   for (const auto& job : kJobs) {
     const Dataset first = session.Module.Store.Datasets[0];
@@ -209,4 +212,6 @@ TEST_F(JobCommandsTest, SaysWhatDoesNotFitAndChangesNothingForABadJob) {
     EXPECT_TRUE(session.Module.Store.UseData[0]) << job.job;
   }
   EXPECT_EQ(session.Module.Store.Datasets[2].ExtCoeff, 2.0);
+  EXPECT_EQ(session.Module.Store.Datasets[0].ExtCoeff2, 4.0);  // the last table counts
+  EXPECT_EQ(session.Module.Store.Datasets[2].ExtCoeff2, 3.0);  // in whatever cell
 }

@@ -1,12 +1,16 @@
 // Faults caught here: a marquee that takes other points than those under it or outlives its menu,
 // an edit that loses the zoom, lines that cannot be moved, a blank or a calculation that is
-// disturbed, edits that undo takes to the wrong dataset.
+// disturbed, edits that undo takes to the wrong dataset, a typed range that loses digits or goes to
+// datasets out of its channel, a strip that opens another dataset than the one chosen.
 #include "windows/data/edit_tab.h"
 
 #include <QAction>
+#include <QLabel>
 #include <QLineEdit>
+#include <QListView>
 #include <QMenu>
 #include <QPushButton>
+#include <QSignalSpy>
 
 #include <gtest/gtest.h>
 
@@ -188,6 +192,141 @@ TEST_F(EditTabTest, ABlankIsOnlyLookedAt) {
   EXPECT_EQ(entries, "++----++");
   EXPECT_FALSE(Button("cmdRestoreAll")->isEnabled() || Button("cmdSetMenBase")->isEnabled());
   menu.close();
+}
+
+// Nine datasets of three channels, 100 points each, a third of a thousandth off a round radius.
+class ChannelsTest : public EditTabTest {
+ protected:
+  ChannelsTest() {
+    session.Module.Store.Datasets.clear();
+    session.Module.Store.UseData.clear();
+    for (const char* speed : {"10280", "14280", "20280"}) {
+      for (const char letter : {'A', 'B', 'C'}) {
+        const std::string name = std::string("1_2") + letter + speed + ".dat";
+        const double first = 6.0 + 0.3 * (letter - 'A') + 1.0 / 3000;
+        AddScan(session.Module,
+                {.name = name.c_str(), .points = 100, .first = first, .last = first + 0.099},
+                [](double, double) { return 0.5; });
+      }
+    }
+    session.Remark = [this](const QString& text) { remark = text; };
+    Open(0);
+  }
+  std::string Kept() {
+    std::string counts;
+    for (const Dataset& dataset : session.Module.Store.Datasets) {
+      counts += (counts.empty() ? "" : " ") + std::to_string(CountGoodPoints(dataset));
+    }
+    return counts;
+  }
+  void Type(const char* box, const char* text) { tab.findChild<QLineEdit*>(box)->setText(text); }
+  QString Text(const char* box) { return tab.findChild<QLineEdit*>(box)->text(); }
+  QString Place() { return tab.findChild<QLabel*>("lblEditPlace")->text(); }
+
+  QString remark;
+};
+
+TEST_F(ChannelsTest, ThreeRangesTrimNineDatasets) {
+  const QSignalSpy edited(&tab, &EditTab::Edited);
+  const struct {
+    const char* from;
+    const char* to;
+    const char* kept;
+  } ranges[] = {{"6.02", "6.06", "40 100 100 40 100 100 40 100 100"},
+                {"6.32", "6.35", "40 30 100 40 30 100 40 30 100"},
+                {"6.62", "6.64", "40 30 20 40 30 20 40 30 20"}};
+  for (const auto& [from, to, kept] : ranges) {
+    Type("txtKeepFrom", from);
+    Type("txtKeepTo", to);
+    Button("cmdSameChannel")->click();
+    EXPECT_EQ(Kept(), kept);
+    EXPECT_EQ(Text("txtKeepFrom"), from);  // as typed, not the first point behind it
+    QTest::keyClick(&chart, Qt::Key_PageDown, Qt::ControlModifier);
+  }
+  EXPECT_TRUE(dialogs.messages.empty());
+  EXPECT_EQ(remark, "The range 6.62 to 6.64 cm is kept in 3 datasets: 3, 6, 9.");
+  EXPECT_EQ(Place(), "4 of 9");
+  EXPECT_EQ(edited.count(), 6);
+  Button("cmdUndoSameChannel")->click();
+  EXPECT_EQ(Kept(), "40 30 20 40 30 100 40 30 100");
+  EXPECT_FALSE(Button("cmdUndoSameChannel")->isEnabled());
+  QTest::keyClick(&chart, Qt::Key_Z, Qt::ControlModifier);  // dataset 4, by itself
+  EXPECT_EQ(Kept(), "40 30 20 100 30 100 40 30 100");
+}
+
+TEST_F(ChannelsTest, AnUntouchedBoundKeepsAllItsDigits) {
+  EXPECT_EQ(Text("txtKeepFrom"), "6.0003");  // beyond the first point by a third of 1e-4
+  Type("txtKeepTo", "6.05");
+  QTest::keyClick(tab.findChild<QLineEdit*>("txtKeepTo"), Qt::Key_Return);
+  EXPECT_EQ(Kept(), "50 100 100 100 100 100 100 100 100");
+  Type("txtKeepTo", "6.08");
+  Button("cmdKeepRange")->click();
+  EXPECT_TRUE(Kept().starts_with("80 "));  // a wider range restores
+  QTest::keyClick(tab.findChild<QLineEdit*>("txtKeepTo"), Qt::Key_Z, Qt::ControlModifier);
+  EXPECT_EQ(Text("txtKeepTo"), "6.0493");
+  for (const auto& [from, to] : {std::pair("6.05", "6.04"), std::pair("", "6.04"),
+                                 std::pair("6.04", "6.041"), std::pair("7", "8")}) {
+    const auto told = dialogs.messages.size();
+    Type("txtKeepFrom", from);
+    Type("txtKeepTo", to);
+    Button("cmdSameChannel")->click();
+    EXPECT_EQ(dialogs.messages.size(), told + 1) << from;
+    EXPECT_TRUE(Kept().starts_with("50 100 100 100 ")) << from;
+  }
+}
+
+TEST_F(ChannelsTest, WhatCannotBeKeptIsNamed) {
+  Data(3).FileName.SetBytes("BL_1_2A14280.dat");
+  for (double& radius : Data(6).R) radius += 1.0;
+  Data(7).FileName.SetBytes("1_3A20280.dat");
+  tab.findChild<QAbstractButton*>("chkAllCells")->click();
+  Button("cmdSameChannel")->click();
+  EXPECT_EQ(
+      dialogs.messages.back().text,
+      "The range 6.0003 to 6.0993 cm is kept in 1 dataset: 1. Left alone: 7 (fewer than 10 points "
+      "would be kept); 8 (fewer than 10 points would be kept).");
+  Open(3);
+  EXPECT_FALSE(Button("cmdSameChannel")->isEnabled() || Button("cmdKeepRange")->isEnabled());
+  Data(5).FileName.SetBytes("lysozyme");
+  Open(5);
+  Button("cmdSameChannel")->click();
+  EXPECT_EQ(dialogs.messages.back().text,
+            "the name of this dataset does not tell its channel, as 12_3B20280.dat does");
+}
+
+TEST_F(ChannelsTest, TheStripAndTheButtonsOpenDatasets) {
+  auto* strip = tab.findChild<QListView*>("lstDatasets");
+  const auto click = [&](int entry, Qt::KeyboardModifiers keys = {}) {
+    QTest::mouseClick(strip->viewport(), Qt::LeftButton, keys,
+                      strip->visualRect(strip->model()->index(entry, 0)).center());
+  };
+  click(2);
+  EXPECT_EQ(Place(), "3 of 9");
+  EXPECT_EQ(chart.GetChart().title, "1_2C10280.dat");
+  click(2, Qt::ControlModifier);  // the mark stays
+  EXPECT_EQ(strip->selectionModel()->selectedIndexes().value(0).row(), 2);
+  QTest::keyClick(strip, Qt::Key_End);
+  EXPECT_EQ(Place(), "9 of 9");
+  EXPECT_FALSE(Button("cmdNextDataset")->isEnabled());
+  Button("cmdPrevDataset")->click();
+  EXPECT_EQ(strip->selectionModel()->selectedIndexes().value(0).row(), 7);
+  EXPECT_EQ(strip->model()->index(7, 0).data(Qt::AccessibleTextRole).toString(),
+            "Dataset 8, 1_2B20280.dat, 100 of 100 points in use");
+  const QImage before = strip->viewport()->grab().toImage();
+  Button("cmdSetMenBase")->setFocus();
+  Type("txtKeepTo", "6.35");
+  Button("cmdKeepRange")->click();
+  EXPECT_NE(strip->viewport()->grab().toImage(), before);  // deleted points show
+  tab.Clear();
+  EXPECT_EQ(Place(), "9 datasets");
+  strip->setFocus();  // opens nothing
+  EXPECT_EQ(Place(), "9 datasets");
+  tab.SetCalculating(true);
+  QTest::keyClick(&tab, Qt::Key_PageDown, Qt::ControlModifier);
+  tab.SetCalculating(false);
+  EXPECT_EQ(Place(), "9 datasets");
+  Button("cmdNextDataset")->click();
+  EXPECT_EQ(Place(), "1 of 9");
 }
 
 TEST_F(MainWindowTest, TheEditTabFollowsColoursAndStore) {

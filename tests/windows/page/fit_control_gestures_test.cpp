@@ -1,5 +1,5 @@
-// Faults caught here: gestures and keys of the parameter page that reach the wrong rows, links in
-// chains, a focus that gets lost.
+// Faults caught here: an entry for all rows that reaches some, or linked ones; gestures and keys of
+// the parameter page that reach the wrong rows, links in chains, a focus that gets lost.
 #include <QAction>
 #include <QApplication>
 #include <QContextMenuEvent>
@@ -29,6 +29,55 @@ TEST_F(FitControlTabTest, CtrlCopiesToTheRowsBelow) {
   Find<QLineEdit>("txtExtCoeff(0)")->setText("3");  // typed, and not yet stored
   Click("txtOffset(0)", Qt::ControlModifier);
   EXPECT_EQ(Scan(0).ExtCoeff, 3.0);
+}
+
+TEST_F(FitControlTabTest, OneLineSpeaksForAllRows) {
+  SetUp(6, 4);
+  EXPECT_EQ(Find<QLineEdit>("txtAllRefConc")->placeholderText(), "0.5000");
+  Type("txtLinkTo(2)", "1");
+  Type("txtAllRefConc", "0.25");
+  EXPECT_EQ(Text("txtAllRefConc"), "");
+  EXPECT_EQ(Find<QLineEdit>("txtAllRefConc")->placeholderText(), "0.2500");
+  EXPECT_EQ(Text("txtRefConc(3)"), "0.2500");
+  EXPECT_EQ(Scan(2).RefConc, 0.5);
+  Type("txtAllRefConc", "-1");
+  EXPECT_EQ(LastMessage(), "Illegal Value Entered");
+  EXPECT_EQ(dialogs.messages.size(), 1u);
+  EXPECT_EQ(Scan(0).RefConc, 0.25);
+  Type("txtOffset(1)", "0.01");
+  EXPECT_EQ(Find<QLineEdit>("txtAllOffset")->placeholderText(), "differ");
+  Click("chkOffset(1)");
+  auto* all = Find<QCheckBox>("chkAllOffset");
+  EXPECT_EQ(all->checkState(), Qt::PartiallyChecked);
+  Click("chkAllOffset");
+  EXPECT_EQ(setup.chkOffset, std::vector<CheckState>(4, CheckState::kChecked));
+  Click("chkAllOffset");
+  EXPECT_EQ(setup.chkOffset, std::vector<CheckState>(4, CheckState::kUnchecked));
+  EXPECT_FALSE(Find<QCheckBox>("chkOffset(3)")->isChecked());
+  Find<QLineEdit>("txtAllExtCoeff2")->setText("7");  // typed, and not yet stored
+  EXPECT_TRUE(tab.CommitPending());
+  EXPECT_EQ(Scan(3).ExtCoeff2, 7.0);
+  EXPECT_EQ(Find("txtAllExtCoeff2")->accessibleName(), "Ext.Coef.B of all rows");
+  for (const char* name : {"RefConc", "ExtCoeff2"}) {  // over the columns of the rows
+    const auto place = [&](const std::string& box) {
+      return QRect(Find(box)->mapToGlobal(QPoint()), Find(box)->size());
+    };
+    EXPECT_TRUE(QTest::qWaitFor([&] {
+      const QRect above = place(std::string("txtAll") + name);
+      const QRect below = place(std::string("txt") + name + "(0)");
+      return above.left() == below.left() && above.right() == below.right();
+    })) << name;
+  }
+  EXPECT_FALSE(Find("txtAllALoad")->isVisible());
+  QWidget* last = Find("txtAllExtCoeff2");
+  tab.resize(400, tab.height());
+  last->setFocus();
+  EXPECT_TRUE(QTest::qWaitFor([&] {  // comes into sight
+    return last->x() >= 0 && last->geometry().right() < last->parentWidget()->width();
+  }));
+  session.Module.Store.UseData = {true, false, false, false};
+  ASSERT_TRUE(tab.SetupFit(*FindModel(0)));
+  EXPECT_FALSE(Find("txtAllRefConc")->isVisible());  // one row needs no such line
 }
 
 TEST_F(FitControlTabTest, LinksAreNeverChained) {
