@@ -29,7 +29,8 @@ std::vector<fs::path> ScanNamesFor(const std::vector<NamedText>& texts, const fs
     const std::string stem = PathText(text.source.stem());
     fs::path name = PathFromText(stem + extension);
     for (int k = 2; taken.contains(ToLower(PathText(name))) || isText(folder / name); ++k) {
-      name = PathFromText(stem + "-" + std::to_string(k) + extension);
+      name =
+          PathFromText(std::string(stem).append("-").append(std::to_string(k)).append(extension));
     }
     taken.insert(ToLower(PathText(name)));
     names.push_back(std::move(name));

@@ -180,6 +180,18 @@ class RowReading {
 
 }  // namespace
 
+std::string RangesText(const std::vector<std::size_t>& numbers) {
+  std::string text;
+  for (std::size_t k = 0; k < numbers.size();) {
+    std::size_t last = k;
+    while (last + 1 < numbers.size() && numbers[last + 1] == numbers[last] + 1) ++last;
+    text += (text.empty() ? "" : ", ") + std::to_string(numbers[k]);
+    if (last > k) text += "-" + std::to_string(numbers[last]);
+    k = last + 1;
+  }
+  return text;
+}
+
 std::string Counted(std::size_t count, const char* what) {
   return std::to_string(count) + " " + what + (count == 1 ? "" : "s");
 }

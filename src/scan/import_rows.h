@@ -13,6 +13,9 @@ namespace quorvane {
 // and fault.
 void ReadImportRows(const std::vector<std::string>& lines, TextImport& import);
 
+// Rising numbers as "3, 7-9".
+std::string RangesText(const std::vector<std::size_t>& numbers);
+
 // "1 row", "3 rows".
 std::string Counted(std::size_t count, const char* what);
 

@@ -26,7 +26,7 @@ void Put(std::string& header, std::size_t column, std::string_view field) {
   header.replace(column, field.size(), field);
 }
 
-std::string ToTheRight(std::string text, std::size_t width) {
+std::string ToTheRight(const std::string& text, std::size_t width) {
   return std::string(width - std::min(width, text.size()), ' ') + text;
 }
 
@@ -34,7 +34,7 @@ std::string ToTheRight(std::string text, std::size_t width) {
 std::string NumberField(double value) {
   std::string text = FormatNumber(value, "0.0000000E+00");
   if (text.size() >= kNumberWidth) text = FormatNumber(value, "0.000000E+000");
-  return ToTheRight(std::move(text), kNumberWidth);
+  return ToTheRight(text, kNumberWidth);
 }
 
 }  // namespace

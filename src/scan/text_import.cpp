@@ -192,15 +192,13 @@ class Understanding {
         return false;
       }
     }
-    std::string unused;
-    for (int column = 1; column <= std::min(result_.width, kMostNamed); ++column) {
-      if (!used.contains(column)) unused += (unused.empty() ? "" : ", ") + std::to_string(column);
+    std::vector<std::size_t> unused;
+    for (int column = 1; column <= result_.width; ++column) {
+      if (!used.contains(column)) unused.push_back(static_cast<std::size_t>(column));
     }
-    if (!unused.empty()) Remark("Columns that are not used: " + unused + ".");
+    if (!unused.empty()) Remark("Columns that are not used: " + RangesText(unused) + ".");
     return true;
   }
-
-  static constexpr int kMostNamed = 50;  // columns
 
   const ImportChoices& choices_;
   const fs::path& source_;
@@ -209,19 +207,6 @@ class Understanding {
   bool headed_ = false;  // there is the header line of a scan
   TextImport result_;
 };
-
-// "lines 3, 7-9".
-std::string LinesText(const std::vector<std::size_t>& lines) {
-  std::string text;
-  for (std::size_t k = 0; k < lines.size();) {
-    std::size_t last = k;
-    while (last + 1 < lines.size() && lines[last + 1] == lines[last] + 1) ++last;
-    text += (text.empty() ? "" : ", ") + std::to_string(lines[k]);
-    if (last > k) text += "-" + std::to_string(lines[last]);
-    k = last + 1;
-  }
-  return (lines.size() == 1 ? "line " : "lines ") + text;
-}
 
 }  // namespace
 
@@ -322,7 +307,10 @@ std::vector<std::string> UnreadableTexts(const TextImport& import) {
     }
   }
   std::vector<std::string> texts;
-  for (const auto& [reason, lines] : reasons) texts.push_back(LinesText(lines) + ": " + reason);
+  texts.reserve(reasons.size() + 1);
+  for (const auto& [reason, lines] : reasons) {
+    texts.push_back((lines.size() == 1 ? "line " : "lines ") + RangesText(lines) + ": " + reason);
+  }
   if (left > 0) texts.push_back("and " + Counted(left, "row") + " for other reasons");
   return texts;
 }

@@ -21,6 +21,7 @@
 #include "rtf/rtf_writer.h"
 #include "scan/dataset_files.h"
 #include "scan/scan_samples.h"
+#include "scan/text_import.h"
 
 using namespace quorvane;
 
@@ -208,5 +209,21 @@ TEST(DamagedInput, Settings) {
     LoadWindowPlace(store);
     EXPECT_GE(LoadLogFont(store, {}).Size, 1.0F);
     return true;  // whatever cannot be read gives the default
+  });
+}
+
+// What was understood of a damaged text is a scan that loads, point for point.
+TEST(DamagedInput, TextsToImport) {
+  std::string text = "a run\nR;3;20,0;14000;0006942;7,0870E09;280;32\n";
+  for (int k = 0; k < 60; ++k) {
+    text += "6," + std::to_string(100 + k) + ";0," + std::to_string(200 + k) + ";0,01\n";
+  }
+  ForEachMutation(text, 0.1, [](const std::string& damaged) {
+    const TextImport import = UnderstandText(damaged, {}, "data.csv", "00001.RA1");
+    if (import.state != ImportState::kReady) return false;
+    std::istringstream in(ScanFileOf(import));
+    const Dataset dataset = ReadDataset(FileKind::kIpRa, in, "00001.RA1", 1.0F, 20.0F);
+    EXPECT_EQ(static_cast<std::size_t>(dataset.NumPoints), import.rows.size());
+    return true;
   });
 }

@@ -13,9 +13,8 @@ namespace quorvane {
 namespace {
 
 std::string NameOf(const SharedParameter& value, const FitSetup& setup) {
-  const std::string name = "MW";
-  if (!setup.TwoComponentModel) return name;
-  return name + (value.place == 2 ? "(B)" : "(A)");
+  if (!setup.TwoComponentModel) return "MW";
+  return value.place == 2 ? "MW(B)" : "MW(A)";
 }
 
 std::string WeightText(double weight) {

@@ -195,10 +195,10 @@ void ImportWindow::Understand() {
 QString ImportWindow::StateOf(const Text& text) const {
   if (!text.written.isEmpty()) return text.written;
   if (!text.fault.isEmpty()) return text.fault;
-  const QString fault = choices_->Fault();
+  QString fault = choices_->Fault();
   if (!fault.isEmpty()) return fault;
   if (text.import.state != ImportState::kReady) return QString::fromStdString(text.import.fault);
-  const QString rows = tr("%1 rows").arg(text.import.rows.size());
+  QString rows = tr("%1 rows").arg(text.import.rows.size());
   if (text.import.unreadable.empty()) return rows;
   return tr("%1, %2 cannot be read").arg(rows).arg(text.import.unreadable.size());
 }
