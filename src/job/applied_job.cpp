@@ -68,7 +68,7 @@ class Places {
 
   // "dataset 3 of the job (channel C, 10000 rpm)"
   std::string Name(int number) const {
-    const std::string name = "dataset " + std::to_string(number) + " of the job";
+    std::string name = "dataset " + std::to_string(number) + " of the job";
     if (number > static_cast<int>(own_.size())) return name;
     return name + " (" + TextOf(LikenessOf(own_[static_cast<std::size_t>(number - 1)])) + ")";
   }

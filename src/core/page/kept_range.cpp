@@ -77,6 +77,16 @@ SpreadRange SpreadOverChannel(DatasetStore& store, int position, const RadiusSpa
   return spread;
 }
 
+std::optional<int> NextUntrimmed(const DatasetStore& store, int position) {
+  const int n = store.NumDatasets();
+  for (int step = 1; step < n; ++step) {
+    const int next = (position + step) % n;
+    const Dataset& dataset = store.Datasets[static_cast<std::size_t>(next)];
+    if (!RefusalOfEditing(dataset) && CountGoodPoints(dataset) == dataset.NumPoints) return next;
+  }
+  return std::nullopt;
+}
+
 std::string TextOf(const SpreadRange& spread, int position, const RadiusSpan& span) {
   std::vector<int> kept = spread.kept;
   kept.insert(std::lower_bound(kept.begin(), kept.end(), position), position);

@@ -2,6 +2,7 @@
 // from 0.
 #pragma once
 
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -44,6 +45,10 @@ Refusal RefusalOfSpreading(const DatasetStore& store, int position, ChannelReach
 // Those that RefusalOfKeeping refuses are left alone.
 SpreadRange SpreadOverChannel(DatasetStore& store, int position, const RadiusSpan& span,
                               ChannelReach reach);
+
+// The first dataset behind `position`, and then from the start, that can be edited and has all its
+// points in use; none if there is none.
+std::optional<int> NextUntrimmed(const DatasetStore& store, int position);
 
 // What was done, in one sentence; with a second one if some were left alone.
 std::string TextOf(const SpreadRange& spread, int position, const RadiusSpan& span);

@@ -191,6 +191,11 @@ void ExperimentCommands::OpenDropped(const QStringList& paths) {
     if (!job) LoadAsked(path);
     return;
   }
+  if (paths.size() == 1 && QFileInfo(paths.front()).isDir()) {
+    ChangeFolder(QDir::cleanPath(paths.front()));
+    emit FolderDropped();
+    return;
+  }
   windows_.data.SourceFiles().LoadFiles(paths);
 }
 

@@ -28,8 +28,8 @@ class ExperimentCommands : public QObject {
   void SaveLoadedData(SavedSignal signal);
   // Takes up an experiment that a crash left behind. It counts as changed and has no file.
   void Resume(ReadExperiment&& read);
-  // Loads scans as "Load Multiple" would, or the first archive among the paths, or hands on the
-  // first job.
+  // Loads scans as "Load Multiple" would, or the first archive among the paths; hands on the first
+  // job, and a folder that comes alone.
   void OpenDropped(const QStringList& paths);
   // Loads the path that the command line named, if it ends in "exz" and no unsaved work is open.
   void OpenArgument(const QString& argument);
@@ -43,6 +43,7 @@ class ExperimentCommands : public QObject {
 
  signals:
   void JobDropped(const QString& path);
+  void FolderDropped();  // it is the session's folder now
   // Datasets, graphs or the log were replaced.
   void ExperimentChanged();
   void NameChanged();

@@ -127,6 +127,7 @@ QHBoxLayout* ChooseScansWindow::BuildStateLine() {
   barScans_->setMaximumHeight(fontMetrics().height());
   barScans_->setAccessibleName(tr("Share of the folder that has been read"));
   cmdForeign_ = Named(new QToolButton, "cmdForeign");
+  cmdForeign_->setAccessibleName(tr("Files that are no scans"));
   cmdForeign_->setAutoRaise(true);
   auto* line = new QHBoxLayout;
   line->addWidget(lblScanState_);
@@ -198,6 +199,7 @@ void ChooseScansWindow::Open() {
   ShowChild(*this);
   if (!arranged_) Arrange();
   ShowSettings();
+  opened_ = scans_.Checked().empty();
   Refresh();
   treeScans_->setFocus();
 }
@@ -222,6 +224,9 @@ void ChooseScansWindow::ShowList(const ScanList& list) {
   const std::filesystem::path chosen = current != nullptr ? current->facts.path : "";
   const bool first = scans_.Series().empty();
   scans_.Show(list.series);
+  // What most are after. An update keeps the user's checks; a load has taken them away.
+  if (first || opened_) scans_.CheckLastOfEach();
+  opened_ = false;
   ShowForeign(list.foreign);
   ShowAllRows();
   if (first) FitColumns();

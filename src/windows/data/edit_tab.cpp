@@ -120,6 +120,10 @@ void EditTab::BuildMenu() {
   RestInMarq_ = AddEntry("RestInMarq", tr("Restore Inside"), Qt::Key_R);
   mnuCopyToLog_ = AddEntry("mnuCopyToLog", tr("Copy to Logfile"), Qt::CTRL | Qt::Key_C);
   AddEntry("CancelEdit", tr("Cancel"), {});
+  mnuEditData_->addSeparator();
+  keepInChannel_ = AddEntry("KeepInChannel", tr("Keep in Channel and Go On"), Qt::Key_K);
+  keepInChannel_->setToolTip(
+      tr("Keep these radii here and in all of the same channel; then the next dataset that is whole"));
   undo_ = AddKey("UndoEdit", tr("Undo"), {Qt::CTRL | Qt::Key_Z});
   redo_ = AddKey("RedoEdit", tr("Redo"), {Qt::CTRL | Qt::Key_Y, Qt::CTRL | Qt::SHIFT | Qt::Key_Z});
   previous_ = AddKey("PrevDataset", tr("Previous dataset"), {Qt::CTRL | Qt::Key_PageUp});
@@ -173,6 +177,7 @@ void EditTab::ConnectAdditions() {
   connect(strip_, &DatasetStrip::Chosen, this, &EditTab::ShowDataset);
   connect(range_, &RangeLine::KeepRequested, this, &EditTab::KeepTypedRange);
   connect(range_, &RangeLine::SameChannelRequested, this, &EditTab::KeepInSameChannel);
+  connect(keepInChannel_, &QAction::triggered, this, &EditTab::KeepMarqueeInChannel);
   connect(range_, &RangeLine::UndoSameChannelRequested, this, &EditTab::UndoSameChannel);
 }
 
@@ -358,7 +363,28 @@ void EditTab::KeepInSameChannel() {
     TellRefusal(refusal);
     return;
   }
-  const SpreadRange spread = SpreadOverChannel(store, EditDataset_, span, reach);
+  Spread(span);
+}
+
+// The radii of the rectangle, here and in all of the channel.
+void EditTab::KeepMarqueeInChannel() {
+  DatasetStore& store = session_.Module.Store;
+  const RadiusSpan span{marquee_.x1, marquee_.x2};
+  Refusal refusal = RefusalOfSpreading(store, EditDataset_, range_->Reach());
+  if (!refusal) refusal = KeepRangeOf(store, EditDataset_, span);
+  if (refusal) {
+    TellRefusal(refusal);
+    return;
+  }
+  range_->Forget();
+  Spread(span);
+  const std::optional<int> next = NextUntrimmed(store, EditDataset_);
+  if (next) ShowDataset(*next);
+}
+
+void EditTab::Spread(const RadiusSpan& span) {
+  const SpreadRange spread =
+      SpreadOverChannel(session_.Module.Store, EditDataset_, span, range_->Reach());
   AfterEdit();
   emit Opened();
   const QString text = QString::fromStdString(TextOf(spread, EditDataset_, span));

@@ -20,6 +20,7 @@ class RangeLine;
 class SessionHost;
 struct Chart;
 struct ChartArea;
+struct RadiusSpan;
 struct Refusal;
 struct Session;
 
@@ -74,6 +75,8 @@ class EditTab : public QWidget {
   void Step(int by);
   bool KeepTypedRange();
   void KeepInSameChannel();
+  void KeepMarqueeInChannel();
+  void Spread(const RadiusSpan& span);
   void UndoSameChannel();
   void TellRefusal(const Refusal& refusal);
   void UpdatePlace();
@@ -109,6 +112,7 @@ class EditTab : public QWidget {
   QAction* RestOutMarq_;
   QAction* RestInMarq_;
   QAction* mnuCopyToLog_;
+  QAction* keepInChannel_;
   QAction* undo_;
   QAction* redo_;
   QAction* previous_;

@@ -16,7 +16,7 @@ const std::array<const char*, ScanTreeModel::kColumns> kHeads = {
     QT_TRANSLATE_NOOP("QObject", "File"),   QT_TRANSLATE_NOOP("QObject", "Kind"),
     QT_TRANSLATE_NOOP("QObject", "Cell"),   QT_TRANSLATE_NOOP("QObject", "nm"),
     QT_TRANSLATE_NOOP("QObject", "rpm"),    QT_TRANSLATE_NOOP("QObject", "deg C"),
-    QT_TRANSLATE_NOOP("QObject", "Hours"),  QT_TRANSLATE_NOOP("QObject", "w^2 t"),
+    QT_TRANSLATE_NOOP("QObject", "Hours"),  QT_TRANSLATE_NOOP("QObject", "\u03C9\u00B2t"),
     QT_TRANSLATE_NOOP("QObject", "Points"), QT_TRANSLATE_NOOP("QObject", "Change")};
 const std::array<const char*, ScanTreeModel::kColumns> kTips = {
     QT_TRANSLATE_NOOP("QObject", "A check mark: the scan will be loaded"),

@@ -160,6 +160,7 @@ void MainWindow::ConnectMenus() {
   connect(menus_, &MainMenus::MatchChosen, this, &MainWindow::ShowMatch);
   connect(menus_, &MainMenus::ImportChosen, this, &MainWindow::ShowImport);
   connect(menus_, &MainMenus::ChooseScansChosen, chooseScans_, &ChooseScansWindow::Open);
+  connect(experiments_, &ExperimentCommands::FolderDropped, chooseScans_, &ChooseScansWindow::Open);
   connect(menus_, &MainMenus::NewWindowChosen, this, &MainWindow::NewDocument);
   connect(menus_, &MainMenus::CascadeChosen, area_, &ChildArea::Cascade);
   connect(menus_, &MainMenus::TileChosen, area_, &ChildArea::Tile);

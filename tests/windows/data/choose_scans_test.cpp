@@ -112,8 +112,9 @@ TEST_F(ChooseScans, LastOfEachIsLoadedWithTheSettingsOfThePage) {
   source.findChild<QAbstractButton*>("cmdChooseScans")->click();
   AwaitList();
   EXPECT_EQ(Rows(), "|45|12|3");
-  EXPECT_EQ(Text("lblScanState"), "5 scans in 3 groups, 0 checked");
+  EXPECT_EQ(Text("lblScanState"), "5 scans in 3 groups, 3 checked");
   EXPECT_EQ(Text("lblLoadAs"), "Loads as IP,RA, 6 channels, A C.");
+  Click("cmdCheckNone");
   EXPECT_FALSE(Find<QWidget>("cmdLoadChecked").isEnabled());
   Click("cmdLastOfEach");
   EXPECT_EQ(Text("lblScanState"), "5 scans in 3 groups, 3 checked");
@@ -130,6 +131,7 @@ TEST_F(ChooseScans, LastOfEachIsLoadedWithTheSettingsOfThePage) {
 
 TEST_F(ChooseScans, ChecksFollowTheScansThroughSortFilterAndRefresh) {
   Open();
+  Click("cmdCheckNone");
   GoTo("00001.RA2");
   Key(Qt::Key_Space);
   tree().sortByColumn(ScanTreeModel::kHours, Qt::DescendingOrder);
@@ -154,6 +156,8 @@ TEST_F(ChooseScans, ChecksFollowTheScansThroughSortFilterAndRefresh) {
   Key(Qt::Key_Space);
   Key(Qt::Key_Return, "txtScanFilter");
   EXPECT_EQ(Loaded(), "1_2A10280.dat 2_2A10280.dat ");
+  Open();  // for the next experiment
+  EXPECT_EQ(Text("lblScanState"), "5 scans in 3 groups, 3 checked");
 }
 
 TEST_F(ChooseScans, CurrentRowShowsItsScanAndTheChangesOfItsSeries) {
