@@ -199,7 +199,6 @@ void ChooseScansWindow::Open() {
   ShowChild(*this);
   if (!arranged_) Arrange();
   ShowSettings();
-  opened_ = scans_.Checked().empty();
   Refresh();
   treeScans_->setFocus();
 }
@@ -224,9 +223,7 @@ void ChooseScansWindow::ShowList(const ScanList& list) {
   const std::filesystem::path chosen = current != nullptr ? current->facts.path : "";
   const bool first = scans_.Series().empty();
   scans_.Show(list.series);
-  // What most are after. An update keeps the user's checks; a load has taken them away.
-  if (first || opened_) scans_.CheckLastOfEach();
-  opened_ = false;
+  if (first) scans_.CheckLastOfEach();  // what most are after; an update keeps the user's checks
   ShowForeign(list.foreign);
   ShowAllRows();
   if (first) FitColumns();

@@ -81,7 +81,6 @@ class ChooseScansWindow : public QWidget {
   std::filesystem::path listed_;  // the folder whose scans are shown
   std::vector<ForeignFile> foreign_;
   bool arranged_ = false;
-  bool opened_ = false;  // since the last list, and nothing was checked
   QTimer* showTimer_;  // once for all that changes at a time
   QLabel* lblScanFolder_;
   QPushButton* cmdScanFolder_;

@@ -122,8 +122,8 @@ void EditTab::BuildMenu() {
   AddEntry("CancelEdit", tr("Cancel"), {});
   mnuEditData_->addSeparator();
   keepInChannel_ = AddEntry("KeepInChannel", tr("Keep in Channel and Go On"), Qt::Key_K);
-  keepInChannel_->setToolTip(
-      tr("Keep these radii here and in all of the same channel; then the next dataset that is whole"));
+  keepInChannel_->setToolTip(tr(
+      "Keep these radii here and in all of the same channel; then the next dataset that is whole"));
   undo_ = AddKey("UndoEdit", tr("Undo"), {Qt::CTRL | Qt::Key_Z});
   redo_ = AddKey("RedoEdit", tr("Redo"), {Qt::CTRL | Qt::Key_Y, Qt::CTRL | Qt::SHIFT | Qt::Key_Z});
   previous_ = AddKey("PrevDataset", tr("Previous dataset"), {Qt::CTRL | Qt::Key_PageUp});
@@ -259,7 +259,7 @@ void EditTab::UpdateActions() {
   const bool editable = dataset != nullptr && !RefusalOfEditing(*dataset);
   for (QWidget* button : {cmdSetMenBase_, cmdRestoreAll_}) button->setEnabled(editable);
   cmdZoomOut_->setEnabled(dataset != nullptr);
-  for (QAction* entry : {DelInMarq_, DelOutMarq_, RestInMarq_, RestOutMarq_}) {
+  for (QAction* entry : {DelInMarq_, DelOutMarq_, RestInMarq_, RestOutMarq_, keepInChannel_}) {
     entry->setEnabled(editable);
   }
   const EditHistory& edits = session_.Module.Store.Edits;

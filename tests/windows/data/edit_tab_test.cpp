@@ -189,7 +189,7 @@ TEST_F(EditTabTest, ABlankIsOnlyLookedAt) {
   Drag(6.15, 1.5, 6.35, 3.5);
   std::string entries;
   for (const QAction* entry : menu.actions()) entries += entry->isEnabled() ? '+' : '-';
-  EXPECT_EQ(entries, "++----++");
+  EXPECT_EQ(entries, "++----+++-");
   EXPECT_FALSE(Button("cmdRestoreAll")->isEnabled() || Button("cmdSetMenBase")->isEnabled());
   menu.close();
 }
@@ -252,6 +252,23 @@ TEST_F(ChannelsTest, ThreeRangesTrimNineDatasets) {
   EXPECT_FALSE(Button("cmdUndoSameChannel")->isEnabled());
   QTest::keyClick(&chart, Qt::Key_Z, Qt::ControlModifier);  // dataset 4, by itself
   EXPECT_EQ(Kept(), "40 30 20 100 30 100 40 30 100");
+}
+
+TEST_F(ChannelsTest, ThreeMarqueesTrimNineDatasets) {
+  Drag(6.0195, 0.2, 6.0605, 0.8);
+  tab.findChild<QAction*>("KeepInChannel")->trigger();
+  EXPECT_EQ(Kept(), "41 100 100 41 100 100 41 100 100");
+  EXPECT_EQ(Place(), "2 of 9");
+  Drag(6.3195, 0.2, 6.3505, 0.3);  // whatever its height
+  tab.findChild<QAction*>("KeepInChannel")->trigger();
+  EXPECT_EQ(Place(), "3 of 9");
+  Drag(6.62, 0.2, 6.62001, 0.8);
+  tab.findChild<QAction*>("KeepInChannel")->trigger();  // refused: too few points
+  EXPECT_EQ(dialogs.messages.size(), 1U);
+  EXPECT_EQ(Kept(), "41 31 100 41 31 100 41 31 100");
+  Drag(6.6195, 0.2, 6.6505, 0.8);
+  tab.findChild<QAction*>("KeepInChannel")->trigger();
+  EXPECT_EQ(Place(), "3 of 9");  // none is whole any more
 }
 
 TEST_F(ChannelsTest, AnUntouchedBoundKeepsAllItsDigits) {
