@@ -115,7 +115,7 @@ void Print(const std::vector<NamedFit>& fits, const FitComparison& comparison, s
     if (pair.test) {
       out << "F(" << pair.test->numerator << ", " << pair.test->denominator
           << ") = " << FormatParam(pair.test->f) << ", probability "
-          << FormatNumber(pair.test->probability, "0.0000E+00") << '\n';
+          << ShownProbability(pair.test->probability) << '\n';
     }
     out << pair.sentence << '\n';
   }

@@ -13,10 +13,6 @@ namespace quorvane {
 
 namespace {
 
-std::string Probability(double p) {
-  return p < 1e-99 ? "below 1E-99" : FormatNumber(p, p < 0.001 ? "0.0E+00" : "0.000");
-}
-
 std::string Listed(const std::vector<std::string>& items) {
   constexpr std::size_t kMost = 4;
   std::string text;
@@ -53,16 +49,26 @@ std::string RestWarning(std::initializer_list<const NamedFit*> fits) {
   return text;
 }
 
+// Whether the residuals of a fit speak against it too.
+bool OutOfRandomRuns(const FitSummary& fit) {
+  return fit.runsZ && std::fabs(*fit.runsZ) > kRunsLimit;
+}
+
+std::string Systematic(const FitSummary& fit) {
+  if (!OutOfRandomRuns(fit)) return ", which only its residuals can support";
+  return "; its residuals speak against it (runs Z " + FormatNumber(*fit.runsZ, "0.00") + ")";
+}
+
 std::string SentenceOfTest(const NamedFit& restricted, const NamedFit& full, const FitPair& pair) {
   const FTest& test = *pair.test;
   const std::string held = Listed(pair.restrictions);
   const std::string odds = "F " + FormatParam(test.f) + ", probability " +
-                           Probability(test.probability) + " if " + restricted.name + " (" + held +
-                           ") were true";
+                           ShownProbability(test.probability) + " if " + restricted.name + " (" +
+                           held + ") were true";
   if (test.probability < kTestLevel) {
     return full.name + " describes the data better than noise explains: " + odds +
            ". What follows: " + held + " does not hold. What does not: that " + full.name +
-           " is the true model, which its residuals have to support.";
+           " is the true model" + Systematic(*full.summary) + ".";
   }
   return full.name + " is not better than noise explains: " + odds +
          ". What follows: these data do not call for more than " + restricted.name +
@@ -192,9 +198,9 @@ std::vector<std::string> Remarks(std::span<const NamedFit> fits,
       " among these fits." +
       (close.empty() ? "" : " Hardly worse, by less than 2: " + Listed(close) + ".") +
       " The weights rank these fits alone: the best of them need not be a good one."};
-  const std::optional<double> z = fits[best].summary->runsZ;
-  if (z && std::fabs(*z) > kRunsLimit) {
-    remarks.push_back("Runs Z of " + name + " is " + FormatNumber(*z, "0.00") +
+  if (OutOfRandomRuns(*fits[best].summary)) {
+    remarks.push_back("Runs Z of " + name + " is " +
+                      FormatNumber(*fits[best].summary->runsZ, "0.00") +
                       ": its residuals are no independent noise, so F tests, AICc and BIC make the "
                       "differences look more certain than they are.");
   }
@@ -230,6 +236,10 @@ std::string DifferenceOfPoints(const FitSummary& a, const FitSummary& b) {
 }
 
 }  // namespace
+
+std::string ShownProbability(double p) {
+  return p < 1e-99 ? "below 1E-99" : FormatNumber(p, p < 0.001 ? "0.0E+00" : "0.0000");
+}
 
 std::string RefusalOfComparison(std::span<const NamedFit> fits) {
   for (std::size_t k = 1; k < fits.size(); ++k) {

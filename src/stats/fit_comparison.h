@@ -69,6 +69,9 @@ struct FitComparison {
   std::vector<std::string> remarks;  // on all of them together
 };
 
+// A probability for tables and sentences: "0.0312", "4.1E-07".
+std::string ShownProbability(double p);
+
 // Why the fits cannot be compared: they are not of the same points. Empty if they can.
 std::string RefusalOfComparison(std::span<const NamedFit> fits);
 

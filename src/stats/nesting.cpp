@@ -5,6 +5,7 @@
 #include <optional>
 
 #include "base/number_format.h"
+#include "base/text.h"
 #include "fit/models.h"
 
 namespace quorvane {
@@ -15,7 +16,9 @@ namespace {
 using Objection = std::optional<std::string>;
 
 std::string Equation(const std::string& name, double value) {
-  return name + " = " + FormatParam(value);
+  constexpr std::size_t kShort = 8;
+  const std::string exact = ShortestText(value);
+  return name + " = " + (exact.size() <= kShort ? exact : FormatParam(value));
 }
 
 // One comparison: gathers the restrictions until something objects.
@@ -89,7 +92,7 @@ class Comparison {
       if (held) restrictions_.push_back(Equation(full.name, *held));
       return {};
     }
-    if (!held) return full.name + " is held in the fit with more parameters";
+    if (!held) return full.name + " is fitted in the one and held in the other";
     if (*held != full.value) return full.name + " is held at different values";
     return {};
   }
@@ -108,7 +111,7 @@ class Comparison {
       const int owner = two ? OwnerIn(full_, d) : d;
       const int coarser = two ? OwnerIn(restricted_, d) : d;
       if (two && coarser != OwnerIn(restricted_, owner)) {
-        return "datasets are linked in the fit with more parameters and not in the other";
+        return "the fit with more parameters links datasets that the other does not";
       }
       if (owner != d) continue;  // its owner speaks for it
       for (int component = 1; component <= (two ? 2 : 1); ++component) {
@@ -127,7 +130,7 @@ class Comparison {
   // A dataset that the restricted fit alone links to the one at position `target`, from 0.
   Objection AgainstLink(std::size_t at, int target) {
     const SummaryParameter& full = full_.parameters[at];
-    if (!full.fitted) return full.name + " is held in the fit with more parameters";
+    if (!full.fitted) return full.name + " is linked in the one and held in the other";
     restrictions_.push_back(full.name + " linked to " + std::to_string(target + 1));
     return {};
   }
@@ -142,7 +145,8 @@ class Comparison {
       const SummaryParameter& full = full_.Shared(place++);
       const SummaryParameter* one = restricted_.Shared(*parameter.shared);
       if (freed && MayBeRatio(*parameter.shared)) {
-        if (!full.fitted) return full.name + " is held in the fit with more parameters";
+        if (!full.fitted)
+          return full.name + " is a constrained ratio in the one and held in the other";
         restrictions_.push_back("K" + std::to_string(parameter.shared->place) +
                                 "/K1 = " + FormatParam(one->value));
         continue;
