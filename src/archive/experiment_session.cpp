@@ -78,6 +78,7 @@ void TakeSession(Experiment&& experiment, QuorvaneModule& module) {
   TakePage(experiment, module);
   TakeDatasets(std::move(experiment.Datasets), module.Store);
   module.LastFit.reset();
+  module.Fits.Clear();
   module.GraphStreams = std::move(experiment.GraphStreams);
 }
 

@@ -5,6 +5,7 @@
 #include <cmath>
 #include <cstdint>
 #include <numeric>
+#include <utility>
 
 #include "base/arithmetic.h"
 #include "base/sha256.h"
@@ -136,7 +137,8 @@ std::optional<double> FitSummary::BIC() const {
   return n * std::log(sum / n) + (Fitted() + 1) * std::log(n);
 }
 
-FitSummary Summarise(const FitState& fit, const std::optional<RestVerdict>& rest) {
+FitSummary Summarise(const FitState& fit, const std::optional<RestVerdict>& rest,
+                     std::string digest) {
   FitSummary summary;
   summary.model = fit.FitModel;
   for (int k = 1; k <= fit.FitMA; ++k) {
@@ -152,7 +154,7 @@ FitSummary Summarise(const FitState& fit, const std::optional<RestVerdict>& rest
   const std::vector<FittedCurve> curves = FittedCurves(fit);
   summary.runsZ = PooledRunsZ(curves);
   if (rest) summary.atRest = rest->atRest;
-  summary.digest = PointsDigest(curves);
+  summary.digest = digest.empty() ? PointsDigest(curves) : std::move(digest);
   return summary;
 }
 
