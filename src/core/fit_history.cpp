@@ -45,6 +45,16 @@ Rank RankOf(const HistoryEntry& entry, HistoryKey key) {
   return RankOf(fit.runsZ);
 }
 
+const std::string kNumbered = "Fit ";
+
+// The number in a name that was given by number; 0 in another.
+int NumberIn(const std::string& name) {
+  constexpr double kMost = 1e6;  // of a session
+  if (!name.starts_with(kNumbered)) return 0;
+  const double number = ParseNumeric(name.substr(kNumbered.size())).value_or(0.0);
+  return number >= 1.0 && number <= kMost ? static_cast<int>(number) : 0;
+}
+
 // What an entry holds of its fit; `like` is one that may share points and scans with it.
 void Fill(HistoryEntry& entry, const FinishedFit& fit, const HistoryEntry& like) {
   entry.packed = std::make_shared<const PackedFit>(fit, like.packed.get());
@@ -57,7 +67,7 @@ void Fill(HistoryEntry& entry, const FinishedFit& fit, const HistoryEntry& like)
 
 void FitHistory::Add(const std::shared_ptr<const FinishedFit>& fit,
                      std::chrono::system_clock::time_point time) {
-  HistoryEntry entry{"Fit " + std::to_string(++numbered_), time, nullptr, nullptr};
+  HistoryEntry entry{kNumbered + std::to_string(++numbered_), time, nullptr, nullptr};
   Fill(entry, *fit, entries_.empty() ? HistoryEntry{} : entries_.front());
   entries_.insert(entries_.begin(), std::move(entry));
   held_.insert(held_.begin(), fit);
@@ -65,10 +75,10 @@ void FitHistory::Add(const std::shared_ptr<const FinishedFit>& fit,
 
 void FitHistory::AddKept(std::string name, std::chrono::system_clock::time_point time,
                          KeptFit kept) {
+  numbered_ = std::max(numbered_, NumberIn(name));
   entries_.push_back(
       {std::move(name), time, std::make_shared<const KeptFit>(std::move(kept)), nullptr});
   held_.emplace_back();
-  ++numbered_;
 }
 
 void FitHistory::Replace(const std::shared_ptr<const FinishedFit>& before,
@@ -94,7 +104,7 @@ std::shared_ptr<const FinishedFit> FitHistory::Fit(std::size_t place) {
 
 bool FitHistory::Rename(std::size_t place, std::string_view name) {
   const std::string_view trimmed = Trim(name);
-  if (trimmed.empty()) return false;
+  if (trimmed.empty() || trimmed.size() > kLongestFitName) return false;
   entries_[place].name = trimmed;
   return true;
 }

@@ -20,6 +20,8 @@ struct HistoryEntry {
   std::shared_ptr<const PackedFit> packed;  // null: only `kept` is known, as from an archive
 };
 
+inline constexpr std::size_t kLongestFitName = 200;  // bytes
+
 enum class HistoryKey { kTime, kName, kModel, kFitted, kPoints, kSum, kRms, kAICc, kBIC, kRunsZ };
 
 // The newest first; places count from 0. Copies share the fits.
@@ -42,7 +44,7 @@ class FitHistory {
   // The fit of an entry that is packed: the one that somebody still holds, or a new one.
   std::shared_ptr<const FinishedFit> Fit(std::size_t place);
 
-  // A name without blanks around, which must not be empty then. True if taken.
+  // Takes a name without the blanks around it. False for one that is empty then, or too long.
   bool Rename(std::size_t place, std::string_view name);
   void Delete(std::size_t place);
   void Clear();
@@ -53,7 +55,7 @@ class FitHistory {
  private:
   std::vector<HistoryEntry> entries_;
   std::vector<std::weak_ptr<const FinishedFit>> held_;  // one an entry: the fit while it lives
-  int numbered_ = 0;                                    // fits that were named by number
+  int numbered_ = 0;                                    // the last number in a name
 };
 
 }  // namespace quorvane

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <limits>
 
 #include "core/page/row_choices.h"
 #include "fit/models.h"
@@ -16,14 +17,23 @@ struct FoundScans {
   Refusal refusal;                   // one is missing
 };
 
+Refusal Missing(const ScanName& scan) {
+  if (scan.name.empty()) {
+    return Refusal{
+        "The fit cannot be restored: one of its datasets was not loaded any more when "
+        "the experiment was saved."};
+  }
+  return Refusal{"The fit cannot be restored: its dataset \"" + scan.name +
+                 "\" is not loaded any more, or was renamed.\r\n" + scan.path};
+}
+
 FoundScans FindScans(const std::vector<ScanName>& scans, const std::vector<Dataset>& datasets) {
   FoundScans found;
   const std::vector<ScanName> names = ScanNames(datasets);
   for (const ScanName& scan : scans) {
     const auto place = std::find(names.begin(), names.end(), scan);
     if (place == names.end()) {
-      found.refusal = {"The fit cannot be restored: its dataset \"" + scan.name +
-                       "\" is not loaded any more, or was renamed.\r\n" + scan.path};
+      found.refusal = Missing(scan);
       return found;
     }
     found.places.push_back(static_cast<std::int16_t>(place - names.begin()));
@@ -60,6 +70,11 @@ CheckState Check(bool fitted) {
   return fitted ? CheckState::kChecked : CheckState::kUnchecked;
 }
 
+// Above 0, as the page wants it, even if it is too small for a number.
+double Concentration(double logarithm) {
+  return std::max(std::exp(logarithm), std::numeric_limits<double>::min());
+}
+
 // Values and checks of the rows. A row that shares concentrations has none of its own, so its
 // checks stay those of a new page.
 void TakeRows(const FitSummary& fit, FitSetup& setup, std::vector<Dataset>& datasets) {
@@ -69,10 +84,10 @@ void TakeRows(const FitSummary& fit, FitSetup& setup, std::vector<Dataset>& data
     const bool linked = fit.model->secondComponent && fit.links[d] != static_cast<int>(d);
     dataset.Offset = fit.parameters[d].value;
     setup.chkOffset[d] = Check(fit.parameters[d].fitted);
-    dataset.RefConc = std::exp(fit.parameters[sets + d].value);
+    dataset.RefConc = Concentration(fit.parameters[sets + d].value);
     if (!linked) setup.chkRefC[d] = Check(fit.parameters[sets + d].fitted);
     if (fit.model->secondComponent) {
-      dataset.RefConc2 = std::exp(fit.parameters[2 * sets + d].value);
+      dataset.RefConc2 = Concentration(fit.parameters[2 * sets + d].value);
       if (!linked) setup.chkRefC2[d] = Check(fit.parameters[2 * sets + d].fitted);
     }
     if (!fit.conditions) continue;
