@@ -78,6 +78,7 @@ void TakeSession(Experiment&& experiment, QuorvaneModule& module) {
   TakePage(experiment, module);
   TakeDatasets(std::move(experiment.Datasets), module.Store);
   module.LastFit.reset();
+  module.Fits.Clear();
   module.GraphStreams = std::move(experiment.GraphStreams);
 }
 
@@ -132,9 +133,9 @@ Experiment ExperimentOf(const QuorvaneModule& module, const fs::path& folder) {
   }
   experiment.Datasets = module.Store.Datasets;
   experiment.GraphStreams = module.GraphStreams;
-  experiment.comment = SetupText(module);
-  // Thousands of datasets with choices of their own: what must be kept is in the members.
-  if (experiment.comment.size() > kLongestComment) experiment.comment.clear();
+  // Without room, as for thousands of datasets with choices of their own, there is none: what must
+  // be kept is in the members.
+  experiment.comment = SetupWithFits(module, kLongestComment).text;
   return experiment;
 }
 

@@ -10,12 +10,14 @@
 #include "base/text.h"
 #include "cli/analyze.h"
 #include "cli/archive_command.h"
+#include "cli/compare_command.h"
 #include "cli/import_command.h"
 #include "cli/match_command.h"
 #include "cli/scan_command.h"
 #include "cli/simulate_command.h"
 #include "core/program_state.h"
 #include "job/job.h"
+#include "stats/fit_comparison.h"
 
 namespace quorvane {
 
@@ -247,6 +249,29 @@ Command AddImport(CLI::App& app) {
   return [arguments](const CommandStreams& streams) { return RunImport(*arguments, streams); };
 }
 
+Command AddCompare(CLI::App& app) {
+  auto arguments = std::make_shared<CompareArguments>();
+  CLI::App* command =
+      app.add_subcommand("compare", "Compare fits of the same points: which model do they favour?");
+  command->add_option("files", arguments->files, "Two or more JSON files that analyze wrote")
+      ->required()
+      ->expected(2, CLI::detail::expected_max_vector_size)
+      ->type_name("FIT.json");
+  command->add_option("--json", arguments->json, "Write the comparison to this file")
+      ->type_name("OUT.json");
+  command->footer(
+      "Lists model, fitted parameters, sum of squares S, rms, degrees of freedom, AICc with its\n"
+      "differences and weights, BIC, runs Z of all residuals and whether the fit is at rest, and\n"
+      "for each pair the F test, where one fit is the other with parameters held:\n"
+      "    " +
+      std::string(kAICcFormula) + ", k = fitted parameters + 1\n    " + kBICFormula + "\n    " +
+      kFFormula +
+      "\n"
+      "Exit status: 0 done, 1 the fits are not of the same points, 2 bad usage, 3 a file\n"
+      "could not be read or written, or holds no finished fit.");
+  return [arguments](const CommandStreams& streams) { return RunCompare(*arguments, streams); };
+}
+
 ExitStatus RunGuarded(const Command& command, const CommandStreams& streams) {
   try {
     return command(streams);
@@ -274,7 +299,8 @@ ExitStatus RunCommandLine(std::vector<std::string> arguments, const CommandStrea
   app.footer("quorvane-cli COMMAND --help tells more about a command.");
   const std::map<std::string, Command> commands = {
       {"analyze", AddAnalyze(app)}, {"simulate", AddSimulate(app)}, {"match", AddMatch(app)},
-      {"scan", AddScan(app)},       {"import", AddImport(app)},     {"archive", AddArchive(app)}};
+      {"scan", AddScan(app)},       {"import", AddImport(app)},     {"archive", AddArchive(app)},
+      {"compare", AddCompare(app)}};
   try {
     std::reverse(arguments.begin(), arguments.end());
     app.parse(arguments);

@@ -10,6 +10,7 @@
 #include "fit/models.h"
 #include "stats/correlation.h"
 #include "stats/fit_quality.h"
+#include "stats/fit_summary.h"
 
 namespace quorvane {
 
@@ -77,20 +78,33 @@ Json MatrixJson(const Matrix1<double>& matrix) {
 
 Json CurvesJson(const FitState& fit) {
   Json curves = Json::array();
-  for (int d = 1; d <= fit.NumFitSets; ++d) {
-    std::vector<double> r;
-    std::vector<double> y;
-    std::vector<double> calculated;
-    for (int i = fit.SetFirstPoint(d); i < fit.SetFirstPoint(d) + fit.SetPointCount(d); ++i) {
-      if (fit.PointKind(i) != 0) continue;
-      r.push_back(fit.FitR(i));
-      y.push_back(fit.FitY(i));
-      calculated.push_back(fit.FitYCalc(i));
-    }
-    curves.push_back(
-        {{"dataset", DatasetNumber(fit, d)}, {"r", r}, {"y", y}, {"y_calc", calculated}});
+  int d = 0;
+  for (const FittedCurve& curve : FittedCurves(fit)) {
+    curves.push_back({{"dataset", DatasetNumber(fit, ++d)},
+                      {"r", curve.r},
+                      {"y", curve.y},
+                      {"y_calc", curve.calculated}});
   }
   return curves;
+}
+
+// What `compare` needs beyond counts, parameters and curves.
+void AddCriteria(const FitState& fit, Json& json) {
+  const FitSummary summary = Summarise(fit, std::nullopt);
+  const auto orNull = [](const std::optional<double>& value) {
+    return value ? Json(*value) : Json(nullptr);
+  };
+  json["aicc"] = orNull(summary.AICc());
+  json["bic"] = orNull(summary.BIC());
+  json["points_digest"] = summary.digest;
+  if (summary.constrainedRatios) json["constrain_k_ratios"] = true;
+  Json links = Json::array();
+  bool linked = false;
+  for (const int target : summary.links) {
+    linked = linked || target != static_cast<int>(links.size());
+    links.push_back(target + 1);
+  }
+  if (linked) json["links"] = std::move(links);
 }
 
 void AddConcentrations(const FitState& fit, Json& json) {
@@ -194,6 +208,7 @@ Json FitJson(const FitOutcome& outcome, const FinishedFit* last) {
   json["parameters"] = ParametersJson(fit, stopped ? nullptr : &statistics);
   if (stopped) return json;
   if (last->rest) json["rest"] = RestJson(*last->rest);
+  AddCriteria(fit, json);
   json["covariance"] = MatrixJson(fit.FitCovar);
   json["curves"] = CurvesJson(fit);
   AddConcentrations(fit, json);

@@ -119,6 +119,13 @@ std::shared_ptr<const FitState> StateOf(const std::shared_ptr<FinishedFit>& run)
   return {run, &run->state};
 }
 
+// Puts the last fit, of which more is known now, in its own place.
+void ReplaceLastFit(QuorvaneModule& module, FinishedFit known) {
+  const std::shared_ptr<const FinishedFit> before = module.LastFit;
+  module.LastFit = std::make_shared<const FinishedFit>(std::move(known));
+  module.Fits.Replace(before, module.LastFit);
+}
+
 // The arrays of the run. False, with a message, if no parameter is to be fitted.
 bool Assemble(FitState& fit, const QuorvaneModule& module, Host& host) {
   SetupDataArrays(fit, FitSourceOf(module), host);
@@ -167,6 +174,7 @@ FitOutcome FitAndReport(const std::shared_ptr<FinishedFit>& run, QuorvaneModule&
   outcome.ending = FitEnding::kFinished;
   outcome.state = StateOf(run);
   module.LastFit = run;
+  module.Fits.Add(run);
   return outcome;
 }
 
@@ -262,7 +270,7 @@ bool ShareVerdict(QuorvaneModule& module, const FinishedFit& judged, RestVerdict
   if (!same) return false;
   FinishedFit known = *module.LastFit;
   known.rest = std::move(verdict);
-  module.LastFit = std::make_shared<const FinishedFit>(std::move(known));
+  ReplaceLastFit(module, std::move(known));
   return true;
 }
 
@@ -280,7 +288,7 @@ ConfidenceOutcome SearchIntervals(QuorvaneModule& module, const ConfidenceReques
   if (!outcome.intervals.empty()) {
     FinishedFit known = *module.LastFit;
     known.intervals = {request, outcome};
-    module.LastFit = std::make_shared<const FinishedFit>(std::move(known));
+    ReplaceLastFit(module, std::move(known));
   }
   return outcome;
 }
@@ -293,7 +301,7 @@ ErrorAnalysis SearchErrors(QuorvaneModule& module, const ErrorRequest& request, 
   if (!analysis.parameters.empty() || !analysis.surfaces.empty()) {
     FinishedFit known = *module.LastFit;
     known.errors = analysis;
-    module.LastFit = std::make_shared<const FinishedFit>(std::move(known));
+    ReplaceLastFit(module, std::move(known));
   }
   return analysis;
 }

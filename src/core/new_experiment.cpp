@@ -22,6 +22,7 @@ void StartNewExperiment(QuorvaneModule& module) {
   module.Setup = {};
   module.Setup.FitModel = model;
   module.LastFit.reset();
+  module.Fits.Clear();
   module.ExperimentOpen = false;
 }
 

@@ -11,6 +11,7 @@
 #include "base/k_display.h"
 #include "base/stop_flag.h"
 #include "core/finished_fit.h"
+#include "core/fit_history.h"
 #include "fit/fit_page.h"
 #include "fit/fit_plots.h"
 #include "fit/fit_setup.h"
@@ -52,6 +53,7 @@ struct QuorvaneModule {
   const Model* ChosenModel = &FirstModel();  // in the list; Setup holds that of the page
   FitSetup Setup;
   std::shared_ptr<const FinishedFit> LastFit;  // null: there is none
+  FitHistory Fits;                             // all that were finished, the last one among them
   StopFlag Stop;                               // of the calculation that runs
   bool ExperimentOpen = false;
   ScanLoadSettings LoadSettings;  // of the next load

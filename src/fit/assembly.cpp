@@ -1,5 +1,6 @@
 #include "fit/assembly.h"
 
+#include <array>
 #include <cmath>
 #include <string>
 #include <utility>
@@ -174,17 +175,16 @@ void TakeDataset(FitState& fit, const FitSetup& setup, int position, int d,
   const Dataset& dataset = DatasetAt(setup, position, datasets);
   const int n = fit.NumFitSets;
   const bool linked = setup.RefLink[place] != position;
-  const std::string number = "(" + std::to_string(d) + ")";
   fit.FitA(d) = dataset.Offset;
   fit.FitIA(d) = InUse(setup.chkOffset[place]);
-  fit.FitParamNames(d) = "Offset" + number;
+  fit.FitParamNames(d) = SetParameterName(0, d, fit.TwoComponentModel);
   fit.FitA(n + d) = CheckedLog(dataset.RefConc);
   fit.FitIA(n + d) = InUse(setup.chkRefC[place]);
-  fit.FitParamNames(n + d) = (fit.TwoComponentModel ? "RefCA" : "RefC") + number;
+  fit.FitParamNames(n + d) = SetParameterName(1, d, fit.TwoComponentModel);
   if (fit.TwoComponentModel) {
     fit.FitA(2 * n + d) = CheckedLog(dataset.RefConc2);
     fit.FitIA(2 * n + d) = InUse(setup.chkRefC2[place]);
-    fit.FitParamNames(2 * n + d) = "RefCB" + number;
+    fit.FitParamNames(2 * n + d) = SetParameterName(2, d, true);
     if (linked) {
       fit.FitIA(n + d) = 0;
       fit.FitIA(2 * n + d) = 0;
@@ -246,6 +246,13 @@ NewValues ValuesFromFit(const FitState& fit, int d) {
 }
 
 }  // namespace
+
+std::string SetParameterName(int block, int d, bool twoComponents) {
+  constexpr std::array<const char*, 3> kOfTwo = {"Offset", "RefCA", "RefCB"};
+  const char* name =
+      !twoComponents && block == 1 ? "RefC" : kOfTwo[static_cast<std::size_t>(block)];
+  return std::string(name) + "(" + std::to_string(d) + ")";
+}
 
 void SetupDataArrays(FitState& fit, const FitSource& from, Host& host) {
   fit.CurrentProc = "SetupDataArrays";

@@ -1,6 +1,7 @@
 // Datasets and page into the flat arrays of a fit, and its result back.
 #pragma once
 
+#include <string>
 #include <vector>
 
 #include "fit/fit_setup.h"
@@ -35,6 +36,10 @@ void SetupParameterArray(FitState& fit, const FitSetup& setup, const FitPage& pa
 void SetupSingleDatasetArray(FitState& fit, const FitSource& from, int k, Host& host);
 void SetupSingleParameterArray(FitState& fit, const FitSetup& setup, const FitPage& page, int k,
                                const std::vector<Dataset>& datasets);
+
+// The name in FitParamNames of a parameter of dataset d, from 1: `block` 0 is its baseline, 1 its
+// reference concentration (of A), 2 that of B.
+std::string SetParameterName(int block, int d, bool twoComponents);
 
 // Gives linked datasets the reference concentrations of their targets. `values` are laid out as
 // FitA.

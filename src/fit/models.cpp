@@ -2,6 +2,8 @@
 
 #include <algorithm>
 #include <array>
+#include <cmath>
+#include <limits>
 
 #include "fit/fit_state.h"
 
@@ -96,6 +98,20 @@ constexpr std::array kNmerHeteroSpecies = {
     kA, kB, Species{.a = {.parameter = 3}, .lnK = {4}},
     Species{.a = {.parameter = 3}, .b = {1.0}, .lnK = {4, 5}}};
 
+// What a model becomes without a reaction: ln K runs to minus infinity.
+constexpr SimplerModel Without(const SharedParameter& lnK, std::string_view name) {
+  return {name, &lnK, -std::numeric_limits<double>::infinity()};
+}
+constexpr std::array kNonidealSimpler = {SimplerModel{"Ideal", &shared::kVirialC, 0.0}};
+constexpr std::array kMonomerNmerSimpler = {Without(shared::kLnK1, "Ideal")};
+constexpr std::array kMonomerNmerMmerSimpler = {Without(shared::kLnK2, "Monomer-Nmer"),
+                                                Without(shared::kLnK1, "Ideal")};
+constexpr std::array kIncompetentSimpler = {SimplerModel{"Monomer-Nmer", &shared::kAlpha, 0.0},
+                                            Without(shared::kLnK1, "Ideal")};
+constexpr std::array kAB2Simpler = {Without(shared::kLnK2, "A+B<>AB")};
+constexpr std::array kAB3Simpler = {Without(shared::kLnK3, "A+B<>AB+B<>AB2"),
+                                    Without(shared::kLnK2, "A+B<>AB")};
+
 constexpr std::array kModels = {
     Model{.index = 0,
           .name = "Ideal",
@@ -110,21 +126,24 @@ constexpr std::array kModels = {
           .funcsName = "FUNCS1",
           .partialsName = "PARTIALS1",
           .parameters = kNonideal,
-          .terms = NonidealTerms},
+          .terms = NonidealTerms,
+          .simpler = kNonidealSimpler},
     Model{.index = 2,
           .name = "Monomer-Nmer",
           .reaction = {"n A <-> A_n", "K = [A_n]/[A]^n"},
           .funcsName = "FUNCS2",
           .partialsName = "PARTIALS2",
           .parameters = kMonomerNmer,
-          .species = kMonomerNmerSpecies},
+          .species = kMonomerNmerSpecies,
+          .simpler = kMonomerNmerSimpler},
     Model{.index = 3,
           .name = "Monomer-Nmer-Mmer",
           .reaction = {"n A <-> A_n, m A <-> A_m", "K_1 = [A_n]/[A]^n, K_2 = [A_m]/[A]^m"},
           .funcsName = "FUNCS3",
           .partialsName = "PARTIALS3",
           .parameters = kMonomerNmerMmer,
-          .species = kMonomerNmerMmerSpecies},
+          .species = kMonomerNmerMmerSpecies,
+          .simpler = kMonomerNmerMmerSimpler},
     Model{.index = 4,
           .name = "Inc.Monomer & Monomer-Nmer",
           .reaction = {"n A <-> A_n, and a fraction Alpha of A that cannot associate",
@@ -133,7 +152,8 @@ constexpr std::array kModels = {
           .partialsName = "PARTIALS5",
           .parameters = kIncompetent,
           .cellEnds = true,
-          .terms = IncompetentMonomerTerms},
+          .terms = IncompetentMonomerTerms,
+          .simpler = kIncompetentSimpler},
     Model{.index = 5,
           .name = "Monomer-Nmer & Inc.Nmer",
           .reaction = {"n A <-> A_n, and a fraction Alpha as A_n that cannot dissociate",
@@ -142,7 +162,8 @@ constexpr std::array kModels = {
           .partialsName = "PARTIALS6",
           .parameters = kIncompetent,
           .cellEnds = true,
-          .terms = IncompetentNmerTerms},
+          .terms = IncompetentNmerTerms,
+          .simpler = kIncompetentSimpler},
     Model{.index = 6,
           .name = "A+B<>AB",
           .reaction = {"A + B <-> AB", "K_1 = [AB]/[A][B]"},
@@ -161,7 +182,8 @@ constexpr std::array kModels = {
           .secondComponent = true,
           .kRatios = true,
           .species = kAB2Species,
-          .steps = kStepsB},
+          .steps = kStepsB,
+          .simpler = kAB2Simpler},
     Model{.index = 8,
           .name = "A+B<>AB+B<>AB2+B<>AB3",
           .reaction = {"A + B <-> AB, AB + B <-> AB_2, AB_2 + B <-> AB_3",
@@ -172,7 +194,8 @@ constexpr std::array kModels = {
           .secondComponent = true,
           .kRatios = true,
           .species = kAB3Species,
-          .steps = kStepsB},
+          .steps = kStepsB,
+          .simpler = kAB3Simpler},
     Model{.index = 9,
           .name = "Isodesmic Self-association",
           .reaction = {"A_i + A <-> A_(i+1), i = 1, 2, 3 ...",
@@ -180,7 +203,8 @@ constexpr std::array kModels = {
           .funcsName = "FUNCS10",
           .partialsName = "PARTIALS10",
           .parameters = kIsodesmic,
-          .terms = IsodesmicTerms},
+          .terms = IsodesmicTerms,
+          .simpler = kMonomerNmerSimpler},
     Model{.index = 10,
           .name = "nA<>An , An+B<>AnB",
           .reaction = {"n A <-> A_n, A_n + B <-> A_nB", "K_s = [A_n]/[A]^n, K_h = [A_nB]/[A_n][B]"},
@@ -238,6 +262,17 @@ const Model* FindModel(std::string_view name) {
 const ModelParameter* FindParameter(const Model& model, const SharedParameter& shared) {
   for (const ModelParameter& parameter : model.parameters) {
     if (parameter.shared == &shared) return &parameter;
+  }
+  return nullptr;
+}
+
+bool SimplerModel::LimitOnly() const {
+  return std::isinf(value);
+}
+
+const SimplerModel* FindSimpler(const Model& model, const Model& other) {
+  for (const SimplerModel& simpler : model.simpler) {
+    if (simpler.name == other.name) return &simpler;
   }
   return nullptr;
 }

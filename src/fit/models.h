@@ -42,6 +42,16 @@ struct Reaction {
   std::string_view constants = {};  // definitions; empty without association
 };
 
+// A model that another one becomes when `parameter` has `value`: minus infinity, of a ln K, is a
+// limit that no value reaches.
+struct SimplerModel {
+  std::string_view name;
+  const SharedParameter* parameter;
+  double value;
+
+  bool LimitOnly() const;
+};
+
 struct Model {
   int index = -1;         // in the list of models and in an archive
   std::string_view name;  // in the list of models and in a job
@@ -57,6 +67,7 @@ struct Model {
   TermsBuilder terms = SpeciesTerms;      // null for a model that is no sum over species
   FuncsRoutine funcs = FUNCS;
   StepRule steps = {};  // of the derivatives
+  std::span<const SimplerModel> simpler = {};
 };
 
 // The models that lists offer, by their index from 0.
@@ -73,5 +84,8 @@ const Model* FindModel(std::string_view name);
 
 // The parameter of `model` with that record, or null.
 const ModelParameter* FindParameter(const Model& model, const SharedParameter& shared);
+
+// How `model` becomes `other`, by its entry; null if it does not.
+const SimplerModel* FindSimpler(const Model& model, const Model& other);
 
 }  // namespace quorvane

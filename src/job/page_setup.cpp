@@ -10,6 +10,7 @@
 #include "core/page/shared_values.h"
 #include "fit/model_parameters.h"
 #include "fit/models.h"
+#include "job/fitted_tables.h"
 #include "job/job_fit.h"
 #include "job/load_words.h"
 #include "job/require.h"
@@ -95,6 +96,7 @@ struct Restored {
   std::optional<FitSetup> setup;  // absent: the page was not set up
   FitPage page;                   // for the ratios
   std::string remark;
+  std::vector<FittedEntry> fits;
 };
 
 int NumberIn(TableReader& table, const char* key, const DatasetStore& store) {
@@ -223,7 +225,7 @@ void RestorePage(TableReader& fit, TableReader& page, const std::map<int, RowSet
 }
 
 Restored ReadSetup(TableReader& root, const QuorvaneModule& module) {
-  Restored restored{module.Store.UseData, module.LoadSettings, {}, module.FitPage, {}};
+  Restored restored{module.Store.UseData, module.LoadSettings, {}, module.FitPage, {}, {}};
   const std::map<int, RowSetup> rows = ReadRows(root, module.Store, restored);
   std::optional<TableReader> page = root.Table("page");
   if (!page) root.Fail("page", "the table is wanted");
@@ -235,6 +237,7 @@ Restored ReadSetup(TableReader& root, const QuorvaneModule& module) {
   static_cast<void>(page->Number("temperature"));  // known keys, if only for a page
   static_cast<void>(page->Numbers("datasets"));
   page->RefuseUnknownKeys();
+  restored.fits = ReadFitted(root, module.Store.Datasets);
   root.RefuseUnknownKeys();
   return restored;
 }
@@ -254,6 +257,13 @@ std::string SetupText(const QuorvaneModule& module) {
   return std::string(kFirstLine) + out.Text();
 }
 
+ArchiveText SetupWithFits(const QuorvaneModule& module, std::size_t longest) {
+  std::string setup = SetupText(module);
+  if (setup.size() > longest) return {{}, static_cast<int>(module.Fits.Entries().size())};
+  const FittedTables fits = WriteFitted(module.Fits, module.Store.Datasets, longest - setup.size());
+  return {setup + fits.text, fits.leftOut};
+}
+
 std::string TakeSetup(std::string_view text, const std::string& source, QuorvaneModule& module) {
   const TomlFile file = ParseToml(text.substr(kFirstLine.size()), source);
   TableReader root(file.name, "", file.table);
@@ -263,6 +273,9 @@ std::string TakeSetup(std::string_view text, const std::string& source, Quorvane
   if (restored.setup) {
     module.Setup = std::move(*restored.setup);
     module.FitPage = restored.page;
+  }
+  for (FittedEntry& fit : restored.fits) {
+    module.Fits.AddKept(std::move(fit.name), fit.time, std::move(fit.kept));
   }
   return restored.remark;
 }

@@ -48,6 +48,14 @@ void TomlWriter::Comment(std::string_view text) {
   text_ += "# " + std::string(text) + "\n";
 }
 
+void TomlWriter::Numbers(std::string_view name, const std::vector<double>& values) {
+  text_ += std::string(name) + " = [";
+  for (std::size_t k = 0; k < values.size(); ++k) {
+    text_ += (k == 0 ? "" : ",") + ShortestText(values[k]);
+  }
+  text_ += "]\n";
+}
+
 void TomlWriter::Write(std::string_view name, const toml::node& value) {
   text_ += std::string(name) + " = " + TextOf(value) + "\n";
 }

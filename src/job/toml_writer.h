@@ -30,6 +30,7 @@ class TomlWriter {
     Write(name, list);
   }
   void Write(std::string_view name, const toml::node& value);
+  void Numbers(std::string_view name, const std::vector<double>& values);  // on one line
 
   const std::string& Text() const { return text_; }
 

@@ -216,8 +216,8 @@ RunsTest CountRuns(std::span<const double> residuals) {
   const double product = 2.0 * test.positive * test.negative;
   test.expected = product / all + 1.0;
   if (product <= all) return test;  // without spread
-  const double variance = product * (product - all) / (all * all * (all - 1.0));
-  test.z = (test.runs - test.expected) / std::sqrt(variance);
+  test.variance = product * (product - all) / (all * all * (all - 1.0));
+  test.z = (test.runs - test.expected) / std::sqrt(test.variance);
   return test;
 }
 

@@ -25,6 +25,7 @@ struct RunsTest {
   int negative = 0;
   int runs = 0;
   double expected = 0.0;    // mean of random sequences of as many signs
+  double variance = 0.0;    // of such sequences
   std::optional<double> z;  // deviation from it in standard deviations; absent for one sign only
 };
 

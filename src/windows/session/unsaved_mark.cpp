@@ -4,6 +4,7 @@
 #include <span>
 #include <string>
 
+#include "archive/zip_file.h"
 #include "base/fingerprint.h"
 #include "fit/models.h"
 #include "job/page_setup.h"
@@ -18,7 +19,7 @@ std::uint64_t SessionFingerprint(const QuorvaneModule& module) {
   for (const auto& graph : module.GraphStreams) print.Add(graph);
   const int model = module.ChosenModel->index;
   print.Add(std::as_bytes(std::span(&model, 1)));
-  const std::string setup = SetupText(module);
+  const std::string setup = SetupWithFits(module, kLongestComment).text;
   print.Add(std::as_bytes(std::span(setup)));
   return print.Value();
 }

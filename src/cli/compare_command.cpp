@@ -1,0 +1,148 @@
+#include "cli/compare_command.h"
+
+#include <algorithm>
+#include <ostream>
+
+#include "base/files.h"
+#include "base/number_format.h"
+#include "cli/fit_file.h"
+#include "cli/json_text.h"
+#include "fit/models.h"
+#include "stats/fit_comparison.h"
+
+namespace quorvane {
+
+namespace {
+
+Json OrNull(const std::optional<double>& value) {
+  return value ? Json(*value) : Json(nullptr);
+}
+
+Json FitsJson(const std::vector<NamedFit>& fits, const FitComparison& comparison) {
+  Json list = Json::array();
+  for (std::size_t k = 0; k < fits.size(); ++k) {
+    const FitSummary& fit = *fits[k].summary;
+    Json entry = {{"file", fits[k].name},
+                  {"model", fit.model->name},
+                  {"points", fit.points},
+                  {"fitted_parameters", fit.Fitted()},
+                  {"chi_squared", fit.sum},
+                  {"rms", OrNull(fit.Rms())},
+                  {"degrees_of_freedom", fit.Freedom()},
+                  {"aicc", OrNull(fit.AICc())},
+                  {"bic", OrNull(fit.BIC())},
+                  {"aicc_difference", OrNull(comparison.ranks[k].difference)},
+                  {"aicc_weight", OrNull(comparison.ranks[k].weight)},
+                  {"runs_z", OrNull(fit.runsZ)},
+                  {"at_rest", nullptr}};
+    if (fit.atRest) entry["at_rest"] = *fit.atRest;
+    list.push_back(std::move(entry));
+  }
+  return list;
+}
+
+Json CompareJson(const std::vector<NamedFit>& fits, const FitComparison& comparison) {
+  Json tests = Json::array();
+  Json remarks = Json::array();
+  for (const FitPair& pair : comparison.pairs) {
+    remarks.push_back(pair.sentence);
+    if (!pair.test) continue;
+    tests.push_back({{"restricted", pair.restricted},
+                     {"full", pair.full},
+                     {"f", pair.test->f},
+                     {"numerator", pair.test->numerator},
+                     {"denominator", pair.test->denominator},
+                     {"probability", pair.test->probability},
+                     {"held", pair.restrictions}});
+  }
+  for (const std::string& remark : comparison.remarks) remarks.push_back(remark);
+  return {{"fits", FitsJson(fits, comparison)}, {"tests", tests}, {"remarks", remarks}};
+}
+
+std::string Shown(const std::optional<double>& value, const char* pattern) {
+  return value ? FormatNumber(*value, pattern) : "-";
+}
+
+using Row = std::vector<std::string>;
+
+Row RowOf(const NamedFit& named, const AkaikeRank& rank) {
+  const FitSummary& fit = *named.summary;
+  const std::string rest = fit.atRest ? (*fit.atRest ? "yes" : "no") : "-";
+  return {named.name,
+          std::string(fit.model->name),
+          std::to_string(fit.Fitted()),
+          FormatNumber(fit.sum, "0.00000E+00"),
+          Shown(fit.Rms(), "0.0000E+00"),
+          std::to_string(fit.Freedom()),
+          Shown(fit.AICc(), "0.00"),
+          Shown(rank.difference, "0.00"),
+          Shown(rank.weight, "0.000"),
+          Shown(fit.BIC(), "0.00"),
+          Shown(fit.runsZ, "0.00"),
+          rest};
+}
+
+// Columns as wide as their widest text, the first two flush left, two blanks apart.
+void PrintTable(const std::vector<Row>& rows, std::ostream& out) {
+  std::vector<std::size_t> widths(rows.front().size(), 0);
+  for (const Row& row : rows) {
+    for (std::size_t k = 0; k < row.size(); ++k) widths[k] = std::max(widths[k], row[k].size());
+  }
+  for (const Row& row : rows) {
+    std::string line;
+    for (std::size_t k = 0; k < row.size(); ++k) {
+      const std::string blanks(widths[k] - row[k].size(), ' ');
+      line += (k == 0 ? "" : "  ") + (k < 2 ? row[k] + blanks : blanks + row[k]);
+    }
+    out << line << '\n';
+  }
+}
+
+void Print(const std::vector<NamedFit>& fits, const FitComparison& comparison, std::ostream& out) {
+  std::vector<Row> rows = {{"file", "model", "fitted", "sum of squares", "rms", "NDF", "AICc",
+                            "difference", "weight", "BIC", "runs Z", "at rest"}};
+  for (std::size_t k = 0; k < fits.size(); ++k) {
+    rows.push_back(RowOf(fits[k], comparison.ranks[k]));
+  }
+  PrintTable(rows, out);
+  out << "\nn = " << fits.front().summary->points
+      << " points, S = sum of squares, k = fitted parameters + 1 in the criteria\n"
+      << kAICcFormula << '\n'
+      << kBICFormula << '\n'
+      << kFFormula << ", k_r and k_f their fitted parameters\n";
+  for (const FitPair& pair : comparison.pairs) {
+    out << '\n';
+    if (pair.test) {
+      out << "F(" << pair.test->numerator << ", " << pair.test->denominator
+          << ") = " << FormatParam(pair.test->f) << ", probability "
+          << ShownProbability(pair.test->probability) << '\n';
+    }
+    out << pair.sentence << '\n';
+  }
+  for (const std::string& remark : comparison.remarks) out << '\n' << remark << '\n';
+}
+
+}  // namespace
+
+ExitStatus RunCompare(const CompareArguments& arguments, const CommandStreams& streams) {
+  std::vector<FitSummary> summaries;
+  for (const std::string& file : arguments.files) {
+    summaries.push_back(ReadFitFile(PathFromText(file)));
+  }
+  std::vector<NamedFit> fits;
+  for (std::size_t k = 0; k < summaries.size(); ++k) {
+    fits.push_back({arguments.files[k], &summaries[k]});
+  }
+  if (const std::string refusal = RefusalOfComparison(fits); !refusal.empty()) {
+    streams.err << refusal << '\n';
+    return ExitStatus::kNotDone;
+  }
+  const FitComparison comparison = CompareFits(fits);
+  Print(fits, comparison, streams.out);
+  if (!arguments.json.empty()) {
+    WriteWholeFile(PathFromText(arguments.json), JsonText(CompareJson(fits, comparison)));
+  }
+  return ExitStatus::kDone;
+}
+
+}  // namespace quorvane
