@@ -59,6 +59,15 @@ struct ChartMap {
   bool operator==(const ChartMap&) const = default;
 };
 
+// The least and the greatest finite value seen; low > high while none was.
+struct ChartRange {
+  double low = std::numeric_limits<double>::infinity();
+  double high = -std::numeric_limits<double>::infinity();
+  bool Empty() const { return low > high; }
+  void Include(std::span<const double> values);
+  bool operator==(const ChartRange&) const = default;
+};
+
 // One pair of axes. Panels of a Chart stand one above the other and share the bottom axis.
 struct ChartPanel {
   std::string leftTitle;
@@ -70,6 +79,7 @@ struct ChartPanel {
   std::string leftPattern = {};
   bool legend = false;               // a list of the named series
   std::optional<ChartMap> map = {};  // behind the series
+  ChartRange leftRange = {};         // shown on the left axis whatever the points; never serialised
   bool operator==(const ChartPanel&) const = default;
 };
 
@@ -88,14 +98,6 @@ struct Chart {
   std::vector<ChartPanel> panels;
   std::optional<ChartArea> view = {};  // of the top panel; absent: all points. Never serialised
   bool operator==(const Chart&) const = default;
-};
-
-// The least and the greatest finite value seen; low > high while none was.
-struct ChartRange {
-  double low = std::numeric_limits<double>::infinity();
-  double high = -std::numeric_limits<double>::infinity();
-  bool Empty() const { return low > high; }
-  void Include(std::span<const double> values);
 };
 
 // The bytes of a Chart: a magic word, a version, then lengths and values, little-endian.

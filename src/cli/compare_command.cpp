@@ -8,7 +8,7 @@
 #include "cli/fit_file.h"
 #include "cli/json_text.h"
 #include "fit/models.h"
-#include "stats/fit_comparison.h"
+#include "stats/comparison_table.h"
 
 namespace quorvane {
 
@@ -66,20 +66,19 @@ std::string Shown(const std::optional<double>& value, const char* pattern) {
 using Row = std::vector<std::string>;
 
 Row RowOf(const NamedFit& named, const AkaikeRank& rank) {
-  const FitSummary& fit = *named.summary;
-  const std::string rest = fit.atRest ? (*fit.atRest ? "yes" : "no") : "-";
+  const FitTexts fit = TextsOf(*named.summary);
   return {named.name,
-          std::string(fit.model->name),
-          std::to_string(fit.Fitted()),
-          FormatNumber(fit.sum, "0.00000E+00"),
-          Shown(fit.Rms(), "0.0000E+00"),
-          std::to_string(fit.Freedom()),
-          Shown(fit.AICc(), "0.00"),
+          fit.model,
+          fit.fitted,
+          fit.sum,
+          fit.rms,
+          fit.freedom,
+          fit.aicc,
           Shown(rank.difference, "0.00"),
           Shown(rank.weight, "0.000"),
-          Shown(fit.BIC(), "0.00"),
-          Shown(fit.runsZ, "0.00"),
-          rest};
+          fit.bic,
+          fit.runsZ,
+          fit.rest};
 }
 
 // Columns as wide as their widest text, the first two flush left, two blanks apart.

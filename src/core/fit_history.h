@@ -44,6 +44,11 @@ class FitHistory {
   // The fit of an entry that is packed: the one that somebody still holds, or a new one.
   std::shared_ptr<const FinishedFit> Fit(std::size_t place);
 
+  // Whether somebody has the fit of that entry, and it is `fit`.
+  bool Holds(std::size_t place, const std::shared_ptr<const FinishedFit>& fit) const {
+    return fit != nullptr && held_[place].lock() == fit;
+  }
+
   // Takes a name without the blanks around it. False for one that is empty then, or too long.
   bool Rename(std::size_t place, std::string_view name);
   void Delete(std::size_t place);

@@ -23,6 +23,7 @@ struct FitPage {
   double Density = 1.0;     // of the solvent, g/ml
   double ModelIndex = 0.0;  // index of the Model; set by a save
   std::array<double, 508> FitPageSpare{};
+  bool operator==(const FitPage&) const = default;
 };
 
 // Which constants of a page somebody has set, if only to the value that they begin with.

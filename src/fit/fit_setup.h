@@ -43,6 +43,7 @@ struct FitSetup {
   CheckState chkLnK2 = CheckState::kChecked;
   CheckState chkLnK3 = CheckState::kChecked;
   CheckState chkAlpha = CheckState::kChecked;
+  bool operator==(const FitSetup&) const = default;
 };
 
 // A page for `datasets` (positions in the store, rising, at least one, at most kMaxFitSets), its

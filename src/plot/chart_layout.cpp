@@ -38,6 +38,10 @@ PanelRange RangeOf(const ChartPanel& panel) {
     range.x.Include(panel.map->x);
     range.y.Include(panel.map->y);
   }
+  if (!panel.leftRange.Empty()) {
+    range.y.Include({&panel.leftRange.low, 1});
+    range.y.Include({&panel.leftRange.high, 1});
+  }
   return range;
 }
 

@@ -3,6 +3,7 @@
 #include <QTextEdit>
 
 #include "base/arithmetic.h"
+#include "core/fit_restore.h"
 #include "core/fit_run.h"
 #include "stats/confidence.h"
 #include "stats/error_analysis.h"
@@ -137,6 +138,27 @@ void FitCommands::UseAsStart(const Array1<double>& parameters) {
   }
   windows_.data.FitControl().ShowValues();
   windows_.data.FitControl().SetFitDone(false);
+}
+
+void FitCommands::Restore(std::size_t place) {
+  Session& session = windows_.session;
+  if (session.Calculating || !session.CommitPending()) return;
+  const HistoryEntry entry = session.Module.Fits.Entries()[place];
+  windows_.data.ClosePage();
+  if (const Refusal refusal = RestoreFit(session.Module, place)) {
+    windows_.host.ShowMessage(tr("Restore").toStdString(), refusal.text, MessageIcon::kExclamation);
+    return;
+  }
+  windows_.data.ShowChangedPage(true);
+  const QString name = QString::fromStdString(entry.name);
+  if (entry.packed == nullptr) {
+    session.Remark(tr("The values of %1 stand on the page: \"Fit\" goes on from them.").arg(name));
+    return;
+  }
+  windows_.data.FitControl().SetFitDone(true);
+  windows_.data.Results().ShowFit();
+  emit FitFinished();
+  session.Remark(tr("%1 was restored.").arg(name));
 }
 
 void FitCommands::Stop() {

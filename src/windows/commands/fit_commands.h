@@ -45,6 +45,10 @@ class FitCommands : public QObject {
   // Puts values of the parameters of the last fit into the page: the start of the next one.
   void UseAsStart(const Array1<double>& parameters);
 
+  // Puts page, choice of datasets and result back as they were when the fit at `place` of the
+  // session's list had finished; of a fit that only its values are known of, the page alone.
+  void Restore(std::size_t place);
+
   // Ends the running calculation at its next check.
   void Stop();
 

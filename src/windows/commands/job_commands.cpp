@@ -84,7 +84,7 @@ void JobCommands::Apply(const QString& path) {
                             MessageIcon::kExclamation);
     return;
   }
-  windows_.data.ShowAppliedJob(applied.setUp);
+  windows_.data.ShowChangedPage(applied.setUp);
   session.Remark(QString::fromStdString(applied.summary));
   if (applied.misfits.empty()) return;
   QString text = tr("What did not fit:");

@@ -20,6 +20,9 @@ class ValueBox : public QLineEdit {
   // text does not show are kept.
   void ShowStored(const QString& text);
 
+  // Whether the text is another than the one that was shown last.
+  bool IsChanged() const { return text() != shown_; }
+
   // Stores a changed text now. False if it was refused; then the focus stays in the box.
   bool Commit();
 

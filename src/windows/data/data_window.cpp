@@ -146,7 +146,7 @@ void DataWindow::ShowNewStore() {
   OpenPage();
 }
 
-void DataWindow::ShowAppliedJob(bool setUp) {
+void DataWindow::ShowChangedPage(bool setUp) {
   loaded_->Rebuild();
   loaded_->ShowModel();
   AfterStoreChange();

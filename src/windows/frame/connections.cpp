@@ -1,5 +1,7 @@
 #include "windows/frame/connections.h"
 
+#include <QToolButton>
+
 #include "windows/commands/error_commands.h"
 #include "windows/commands/experiment_commands.h"
 #include "windows/commands/fit_commands.h"
@@ -15,6 +17,9 @@
 #include "windows/errors/correlation_window.h"
 #include "windows/errors/error_analysis_window.h"
 #include "windows/errors/quality_window.h"
+#include "windows/fits/comparison_window.h"
+#include "windows/fits/fits_window.h"
+#include "windows/page/result_panel.h"
 #include "windows/frame/main_menus.h"
 #include "windows/graphs/graphs_window.h"
 #include "windows/graphs/overlay_window.h"
@@ -145,6 +150,31 @@ void ConnectJobs(const FrameParts& parts) {
                    &JobCommands::Apply);
 }
 
+// The list of fits follows all that makes or changes one.
+void ConnectFits(const FrameParts& parts) {
+  FitsWindow* list = &parts.fits;
+  ComparisonWindow* comparison = &parts.comparison;
+  FitCommands* fits = &parts.commands.fits;
+  QObject::connect(&parts.menus, &MainMenus::FitsChosen, list, [list] { ShowChild(*list); });
+  QObject::connect(&parts.windows.data.Results().FitsButton(), &QToolButton::clicked, list,
+                   [list] { ShowChild(*list); });
+  QObject::connect(fits, &FitCommands::FitFinished, list, &FitsWindow::Refresh);
+  QObject::connect(fits, &FitCommands::CalculatingChanged, list, &FitsWindow::Refresh);
+  QObject::connect(fits, &FitCommands::CalculationEnded, list, &FitsWindow::Refresh);
+  QObject::connect(&parts.judge, &RestJudge::Judged, list, &FitsWindow::Refresh);
+  QObject::connect(&parts.commands.experiments, &ExperimentCommands::ExperimentChanged, list,
+                   [list, comparison] {
+                     list->Refresh();
+                     CloseChild(*comparison);
+                   });
+  QObject::connect(list, &FitsWindow::RestoreRequested, fits, &FitCommands::Restore);
+  QObject::connect(list, &FitsWindow::CompareRequested, comparison,
+                   [comparison](const std::vector<std::size_t>& places) {
+                     comparison->Compare(places);
+                     ShowChild(*comparison);
+                   });
+}
+
 void ConnectAutosave(const FrameParts& parts) {
   const ExperimentCommands* experiments = &parts.commands.experiments;
   Autosave* autosave = &parts.autosave;
@@ -169,6 +199,7 @@ void ConnectParts(const FrameParts& parts) {
   ConnectReports(parts);
   ConnectAutosave(parts);
   ConnectJobs(parts);
+  ConnectFits(parts);
 }
 
 }  // namespace quorvane

@@ -13,7 +13,9 @@ class PreviewWindow;
 class SetRefConcWindow;
 class UnsavedMark;
 class CorrelationWindow;
+class ComparisonWindow;
 class ErrorAnalysisWindow;
+class FitsWindow;
 class QualityWindow;
 class RestJudge;
 
@@ -28,6 +30,8 @@ struct FrameParts {
   PreviewWindow& preview;
   OverlayWindow& overlay;
   SetRefConcWindow& setRefConc;
+  FitsWindow& fits;
+  ComparisonWindow& comparison;
   Autosave& autosave;
   UnsavedMark& unsaved;
   RestJudge& judge;

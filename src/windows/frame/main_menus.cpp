@@ -287,6 +287,10 @@ void MainMenus::BuildWindowMenu() {
             [this] { emit TileChosen(Qt::Vertical); });
   AddAction(window, "mnuWindowArrangeIcons", tr("&Arrange Icons"),
             [this] { emit ArrangeIconsChosen(); });
+  window->addSeparator();
+  AddAction(window, "mnuFits", tr("&Fits..."), [this] {
+    emit FitsChosen();
+  })->setShortcut(Qt::CTRL | Qt::SHIFT | Qt::Key_F);
 }
 
 void MainMenus::BuildHelpMenu() {

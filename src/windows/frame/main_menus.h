@@ -43,6 +43,7 @@ class MainMenus : public QObject {
   void CascadeChosen();
   void TileChosen(Qt::Orientation orientation);
   void ArrangeIconsChosen();
+  void FitsChosen();
   void HelpChosen(bool search);
   void AboutChosen();
 

@@ -32,6 +32,8 @@
 #include "windows/errors/correlation_window.h"
 #include "windows/errors/error_analysis_window.h"
 #include "windows/errors/quality_window.h"
+#include "windows/fits/comparison_window.h"
+#include "windows/fits/fits_window.h"
 #include "windows/frame/about_window.h"
 #include "windows/frame/app_icon.h"
 #include "windows/frame/connections.h"
@@ -70,6 +72,8 @@ MainWindow::MainWindow(Session& session, QWidget* parent)
       graphs_(new GraphsWindow(session)),
       coefficients_(new CorrelationWindow),
       quality_(new QualityWindow),
+      fitList_(new FitsWindow(session)),
+      comparison_(new ComparisonWindow(session)),
       analysis_(new ErrorAnalysisWindow(session)),
       preview_(new PreviewWindow(session, *host_)),
       overlay_(new OverlayWindow(session)),
@@ -101,7 +105,7 @@ MainWindow::MainWindow(Session& session, QWidget* parent)
   ConnectFrame();
   ConnectKeys();
   ConnectParts({AllWindows(), commands, *menus_, *coefficients_, *quality_, *analysis_, *preview_,
-                *overlay_, *setRefConc_, *autosave_, *unsaved_, *judge_});
+                *overlay_, *setRefConc_, *fitList_, *comparison_, *autosave_, *unsaved_, *judge_});
   RestorePlace(*this, session.Settings);
   LogHead(*host_);
   session_.Module.ExperimentOpen = false;  // the head lines are no work of the user
@@ -126,6 +130,8 @@ void MainWindow::AddChildren() {
   graphsChild_ = AddChild(graphs_, true);
   coefficientsChild_ = AddChild(coefficients_, true);
   AddChild(quality_, true)->hide();
+  AddChild(fitList_, true)->hide();
+  AddChild(comparison_, true)->hide();
   AddChild(analysis_, true)->hide();
   AddChild(preview_, true)->hide();
   AddChild(overlay_, true)->hide();

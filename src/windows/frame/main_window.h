@@ -43,6 +43,8 @@ class WindowHost;
 class CorrelationWindow;
 class ErrorAnalysisWindow;
 class QualityWindow;
+class FitsWindow;
+class ComparisonWindow;
 
 class MainWindow : public QMainWindow {
   Q_OBJECT
@@ -94,6 +96,8 @@ class MainWindow : public QMainWindow {
   GraphsWindow* graphs_;
   CorrelationWindow* coefficients_;
   QualityWindow* quality_;
+  FitsWindow* fitList_;
+  ComparisonWindow* comparison_;
   ErrorAnalysisWindow* analysis_;
   PreviewWindow* preview_;
   OverlayWindow* overlay_;

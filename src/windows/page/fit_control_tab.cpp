@@ -14,6 +14,7 @@
 #include "windows/page/fit_rows.h"
 #include "windows/page/model_block.h"
 #include "windows/page/ni_warning.h"
+#include "windows/page/page_steps.h"
 #include "windows/page/rest_line.h"
 #include "windows/page/weight_line.h"
 #include "windows/session/session.h"
@@ -63,7 +64,11 @@ void FitControlTab::BuildWidgets() {
   top->addLayout(buttons);
   top->addWidget(block_);
   weights_ = new WeightLine(session_);
-  top->addWidget(weights_);
+  steps_ = new PageSteps(session_, *this);
+  auto* line = new QHBoxLayout;
+  line->addWidget(weights_, 1);
+  line->addWidget(steps_);
+  top->addLayout(line);
   auto* layout = new QVBoxLayout(this);
   layout->addWidget(top_);
   layout->addWidget(rows_, 1);
@@ -96,6 +101,7 @@ void FitControlTab::ConnectSignals() {
   connect(block_, &ModelBlock::MwDisplayChosen, this, [this](bool buoyant) {
     if (CommitPending()) emit MwDisplayChosen(buoyant);
   });
+  connect(steps_, &PageSteps::Stepped, this, &FitControlTab::ShowStep);
   connect(block_, &ModelBlock::ValuesChanged, weights_, &WeightLine::ShowWeights);
   connect(weights_, &WeightLine::ConstantRequested, this, [this](Constant constant) {
     if (CommitPending()) emit ConstantRequested(constant);
@@ -120,6 +126,18 @@ void FitControlTab::ShowPage() {
   ChainTabOrder();
   SetFitDone(false);
   setUpdatesEnabled(true);
+  steps_->Begin();
+}
+
+// A step across a switch of the K ratios leaves the last fit behind, as the switch itself does.
+void FitControlTab::ShowStep() {
+  const QuorvaneModule& module = session_.Module;
+  block_->ShowAll();
+  rows_->ShowValues();
+  rows_->ShowParts();
+  const bool otherRatios = module.LastFit != nullptr &&
+                           module.LastFit->setup.ConstrainKRatios != module.Setup.ConstrainKRatios;
+  if (fitDone_ && otherRatios) SetFitDone(false);
 }
 
 // On copies, so that what belongs to the page stays open when the page cannot be built.
@@ -149,6 +167,8 @@ void FitControlTab::ChainTabOrder() {
   QWidget* previous = rows_->LastInTabOrder();
   std::vector<QWidget*> after = block_->InTabOrder();
   for (QWidget* button : weights_->Buttons()) after.push_back(button);
+  after.push_back(steps_->UndoButton());
+  after.push_back(steps_->RedoButton());
   for (QPushButton* button : Buttons()) after.push_back(button);
   for (QWidget* control : after) {
     setTabOrder(previous, control);
@@ -165,6 +185,7 @@ void FitControlTab::WarnNonideal() {
 void FitControlTab::ShowValues() {
   block_->ShowAll();
   rows_->ShowValues();
+  steps_->Note();
 }
 
 void FitControlTab::ShowRow(int row) {

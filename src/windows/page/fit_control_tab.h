@@ -14,6 +14,7 @@ namespace quorvane {
 
 class FitRows;
 class ModelBlock;
+class PageSteps;
 class RestLine;
 class WeightLine;
 class SessionHost;
@@ -80,6 +81,7 @@ class FitControlTab : public QWidget {
   std::array<QPushButton*, 5> Buttons() const;
   void ConnectSignals();
   void ChainTabOrder();
+  void ShowStep();
   void WarnNonideal();
 
   Session& session_;
@@ -88,6 +90,7 @@ class FitControlTab : public QWidget {
   ModelBlock* block_;
   FitRows* rows_;
   RestLine* rest_;
+  PageSteps* steps_;
   WeightLine* weights_;
   QPushButton* cmdFitMe_;
   QPushButton* cmdFitToRest_;

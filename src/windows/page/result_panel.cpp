@@ -34,15 +34,20 @@ ResultPanel::ResultPanel(Session& session, QWidget* parent)
       back_(StepButton("cmdResultBack", Qt::LeftArrow, tr("Previous dataset of the fit"))),
       forward_(StepButton("cmdResultForward", Qt::RightArrow, tr("Next dataset of the fit"))),
       which_(new QLabel),
-      plots_(new PlotSwitch("optResultPlot")) {
+      plots_(new PlotSwitch("optResultPlot")),
+      fits_(new QToolButton) {
   chart_->setObjectName("TChartFitting");
   which_->setObjectName("lblResult");
+  fits_->setObjectName("cmdShowFits");
+  fits_->setText(tr("Fits..."));
+  fits_->setToolTip(tr("All fits of this session: go back to one, compare some"));
   auto* steps = new QHBoxLayout;
   steps->addWidget(back_);
   steps->addWidget(forward_);
   steps->addWidget(which_);
   steps->addStretch();
   steps->addWidget(plots_);
+  steps->addWidget(fits_);
   auto* layout = new QVBoxLayout(this);
   layout->setContentsMargins(0, 0, 0, 0);
   layout->addLayout(steps);

@@ -21,6 +21,9 @@ class ResultPanel : public QWidget {
  public:
   explicit ResultPanel(Session& session, QWidget* parent = nullptr);
 
+  // Opens the list of fits.
+  QToolButton& FitsButton() { return *fits_; }
+
   // Appears with the first dataset of the last fit.
   void ShowFit();
 
@@ -41,6 +44,7 @@ class ResultPanel : public QWidget {
   QToolButton* forward_;
   QLabel* which_;
   PlotSwitch* plots_;
+  QToolButton* fits_;
 };
 
 }  // namespace quorvane
