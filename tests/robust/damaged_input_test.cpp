@@ -10,10 +10,14 @@
 #include "base/arithmetic.h"
 #include "base/byte_stream.h"
 #include "base/files.h"
-#include "job/job.h"
+#include "base/quiet_host.h"
+#include "cli/fit_file.h"
 #include "cli/json_records.h"
+#include "core/fit_restore.h"
 #include "core/fit_run.h"
 #include "core/settings/settings.h"
+#include "job/job.h"
+#include "job/page_setup.h"
 #include "match/match_reader.h"
 #include "robust/mutation.h"
 #include "rtf/rtf_reader.h"
@@ -22,6 +26,8 @@
 #include "scan/dataset_files.h"
 #include "scan/scan_samples.h"
 #include "scan/text_import.h"
+#include "stats/fit_comparison.h"
+#include "support/session.h"
 
 using namespace quorvane;
 
@@ -194,6 +200,39 @@ TEST(DamagedInput, Jobs) {
                                       "monomer-dimer" / "job.toml");
   ForEachMutation(sample, 0.7, [&](const std::string& bytes) {
     return Takes<JobFault>([&] { ReadJob(folder.Write("job.toml", bytes)); });
+  });
+}
+
+// A fit in JSON, and one that an archive keeps: what is taken can be compared and gone back to.
+TEST(DamagedInput, Fits) {
+  const TempFolder folder;
+  QuorvaneModule module;
+  QuietHost host;
+  module.Preferences.SaveGraphs = module.Preferences.LogGraphs = false;
+  AddScan(module, {.points = 10}, [](double x, double) { return 0.3 * std::exp(x); });
+  ASSERT_TRUE(SetupFit(module.Setup, module.FitPage, module.Store, FirstModel(), host));
+  const FitOutcome outcome = RunFit(module, host);
+  const Json fit = {{"fit", FitJson(outcome, module.LastFit.get())}};
+  ForEachMutation(JsonText(fit), 0.4, [&](const std::string& bytes) {
+    return Takes<FileFault>([&] {
+      const FitSummary found = ReadFitFile(folder.Write("fit.json", bytes));
+      const NamedFit fits[] = {{"a", &found}, {"b", &module.Fits.Entries()[0].kept->summary}};
+      if (RefusalOfComparison(fits).empty()) CompareFits(fits);
+    });
+  });
+  const std::string setup = SetupWithFits(module, 1U << 16U).text;
+  module.Fits.Clear();
+  ForEachMutation(setup, 0.4, [&](const std::string& bytes) {
+    if (!IsSetupText(bytes)) return false;
+    QuorvaneModule other = module;
+    return Takes<JobFault>([&] {
+      TakeSetup(bytes, "setup", other);
+      for (std::size_t k = 0; k < other.Fits.Entries().size(); ++k) {
+        if (RestoreFit(other, k)) continue;
+        EXPECT_GT(other.Store.Datasets[0].RefConc, 0.0);
+        EXPECT_EQ(other.Setup.NumFitSets, 1);
+      }
+    });
   });
 }
 
