@@ -119,6 +119,7 @@ class Walk {
     Tab(1);
     FitIdeal();
     FitDimer();
+    Fits();
     Trigger("mnuExpGraph");
     Grab("graphs");
     Click("cmdExportGraph");
@@ -167,6 +168,24 @@ class Walk {
     auto* quality = window_.findChild<QWidget*>("frmFitQuality");
     quality->parentWidget()->grab().save(folder_ + "/" + name + ".png");
     quality->parentWidget()->close();
+  }
+
+  // The list of fits, and the first two of them side by side.
+  void Fits() {
+    Trigger("mnuFits");
+    auto* list = window_.findChild<QWidget*>("frmFits");
+    auto* grid = list->findChild<QTableView*>("gridFits");
+    QTest::qWait(150);
+    for (const int row : {0, 1}) {
+      grid->selectionModel()->select(grid->model()->index(row, 0),
+                                     QItemSelectionModel::Select | QItemSelectionModel::Rows);
+    }
+    Grab(*list->parentWidget(), "fits");
+    Click("cmdCompareFits");
+    auto* comparison = window_.findChild<QWidget*>("frmCompareFits");
+    Grab(*comparison->parentWidget(), "compare-fits");
+    comparison->parentWidget()->close();
+    list->parentWidget()->close();
   }
 
   // After a fit of three cells at three speeds.

@@ -5,10 +5,12 @@
 #include <QGuiApplication>
 
 #include "archive/experiment_session.h"
+#include "archive/zip_file.h"
 #include "base/text.h"
 #include "core/new_experiment.h"
 #include "core/settings/recent_files.h"
 #include "fit/models.h"
+#include "job/page_setup.h"
 #include "windows/controls/busy_pointer.h"
 #include "windows/data/data_window.h"
 #include "windows/data/loaded_data_tab.h"
@@ -164,6 +166,10 @@ bool ExperimentCommands::Save() {
   AddRecentFile(ToPath(path), session.Settings, windows_.host);
   SetFile(path);
   emit NothingUnsaved();
+  const int leftOut = SetupWithFits(session.Module, kLongestComment).fitsLeftOut;
+  session.Remark(leftOut == 0 ? QString()
+                              : tr("Saved; of the list of fits the %1 oldest found no room.")
+                                    .arg(leftOut));
   return true;
 }
 

@@ -217,7 +217,7 @@ TEST_F(FrameTest, MenusAreInTheirOrder) {
             "Plots|Subtract Baseline|Plot Using (r^2 - r0^2)/2|\n"
             "Set vbar/vbar(A)|Set vbar(B)|Set density|Set Critical CCC|Set MC Tolerance|\n"
             "&Simulation|&Match|&Window|&New Window|&Cascade|Tile &Horizontal|Tile &Vertical|"
-            "&Arrange Icons|\n&Help|&Contents|&Search For Help On...|&About |\n\n");
+            "&Arrange Icons|&Fits...|\n&Help|&Contents|&Search For Help On...|&About |\n\n");
 }
 
 TEST_F(FrameTest, DeleteAllForgetsTheGraphsAndBeginsAgainAtOne) {
