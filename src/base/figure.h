@@ -48,6 +48,7 @@ struct FigurePoints {
 // One dataset.
 struct FigureSeries {
   std::string name;
+  std::size_t number = 0;  // of the dataset, from 0
   FigureLook look = {};
   FigurePoints data = {};
   FigurePoints leftOut = {};    // drawn hollow
@@ -83,6 +84,7 @@ struct Figure {
   double residualReach = 1.0;  // their left axes all go from -reach to reach, with some to spare
   std::vector<FigureKey> keys;
   std::vector<std::string> remarks;  // what the figure leaves out, for its maker
+  std::vector<std::string> texts;    // what stands in it automatically and may be replaced
   bool operator==(const Figure&) const = default;
 };
 

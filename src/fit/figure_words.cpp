@@ -115,7 +115,7 @@ std::string ConcentrationText(const FitState& fit, int d) {
   const std::optional<double> signal = mean ? std::nullopt : SignalAtReference(fit, d);
   const double molar = mean ? fit.SetCalcLoad(d) : signal.value_or(0.0) / fit.SetEpsA(d);
   if (!(molar > 0.0) || !std::isfinite(molar)) return {};
-  return MolarText(molar) + (mean ? "" : " at r0");
+  return MolarText(molar) + (mean ? "" : " at r\xE2\x82\x80");
 }
 
 }  // namespace quorvane

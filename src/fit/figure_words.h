@@ -25,7 +25,7 @@ std::string SpeedText(int rpm);
 std::string ChannelText(const Dataset& dataset, bool withCell);
 
 // Of the dataset at position d of the fit, from 1: "5.1 µM", the mean concentration if the fit
-// calculated the loads, else "5.1 µM at r0", the model's concentration at the reference radius if
+// calculated the loads, else "5.1 µM at r₀", the model's concentration at the reference radius if
 // that lies between the points of the fit. Empty where it has no meaning: no extinction coefficient
 // (it is 1), a second component, a value that is not above 0.
 std::string ConcentrationText(const FitState& fit, int d);

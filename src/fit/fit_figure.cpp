@@ -101,6 +101,14 @@ class FigureMaker {
     return found == choices_.texts.end() ? text : found->second;
   }
 
+  // The same for a text that stands in the figure itself, which may be replaced from now on.
+  std::string Offer(const std::string& text) {
+    if (std::find(figure_.texts.begin(), figure_.texts.end(), text) == figure_.texts.end()) {
+      figure_.texts.push_back(text);
+    }
+    return Shown(text);
+  }
+
   // Each dataset in words; those that would read alike have their names added.
   void NameSets() {
     std::map<std::string, int> uses;
@@ -125,15 +133,15 @@ class FigureMaker {
     for (const FigureSet& set : sets_) datasets.push_back(set.dataset);
     const bool logarithm = choices_.signal == FigureSignal::kLogarithm;
     figure_.title = choices_.title;
-    figure_.leftTitle = Shown(logarithm ? LogSignalTitle(datasets) : SignalTitle(datasets));
+    figure_.leftTitle = Offer(logarithm ? LogSignalTitle(datasets) : SignalTitle(datasets));
     figure_.bottomTitle =
-        Shown(choices_.abscissa == FigureAbscissa::kPsi
+        Offer(choices_.abscissa == FigureAbscissa::kPsi
                   ? "(r\xC2\xB2 \xE2\x88\x92 r\xE2\x82\x80\xC2\xB2)/2 (cm\xC2\xB2)"
                   : "Radius (cm)");
-    figure_.residualTitle = Shown("Residuals");
     const bool fitted = std::any_of(sets_.begin(), sets_.end(),
                                     [&](const FigureSet& set) { return FitOf(set) != nullptr; });
     figure_.residuals = choices_.residuals && fitted;
+    if (figure_.residuals) figure_.residualTitle = Offer("Residuals");
   }
 
   std::string CellTitle(const Dataset& dataset) const {
@@ -165,7 +173,7 @@ class FigureMaker {
     for (std::size_t k = 0; k < sets_.size(); ++k) {
       const Dataset& dataset = *sets_[k].dataset;
       FigureCell& cell = figure_.cells[PlaceOf(dataset, panels)];
-      if (panels != FigurePanels::kOne) cell.title = Shown(CellTitle(dataset));
+      if (panels != FigurePanels::kOne) cell.title = Offer(CellTitle(dataset));
       cell.series.push_back(SeriesOf(k));
       for (const double y : cell.series.back().residuals.y) {
         if (std::isfinite(y)) reach = std::max(reach, std::abs(y));
@@ -201,7 +209,7 @@ class FigureMaker {
     const FigureSet& set = sets_[k];
     const Dataset& dataset = *set.dataset;
     const FitState* fit = FitOf(set);
-    FigureSeries series{.name = Shown(names_[k]), .look = LookOf(set)};
+    FigureSeries series{.name = Shown(names_[k]), .number = set.number, .look = LookOf(set)};
     const double baseline = fit != nullptr ? fit->FitA(set.fitted) : dataset.Offset;
     for (std::size_t i = 0; i < static_cast<std::size_t>(dataset.NumPoints); ++i) {
       const bool good = dataset.Good[i] != kFalse;
@@ -225,35 +233,37 @@ class FigureMaker {
 
   bool HasCurve(const FigureSet& set) const { return choices_.curves && FitOf(set) != nullptr; }
 
+  // A key whose text the user has emptied is left out.
+  void AddKey(const FigureLook& look, bool symbol, bool line, const std::string& text) {
+    std::string shown = Offer(text);
+    if (!shown.empty()) figure_.keys.push_back({look, symbol, line, std::move(shown)});
+  }
+
   void ListKeys() {
     if (sets_.size() > kLegendRoom) {
       if (choices_.looks == FigureLooks::kBySpeed) ListSpeedsAndChannels();
       return;
     }
     for (std::size_t k = 0; k < sets_.size(); ++k) {
-      figure_.keys.push_back({LookOf(sets_[k]), true, HasCurve(sets_[k]), Shown(names_[k])});
+      AddKey(LookOf(sets_[k]), true, HasCurve(sets_[k]), names_[k]);
     }
   }
 
   void ListSpeedsAndChannels() {
+    if (speeds_.size() + channels_.size() > kLegendRoom) return;
     const bool lines = std::any_of(sets_.begin(), sets_.end(),
                                    [&](const FigureSet& set) { return HasCurve(set); });
     for (const int speed : speeds_) {
       const std::size_t place = PlaceIn(speeds_, speed);
-      figure_.keys.push_back({{ColorOf(place), FigureSymbol::kCircle, StrokeOf(place)},
-                              !lines,
-                              lines,
-                              Shown(SpeedText(speed))});
+      AddKey({ColorOf(place), FigureSymbol::kCircle, StrokeOf(place)}, !lines, lines,
+             SpeedText(speed));
     }
-    if (speeds_.size() + channels_.size() > kLegendRoom) return;
     for (const ChannelKey& channel : channels_) {
       const auto one = std::find_if(sets_.begin(), sets_.end(), [&](const FigureSet& set) {
         return KeyOf(*set.dataset) == channel;
       });
-      figure_.keys.push_back({{kGrey, SymbolOf(PlaceIn(channels_, channel)), FigureStroke::kSolid},
-                              true,
-                              false,
-                              Shown(ChannelText(*one->dataset, severalCells_))});
+      AddKey({kGrey, SymbolOf(PlaceIn(channels_, channel)), FigureStroke::kSolid}, true, false,
+             ChannelText(*one->dataset, severalCells_));
     }
   }
 

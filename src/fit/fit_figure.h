@@ -53,7 +53,8 @@ FigureLook FigureLookOf(std::size_t number);
 // then not above 0; how many is a remark.
 // Cells stand by rising cell, channel and speed; more than kMostFigureCells become one cell. The
 // legend is in words ("10,000 rpm, channel A, 5.1 µM"); above 24 datasets it lists speeds and
-// channels instead, or nothing for looks by dataset.
+// channels instead, where these are at most 24 and tell datasets apart. A text of the legend that
+// the user has emptied takes its entry away.
 Figure MakeFigure(const std::vector<FigureSet>& sets, const FitState* fit,
                   const FigureChoices& choices);
 

@@ -110,7 +110,7 @@ FigureSize NaturalSize(const Figure& figure, double width) {
   const int rows = (cells + across - 1) / across;
   const double cell = width / across;
   // A single large panel is wider than high, small ones about square.
-  const double panel = std::clamp(cell * (across == 1 ? 0.62 : 0.8), 38.0, 90.0);
+  const double panel = std::clamp(cell * (across == 1 ? 0.56 : 0.8), 38.0, 90.0);
   const double row = figure.residuals ? panel * 1.36 : panel;
   const FigureLegend legend(nullptr, figure.keys, int(width * kFigureUnitsPerMm) - 12);
   double height = rows * row + kSpare + legend.Height() / kFigureUnitsPerMm;

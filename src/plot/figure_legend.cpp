@@ -63,6 +63,12 @@ QCPScatterStyle::ScatterShape ShapeOf(FigureSymbol symbol) {
   return QCPScatterStyle::ssCircle;
 }
 
+QColor Mixed(const QColor& color, const QColor& other, float share) {
+  const auto mix = [&](float one, float two) { return one + share * (two - one); };
+  return QColor::fromRgbF(mix(color.redF(), other.redF()), mix(color.greenF(), other.greenF()),
+                          mix(color.blueF(), other.blueF()));
+}
+
 // Marks of equal area look equally heavy.
 double Share(FigureSymbol symbol) {
   switch (symbol) {
@@ -80,9 +86,11 @@ double Share(FigureSymbol symbol) {
 }  // namespace
 
 QCPScatterStyle FigureMark(const FigureLook& look, double size, bool hollow) {
+  constexpr float kPale = 0.45F;  // curves stay visible on many marks
   const QColor color = ToQColor(look.color);
-  QCPScatterStyle style(ShapeOf(look.symbol), QPen(color, kFigureMarkWidth),
-                        hollow ? QBrush(Qt::white) : QBrush(color), size * Share(look.symbol));
+  const QColor inside = hollow ? QColor(Qt::white) : Mixed(color, QColor(Qt::white), kPale);
+  QCPScatterStyle style(ShapeOf(look.symbol), QPen(color, kFigureMarkWidth), QBrush(inside),
+                        size * Share(look.symbol));
   if (look.symbol == FigureSymbol::kStar) style.setCustomPath(StarPath());
   if (look.symbol == FigureSymbol::kLeftTriangle) style.setCustomPath(SideTriangle(-1.0));
   if (look.symbol == FigureSymbol::kRightTriangle) style.setCustomPath(SideTriangle(1.0));
@@ -90,11 +98,8 @@ QCPScatterStyle FigureMark(const FigureLook& look, double size, bool hollow) {
 }
 
 QPen FigurePen(const FigureLook& look) {
-  constexpr double kShade = 0.5;
-  const QColor color = ToQColor(look.color);
-  QPen pen(QColor::fromRgbF(float(color.redF() * kShade), float(color.greenF() * kShade),
-                            float(color.blueF() * kShade)),
-           kFigureCurveWidth);
+  constexpr float kShade = 0.5F;
+  QPen pen(Mixed(ToQColor(look.color), Qt::black, kShade), kFigureCurveWidth);
   pen.setCapStyle(Qt::FlatCap);
   pen.setJoinStyle(Qt::BevelJoin);
   switch (look.stroke) {

@@ -9,7 +9,7 @@
 
 namespace quorvane {
 
-// Marks filled with the colour, or `hollow`.
+// Marks with a rim of the colour, filled with a paler one, or `hollow`.
 QCPScatterStyle FigureMark(const FigureLook& look, double size, bool hollow);
 
 // The curve: a darker shade of the colour, so that it is seen on the marks.

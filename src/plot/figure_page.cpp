@@ -23,6 +23,9 @@ constexpr double kMarginY = 0.05;
 constexpr double kResidualMargin = 0.08;
 constexpr double kDataShare = 2.6;  // height of a data panel in that of its residual panel
 
+constexpr QMargins kMargins(4, 4, 10, 4);
+constexpr int kRowGap = 44;  // room for the numbers below a cell, and a little more
+
 QString PanelName(std::size_t index) {
   return QStringLiteral("cell(%1)").arg(index);
 }
@@ -42,6 +45,21 @@ std::size_t CountPoints(const Figure& figure) {
   }
   return points;
 }
+
+// Numbers with a true minus sign.
+class FigureTicker : public NumberTicker {
+ public:
+  FigureTicker() : NumberTicker({}) {}
+
+ protected:
+  QVector<QString> createLabelVector(const QVector<double>& ticks, const QLocale& locale,
+                                     QChar format, int precision) override {
+    constexpr QChar kMinus(0x2212);
+    QVector<QString> labels = NumberTicker::createLabelVector(ticks, locale, format, precision);
+    for (QString& label : labels) label.replace(u'-', kMinus);
+    return labels;
+  }
+};
 
 class FigureFiller {
  public:
@@ -91,13 +109,17 @@ class FigureFiller {
     for (std::size_t k = 0; k < figure_.cells.size(); ++k) {
       const int row = int(k) / across_ * rowsPerCell;
       const int column = 1 + int(k) % across_;
+      const bool lowest = k + std::size_t(across_) >= figure_.cells.size();
       QCPAxisRect* data = AddPanel(grid, row, column, figure_.leftTitle);
       data->setObjectName(PanelName(k));
       FillCell(figure_.cells[k], *data);
       grid.setRowStretchFactor(row, kDataShare);
-      if (!figure_.residuals) continue;
-      QCPAxisRect* below = AddPanel(grid, row + 1, column, figure_.residualTitle);
-      FillResiduals(figure_.cells[k], *data, *below);
+      QCPAxisRect* last = data;
+      if (figure_.residuals) {
+        last = AddPanel(grid, row + 1, column, figure_.residualTitle);
+        FillResiduals(figure_.cells[k], *data, *last);
+      }
+      if (!lowest) last->setMinimumMargins(kMargins + QMargins(0, 0, 0, kRowGap));
     }
     for (int k = 1; k <= across_; ++k) grid.setColumnStretchFactor(k, 1.0);
     if (grid.columnCount() > 0) grid.setColumnStretchFactor(0, 0.001);
@@ -107,7 +129,7 @@ class FigureFiller {
     auto* rect = new QCPAxisRect(&plot_);
     grid.addElement(row, column, rect);
     if (column == 1) grid.addElement(row, 0, Title(title, kFigureTitle, Qt::Vertical, rect));
-    rect->setMinimumMargins(QMargins(4, 4, 10, 4));
+    rect->setMinimumMargins(kMargins);
     rect->setMinimumSize(40, 30);
     rect->setMarginGroup(QCP::msLeft | QCP::msRight, margins_);
     return rect;
@@ -118,7 +140,7 @@ class FigureFiller {
       const bool across = axis->orientation() == Qt::Horizontal;
       const bool left = axis == rect.axis(QCPAxis::atLeft);
       const bool bottom = axis == rect.axis(QCPAxis::atBottom);
-      auto ticker = QSharedPointer<NumberTicker>::create(std::string());
+      const auto ticker = QSharedPointer<FigureTicker>::create();
       ticker->setTickCount(across ? 4 : ticksUp);
       axis->setTicker(ticker);
       axis->setVisible(true);
@@ -127,11 +149,10 @@ class FigureFiller {
       axis->setTickLabelFont(ChartFont(kFigureLabel));
       axis->setTickLabelPadding(across ? 6 : 8);
       axis->setTickLength(12);
-      axis->setSubTickLength(6);
+      axis->setSubTicks(false);
       const QPen pen(Qt::black, kFigureAxisWidth);
       axis->setBasePen(pen);
       axis->setTickPen(pen);
-      axis->setSubTickPen(pen);
       axis->grid()->setVisible(false);
     }
   }

@@ -7,6 +7,7 @@
 #include <algorithm>
 #include <utility>
 
+#include "plot/figure_legend.h"
 #include "plot/figure_page.h"
 
 namespace quorvane {
@@ -16,6 +17,18 @@ namespace {
 constexpr double kRim = 8.0;  // about the page, pixels
 
 }  // namespace
+
+QPixmap MarkPicture(const FigureLook& look, int side) {
+  constexpr double kShare = 0.6;
+  QPixmap picture(side, side);
+  picture.fill(Qt::white);
+  QCPPainter painter(&picture);
+  painter.setAntialiasing(true);
+  const QCPScatterStyle mark = FigureMark(look, kShare * side, false);
+  mark.applyTo(&painter, QPen());
+  mark.drawShape(&painter, side / 2.0, side / 2.0);
+  return picture;
+}
 
 FigureWidget::FigureWidget(QWidget* parent)
     : QWidget(parent),

@@ -14,6 +14,9 @@ class QRubberBand;
 
 namespace quorvane {
 
+// The mark of a dataset on white, `side` pixels high and wide, for a list.
+QPixmap MarkPicture(const FigureLook& look, int side);
+
 // Shows the page as large as there is room for it. A drag to the right in a data panel chooses its
 // part to be shown, a drag to the left asks for everything again.
 class FigureWidget : public QWidget {
