@@ -5,7 +5,7 @@
 #include <cctype>
 #include <cmath>
 #include <cstdio>
-#include <optional>
+#include <map>
 
 #include "scan/dataset_channel.h"
 #include "scan/file_check.h"
@@ -77,16 +77,22 @@ std::optional<double> SignalAtReference(const FitState& fit, int d) {
 
 }  // namespace
 
+std::optional<int> CommonWavelength(const std::vector<const Dataset*>& datasets) {
+  constexpr int kOneSetting = 2;  // nm
+  std::map<int, int> uses;
+  for (const Dataset* dataset : datasets) ++uses[dataset->Wavelength];
+  if (uses.empty() || uses.begin()->first <= 0) return std::nullopt;
+  if (uses.rbegin()->first - uses.begin()->first > kOneSetting) return std::nullopt;
+  const auto rarer = [](const auto& one, const auto& other) { return one.second < other.second; };
+  return std::max_element(uses.begin(), uses.end(), rarer)->first;
+}
+
 std::string SignalTitle(const std::vector<const Dataset*>& datasets) {
   std::string title = CommonQuantity(datasets);
   const bool absorbance = title == "absorbance";
   title.front() = static_cast<char>(std::toupper(static_cast<unsigned char>(title.front())));
-  if (!absorbance) return title;
-  const int wavelength = datasets.front()->Wavelength;
-  const bool same = std::all_of(datasets.begin(), datasets.end(), [&](const Dataset* dataset) {
-    return dataset->Wavelength == wavelength;
-  });
-  if (same && wavelength > 0) title += " at " + std::to_string(wavelength) + " nm";
+  const std::optional<int> wavelength = CommonWavelength(datasets);
+  if (absorbance && wavelength) title += " at " + std::to_string(*wavelength) + " nm";
   return title;
 }
 

@@ -1,6 +1,7 @@
 // The words of a figure: what its axes measure, and what its datasets are called.
 #pragma once
 
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -10,12 +11,17 @@
 namespace quorvane {
 
 // The title of an axis that bears the signals of `datasets` as measured: by the letter of their
-// header lines, "Absorbance at 280 nm" (the wavelength if they all have the same), "Fringes",
+// header lines, "Absorbance at 280 nm" (with the common wavelength if there is one), "Fringes",
 // "Fluorescence", "Intensity"; "Signal" where there is none or they differ.
 std::string SignalTitle(const std::vector<const Dataset*>& datasets);
 
 // The same for ln(signal - baseline): "ln(absorbance - baseline)", with a true minus sign.
 std::string LogSignalTitle(const std::vector<const Dataset*>& datasets);
+
+// The wavelength in nm at which all of `datasets` were measured, nothing if they differ or it is
+// not known. Headers state what the monochromator came to: up to 2 nm apart count as one setting,
+// and the most frequent value stands for it.
+std::optional<int> CommonWavelength(const std::vector<const Dataset*>& datasets);
 
 // "10,000 rpm"
 std::string SpeedText(int rpm);

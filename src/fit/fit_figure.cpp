@@ -67,15 +67,14 @@ class FigureMaker {
   FigureMaker(const std::vector<FigureSet>& sets, const FitState* fit, const FigureChoices& choices)
       : sets_(sets), fit_(fit), choices_(choices) {
     std::set<int> cells;
-    std::set<int> wavelengths;
     for (const FigureSet& set : sets_) {
       speeds_.insert(set.dataset->Speed);
       channels_.insert(KeyOf(*set.dataset));
       if (const auto cell = ChannelOf(*set.dataset).cell) cells.insert(*cell);
-      wavelengths.insert(set.dataset->Wavelength);
+      datasets_.push_back(set.dataset);
     }
     severalCells_ = cells.size() > 1;
-    severalWavelengths_ = wavelengths.size() > 1;
+    severalWavelengths_ = !CommonWavelength(datasets_);
   }
 
   Figure Make() {
@@ -115,7 +114,8 @@ class FigureMaker {
     for (const FigureSet& set : sets_) {
       const Dataset& dataset = *set.dataset;
       std::string name = SpeedText(dataset.Speed) + ", " + ChannelText(dataset, severalCells_);
-      if (severalWavelengths_) name += ", " + std::to_string(dataset.Wavelength) + " nm";
+      if (severalWavelengths_ && dataset.Wavelength > 0)
+        name += ", " + std::to_string(dataset.Wavelength) + " nm";
       if (const FitState* fit = FitOf(set)) {
         const std::string concentration = ConcentrationText(*fit, set.fitted);
         if (!concentration.empty()) name += ", " + concentration;
@@ -129,11 +129,9 @@ class FigureMaker {
   }
 
   void SetTitles() {
-    std::vector<const Dataset*> datasets;
-    for (const FigureSet& set : sets_) datasets.push_back(set.dataset);
     const bool logarithm = choices_.signal == FigureSignal::kLogarithm;
     figure_.title = choices_.title;
-    figure_.leftTitle = Offer(logarithm ? LogSignalTitle(datasets) : SignalTitle(datasets));
+    figure_.leftTitle = Offer(logarithm ? LogSignalTitle(datasets_) : SignalTitle(datasets_));
     figure_.bottomTitle =
         Offer(choices_.abscissa == FigureAbscissa::kPsi
                   ? "(r\xC2\xB2 \xE2\x88\x92 r\xE2\x82\x80\xC2\xB2)/2 (cm\xC2\xB2)"
@@ -270,6 +268,7 @@ class FigureMaker {
   const std::vector<FigureSet>& sets_;
   const FitState* fit_;
   const FigureChoices& choices_;
+  std::vector<const Dataset*> datasets_;
   std::set<int> speeds_;
   std::set<ChannelKey> channels_;
   bool severalCells_ = false;

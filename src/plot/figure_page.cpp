@@ -24,7 +24,9 @@ constexpr double kResidualMargin = 0.08;
 constexpr double kDataShare = 2.6;  // height of a data panel in that of its residual panel
 
 constexpr QMargins kMargins(4, 4, 10, 4);
-constexpr int kRowGap = 44;  // room for the numbers below a cell, and a little more
+constexpr int kRowGap = 40;  // room for the numbers below a cell, and a little more
+
+constexpr int kNameRoom = 42;  // for the title of a cell
 
 QString PanelName(std::size_t index) {
   return QStringLiteral("cell(%1)").arg(index);
@@ -119,7 +121,7 @@ class FigureFiller {
         last = AddPanel(grid, row + 1, column, figure_.residualTitle);
         FillResiduals(figure_.cells[k], *data, *last);
       }
-      if (!lowest) last->setMinimumMargins(kMargins + QMargins(0, 0, 0, kRowGap));
+      if (!lowest) last->setMinimumMargins(last->minimumMargins() + QMargins(0, 0, 0, kRowGap));
     }
     for (int k = 1; k <= across_; ++k) grid.setColumnStretchFactor(k, 1.0);
     if (grid.columnCount() > 0) grid.setColumnStretchFactor(0, 0.001);
@@ -245,12 +247,14 @@ class FigureFiller {
     return item;
   }
 
-  // In the corner that data of an equilibrium leave free, as they rise to the right.
+  // Above the axes, where no data are.
   void NameCell(QCPAxisRect& rect, const std::string& title) {
     if (title.empty()) return;
+    rect.setMinimumMargins(rect.minimumMargins() + QMargins(0, kNameRoom, 0, 0));
     QCPItemText* text = AddText(rect, QString::fromStdString(title), 0.0, 0.0);
-    text->setPositionAlignment(Qt::AlignTop | Qt::AlignLeft);
-    text->setPadding(QMargins(24, 18, 0, 0));
+    text->setClipToAxisRect(false);
+    text->setPositionAlignment(Qt::AlignBottom | Qt::AlignLeft);
+    text->setPadding(QMargins(0, 0, 0, 4));
   }
 
   void SayNoData(QCPAxisRect& rect) {
