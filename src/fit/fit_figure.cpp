@@ -166,7 +166,7 @@ class FigureMaker {
                                 std::to_string(wanted) + " panels; the most are " +
                                 std::to_string(kMostFigureCells) + ".");
     }
-    figure_.cells.resize(panels == FigurePanels::kOne ? 1 : wanted);
+    figure_.cells.resize(panels == FigurePanels::kOne ? 1 : std::max<std::size_t>(wanted, 1));
     double reach = 0.0;
     for (std::size_t k = 0; k < sets_.size(); ++k) {
       const Dataset& dataset = *sets_[k].dataset;

@@ -21,7 +21,8 @@ namespace {
 constexpr double kMarginX = 0.03;  // of the data's range, at each end
 constexpr double kMarginY = 0.05;
 constexpr double kResidualMargin = 0.08;
-constexpr double kDataShare = 2.6;  // height of a data panel in that of its residual panel
+constexpr double kTitleShare = 0.001;  // width of the titles in that of a cell: none to spare
+constexpr double kDataShare = 2.6;     // height of a data panel in that of its residual panel
 
 constexpr QMargins kMargins(4, 4, 10, 4);
 constexpr int kRowGap = 40;  // room for the numbers below a cell, and a little more
@@ -107,6 +108,7 @@ class FigureFiller {
     grid.setRowSpacing(2);
     grid.setColumnSpacing(6);
     margins_ = new QCPMarginGroup(&plot_);
+    margins_->setParent(&grid);  // goes with the panels when the plot is filled anew
     const int rowsPerCell = figure_.residuals ? 2 : 1;
     for (std::size_t k = 0; k < figure_.cells.size(); ++k) {
       const int row = int(k) / across_ * rowsPerCell;
@@ -123,8 +125,9 @@ class FigureFiller {
       }
       if (!lowest) last->setMinimumMargins(last->minimumMargins() + QMargins(0, 0, 0, kRowGap));
     }
-    for (int k = 1; k <= across_; ++k) grid.setColumnStretchFactor(k, 1.0);
-    if (grid.columnCount() > 0) grid.setColumnStretchFactor(0, 0.001);
+    for (int k = 0; k < grid.columnCount(); ++k) {
+      grid.setColumnStretchFactor(k, k == 0 ? kTitleShare : 1.0);
+    }
   }
 
   QCPAxisRect* AddPanel(QCPLayoutGrid& grid, int row, int column, const std::string& title) {
@@ -258,7 +261,9 @@ class FigureFiller {
   }
 
   void SayNoData(QCPAxisRect& rect) {
-    rect.axis(QCPAxis::atLeft)->setTickLabels(false);
+    for (const auto side : {QCPAxis::atLeft, QCPAxis::atBottom}) {
+      rect.axis(side)->setTickLabels(false);
+    }
     AddText(rect, QObject::tr("No data"), 0.5, 0.5)->setColor(Qt::gray);
   }
 

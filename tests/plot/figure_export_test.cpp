@@ -42,7 +42,7 @@ Figure TwoCells() {
 
 TEST(FigureExport, AllFormatsHaveTheAskedSizeAndTheirTexts) {
   const Figure figure = TwoCells();
-  const FigureSize size{85.0, 60.0};
+  const FigureSize size{85.0, 110.0};
   for (const int dpi : {300, 600}) {
     const QImage image = QImage::fromData(
         QByteArray::fromStdString(RenderFigure(figure, PictureFormat::kPng, size, dpi)));
@@ -50,7 +50,7 @@ TEST(FigureExport, AllFormatsHaveTheAskedSizeAndTheirTexts) {
     EXPECT_NEAR(image.dotsPerMeterX() * 0.0254, dpi, 0.1);
   }
   const QString svg = QString::fromStdString(RenderFigure(figure, PictureFormat::kSvg, size));
-  EXPECT_TRUE(svg.contains("width=\"85mm\" height=\"60mm\""));
+  EXPECT_TRUE(svg.contains("width=\"85mm\" height=\"110mm\""));
   for (const char* text : {">T<", ">Radius (cm)<", ">Fringes<", ">Residuals<", ">Left<", ">Right<",
                            ">10,000 rpm, channel A, 5.1 \xC2\xB5M<"}) {
     EXPECT_TRUE(svg.contains(QString::fromUtf8(text))) << text;
@@ -61,7 +61,7 @@ TEST(FigureExport, AllFormatsHaveTheAskedSizeAndTheirTexts) {
             2);
   EXPECT_EQ(svg.toStdString(), RenderFigure(figure, PictureFormat::kSvg, size));
   const std::string pdf = RenderFigure(figure, PictureFormat::kPdf, size);
-  EXPECT_NE(pdf.find("/MediaBox [0 0 241 170]"), std::string::npos);
+  EXPECT_NE(pdf.find("/MediaBox [0 0 241.000000 312.000000]"), std::string::npos);
   for (const double side : {29.0, 501.0, std::nan("")}) {
     EXPECT_THROW(RenderFigure(figure, PictureFormat::kPdf, {85.0, side}), std::runtime_error);
   }

@@ -58,7 +58,7 @@ void FigureOptions::BuildParts() {
   chkCurves_->setToolTip(tr("The curves of the last fit"));
   chkResiduals_ = Named(new QCheckBox(tr("Resi&duals")), "chkFigureResiduals");
   chkResiduals_->setToolTip(tr("Data minus curve, all panels on one scale"));
-  chkLeftOut_ = Named(new QCheckBox(tr("&Points left out")), "chkFigureLeftOut");
+  chkLeftOut_ = Named(new QCheckBox(tr("Points &left out")), "chkFigureLeftOut");
   chkLeftOut_->setToolTip(tr("Hollow marks for the points that are not in use"));
   chkCurves_->setChecked(true);
   chkResiduals_->setChecked(true);
@@ -74,8 +74,8 @@ void FigureOptions::BuildLayout() {
   cmbLooks_ = NewChoice("cmbFigureLooks", {tr("Speed and channel"), tr("Dataset")});
   cmbLooks_->setToolTip(tr("What colours and symbols tell apart"));
   auto* form = new QFormLayout;
-  form->addRow(tr("&Panels:"), cmbPanels_);
-  form->addRow(tr("&Signal:"), cmbSignal_);
+  form->addRow(tr("Pane&ls:"), cmbPanels_);
+  form->addRow(tr("S&ignal:"), cmbSignal_);
   form->addRow(tr("Loo&ks by:"), cmbLooks_);
   radius_ = Named(new QRadioButton(tr("&Radius")), "optFigureAxis(0)");
   radius_->setChecked(true);
@@ -98,7 +98,7 @@ QWidget* FigureOptions::BuildSize() {
   txtWidth_->setAccessibleName(tr("Width"));
   txtWidth_->setValue(kFigurePageWidth);
   txtWidth_->setEnabled(false);
-  chkHeight_ = Named(new QCheckBox(tr("H&eight to suit")), "chkFigureHeight");
+  chkHeight_ = Named(new QCheckBox(tr("Height &to suit")), "chkFigureHeight");
   chkHeight_->setChecked(true);
   txtHeight_ = NewLength("txtFigureHeight");
   txtHeight_->setAccessibleName(tr("Height"));
@@ -141,10 +141,9 @@ void FigureOptions::ConnectSignals() {
   }
   connect(cmbLooks_, &QComboBox::currentIndexChanged, this, &FigureOptions::Changed);
   for (QComboBox* box : {cmbPanels_, cmbSignal_}) {
-    connect(box, &QComboBox::currentIndexChanged, this, &FigureOptions::AxesChanged);
+    connect(box, &QComboBox::currentIndexChanged, this, &FigureOptions::TellAxes);
   }
-  connect(psi_, &QRadioButton::toggled, this, &FigureOptions::AxesChanged);
-  connect(this, &FigureOptions::AxesChanged, this, &FigureOptions::Changed);
+  connect(psi_, &QRadioButton::toggled, this, &FigureOptions::TellAxes);
   connect(chkHeight_, &QCheckBox::toggled, txtHeight_, &QWidget::setDisabled);
   connect(cmbWidth_, &QComboBox::currentIndexChanged, this, [this](int choice) {
     txtWidth_->setEnabled(choice == kOwnWidth);
@@ -159,6 +158,11 @@ void FigureOptions::ConnectSignals() {
   }
   connect(txtTitle_, &QLineEdit::textChanged, this, &FigureOptions::Changed);
   connect(gridTexts_, &QTableWidget::cellChanged, this, &FigureOptions::TakeText);
+}
+
+void FigureOptions::TellAxes() {
+  emit AxesChanged();
+  emit Changed();
 }
 
 FigureChoices FigureOptions::Choices() const {

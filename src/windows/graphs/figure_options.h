@@ -51,7 +51,7 @@ class FigureOptions : public QObject {
 
  signals:
   void Changed();
-  void AxesChanged();  // and with them Changed: a zoom has lost its meaning
+  void AxesChanged();  // then Changed: a zoom has lost its meaning
 
  private:
   void BuildParts();
@@ -59,6 +59,7 @@ class FigureOptions : public QObject {
   QWidget* BuildSize();
   void BuildTexts();
   void ConnectSignals();
+  void TellAxes();
   void TakeText(int row);
   void ForgetTexts();
 

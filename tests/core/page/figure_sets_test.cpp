@@ -37,6 +37,7 @@ class FigureTest : public testing::Test {
                                   .first = scan.first,
                                   .last = scan.first + 0.2},
                                  [](double x, double w) { return 0.3 * std::exp(8000.0 * w * x); });
+      dataset.FilePath.SetBytes(scan.name);
       dataset.Comment2.SetBytes(kAbsorbance);
       dataset.ExtCoeff = 40000.0;
     }
