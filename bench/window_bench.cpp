@@ -2,6 +2,7 @@
 #include <benchmark/benchmark.h>
 
 #include <QAbstractButton>
+#include <QAction>
 #include <QApplication>
 #include <QComboBox>
 #include <QTextEdit>
@@ -11,7 +12,9 @@
 #include <filesystem>
 #include <memory>
 
+#include "core/page/figure_sets.h"
 #include "core/settings/settings_store.h"
+#include "plot/figure_export.h"
 #include "windows/commands/experiment_commands.h"
 #include "windows/data/data_window.h"
 #include "windows/data/loaded_data_tab.h"
@@ -116,6 +119,31 @@ void FitAndReport(benchmark::State& state) {
   state.counters["pictures"] = static_cast<double>(module.NumGraphs());
 }
 
+// The figure of a fit of 101 datasets of some 170 points: drawn anew on the screen, as a PDF.
+void FigureOnScreen(benchmark::State& state) {
+  Program program;
+  program.LoadMany();
+  program.SetUpFit();
+  program.Click("cmdFitMe");
+  program.window.findChild<QAction*>("mnuFigure")->trigger();
+  QCoreApplication::processEvents();
+  for (auto _ : state) program.Click("chkFigureLeftOut");
+}
+
+void FigureAsPdf(benchmark::State& state) {
+  Program program;
+  program.LoadMany();
+  program.SetUpFit();
+  program.Click("cmdFitMe");
+  const FinishedFit& fit = *program.session.Module.LastFit;
+  std::size_t bytes = 0;
+  for (auto _ : state) {
+    const Figure figure = MakeFigure(FigureSets(fit), &fit.state, {});
+    bytes = RenderFigure(figure, PictureFormat::kPdf, NaturalSize(figure, kFigurePageWidth)).size();
+  }
+  state.counters["MB"] = static_cast<double>(bytes) / 1e6;
+}
+
 void PreviewFit(benchmark::State& state) {
   Program program;
   program.LoadMany();
@@ -186,6 +214,8 @@ BENCHMARK(Start)->Unit(benchmark::kMillisecond);
 BENCHMARK(LoadScans)->Arg(500)->Unit(benchmark::kMillisecond);
 BENCHMARK(SetupFit)->Unit(benchmark::kMillisecond);
 BENCHMARK(FitAndReport)->DenseRange(0, 1)->Unit(benchmark::kMillisecond);
+BENCHMARK(FigureOnScreen)->Unit(benchmark::kMillisecond);
+BENCHMARK(FigureAsPdf)->Unit(benchmark::kMillisecond);
 BENCHMARK(PreviewFit)->Unit(benchmark::kMillisecond);
 BENCHMARK(OpenLog)->Unit(benchmark::kMillisecond);
 BENCHMARK(KeepUnsavedWork)

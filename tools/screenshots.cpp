@@ -135,7 +135,7 @@ class Walk {
     }
     ErrorAnalysis();
     Quality("fit-quality");
-    Overlay();
+    Figure();
     ChooseScans();
     OfferOfUnsavedWork();
   }
@@ -188,15 +188,20 @@ class Walk {
     list->parentWidget()->close();
   }
 
-  // After a fit of three cells at three speeds.
-  void Overlay() {
-    Trigger("mnuOverlay");
-    auto* overlay = window_.findChild<QWidget*>("frmOverlay");
-    Click("optOverlay(1)");
-    Click("chkOverlayCurves");
-    QTest::qWait(150);
-    overlay->parentWidget()->grab().save(folder_ + "/overlay.png");
-    overlay->parentWidget()->close();
+  // After a fit of three channels at three speeds.
+  void Figure() {
+    Trigger("mnuFigure");
+    QWidget* child = window_.findChild<QWidget*>("frmFigure")->parentWidget();
+    QTest::qWait(200);
+    child->grab().save(folder_ + "/figure.png");
+    auto* tabs = window_.findChild<QTabWidget*>("tabFigure");
+    tabs->setCurrentIndex(1);
+    window_.findChild<QComboBox*>("cmbFigurePanels")->setCurrentIndex(1);
+    window_.findChild<QComboBox*>("cmbFigureSignal")->setCurrentIndex(1);
+    Click("optFigureAxis(1)");
+    QTest::qWait(200);
+    child->grab().save(folder_ + "/figure-logarithm.png");
+    child->close();
   }
   // After a fit: confidence intervals, coefficients and how they are printed, About.
   void ErrorAnalysis() {

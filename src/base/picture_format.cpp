@@ -2,6 +2,7 @@
 
 #include <string>
 
+#include "base/files.h"
 #include "base/text.h"
 
 namespace quorvane {
@@ -12,6 +13,11 @@ std::optional<PictureFormat> PictureFormatFromText(std::string_view text) {
   if (name == "svg") return PictureFormat::kSvg;
   if (name == "pdf") return PictureFormat::kPdf;
   return std::nullopt;
+}
+
+std::optional<PictureFormat> PictureFormatOf(const std::filesystem::path& file) {
+  const std::string suffix = PathText(file.extension());
+  return suffix.empty() ? std::nullopt : PictureFormatFromText(suffix.substr(1));
 }
 
 }  // namespace quorvane

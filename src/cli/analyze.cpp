@@ -13,10 +13,12 @@
 #include "cli/json_records.h"
 #include "cli/terminal_host.h"
 #include "core/fit_run.h"
+#include "core/page/figure_sets.h"
 #include "core/report/report_file.h"
 #include "job/job.h"
 #include "job/job_steps.h"
 #include "job/require.h"
+#include "plot/figure_export.h"
 #include "plot/offscreen.h"
 #include "plot/report_pages.h"
 #include "scan/dataset_files.h"
@@ -154,6 +156,17 @@ ExitStatus WritePaperReport(const Job& job, const QuorvaneModule& module) {
   return ExitStatus::kDone;
 }
 
+ExitStatus WriteFigure(const Job& job, const QuorvaneModule& module) {
+  if (!job.output.figure) return ExitStatus::kDone;
+  const OffscreenDrawing drawing;
+  const FinishedFit& fit = *module.LastFit;
+  const Figure figure = MakeFigure(FigureSets(fit), &fit.state, {});
+  const PictureFormat format = PictureFormatOf(*job.output.figure).value();
+  WriteWholeFile(*job.output.figure,
+                 RenderFigure(figure, format, NaturalSize(figure, kFigurePageWidth)));
+  return ExitStatus::kDone;
+}
+
 // The worst of several endings: a file fault, then what was not done.
 ExitStatus Worst(std::initializer_list<ExitStatus> endings) {
   return std::max(endings);
@@ -162,13 +175,18 @@ ExitStatus Worst(std::initializer_list<ExitStatus> endings) {
 // The outputs that show the fit; `fitted` if there is a finished one.
 ExitStatus WriteFit(const Job& job, const QuorvaneModule& module, bool fitted, Host& host) {
   if (!fitted) {
-    if (job.output.table || job.output.graphsFolder || job.output.report) {
+    const JobOutput& output = job.output;
+    if (output.table || output.graphsFolder || output.report) {
       host.ReportFailure("There is no finished fit: table, graphs and report are not written.");
+    }
+    if (output.figure) {
+      host.ReportFailure("There is no finished fit: the figure is not written.");
     }
     return ExitStatus::kDone;
   }
   return Worst({Guarded(host, [&] { return WriteTable(job, module); }),
                 Guarded(host, [&] { return WritePictures(job, module); }),
+                Guarded(host, [&] { return WriteFigure(job, module); }),
                 Guarded(host, [&] { return WritePaperReport(job, module); })});
 }
 

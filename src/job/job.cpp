@@ -92,6 +92,10 @@ JobOutput ReadOutput(TableReader& root, const fs::path& folder) {
   if (output.report && !ReportFormatOf(*output.report)) {
     table->Fail("report", "a file name ending in .html or .pdf is wanted");
   }
+  output.figure = ReadPath(*table, "figure", folder);
+  if (output.figure && !PictureFormatOf(*output.figure)) {
+    table->Fail("figure", "a file name ending in .pdf, .svg or .png is wanted");
+  }
   if (const std::optional<std::string> format = table->Text("graphs_format")) {
     const std::optional<PictureFormat> known = PictureFormatFromText(*format);
     if (!known) table->Fail("graphs_format", "\"png\", \"svg\" or \"pdf\" is wanted");

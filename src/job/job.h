@@ -42,6 +42,7 @@ struct JobOutput {
   PictureFormat graphsFormat = PictureFormat::kPng;
   std::optional<std::filesystem::path> table;
   std::optional<std::filesystem::path> report;  // .html or .pdf
+  std::optional<std::filesystem::path> figure;  // .pdf, .svg or .png
 };
 
 struct Job {

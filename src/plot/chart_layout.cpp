@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "base/chart.h"
+#include "plot/axis_range.h"
 #include "plot/chart_font.h"
 #include "plot/panel_filler.h"
 #include "plot/title_element.h"
@@ -16,10 +17,9 @@ namespace quorvane {
 
 namespace {
 
-constexpr double kMarginX = 0.04;         // of the data's range, at each end
-constexpr double kMarginY = 0.06;         // enough for a whole cross in a low panel
-constexpr double kSmallPanel = 0.4;       // share of the height below which ticks are few
-constexpr double kLeastSpan = 1 / 1e200;  // below it an axis has none
+constexpr double kMarginX = 0.04;    // of the data's range, at each end
+constexpr double kMarginY = 0.06;    // enough for a whole cross in a low panel
+constexpr double kSmallPanel = 0.4;  // share of the height below which ticks are few
 
 struct PanelRange {
   ChartRange x;
@@ -43,18 +43,6 @@ PanelRange RangeOf(const ChartPanel& panel) {
     range.y.Include({&panel.leftRange.high, 1});
   }
   return range;
-}
-
-QCPRange AxisRange(const ChartRange& range, double margin) {
-  constexpr double kNegligible = 1e-12;  // relative; less than that is rounding
-  if (range.Empty()) return {0.0, 1.0};
-  const double magnitude = std::max(std::abs(range.low), std::abs(range.high));
-  const double span = range.high - range.low;
-  double spare = margin * span;
-  if (span <= kNegligible * magnitude || magnitude < kLeastSpan) {
-    spare = magnitude > kLeastSpan ? 0.1 * magnitude : 1.0;
-  }
-  return {range.low - spare, range.high + spare};
 }
 
 double HeightShare(const ChartPanel& panel) {

@@ -227,8 +227,11 @@ class SvgEngine : public QPaintEngine {
   std::vector<QRectF> clips_;
 };
 
-SvgDevice::SvgDevice(QSize size, QString title)
-    : size_(size), title_(std::move(title)), engine_(std::make_unique<SvgEngine>(size)) {}
+SvgDevice::SvgDevice(QSize size, QString title, QSizeF millimetres)
+    : size_(size),
+      title_(std::move(title)),
+      millimetres_(millimetres),
+      engine_(std::make_unique<SvgEngine>(size)) {}
 
 SvgDevice::~SvgDevice() = default;
 
@@ -239,10 +242,15 @@ QPaintEngine* SvgDevice::paintEngine() const {
 QByteArray SvgDevice::Document() const {
   const QString width = QString::number(size_.width());
   const QString height = QString::number(size_.height());
+  const bool onPaper = millimetres_.isValid();
+  const auto extent = [&](double millimetres, const QString& units) {
+    return onPaper ? QString::number(millimetres) + "mm" : units;
+  };
   const QString head =
       "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n"
       "<svg xmlns=\"http://www.w3.org/2000/svg\" xmlns:xlink=\"http://www.w3.org/1999/xlink\"" +
-      Attribute("version", "1.1") + Attribute("width", width) + Attribute("height", height) +
+      Attribute("version", "1.1") + Attribute("width", extent(millimetres_.width(), width)) +
+      Attribute("height", extent(millimetres_.height(), height)) +
       Attribute("viewBox", "0 0 " + width + ' ' + height) + ">\n<title>" + Escaped(title_) +
       "</title>\n";
   return (head + engine_->Body() + "</svg>\n").toUtf8();

@@ -4,6 +4,7 @@
 #include <QByteArray>
 #include <QPaintDevice>
 #include <QSize>
+#include <QSizeF>
 #include <QString>
 #include <memory>
 
@@ -17,8 +18,9 @@ class SvgEngine;
 // its bounding rectangle).
 class SvgDevice : public QPaintDevice {
  public:
-  // `size` in user units (CSS pixels); `title` is what viewers show as the picture's name.
-  explicit SvgDevice(QSize size, QString title = {});
+  // `size` in user units; `title` is what viewers show as the picture's name. A unit is a CSS
+  // pixel, or what makes the picture as large as `millimetres` on paper.
+  explicit SvgDevice(QSize size, QString title = {}, QSizeF millimetres = {});
   ~SvgDevice() override;
   QPaintEngine* paintEngine() const override;
   QByteArray Document() const;
@@ -29,6 +31,7 @@ class SvgDevice : public QPaintDevice {
  private:
   QSize size_;
   QString title_;
+  QSizeF millimetres_;  // invalid: as `size_` says
   std::unique_ptr<SvgEngine> engine_;
 };
 

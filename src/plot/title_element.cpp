@@ -9,8 +9,6 @@ namespace quorvane {
 
 namespace {
 
-constexpr int kLeastTitlePixels = 9;
-
 double Inside(double value, double low, double high) {
   return low < high ? std::clamp(value, low, high) : (low + high) / 2;
 }
@@ -18,20 +16,20 @@ double Inside(double value, double low, double high) {
 }  // namespace
 
 TitleElement::TitleElement(QCustomPlot* plot, QString text, int pixels, Qt::Orientation orientation,
-                           const QCPAxisRect* centre)
+                           const QCPLayoutElement* centre, int leastPixels)
     : QCPLayoutElement(plot),
       text_(std::move(text)),
       pixels_(pixels),
       orientation_(orientation),
-      centre_(centre) {}
+      centre_(centre),
+      leastPixels_(leastPixels) {}
 
 void TitleElement::draw(QCPPainter* painter) {
   const bool upwards = orientation_ == Qt::Vertical;
   const QRect axes = centre_->rect();
   const int room = upwards ? rect().height() : rect().width();
   QFont font = ChartFont(pixels_);
-  while (QFontMetricsF(font).horizontalAdvance(text_) > room &&
-         font.pixelSize() > kLeastTitlePixels) {
+  while (QFontMetricsF(font).horizontalAdvance(text_) > room && font.pixelSize() > leastPixels_) {
     font.setPixelSize(font.pixelSize() - 1);
   }
   const QFontMetricsF metrics(font);

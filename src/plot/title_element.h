@@ -5,13 +5,13 @@
 
 namespace quorvane {
 
-// A line of text beside an axis rectangle and centred on it: across, or turned upwards. It shrinks,
-// then is cut, where it has no room.
+// A line of text beside an axis rectangle, or beside a layout of them, and centred on it: across,
+// or turned upwards. It shrinks to `leastPixels`, then is cut, where it has no room.
 class TitleElement : public QCPLayoutElement {
  public:
   // `centre` is of the same layout.
   TitleElement(QCustomPlot* plot, QString text, int pixels, Qt::Orientation orientation,
-               const QCPAxisRect* centre);
+               const QCPLayoutElement* centre, int leastPixels = 9);
 
   QSize minimumOuterSizeHint() const override { return Extent(1); }
   QSize maximumOuterSizeHint() const override { return Extent(QWIDGETSIZE_MAX); }
@@ -28,7 +28,8 @@ class TitleElement : public QCPLayoutElement {
   QString text_;
   int pixels_;
   Qt::Orientation orientation_;
-  const QCPAxisRect* centre_;
+  const QCPLayoutElement* centre_;
+  int leastPixels_;
 };
 
 }  // namespace quorvane

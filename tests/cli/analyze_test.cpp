@@ -163,14 +163,21 @@ TEST_F(AnalyzeTest, WritesTheReportOfAFinishedFitOnly) {
   ASSERT_EQ(Analyze(job + "[output]\nreport = \"fit.pdf\"\n"), 0) << err.str();
   EXPECT_TRUE(ReadText(folder / "fit.pdf").starts_with("%PDF-"));
   EXPECT_EQ(Analyze(job + "[output]\nreport = \"none/fit.pdf\"\n"), 3);
+  ASSERT_EQ(Analyze(job + "[output]\nfigure = \"fit.svg\"\n"), 0) << err.str();
+  const std::string figure = ReadText(folder / "fit.svg");
+  EXPECT_NE(figure.find(">Absorbance at 280 nm<"), std::string::npos);
+  EXPECT_NE(figure.find(">14,000 rpm, channel A<"), std::string::npos);
   std::string nothing;
   for (const char* number : {"1", "2"}) {
     nothing += std::string("[[dataset]]\nnumber = ") + number +
                "\nfit_baseline = false\nfit_ref_conc = false\n";
   }
-  EXPECT_EQ(Analyze(nothing + job + held + "[output]\nreport = \"no.html\"\n"), 1);
+  EXPECT_EQ(Analyze(nothing + job + held + "[output]\nreport = \"no.html\"\nfigure = \"no.svg\"\n"),
+            1);
   EXPECT_NE(err.str().find("report are not written"), std::string::npos);
+  EXPECT_NE(err.str().find("the figure is not written"), std::string::npos);
   EXPECT_FALSE(std::filesystem::exists(folder / "no.html"));
+  EXPECT_FALSE(std::filesystem::exists(folder / "no.svg"));
 }
 
 TEST_F(AnalyzeTest, AnErrorAnalysisGoesIntoJsonAndReport) {

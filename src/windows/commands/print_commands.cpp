@@ -5,6 +5,7 @@
 #include <QPrinter>
 
 #include "plot/chart_widget.h"
+#include "plot/figure_widget.h"
 #include "windows/print/grid_print_form.h"
 #include "windows/print/printing.h"
 #include "windows/print/text_printing.h"
@@ -17,6 +18,12 @@ namespace {
 PrintJob ChartJob(const ChartWidget& chart, const QString& title) {
   return {.title = title, .paint = [&chart](QPagedPaintDevice& device, bool) {
             chart.Paint(device, PrintableArea(device));
+          }};
+}
+
+PrintJob FigureJob(const FigureWidget& figure, const QString& title) {
+  return {.title = title, .paint = [&figure](QPagedPaintDevice& device, bool) {
+            PaintFigure(figure.GetFigure(), figure.PageSize(), device, PrintableArea(device));
           }};
 }
 
@@ -39,6 +46,8 @@ void PrintCommands::PrintActive() {
 void PrintCommands::Print(const PrintContent& content, const QString& title) {
   if (const auto* const* chart = std::get_if<const ChartWidget*>(&content)) {
     RunJob(ChartJob(**chart, title));
+  } else if (const auto* const* figure = std::get_if<const FigureWidget*>(&content)) {
+    RunJob(FigureJob(**figure, title));
   } else if (const auto* const* text = std::get_if<const QTextEdit*>(&content)) {
     RunJob(TextJob(**text, title));
   } else if (const auto* grid = std::get_if<PrintedGrid>(&content)) {

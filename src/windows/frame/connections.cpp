@@ -22,7 +22,7 @@
 #include "windows/page/result_panel.h"
 #include "windows/frame/main_menus.h"
 #include "windows/graphs/graphs_window.h"
-#include "windows/graphs/overlay_window.h"
+#include "windows/graphs/figure_window.h"
 #include "windows/log/log_window.h"
 #include "windows/page/fit_control_tab.h"
 #include "windows/page/preview_window.h"
@@ -126,19 +126,19 @@ void ConnectEvaluations(const FrameParts& parts) {
 // The report of a fit, and the plot of datasets that follows all that happens to them.
 void ConnectReports(const FrameParts& parts) {
   DataWindow* data = &parts.windows.data;
-  OverlayWindow* overlay = &parts.overlay;
+  FigureWindow* figure = &parts.figure;
   QObject::connect(&parts.commands.reports, &ReportCommands::Saved, data,
                    [data] { data->SourceFiles().FollowSave(); });
-  QObject::connect(&parts.menus, &MainMenus::OverlayChosen, overlay,
-                   [overlay] { ShowChild(*overlay); });
-  QObject::connect(data, &DataWindow::DatasetsChanged, overlay, &OverlayWindow::Refresh);
-  QObject::connect(&data->Editing(), &EditTab::Edited, overlay, &OverlayWindow::Refresh);
-  QObject::connect(&parts.commands.fits, &FitCommands::CalculationEnded, overlay,
-                   &OverlayWindow::Refresh);
-  QObject::connect(&parts.commands.experiments, &ExperimentCommands::ExperimentChanged, overlay,
-                   [overlay, &module = parts.windows.session.Module] {
-                     overlay->Refresh();
-                     if (module.Store.Datasets.empty()) CloseChild(*overlay);
+  QObject::connect(&parts.menus, &MainMenus::FigureChosen, figure,
+                   [figure] { ShowChild(*figure); });
+  QObject::connect(data, &DataWindow::DatasetsChanged, figure, &FigureWindow::Refresh);
+  QObject::connect(&data->Editing(), &EditTab::Edited, figure, &FigureWindow::Refresh);
+  QObject::connect(&parts.commands.fits, &FitCommands::CalculationEnded, figure,
+                   &FigureWindow::Refresh);
+  QObject::connect(&parts.commands.experiments, &ExperimentCommands::ExperimentChanged, figure,
+                   [figure, &module = parts.windows.session.Module] {
+                     figure->Refresh();
+                     if (module.Store.Datasets.empty()) CloseChild(*figure);
                    });
 }
 

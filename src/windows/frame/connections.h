@@ -8,7 +8,7 @@ namespace quorvane {
 
 class Autosave;
 class MainMenus;
-class OverlayWindow;
+class FigureWindow;
 class PreviewWindow;
 class SetRefConcWindow;
 class UnsavedMark;
@@ -28,7 +28,7 @@ struct FrameParts {
   QualityWindow& quality;
   ErrorAnalysisWindow& analysis;
   PreviewWindow& preview;
-  OverlayWindow& overlay;
+  FigureWindow& figure;
   SetRefConcWindow& setRefConc;
   FitsWindow& fits;
   ComparisonWindow& comparison;

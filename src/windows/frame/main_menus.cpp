@@ -188,7 +188,7 @@ void MainMenus::BuildGraphMenu() {
       AddAction(graph, "mnuExpGraph", tr("&Export"), [this] { commands_.options.ExportGraphs(); });
   graph_.exportGraphs->setShortcut(Qt::CTRL | Qt::SHIFT | Qt::Key_E);
   graph_.overlay =
-      AddAction(graph, "mnuOverlay", tr("&Overlay Datasets"), [this] { emit OverlayChosen(); });
+      AddAction(graph, "mnuOverlay", tr("&Overlay Datasets"), [this] { emit FigureChosen(); });
   graph_.overlay->setShortcut(Qt::CTRL | Qt::SHIFT | Qt::Key_O);
   graph_.deleteAll = AddAction(graph, "mnuCanGraphs", tr("&Delete All"),
                                [this] { commands_.options.DeleteGraphs(); });
@@ -197,6 +197,7 @@ void MainMenus::BuildGraphMenu() {
             [this] { commands_.options.ChooseColor(false); });
   AddAction(colors, "mnuSetDeletedPointsColor", tr("Deleted Points"),
             [this] { commands_.options.ChooseColor(true); });
+  graph_.figure = AddAction(graph, "mnuFigure", tr("&Figure..."), [this] { emit FigureChosen(); });
 }
 
 void MainMenus::BuildOptionMenu() {
@@ -334,6 +335,7 @@ void MainMenus::Update() {
   file_.applyJob->setEnabled(loaded);
   graph_.exportGraphs->setEnabled(module.NumGraphs() > 0);
   graph_.overlay->setEnabled(loaded);
+  graph_.figure->setEnabled(loaded);
   graph_.deleteAll->setEnabled(module.NumGraphs() > 0);
   fitting_.toRest->setEnabled(module.Setup.NumFitSets > 0 && RowsAreCurrent(module));
   fitting_.checkMinimum->setEnabled(windows_.data.FitControl().FitDone());

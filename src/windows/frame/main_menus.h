@@ -35,7 +35,7 @@ class MainMenus : public QObject {
 
  signals:
   void ImportChosen();
-  void OverlayChosen();
+  void FigureChosen();
   void SimulationChosen();
   void MatchChosen();
   void ChooseScansChosen();
@@ -86,6 +86,7 @@ class MainMenus : public QObject {
   struct GraphEntries {
     QAction* exportGraphs = nullptr;
     QAction* overlay = nullptr;
+    QAction* figure = nullptr;
     QAction* deleteAll = nullptr;
   };
   struct FittingEntries {

@@ -41,7 +41,7 @@
 #include "windows/frame/main_menus.h"
 #include "windows/frame/window_place.h"
 #include "windows/graphs/graphs_window.h"
-#include "windows/graphs/overlay_window.h"
+#include "windows/graphs/figure_window.h"
 #include "windows/log/log_window.h"
 #include "windows/match/match_window.h"
 #include "windows/page/preview_window.h"
@@ -76,7 +76,7 @@ MainWindow::MainWindow(Session& session, QWidget* parent)
       comparison_(new ComparisonWindow(session)),
       analysis_(new ErrorAnalysisWindow(session)),
       preview_(new PreviewWindow(session, *host_)),
-      overlay_(new OverlayWindow(session)),
+      figure_(new FigureWindow(session)),
       chooseScans_(new ChooseScansWindow(session, data_->SourceFiles())),
       setRefConc_(new SetRefConcWindow(session, *host_)),
       status_(new QLabel(QStringLiteral(" "))),
@@ -105,7 +105,7 @@ MainWindow::MainWindow(Session& session, QWidget* parent)
   ConnectFrame();
   ConnectKeys();
   ConnectParts({AllWindows(), commands, *menus_, *coefficients_, *quality_, *analysis_, *preview_,
-                *overlay_, *setRefConc_, *fitList_, *comparison_, *autosave_, *unsaved_, *judge_});
+                *figure_, *setRefConc_, *fitList_, *comparison_, *autosave_, *unsaved_, *judge_});
   RestorePlace(*this, session.Settings);
   LogHead(*host_);
   session_.Module.ExperimentOpen = false;  // the head lines are no work of the user
@@ -134,7 +134,7 @@ void MainWindow::AddChildren() {
   AddChild(comparison_, true)->hide();
   AddChild(analysis_, true)->hide();
   AddChild(preview_, true)->hide();
-  AddChild(overlay_, true)->hide();
+  AddChild(figure_, true)->hide();
   AddChild(chooseScans_, true)->hide();
   AddChild(setRefConc_, true)->hide();
 }
@@ -266,7 +266,7 @@ void MainWindow::SetCalculating(bool on) {
   if (match_ != nullptr) match_->setEnabled(!on);
   if (import_ != nullptr) import_->setEnabled(!on);
   coefficients_->setEnabled(!on);
-  overlay_->setEnabled(!on);
+  figure_->setEnabled(!on);
   chooseScans_->setEnabled(!on);
 }
 

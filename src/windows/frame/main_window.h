@@ -30,7 +30,7 @@ class LogWindow;
 class MainMenus;
 class MatchWindow;
 class OptionCommands;
-class OverlayWindow;
+class FigureWindow;
 class PrintCommands;
 class PreviewWindow;
 class ReportCommands;
@@ -100,7 +100,7 @@ class MainWindow : public QMainWindow {
   ComparisonWindow* comparison_;
   ErrorAnalysisWindow* analysis_;
   PreviewWindow* preview_;
-  OverlayWindow* overlay_;
+  FigureWindow* figure_;
   ChooseScansWindow* chooseScans_;
   SetRefConcWindow* setRefConc_;
   ExperimentCommands* experiments_ = nullptr;

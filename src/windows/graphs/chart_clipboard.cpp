@@ -14,24 +14,30 @@ namespace quorvane {
 
 namespace {
 
-void PutOnClipboard(const Chart& chart, PictureSize size) {
-  const BusyPointer busy;
-  const std::string png = RenderChart(chart, PictureFormat::kPng, size);
-  auto data = std::make_unique<QMimeData>();
-  data->setImageData(QImage::fromData(QByteArray::fromStdString(png)));
-  data->setData("image/svg+xml",
-                QByteArray::fromStdString(RenderChart(chart, PictureFormat::kSvg, size)));
-  QGuiApplication::clipboard()->setMimeData(data.release());
+// `render` makes the bytes of a format.
+template <class Render>
+void PutOnClipboard(Dialogs& ask, QWidget* parent, Render render) {
+  try {
+    const BusyPointer busy;
+    auto data = std::make_unique<QMimeData>();
+    data->setImageData(QImage::fromData(QByteArray::fromStdString(render(PictureFormat::kPng))));
+    data->setData("image/svg+xml", QByteArray::fromStdString(render(PictureFormat::kSvg)));
+    QGuiApplication::clipboard()->setMimeData(data.release());
+  } catch (const std::exception& fault) {
+    ask.ShowMessage(parent, "", QString::fromUtf8(fault.what()), MessageIcon::kExclamation);
+  }
 }
 
 }  // namespace
 
 void CopyChart(const Chart& chart, PictureSize size, Dialogs& ask, QWidget* parent) {
-  try {
-    PutOnClipboard(chart, size);
-  } catch (const std::exception& fault) {
-    ask.ShowMessage(parent, "", QString::fromUtf8(fault.what()), MessageIcon::kExclamation);
-  }
+  PutOnClipboard(ask, parent,
+                 [&](PictureFormat format) { return RenderChart(chart, format, size); });
+}
+
+void CopyFigure(const Figure& figure, FigureSize size, Dialogs& ask, QWidget* parent) {
+  PutOnClipboard(ask, parent,
+                 [&](PictureFormat format) { return RenderFigure(figure, format, size); });
 }
 
 }  // namespace quorvane

@@ -10,16 +10,17 @@ class QTextEdit;
 namespace quorvane {
 
 class ChartWidget;
+class FigureWidget;
 
 struct PrintedGrid {
   QString title;
   const QAbstractItemModel* cells = nullptr;  // with its headers
 };
 
-// A chart as it is shown; a text box, of which the selection or all is printed; a grid. Nothing:
-// there is nothing to print on the open tab.
-using PrintContent =
-    std::variant<std::monostate, const ChartWidget*, const QTextEdit*, PrintedGrid>;
+// A chart as it is shown; a figure at its size; a text box, of which the selection or all is
+// printed; a grid. Nothing: there is nothing to print on the open tab.
+using PrintContent = std::variant<std::monostate, const ChartWidget*, const FigureWidget*,
+                                  const QTextEdit*, PrintedGrid>;
 
 // A child window of frmMain that can be printed.
 class Printable {

@@ -210,7 +210,7 @@ TEST_F(FrameTest, MenusAreInTheirOrder) {
             "Files|Empty|\n"
             "Save Loaded &Data|Save Log &File|Save &Report|Save &Job...|&Apply Job...|&Exit|\n"
             "&Graphs|Show in &Log|&Save for Export|&Export|&Overlay Datasets|&Delete All|"
-            "Set Edit Colors|Good Points|Deleted Points|\n\n"
+            "Set Edit Colors|Good Points|Deleted Points|\n&Figure...|\n"
             "&Print|&Options|Fitting|Display Buoyant MW|Display MW|Display ln(K)s|"
             "Display Log10(K)s|Display K|Fit to &Rest|&Always Fit to Rest|Fit &Quality...|"
             "&Error Analysis...|&Check Minimum...|\n"

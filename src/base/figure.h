@@ -1,0 +1,95 @@
+// A figure for a paper as a plain value: data, curves and residuals in cells that stand side by
+// side. The engine makes Figures; plot/ shows and writes them.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "base/chart.h"
+
+namespace quorvane {
+
+// Marks that have an inside, so that points left out can be drawn hollow.
+enum class FigureSymbol : std::uint8_t {
+  kCircle,
+  kSquare,
+  kTriangle,
+  kDiamond,
+  kDownTriangle,
+  kStar,
+  kLeftTriangle,
+  kRightTriangle
+};
+inline constexpr std::size_t kFigureSymbols = 8;
+
+enum class FigureStroke : std::uint8_t { kSolid, kDashed, kDotted, kDashDot };
+inline constexpr std::size_t kFigureStrokes = 4;
+
+struct FigureLook {
+  ChartColor color = kChartBlack;
+  FigureSymbol symbol = FigureSymbol::kCircle;
+  FigureStroke stroke = FigureStroke::kSolid;
+  bool operator==(const FigureLook&) const = default;
+};
+
+struct FigurePoints {
+  std::vector<double> x;  // in units of the bottom axis
+  std::vector<double> y;  // as many as x
+  void Add(double atX, double atY) {
+    x.push_back(atX);
+    y.push_back(atY);
+  }
+  bool operator==(const FigurePoints&) const = default;
+};
+
+// One dataset.
+struct FigureSeries {
+  std::string name;
+  std::size_t number = 0;  // of the dataset, from 0
+  FigureLook look = {};
+  FigurePoints data = {};
+  FigurePoints leftOut = {};    // drawn hollow
+  FigurePoints curve = {};      // by rising x; empty without a fit
+  FigurePoints residuals = {};  // in units of the residual axis
+  bool operator==(const FigureSeries&) const = default;
+};
+
+// A data panel with its residual panel below; both share the bottom axis.
+struct FigureCell {
+  std::string title;
+  std::vector<FigureSeries> series;
+  std::optional<ChartArea> view = {};  // of the data panel; absent: all points
+  bool operator==(const FigureCell&) const = default;
+};
+
+// One entry of the legend.
+struct FigureKey {
+  FigureLook look;
+  bool symbol = true;
+  bool line = true;
+  std::string text;
+  bool operator==(const FigureKey&) const = default;
+};
+
+struct Figure {
+  std::string title;
+  std::string bottomTitle;    // of all cells
+  std::string leftTitle;      // of all data panels
+  std::string residualTitle;  // of all residual panels
+  std::vector<FigureCell> cells;
+  bool residuals = false;      // whether there are residual panels
+  double residualReach = 1.0;  // their left axes all go from -reach to reach, with some to spare
+  std::vector<FigureKey> keys;
+  std::vector<std::string> remarks;  // what the figure leaves out, for its maker
+  std::vector<std::string> texts;    // what stands in it automatically and may be replaced
+  bool operator==(const Figure&) const = default;
+};
+
+// The points of a figure as a Chart, for a table of its numbers: a panel a cell with the name of
+// the cell, of each dataset the series "...: data", "left out", "curve", "residuals" that it has.
+Chart NumbersOf(const Figure& figure);
+
+}  // namespace quorvane

@@ -1,0 +1,270 @@
+#include "windows/graphs/figure_options.h"
+
+#include <QCheckBox>
+#include <QComboBox>
+#include <QDoubleSpinBox>
+#include <QFormLayout>
+#include <QGroupBox>
+#include <QHeaderView>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QRadioButton>
+#include <QSignalBlocker>
+#include <QTableWidget>
+#include <QVBoxLayout>
+
+#include "windows/controls/control_names.h"
+
+namespace quorvane {
+
+namespace {
+
+enum WidthChoice { kColumnWidth, kPageWidth, kOwnWidth };
+
+constexpr FigureFile kFiles[] = {{PictureFormat::kPdf, 300},
+                                 {PictureFormat::kSvg, 300},
+                                 {PictureFormat::kPng, 300},
+                                 {PictureFormat::kPng, 600}};
+
+QDoubleSpinBox* NewLength(const char* name) {
+  auto* box = Named(new QDoubleSpinBox, name);
+  box->setRange(kLeastFigureSide, kGreatestFigureSide);
+  box->setDecimals(0);
+  box->setSuffix(QObject::tr(" mm"));
+  box->setKeyboardTracking(false);
+  return box;
+}
+
+QComboBox* NewChoice(const char* name, const QStringList& entries) {
+  auto* box = Named(new QComboBox, name);
+  box->addItems(entries);
+  return box;
+}
+
+}  // namespace
+
+FigureOptions::FigureOptions(QObject* parent) : QObject(parent) {
+  BuildParts();
+  BuildLayout();
+  BuildTexts();
+  cmbFormat_ =
+      NewChoice("cmbFigureFormat", {tr("PDF"), tr("SVG"), tr("PNG, 300 dpi"), tr("PNG, 600 dpi")});
+  ConnectSignals();
+}
+
+void FigureOptions::BuildParts() {
+  parts_ = new QWidget;
+  chkCurves_ = Named(new QCheckBox(tr("Fitted c&urves")), "chkFigureCurves");
+  chkCurves_->setToolTip(tr("The curves of the last fit"));
+  chkResiduals_ = Named(new QCheckBox(tr("Resi&duals")), "chkFigureResiduals");
+  chkResiduals_->setToolTip(tr("Data minus curve, all panels on one scale"));
+  chkLeftOut_ = Named(new QCheckBox(tr("Points &left out")), "chkFigureLeftOut");
+  chkLeftOut_->setToolTip(tr("Hollow marks for the points that are not in use"));
+  chkCurves_->setChecked(true);
+  chkResiduals_->setChecked(true);
+  auto* column = new QVBoxLayout(parts_);
+  column->setContentsMargins(0, 0, 0, 0);
+  for (QCheckBox* box : {chkCurves_, chkResiduals_, chkLeftOut_}) column->addWidget(box);
+}
+
+void FigureOptions::BuildLayout() {
+  layout_ = new QWidget;
+  cmbPanels_ = NewChoice("cmbFigurePanels", {tr("By channel"), tr("By speed"), tr("All in one")});
+  cmbSignal_ = NewChoice("cmbFigureSignal", {tr("As measured"), tr("ln(signal - baseline)")});
+  cmbLooks_ = NewChoice("cmbFigureLooks", {tr("Speed and channel"), tr("Dataset")});
+  cmbLooks_->setToolTip(tr("What colours and symbols tell apart"));
+  auto* form = new QFormLayout;
+  form->addRow(tr("Pane&ls:"), cmbPanels_);
+  form->addRow(tr("S&ignal:"), cmbSignal_);
+  form->addRow(tr("Loo&ks by:"), cmbLooks_);
+  radius_ = Named(new QRadioButton(tr("&Radius")), "optFigureAxis(0)");
+  radius_->setChecked(true);
+  psi_ = Named(new QRadioButton(tr("(r^2 - r&0^2)/2")), "optFigureAxis(1)");
+  auto* against = Named(new QGroupBox(tr("Against")), "frFigureAxis");
+  auto* axis = new QVBoxLayout(against);
+  axis->addWidget(radius_);
+  axis->addWidget(psi_);
+  auto* column = new QVBoxLayout(layout_);
+  column->addLayout(form);
+  column->addWidget(against);
+  column->addWidget(BuildSize());
+  column->addStretch(1);
+}
+
+QWidget* FigureOptions::BuildSize() {
+  cmbWidth_ = NewChoice("cmbFigureWidth", {tr("One column"), tr("Page"), tr("Own width")});
+  cmbWidth_->setCurrentIndex(kPageWidth);
+  txtWidth_ = NewLength("txtFigureWidth");
+  txtWidth_->setAccessibleName(tr("Width"));
+  txtWidth_->setValue(kFigurePageWidth);
+  txtWidth_->setEnabled(false);
+  chkHeight_ = Named(new QCheckBox(tr("Height &to suit")), "chkFigureHeight");
+  chkHeight_->setChecked(true);
+  txtHeight_ = NewLength("txtFigureHeight");
+  txtHeight_->setAccessibleName(tr("Height"));
+  txtHeight_->setEnabled(false);
+  auto* size = Named(new QGroupBox(tr("Size")), "frFigureSize");
+  auto* grid = new QGridLayout(size);
+  grid->addWidget(cmbWidth_, 0, 0);
+  grid->addWidget(txtWidth_, 0, 1);
+  grid->addWidget(chkHeight_, 1, 0);
+  grid->addWidget(txtHeight_, 1, 1);
+  grid->setColumnStretch(0, 1);
+  cmbWidth_->setAccessibleName(tr("Width"));
+  return size;
+}
+
+void FigureOptions::BuildTexts() {
+  texts_ = new QWidget;
+  txtTitle_ = Named(new QLineEdit, "txtFigureTitle");
+  txtTitle_->setPlaceholderText(tr("none"));
+  gridTexts_ = Named(new QTableWidget(0, 2), "gridFigureTexts");
+  gridTexts_->setAccessibleName(tr("Texts of the figure"));
+  gridTexts_->setHorizontalHeaderLabels({tr("Automatic"), tr("In the figure")});
+  gridTexts_->horizontalHeader()->setSectionResizeMode(QHeaderView::Stretch);
+  gridTexts_->verticalHeader()->hide();
+  gridTexts_->setToolTip(
+      tr("Type what is to stand in the figure; an empty text takes an entry away"));
+  auto* reset = Named(new QPushButton(tr("Automatic &Texts")), "cmdFigureTexts");
+  connect(reset, &QPushButton::clicked, this, &FigureOptions::ForgetTexts);
+  auto* form = new QFormLayout;
+  form->addRow(tr("T&itle:"), txtTitle_);
+  auto* column = new QVBoxLayout(texts_);
+  column->addLayout(form);
+  column->addWidget(gridTexts_, 1);
+  column->addWidget(reset);
+}
+
+void FigureOptions::ConnectSignals() {
+  for (QCheckBox* box : {chkCurves_, chkResiduals_, chkLeftOut_, chkHeight_}) {
+    connect(box, &QCheckBox::toggled, this, &FigureOptions::Changed);
+  }
+  connect(cmbLooks_, &QComboBox::currentIndexChanged, this, &FigureOptions::Changed);
+  for (QComboBox* box : {cmbPanels_, cmbSignal_}) {
+    connect(box, &QComboBox::currentIndexChanged, this, &FigureOptions::TellAxes);
+  }
+  connect(psi_, &QRadioButton::toggled, this, &FigureOptions::TellAxes);
+  connect(chkHeight_, &QCheckBox::toggled, txtHeight_, &QWidget::setDisabled);
+  connect(cmbWidth_, &QComboBox::currentIndexChanged, this, [this](int choice) {
+    txtWidth_->setEnabled(choice == kOwnWidth);
+    if (choice != kOwnWidth) {
+      const QSignalBlocker quiet(txtWidth_);
+      txtWidth_->setValue(choice == kColumnWidth ? kFigureColumnWidth : kFigurePageWidth);
+    }
+    emit Changed();
+  });
+  for (QDoubleSpinBox* box : {txtWidth_, txtHeight_}) {
+    connect(box, &QDoubleSpinBox::valueChanged, this, &FigureOptions::Changed);
+  }
+  connect(txtTitle_, &QLineEdit::textChanged, this, &FigureOptions::Changed);
+  connect(gridTexts_, &QTableWidget::cellChanged, this, &FigureOptions::TakeText);
+}
+
+void FigureOptions::TellAxes() {
+  emit AxesChanged();
+  emit Changed();
+}
+
+FigureChoices FigureOptions::Choices() const {
+  return {.panels = static_cast<FigurePanels>(cmbPanels_->currentIndex()),
+          .abscissa = psi_->isChecked() ? FigureAbscissa::kPsi : FigureAbscissa::kRadius,
+          .signal = static_cast<FigureSignal>(cmbSignal_->currentIndex()),
+          .looks = static_cast<FigureLooks>(cmbLooks_->currentIndex()),
+          .curves = chkCurves_->isChecked(),
+          .residuals = chkResiduals_->isChecked(),
+          .leftOut = chkLeftOut_->isChecked(),
+          .title = txtTitle_->text().toStdString(),
+          .texts = replaced_};
+}
+
+FigureFile FigureOptions::File() const {
+  return kFiles[cmbFormat_->currentIndex()];
+}
+
+FigureSize FigureOptions::SizeOf(const Figure& figure) {
+  FigureSize size{txtWidth_->value(), txtHeight_->value()};
+  if (!chkHeight_->isChecked()) return size;
+  size = NaturalSize(figure, size.width);
+  const QSignalBlocker quiet(txtHeight_);
+  txtHeight_->setValue(size.height);
+  return size;
+}
+
+void FigureOptions::ListTexts(const Figure& figure) {
+  if (figure.texts == listed_) return;
+  listed_ = figure.texts;
+  const QSignalBlocker quiet(gridTexts_);
+  gridTexts_->setRowCount(int(listed_.size()));
+  for (int row = 0; row < gridTexts_->rowCount(); ++row) {
+    const std::string& automatic = listed_[static_cast<std::size_t>(row)];
+    const auto found = replaced_.find(automatic);
+    const std::string& shown = found == replaced_.end() ? automatic : found->second;
+    auto* fixed = new QTableWidgetItem(QString::fromStdString(automatic));
+    fixed->setFlags(Qt::ItemIsEnabled | Qt::ItemIsSelectable);
+    fixed->setToolTip(fixed->text());
+    gridTexts_->setItem(row, 0, fixed);
+    gridTexts_->setItem(row, 1, new QTableWidgetItem(QString::fromStdString(shown)));
+  }
+}
+
+void FigureOptions::TakeText(int row) {
+  const std::string& automatic = listed_[static_cast<std::size_t>(row)];
+  const std::string shown = gridTexts_->item(row, 1)->text().simplified().toStdString();
+  if (shown == automatic) {
+    replaced_.erase(automatic);
+  } else {
+    replaced_[automatic] = shown;
+  }
+  emit Changed();
+}
+
+void FigureOptions::ForgetTexts() {
+  replaced_.clear();
+  listed_.clear();
+  emit Changed();
+}
+
+void FigureOptions::SetFitted(bool fitted) {
+  chkCurves_->setEnabled(fitted);
+  chkResiduals_->setEnabled(fitted);
+}
+
+QString FigureOptions::Line() const {
+  const int numbers[] = {cmbPanels_->currentIndex(), cmbSignal_->currentIndex(),
+                         cmbLooks_->currentIndex(),  psi_->isChecked(),
+                         chkCurves_->isChecked(),    chkResiduals_->isChecked(),
+                         chkLeftOut_->isChecked(),   cmbWidth_->currentIndex(),
+                         int(txtWidth_->value()),    cmbFormat_->currentIndex()};
+  QStringList words;
+  for (const int number : numbers) words += QString::number(number);
+  return words.join(u' ');
+}
+
+void FigureOptions::TakeLine(const QString& line) {
+  const QStringList words = line.split(u' ');
+  int next = 0;
+  // A word that is no number within the bounds changes nothing.
+  const auto take = [&](int count, auto&& set) {
+    bool known = false;
+    const int number = words.value(next++).toInt(&known);
+    if (known && number >= 0 && number < count) set(number);
+  };
+  const auto choose = [&](QComboBox* box) {
+    take(box->count(), [box](int number) { box->setCurrentIndex(number); });
+  };
+  const auto check = [&](QCheckBox* box) {
+    take(2, [box](int number) { box->setChecked(number == 1); });
+  };
+  choose(cmbPanels_);
+  choose(cmbSignal_);
+  choose(cmbLooks_);
+  take(2, [this](int number) { (number == 1 ? psi_ : radius_)->setChecked(true); });
+  check(chkCurves_);
+  check(chkResiduals_);
+  check(chkLeftOut_);
+  choose(cmbWidth_);
+  take(int(kGreatestFigureSide) + 1, [this](int number) { txtWidth_->setValue(number); });
+  choose(cmbFormat_);
+}
+
+}  // namespace quorvane
