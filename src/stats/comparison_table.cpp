@@ -1,5 +1,8 @@
 #include "stats/comparison_table.h"
 
+#include <algorithm>
+#include <cmath>
+
 #include "base/csv.h"
 #include "base/number_format.h"
 #include "fit/models.h"
@@ -76,7 +79,18 @@ FitTexts TextsOf(const FitSummary& fit) {
 std::string ValueText(const SummaryParameter& parameter) {
   const std::string value = FormatParam(parameter.value);
   if (!parameter.fitted) return value + " (held)";
-  return parameter.error ? value + " \u00B1 " + FormatParam(*parameter.error) : value;
+  if (!parameter.error) return value;
+  const double error = *parameter.error;
+  // Two digits of the error, if both can be written without an exponent.
+  const double digits = error > 0.0 ? std::floor(std::log10(error)) : 9.0;
+  constexpr double kWidest = 1e7;
+  if (digits < -6.0 || digits > 6.0 || std::abs(parameter.value) >= kWidest) {
+    return value + " \u00B1 " + FormatParam(error);
+  }
+  const int decimals = std::max(0, 1 - static_cast<int>(digits));
+  const std::string pattern =
+      decimals == 0 ? "0" : "0." + std::string(static_cast<std::size_t>(decimals), '0');
+  return FormatNumber(parameter.value, pattern) + " \u00B1 " + FormatNumber(error, pattern);
 }
 
 std::vector<ComparisonRow> ComparisonRows(std::span<const NamedFit> fits,

@@ -61,8 +61,8 @@ DataWindow::DataWindow(Session& session, SessionHost& host, QWidget* parent)
   control->addWidget(control_);
   control->addWidget(results_);
   control->setChildrenCollapsible(false);
-  control->setStretchFactor(0, 3);
-  control->setStretchFactor(1, 2);
+  control->setStretchFactor(0, 2);
+  control->setStretchFactor(1, 1);
   dataTab_->addTab(new PageScroll(source_), tr("Source Files"));
   dataTab_->addTab(new PageScroll(loaded_), tr("Loaded Data"));
   dataTab_->addTab(new PageScroll(control), tr("Fit Control"));

@@ -10,6 +10,7 @@
 #include <QPlainTextEdit>
 #include <QSplitter>
 #include <QTableView>
+#include <QTimer>
 #include <QVBoxLayout>
 
 #include "base/number_format.h"
@@ -145,7 +146,13 @@ void ComparisonWindow::ShowTable() {
   }
   rows_.setHorizontalHeaderLabels(names);
   rows_.setVerticalHeaderLabels(labels);
-  gridComparison_->resizeColumnsToContents();
+  // A few share the width; more scroll.
+  constexpr int kMostShared = 3;
+  const bool few = rows_.columnCount() <= kMostShared;
+  gridComparison_->horizontalHeader()->setSectionResizeMode(few ? QHeaderView::Stretch
+                                                                : QHeaderView::Interactive);
+  if (!few) gridComparison_->resizeColumnsToContents();
+  QTimer::singleShot(0, gridComparison_, &QTableView::resizeRowsToContents);  // once it is shown
 }
 
 // By position in the fits; of different points there is nothing to lay one over the other.
@@ -182,7 +189,7 @@ PrintContent ComparisonWindow::Printed() const {
 }
 
 QSize ComparisonWindow::sizeHint() const {
-  return {fontMetrics().averageCharWidth() * 150, fontMetrics().height() * 36};
+  return {fontMetrics().averageCharWidth() * 165, fontMetrics().height() * 38};
 }
 
 }  // namespace quorvane

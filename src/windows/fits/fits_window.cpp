@@ -103,14 +103,14 @@ void FitsWindow::Refresh() {
   for (const QModelIndex& row : gridFits_->selectionModel()->selectedRows()) {
     selected.push_back(rows_.TimeOf(row.row()));
   }
-  const bool fresh = rows_.rowCount() == 0;
+  const int before = rows_.rowCount();
   rows_.Refresh();
   for (int row = 0; row < rows_.rowCount(); ++row) {
     if (std::count(selected.begin(), selected.end(), rows_.TimeOf(row)) == 0) continue;
     gridFits_->selectionModel()->select(rows_.index(row, 0),
                                         QItemSelectionModel::Select | QItemSelectionModel::Rows);
   }
-  if (fresh && rows_.rowCount() > 0) gridFits_->resizeColumnsToContents();
+  if (before != rows_.rowCount()) gridFits_->resizeColumnsToContents();
   UpdateButtons();
 }
 
@@ -172,7 +172,7 @@ PrintContent FitsWindow::Printed() const {
 }
 
 QSize FitsWindow::sizeHint() const {
-  return {fontMetrics().averageCharWidth() * 150, fontMetrics().height() * 16};
+  return {fontMetrics().averageCharWidth() * 185, fontMetrics().height() * 16};
 }
 
 }  // namespace quorvane
