@@ -410,7 +410,6 @@ class Walk {
     WriteTexts(PathText(session_.CurrentFolder.parent_path() / "equilibrium"));
     Trigger("mnuFileImport");
     auto* window = window_.findChild<QWidget*>("frmImport");
-    Grab(*window->parentWidget(), "import");
     window->findChild<QTableView*>("gridImportFiles")->selectRow(2);
     Grab(*window->parentWidget(), "import-faults");
     window->parentWidget()->close();

@@ -37,8 +37,7 @@ const ColumnFacts& FactsOf(int column) {
 
 QString TimeText(std::chrono::system_clock::time_point time) {
   const auto seconds = std::chrono::duration_cast<std::chrono::seconds>(time.time_since_epoch());
-  return QDateTime::fromSecsSinceEpoch(seconds.count())
-      .toString(QStringLiteral("yyyy-MM-dd HH:mm:ss"));
+  return QDateTime::fromSecsSinceEpoch(seconds.count()).toString(Qt::ISODate).replace('T', ' ');
 }
 
 QFont BoldFont() {
