@@ -119,7 +119,7 @@ void FitAndReport(benchmark::State& state) {
   state.counters["pictures"] = static_cast<double>(module.NumGraphs());
 }
 
-// The figure of a fit of 101 datasets of some 170 points: drawn anew on the screen, as a PDF.
+// The figure of a fit of 101 datasets of 201 points: drawn anew on the screen, as a PDF.
 void FigureOnScreen(benchmark::State& state) {
   Program program;
   program.LoadMany();
