@@ -147,7 +147,8 @@ void FigureLegend::draw(QCPPainter* painter) {
   for (std::size_t k = 0; k < keys_.size(); ++k) {
     const FigureKey& key = keys_[k];
     const double x = left + int(k) % columns_ * step;
-    const double y = rect().top() + (int(k) / columns_ + 0.5) * kRow;
+    const int row = int(k) / columns_;
+    const double y = rect().top() + (row + 0.5) * kRow;
     if (key.symbol) {
       FigureMark(key.look, kFigureKeyMark, false).applyTo(painter, QPen());
       FigureMark(key.look, kFigureKeyMark, false).drawShape(painter, x + kSample / 2.0, y);

@@ -122,7 +122,7 @@ TEST_F(FigureTest, ChoicesAndTextsAreTheUsers) {
 TEST_F(FigureTest, FindsTheFitAfterUnloadingAndShowsWhatWasFitted) {
   module.Store.UseData[0] = false;
   Fit();
-  RemoveDataset(module.Store, 2, host);
+  RemoveDataset(module.Store, 1, host);
   const std::vector<FigureSet> sets = FigureSets(module, {0, 1, 2}, true);
   EXPECT_EQ(sets[0].fitted, 0);  // had no part in the fit
   EXPECT_EQ(sets[1].fitted, 2);
