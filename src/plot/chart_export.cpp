@@ -10,6 +10,7 @@
 #include <stdexcept>
 
 #include "plot/chart_layout.h"
+#include "plot/png_bytes.h"
 #include "plot/svg_device.h"
 
 namespace quorvane {
@@ -47,15 +48,7 @@ QByteArray RenderPng(const Chart& chart, PictureSize size) {
   const int factor = Enlargement(size);
   Paint(chart, image, size, factor);
   // Programs that place the picture by its resolution then show the layout's natural size.
-  const int dotsPerMeter = static_cast<int>(std::lround(kScreenDotsPerMeter * factor));
-  image.setDotsPerMeterX(dotsPerMeter);
-  image.setDotsPerMeterY(dotsPerMeter);
-  QByteArray bytes;
-  QBuffer buffer(&bytes);
-  if (!buffer.open(QIODevice::WriteOnly) || !image.save(&buffer, "PNG")) {
-    throw std::runtime_error("the picture cannot be encoded as PNG");
-  }
-  return bytes;
+  return PngBytes(std::move(image), kScreenDotsPerMeter * factor);
 }
 
 QByteArray RenderSvg(const Chart& chart, PictureSize size) {

@@ -11,6 +11,7 @@
 
 #include "plot/figure_legend.h"
 #include "plot/figure_page.h"
+#include "plot/png_bytes.h"
 #include "plot/svg_device.h"
 
 namespace quorvane {
@@ -49,15 +50,7 @@ QByteArray RenderPng(const Figure& figure, FigureSize size, int dpi) {
   if (image.isNull()) throw std::runtime_error("not enough memory for the picture");
   image.fill(Qt::white);
   Paint(figure, size, image, {}, dotsPerMm / kFigureUnitsPerMm);
-  const int dotsPerMeter = static_cast<int>(std::lround(1000.0 * dotsPerMm));
-  image.setDotsPerMeterX(dotsPerMeter);
-  image.setDotsPerMeterY(dotsPerMeter);
-  QByteArray bytes;
-  QBuffer buffer(&bytes);
-  if (!buffer.open(QIODevice::WriteOnly) || !image.save(&buffer, "PNG")) {
-    throw std::runtime_error("the picture cannot be encoded as PNG");
-  }
-  return bytes;
+  return PngBytes(std::move(image), 1000.0 * dotsPerMm);
 }
 
 QByteArray RenderSvg(const Figure& figure, FigureSize size) {

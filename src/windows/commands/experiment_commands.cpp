@@ -167,9 +167,9 @@ bool ExperimentCommands::Save() {
   SetFile(path);
   emit NothingUnsaved();
   const int leftOut = SetupWithFits(session.Module, kLongestComment).fitsLeftOut;
-  session.Remark(leftOut == 0 ? QString()
-                              : tr("Saved; of the list of fits the %1 oldest found no room.")
-                                    .arg(leftOut));
+  session.Remark(leftOut == 0
+                     ? QString()
+                     : tr("Saved; of the list of fits the %1 oldest found no room.").arg(leftOut));
   return true;
 }
 

@@ -38,8 +38,8 @@ class DataWindow : public QWidget, public Printable {
   // parameter page if the session brought one.
   void ShowNewStore();
 
-  // The same after a job, or a fit that was restored, has changed datasets, and set up the page anew
-  // if `setUp`.
+  // The same after a job, or a fit that was restored, has changed datasets, and set up the page
+  // anew if `setUp`.
   void ShowChangedPage(bool setUp);
 
   // The constants, the display of K or MW, or the plot options have changed.

@@ -5,9 +5,9 @@
 #include <QPushButton>
 
 #include "archive/experiment_session.h"
-#include "base/quiet_host.h"
 #include "core/fit_run.h"
 #include "job/job_steps.h"
+#include "support/recording_host.h"
 #include "windows/main_window_fixture.h"
 
 using namespace quorvane;
@@ -89,20 +89,7 @@ class JobCommandsTest : public MainWindowTest {
     return {values.data(), values.data() + values.size()};
   }
 
-  class LogLess : public SessionHost {
-   public:
-    void PrintIt(std::string_view) override {}
-    void ShowMessage(std::string_view, std::string_view, MessageIcon) override {}
-    bool AskYesNo(std::string_view, std::string_view) override { return false; }
-    void RunPendingEvents() override {}
-    void SetStatus(std::string_view) override {}
-    void ReportProgress(const Progress&) override {}
-    void ReportFailure(std::string_view) override {}
-    void SendPictureToLog(const Chart&) override {}
-    std::string LogAsRtf() override { return {}; }
-    void LoadLog(std::string_view) override {}
-  };
-  LogLess host;
+  RecordingHost host;
 };
 
 }  // namespace
@@ -137,6 +124,10 @@ TEST_F(JobCommandsTest, AnExperimentComesBackReadyToFit) {
   EXPECT_EQ(Tabs(), "1121");
   EXPECT_FALSE(Find<QCheckBox>("chkLnK1")->isChecked());
   EXPECT_FALSE(Find<QCheckBox>("chkOffset(1)")->isChecked());
+  EXPECT_EQ(FitReport(), report);
+  // So does what a crash left behind.
+  window->Experiments().Resume(ReadExperimentFile(folder / "work.exz"));
+  EXPECT_EQ(Tabs(), "1121");
   EXPECT_EQ(FitReport(), report);
   // A damaged or foreign setup changes nothing but a line on the status bar.
   for (const auto& [from, to, told] :

@@ -1,5 +1,6 @@
 // Faults caught here: a fit that is lost or listed twice, a restore that brings another page or
-// result back, a comparison of fits that cannot be compared, a step of the page that skips a change.
+// result back, a comparison of fits that cannot be compared, a step of the page that skips a
+// change.
 #include <QCheckBox>
 #include <QLabel>
 #include <QLineEdit>
