@@ -6,6 +6,7 @@
 #include <QFormLayout>
 #include <QGroupBox>
 #include <QHeaderView>
+#include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
 #include <QRadioButton>
@@ -118,19 +119,18 @@ void FigureOptions::BuildTexts() {
   texts_ = new QWidget;
   txtTitle_ = Named(new QLineEdit, "txtFigureTitle");
   txtTitle_->setPlaceholderText(tr("none"));
-  gridTexts_ = Named(new QTableWidget(0, 2), "gridFigureTexts");
+  gridTexts_ = Named(new QTableWidget(0, 1), "gridFigureTexts");
   gridTexts_->setAccessibleName(tr("Texts of the figure"));
-  gridTexts_->setHorizontalHeaderLabels({tr("Automatic"), tr("In the figure")});
   gridTexts_->horizontalHeader()->setSectionResizeMode(QHeaderView::Stretch);
+  gridTexts_->horizontalHeader()->hide();
   gridTexts_->verticalHeader()->hide();
-  gridTexts_->setToolTip(
-      tr("Type what is to stand in the figure; an empty text takes an entry away"));
   auto* reset = Named(new QPushButton(tr("Automatic &Texts")), "cmdFigureTexts");
   connect(reset, &QPushButton::clicked, this, &FigureOptions::ForgetTexts);
   auto* form = new QFormLayout;
   form->addRow(tr("T&itle:"), txtTitle_);
   auto* column = new QVBoxLayout(texts_);
   column->addLayout(form);
+  column->addWidget(new QLabel(tr("Type what is to stand instead:")));
   column->addWidget(gridTexts_, 1);
   column->addWidget(reset);
 }
@@ -199,17 +199,15 @@ void FigureOptions::ListTexts(const Figure& figure) {
     const std::string& automatic = listed_[static_cast<std::size_t>(row)];
     const auto found = replaced_.find(automatic);
     const std::string& shown = found == replaced_.end() ? automatic : found->second;
-    auto* fixed = new QTableWidgetItem(QString::fromStdString(automatic));
-    fixed->setFlags(Qt::ItemIsEnabled | Qt::ItemIsSelectable);
-    fixed->setToolTip(fixed->text());
-    gridTexts_->setItem(row, 0, fixed);
-    gridTexts_->setItem(row, 1, new QTableWidgetItem(QString::fromStdString(shown)));
+    auto* item = new QTableWidgetItem(QString::fromStdString(shown));
+    item->setToolTip(tr("Automatic: %1").arg(QString::fromStdString(automatic)));
+    gridTexts_->setItem(row, 0, item);
   }
 }
 
 void FigureOptions::TakeText(int row) {
   const std::string& automatic = listed_[static_cast<std::size_t>(row)];
-  const std::string shown = gridTexts_->item(row, 1)->text().simplified().toStdString();
+  const std::string shown = gridTexts_->item(row, 0)->text().simplified().toStdString();
   if (shown == automatic) {
     replaced_.erase(automatic);
   } else {

@@ -39,7 +39,7 @@ class FigureOptions : public QObject {
   // The size of `figure` as chosen; a height that suits it is shown in its box.
   FigureSize SizeOf(const Figure& figure);
 
-  // Lists the texts of `figure` beside what the user has put in their place.
+  // Lists the texts of `figure`, or what the user has put in their place.
   void ListTexts(const Figure& figure);
 
   // Curves and residuals can be chosen.

@@ -95,7 +95,7 @@ TEST_F(FigureWindowTest, TextsAndSizesGoIntoTheFile) {
   Open();
   auto* texts = Find<QTableWidget>("gridFigureTexts");
   ASSERT_EQ(texts->item(1, 0)->text(), "Radius (cm)");
-  texts->item(1, 1)->setText("r / cm");
+  texts->item(1, 0)->setText("r / cm");
   Find<QLineEdit>("txtFigureTitle")->setText("A dimer");
   Choose("cmbFigureWidth", 0);
   Choose("cmbFigureFormat", 3);
