@@ -124,6 +124,7 @@ void FigureOptions::BuildTexts() {
   gridTexts_->horizontalHeader()->setSectionResizeMode(QHeaderView::Stretch);
   gridTexts_->horizontalHeader()->hide();
   gridTexts_->verticalHeader()->hide();
+  gridTexts_->verticalHeader()->setDefaultSectionSize(gridTexts_->fontMetrics().height() * 3 / 2);
   auto* reset = Named(new QPushButton(tr("Automatic &Texts")), "cmdFigureTexts");
   connect(reset, &QPushButton::clicked, this, &FigureOptions::ForgetTexts);
   auto* form = new QFormLayout;

@@ -58,7 +58,7 @@ QWidget* FigureWindow::BuildSide() {
   lblRemark_->setWordWrap(true);
   lblRemark_->hide();
   auto* side = new QWidget;
-  side->setFixedWidth(fontMetrics().averageCharWidth() * 42);
+  side->setFixedWidth(fontMetrics().averageCharWidth() * 47);
   auto* layout = new QVBoxLayout(side);
   layout->setContentsMargins(0, 0, 0, 0);
   layout->addWidget(tabs, 1);
