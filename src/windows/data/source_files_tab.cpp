@@ -1,7 +1,6 @@
 #include "windows/data/source_files_tab.h"
 
 #include <QAction>
-#include <QCheckBox>
 #include <QComboBox>
 #include <QGridLayout>
 #include <QGroupBox>
@@ -9,7 +8,6 @@
 #include <QListView>
 #include <QPlainTextEdit>
 #include <QPushButton>
-#include <QRadioButton>
 #include <QTimer>
 #include <algorithm>
 #include <optional>
@@ -22,14 +20,11 @@
 #include "windows/controls/control_names.h"
 #include "windows/data/channel_bands.h"
 #include "windows/data/file_check_pane.h"
+#include "windows/data/load_settings_box.h"
 
 namespace quorvane {
 
 namespace {
-
-constexpr std::array<const char*, 3> kCenterpieceCaptions = {
-    QT_TRANSLATE_NOOP("QObject", "2 channels"), QT_TRANSLATE_NOOP("QObject", "6 channels"),
-    QT_TRANSLATE_NOOP("QObject", "8 channels")};
 
 // Filters of "Load Multiple" by kind. That of "FI" asks for other files than the list shows: kept
 // on purpose.
@@ -38,14 +33,6 @@ constexpr std::array<const char*, 4> kFilters = {
     QT_TRANSLATE_NOOP("QObject", "DAT Files (*.DAT)"),
     QT_TRANSLATE_NOOP("QObject", "FL Files (*.FL*)"),
     QT_TRANSLATE_NOOP("QObject", "EL Files (*.EL*)")};
-
-template <std::size_t N>
-int CheckedIndex(const std::array<QRadioButton*, N>& buttons) {
-  for (std::size_t k = 0; k < N; ++k) {
-    if (buttons[k]->isChecked()) return static_cast<int>(k);
-  }
-  return 0;
-}
 
 QPushButton* Button(const char* name, const QString& caption, const QString& tip) {
   auto* button = Named(new QPushButton(caption), name);
@@ -56,10 +43,9 @@ QPushButton* Button(const char* name, const QString& caption, const QString& tip
 }  // namespace
 
 SourceFilesTab::SourceFilesTab(Session& session, SessionHost& host, QWidget* parent)
-    : QWidget(parent), session_(session), host_(host) {
+    : QWidget(parent), session_(session), host_(host), settings_(new LoadSettingsBox(session)) {
   BuildWidgets();
   ConnectSignals();
-  ChangeCenterpiece();
   ShowFileNames({});  // until the first RefreshDirectory
 }
 
@@ -78,8 +64,7 @@ void SourceFilesTab::BuildWidgets() {
   OfferAxes();
 
   auto* settings = new QVBoxLayout;
-  settings->addWidget(BuildKindBox());
-  settings->addWidget(BuildCenterpieceBox());
+  settings->addWidget(settings_);
   settings->addWidget(BuildFileBox(), 1);
   auto* folder = new QHBoxLayout;
   folder->addWidget(btnChangeDir_);
@@ -107,47 +92,6 @@ void SourceFilesTab::OfferAxes() {
     TChartPreview_->SetAxesShown(on);
     SaveOwnSettings(session_.Module, session_.Settings, host_);
   });
-}
-
-QGroupBox* SourceFilesTab::BuildKindBox() {
-  auto* box = new QGroupBox(tr("File Type"));
-  auto* layout = new QHBoxLayout(box);
-  for (std::size_t k = 0; k < optFileType_.size(); ++k) {
-    optFileType_[k] = Named(new QRadioButton(KindName(static_cast<FileKind>(k))),
-                            ElementName("optFileType", static_cast<int>(k)));
-    layout->addWidget(optFileType_[k]);
-  }
-  layout->addStretch();
-  chkAllFiles_ = Named(new QCheckBox(tr("All files")), "chkAllFiles");
-  chkAllFiles_->setToolTip(tr("List every file of the folder, whatever its name"));
-  layout->addWidget(chkAllFiles_);
-  optFileType_[0]->setChecked(true);
-  optFileType_[3]->setVisible(ShowElectrophoresis);
-  return box;
-}
-
-QGroupBox* SourceFilesTab::BuildCenterpieceBox() {
-  auto* box = new QGroupBox(tr("Centerpiece"));
-  auto* layout = new QVBoxLayout(box);
-  auto* pieces = new QHBoxLayout;
-  for (std::size_t k = 0; k < optCntrpiece_.size(); ++k) {
-    optCntrpiece_[k] = Named(new QRadioButton(QObject::tr(kCenterpieceCaptions[k])),
-                             ElementName("optCntrpiece", static_cast<int>(k)));
-    pieces->addWidget(optCntrpiece_[k]);
-  }
-  pieces->addStretch();
-  optCntrpiece_[0]->setChecked(true);
-  auto* channels = new QHBoxLayout;
-  channels->addWidget(new QLabel(tr("Channels:")));
-  for (std::size_t c = 0; c < chkChannel_.size(); ++c) {
-    chkChannel_[c] = Named(new QCheckBox(QString(QLatin1Char(ChannelLetters[c]))),
-                           ElementName("chkChannel", static_cast<int>(c)));
-    channels->addWidget(chkChannel_[c]);
-  }
-  channels->addStretch();
-  layout->addLayout(pieces);
-  layout->addLayout(channels);
-  return box;
 }
 
 QGroupBox* SourceFilesTab::BuildFileBox() {
@@ -190,27 +134,14 @@ QGroupBox* SourceFilesTab::BuildFileBox() {
 }
 
 void SourceFilesTab::ConnectSignals() {
-  for (QRadioButton* option : optFileType_) {
-    connect(option, &QRadioButton::toggled, this, [this](bool on) {
-      if (on) ChangeKind();
-      KeepSettings();
-    });
-  }
-  for (QRadioButton* option : optCntrpiece_) {
-    connect(option, &QRadioButton::toggled, this, [this](bool on) {
-      if (on) ChangeCenterpiece();
-      KeepSettings();
-    });
-  }
-  for (QCheckBox* channel : chkChannel_) {
-    connect(channel, &QCheckBox::toggled, this, [this] {
-      KeepSettings();
-      CheckSoon();
-    });
-  }
+  connect(settings_, &LoadSettingsBox::KindChanged, this, &SourceFilesTab::FillFileList);
+  connect(settings_, &LoadSettingsBox::CenterpieceChanged, this,
+          [this] { ShowPreview(Chart(TChartPreview_->GetChart()), lblPreview_->text()); });
+  connect(settings_, &LoadSettingsBox::ChannelsChanged, this, &SourceFilesTab::CheckSoon);
+  connect(settings_, &LoadSettingsBox::AllFilesToggled, this, &SourceFilesTab::FillFileList);
+  connect(settings_, &LoadSettingsBox::SettingsChanged, this, &SourceFilesTab::SettingsChanged);
   connect(checkTimer_, &QTimer::timeout, this, &SourceFilesTab::ShowCheck);
   connect(btnChangeDir_, &QPushButton::clicked, this, &SourceFilesTab::ChangeFolder);
-  connect(chkAllFiles_, &QCheckBox::toggled, this, &SourceFilesTab::FillFileList);
   connect(cmdRefreshLB_, &QPushButton::clicked, this, &SourceFilesTab::FillFileList);
   connect(comboDataFile_, &QComboBox::currentIndexChanged, this, &SourceFilesTab::ShowComments);
   connect(cmdPreviewIt_, &QPushButton::clicked, this, &SourceFilesTab::Preview);
@@ -220,73 +151,21 @@ void SourceFilesTab::ConnectSignals() {
   connect(cmdChooseScans_, &QPushButton::clicked, this, &SourceFilesTab::ScanChoiceRequested);
 }
 
-FileKind SourceFilesTab::Kind() const {
-  return static_cast<FileKind>(CheckedIndex(optFileType_));
+const ScanLoadSettings& SourceFilesTab::Settings() const {
+  return session_.Module.LoadSettings;
 }
 
-Centerpiece SourceFilesTab::ChosenCenterpiece() const {
-  return static_cast<Centerpiece>(CheckedIndex(optCntrpiece_));
-}
-
-ScanLoadSettings SourceFilesTab::Settings() const {
-  ScanLoadSettings settings{Kind(), ChosenCenterpiece(), {}};
-  for (std::size_t c = 0; c < chkChannel_.size(); ++c) {
-    settings.chkChannel[c] = chkChannel_[c]->isChecked();
-  }
-  return settings;
-}
-
-void SourceFilesTab::KeepSettings() {
-  session_.Module.LoadSettings = Settings();
-  emit SettingsChanged();
-}
-
-// Each box changes those below it, so the session's settings come from a copy.
 void SourceFilesTab::ShowSettings() {
-  const ScanLoadSettings settings = session_.Module.LoadSettings;
-  if (settings.kind == FileKind::kEl && !ShowElectrophoresis) return;
-  optFileType_[static_cast<std::size_t>(settings.kind)]->setChecked(true);
-  optCntrpiece_[static_cast<std::size_t>(settings.centerpiece)]->setChecked(true);
-  for (std::size_t c = 0; c < chkChannel_.size(); ++c) {
-    chkChannel_[c]->setChecked(settings.chkChannel[c]);
-  }
-  KeepSettings();
+  settings_->ShowSettings();
 }
 
 QString SourceFilesTab::SettingsText() const {
-  const ScanLoadSettings settings = Settings();
-  QStringList parts = {QString::fromLatin1(KindName(settings.kind))};
-  if (settings.kind == FileKind::kIpRa) {
-    parts << QObject::tr(kCenterpieceCaptions[static_cast<std::size_t>(settings.centerpiece)]);
-  }
-  if (IsCut(settings)) {
-    QStringList letters;
-    for (const LoadWindow& window : WindowsOf(settings))
-      letters << QChar::fromLatin1(window.letter);
-    parts << (letters.isEmpty() ? tr("no channel") : letters.join(' '));
-  }
-  return parts.join(QStringLiteral(", "));
+  return settings_->SettingsText();
 }
 
 std::filesystem::path SourceFilesTab::SelectedPath() const {
   const QString name = comboDataFile_->currentText();
   return name.isEmpty() ? std::filesystem::path() : session_.CurrentFolder / ToPath(name);
-}
-
-void SourceFilesTab::ChangeKind() {
-  for (QRadioButton* option : optCntrpiece_) option->setEnabled(Kind() == FileKind::kIpRa);
-  optCntrpiece_[0]->setChecked(true);
-  FillFileList();
-}
-
-void SourceFilesTab::ChangeCenterpiece() {
-  const int channels = ChannelCount(ChosenCenterpiece());
-  for (int c = 0; c < kMaxChannels; ++c) {
-    QCheckBox* box = chkChannel_[static_cast<std::size_t>(c)];
-    box->setEnabled(channels > 1 && c < channels);
-    box->setChecked(c < channels);
-  }
-  ShowPreview(Chart(TChartPreview_->GetChart()), lblPreview_->text());
 }
 
 void SourceFilesTab::RefreshDirectory() {
@@ -348,7 +227,8 @@ bool SourceFilesTab::GoToFolder(const QString& folder) {
 }
 
 std::vector<std::string> SourceFilesTab::NamesIn(const std::filesystem::path& folder) const {
-  return ListScanFiles(folder, chkAllFiles_->isChecked() ? std::nullopt : std::optional(Kind()));
+  return ListScanFiles(folder,
+                       settings_->AllFiles() ? std::nullopt : std::optional(Settings().kind));
 }
 
 void SourceFilesTab::FillFileList() {
@@ -419,14 +299,13 @@ void SourceFilesTab::ShowPreview(const Chart& chart, const QString& fileName) {
 }
 
 void SourceFilesTab::MarkChannels() {
-  const std::vector<ChartBand> bands = ChannelBands(ChosenCenterpiece());
+  const std::vector<ChartBand> bands = ChannelBands(Settings().centerpiece);
   if (!bands.empty()) TChartPreview_->SetBands(bands);
 }
 
 bool SourceFilesTab::SomeChannelChosen() {
-  for (const QCheckBox* box : chkChannel_) {
-    if (box->isChecked()) return true;
-  }
+  const auto& channels = Settings().chkChannel;
+  if (std::find(channels.begin(), channels.end(), true) != channels.end()) return true;
   host_.ReportFailure(tr("No channel is checked: nothing was loaded").toStdString());
   return false;
 }
@@ -446,21 +325,22 @@ bool SourceFilesTab::RunLoad(FileKind kind, Load&& load) {
 
 void SourceFilesTab::LoadOne() {
   if (SelectedPath().empty() || !SomeChannelChosen()) return;
-  RunLoad(Kind(), [this](DatasetStore& store) {
+  RunLoad(Settings().kind, [this](DatasetStore& store) {
     LoadSelectedFile(store, Settings(), SelectedPath(), host_);
   });
 }
 
 void SourceFilesTab::LoadBlank() {
   if (SelectedPath().empty()) return;
-  RunLoad(Kind(),
-          [this](DatasetStore& store) { LoadBlankFile(store, Kind(), SelectedPath(), host_); });
+  RunLoad(Settings().kind, [this](DatasetStore& store) {
+    LoadBlankFile(store, Settings().kind, SelectedPath(), host_);
+  });
 }
 
 void SourceFilesTab::LoadMany() {
   if (!SomeChannelChosen()) return;
   const QString filter =
-      QObject::tr(kFilters[static_cast<std::size_t>(Kind())]) + ";;" + tr("All files (*)");
+      QObject::tr(kFilters[static_cast<std::size_t>(Settings().kind)]) + ";;" + tr("All files (*)");
   const QStringList chosen = session_.Ask.OpenFiles(
       this, {tr("Load Multiple Files"), ToQString(session_.CurrentFolder), filter, {}});
   if (chosen.isEmpty()) return;
@@ -471,7 +351,7 @@ void SourceFilesTab::LoadMany() {
 
 bool SourceFilesTab::LoadScans(const std::vector<std::filesystem::path>& paths) {
   if (session_.Calculating || !SomeChannelChosen()) return false;
-  return RunLoad(Kind(),
+  return RunLoad(Settings().kind,
                  [&](DatasetStore& store) { LoadNamedFiles(store, Settings(), paths, host_); });
 }
 
@@ -479,7 +359,7 @@ void SourceFilesTab::LoadFiles(const QStringList& paths) {
   if (session_.Calculating || !SomeChannelChosen()) return;
   std::vector<std::filesystem::path> dropped;
   for (const QString& path : paths) dropped.push_back(ToPath(path));
-  RunLoad(Kind(),
+  RunLoad(Settings().kind,
           [&](DatasetStore& store) { LoadDroppedFiles(store, Settings(), dropped, host_); });
 }
 

@@ -10,19 +10,18 @@
 #include "scan/loading.h"
 #include "windows/session/session.h"
 
-class QCheckBox;
 class QComboBox;
 class QGroupBox;
 class QLabel;
 class QPlainTextEdit;
 class QPushButton;
-class QRadioButton;
 class QTimer;
 
 namespace quorvane {
 
 class ChartWidget;
 class FileCheckPane;
+class LoadSettingsBox;
 
 class SourceFilesTab : public QWidget {
   Q_OBJECT
@@ -59,7 +58,7 @@ class SourceFilesTab : public QWidget {
   bool GoToFolder(const QString& folder);
 
   // What loading goes by now, and in words: "IP,RA, 6 channels, A B C".
-  ScanLoadSettings Settings() const;
+  const ScanLoadSettings& Settings() const;
   QString SettingsText() const;
 
   QPushButton& LoadButton() { return *cmdMultiLoad_; }  // of all selected files
@@ -73,18 +72,11 @@ class SourceFilesTab : public QWidget {
  private:
   void BuildWidgets();
   void OfferAxes();
-  QGroupBox* BuildKindBox();
-  QGroupBox* BuildCenterpieceBox();
   QGroupBox* BuildFileBox();
   void ConnectSignals();
 
-  FileKind Kind() const;
-  Centerpiece ChosenCenterpiece() const;
-  void KeepSettings();
   std::filesystem::path SelectedPath() const;  // empty if no file is selected
 
-  void ChangeKind();
-  void ChangeCenterpiece();
   void ChangeFolder();
   void ShowFolder(qsizetype longest, qsizetype kept);
   void FillFileList();
@@ -109,12 +101,9 @@ class SourceFilesTab : public QWidget {
 
   Session& session_;
   SessionHost& host_;
+  LoadSettingsBox* settings_;
   QLabel* lblCurrentDir_;
   QPushButton* btnChangeDir_;
-  std::array<QRadioButton*, 4> optFileType_;
-  QCheckBox* chkAllFiles_;
-  std::array<QRadioButton*, 3> optCntrpiece_;
-  std::array<QCheckBox*, kMaxChannels> chkChannel_;
   QComboBox* comboDataFile_;
   QPushButton* cmdRefreshLB_;
   QPlainTextEdit* txtFileComment_;
