@@ -11,8 +11,9 @@ namespace quorvane {
 
 namespace {
 
+// A sum of squares of huge signals may have gone beyond all numbers.
 std::string Shown(const std::optional<double>& value, const char* pattern) {
-  return value ? FormatNumber(*value, pattern) : "-";
+  return value && std::isfinite(*value) ? FormatNumber(*value, pattern) : "-";
 }
 
 std::string Counted(int count, const char* one, const char* many) {
@@ -67,7 +68,7 @@ FitTexts TextsOf(const FitSummary& fit) {
   texts.points = std::to_string(fit.points);
   texts.fitted = std::to_string(fit.Fitted());
   texts.freedom = std::to_string(fit.Freedom());
-  texts.sum = FormatNumber(fit.sum, "0.00000E+00");
+  texts.sum = Shown(fit.sum, "0.00000E+00");
   texts.rms = Shown(fit.Rms(), "0.0000E+00");
   texts.aicc = Shown(fit.AICc(), "0.00");
   texts.bic = Shown(fit.BIC(), "0.00");
@@ -77,9 +78,10 @@ FitTexts TextsOf(const FitSummary& fit) {
 }
 
 std::string ValueText(const SummaryParameter& parameter) {
+  if (!std::isfinite(parameter.value)) return "-";
   const std::string value = FormatParam(parameter.value);
   if (!parameter.fitted) return value + " (held)";
-  if (!parameter.error) return value;
+  if (!parameter.error || !std::isfinite(*parameter.error)) return value;
   const double error = *parameter.error;
   // Two digits of the error, if both can be written without an exponent.
   const double digits = error > 0.0 ? std::floor(std::log10(error)) : 9.0;

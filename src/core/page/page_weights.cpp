@@ -28,7 +28,9 @@ PageWeight WeightOf(const SharedParameter& value, const QuorvaneModule& module) 
   const double buoyancy = 1.0 - vbar * page.Density;
   const std::string name = NameOf(value, module.Setup);
   std::string remark;
-  if (!(buoyancy > 0.0)) {
+  if (!std::isfinite(buoyancy)) {
+    remark = "vbar density is beyond all numbers";
+  } else if (!(buoyancy > 0.0)) {
     remark = "1 - vbar density is " + FormatNumber(buoyancy, "0.0###") + ", not above 0";
   }
   try {

@@ -263,6 +263,11 @@ TEST_F(FitControlTabTest, SaysWhichMolecularWeightsThePageMeans) {
   EXPECT_EQ(Find<QAbstractButton>("cmdWeightVbar")->text(), "vbar 0.73");
   EXPECT_EQ(Find<QAbstractButton>("cmdWeightDensity")->text(), "density 1.00");
   EXPECT_FALSE(Find<QAbstractButton>("cmdWeightVbarB")->isVisible());
+  page.Vbar = page.Density = 1e300;  // each within its bounds
+  tab.ShowValues();
+  EXPECT_EQ(line(), "MW: none|(vbar density is beyond all numbers)");
+  page.Vbar = 0.73;
+  page.Density = 1.0;
   page.ModelMW = 16200.0;  // as a fit leaves it
   tab.ShowValues();
   EXPECT_EQ(line(), "MW = 60,000 Da|");
