@@ -368,6 +368,7 @@ void EditTab::KeepInSameChannel() {
 
 // The radii of the rectangle, here and in all of the channel.
 void EditTab::KeepMarqueeInChannel() {
+  if (Shown() == nullptr) return;
   DatasetStore& store = session_.Module.Store;
   const RadiusSpan span{marquee_.x1, marquee_.x2};
   Refusal refusal = RefusalOfSpreading(store, EditDataset_, range_->Reach());

@@ -82,11 +82,16 @@ void FitsWindow::ConnectSignals() {
   connect(gridFits_->selectionModel(), &QItemSelectionModel::selectionChanged, this,
           &FitsWindow::UpdateButtons);
   connect(&rows_, &FitsModel::modelReset, this, &FitsWindow::UpdateButtons);
-  connect(&rows_, &FitsModel::NameRefused, this, [this] {
-    session_.Ask.ShowMessage(window(), tr("Fits"),
-                             tr("The name of a fit has 1 to %1 characters.").arg(kLongestFitName),
-                             MessageIcon::kExclamation);
-  });
+  // After the cell has been left: its editor must not wait for the answer to a box.
+  connect(
+      &rows_, &FitsModel::NameRefused, this,
+      [this] {
+        session_.Ask.ShowMessage(
+            window(), tr("Fits"),
+            tr("The name of a fit has 1 to %1 characters.").arg(kLongestFitName),
+            MessageIcon::kExclamation);
+      },
+      Qt::QueuedConnection);
 }
 
 std::vector<std::size_t> FitsWindow::Selected() const {

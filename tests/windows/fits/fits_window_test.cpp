@@ -69,6 +69,7 @@ TEST_F(FitsWindowTest, GoesBackToAFitAndComparesItWithAnother) {
   const QModelIndex name = Grid().model()->index(1, 1);
   EXPECT_TRUE(Grid().model()->setData(name, " dimer "));
   EXPECT_FALSE(Grid().model()->setData(name, "  "));
+  QCoreApplication::processEvents();
   EXPECT_EQ(dialogs.messages.size(), 1U);
   EXPECT_EQ(Column(1), QStringList({"Fit 2", "dimer"}));
 
