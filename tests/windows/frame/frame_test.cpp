@@ -205,7 +205,8 @@ TEST_F(FrameTest, MenusAreInTheirOrder) {
   };
   tell(window->menuBar()->actions());
   EXPECT_EQ(text,
-            "&File|&New Experiment|&Load Experiment|Load E&xample|C&hoose Scans...|&Close|&Save Experiment|&Import "
+            "&File|&New Experiment|&Load Experiment|Load E&xample|C&hoose Scans...|&Close|&Save "
+            "Experiment|&Import "
             "Text...|Recent "
             "Files|Empty|\n"
             "Save Loaded &Data|Save Log &File|Save &Report|Save &Job...|&Apply Job...|&Exit|\n"
