@@ -64,15 +64,20 @@ void FitsModel::Arrange() {
   rows_.clear();
   for (const std::size_t place :
        module_.Fits.Sorted(FactsOf(column_).key.value_or(HistoryKey::kTime))) {
-    rows_.push_back(
-        {place, module_.Fits.Entries()[place], module_.Fits.Holds(place, module_.LastFit)});
+    rows_.push_back({module_.Fits.Entries()[place], module_.Fits.Holds(place, module_.LastFit)});
   }
   if (order_ == Qt::DescendingOrder) std::reverse(rows_.begin(), rows_.end());
 }
 
 std::optional<std::size_t> FitsModel::PlaceOf(int row) const {
   const auto at = static_cast<std::size_t>(row);
-  return row >= 0 && at < rows_.size() ? std::optional(rows_[at].place) : std::nullopt;
+  if (row < 0 || at >= rows_.size()) return std::nullopt;
+  const std::vector<HistoryEntry>& entries = module_.Fits.Entries();
+  const auto found = std::find_if(entries.begin(), entries.end(), [&](const HistoryEntry& entry) {
+    return entry.time == rows_[at].entry.time;
+  });
+  if (found == entries.end()) return std::nullopt;
+  return static_cast<std::size_t>(found - entries.begin());
 }
 
 std::chrono::system_clock::time_point FitsModel::TimeOf(int row) const {
@@ -99,8 +104,8 @@ QString FitsModel::TextOf(const HistoryEntry& entry, int column) const {
 }
 
 QVariant FitsModel::data(const QModelIndex& cell, int role) const {
-  if (!PlaceOf(cell.row())) return {};
-  const auto& [place, entry, last] = rows_[static_cast<std::size_t>(cell.row())];
+  if (!cell.isValid() || cell.row() >= rowCount()) return {};
+  const auto& [entry, last] = rows_[static_cast<std::size_t>(cell.row())];
   switch (role) {
     case Qt::DisplayRole:
     case Qt::EditRole:

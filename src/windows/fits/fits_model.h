@@ -24,7 +24,8 @@ class FitsModel : public QAbstractTableModel {
   // When the fit of a row finished: that finds it again in a changed list.
   std::chrono::system_clock::time_point TimeOf(int row) const;
 
-  // Of a row; nothing if there is none.
+  // Of the fit of a row in the list as it is now; nothing if it is gone: a name that is being typed
+  // may be stored after a new experiment has emptied the list, and before that is shown.
   std::optional<std::size_t> PlaceOf(int row) const;
 
   int rowCount(const QModelIndex& parent = {}) const override;
@@ -46,7 +47,6 @@ class FitsModel : public QAbstractTableModel {
   QuorvaneModule& module_;
   // As the list was when it was shown.
   struct Row {
-    std::size_t place;
     HistoryEntry entry;  // shares the fit
     bool last;           // it is the last fit of the session
   };

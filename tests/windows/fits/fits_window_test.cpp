@@ -110,6 +110,10 @@ TEST_F(FitsWindowTest, GoesBackToAFitAndComparesItWithAnother) {
   // A dataset that is gone: refused, and the page stays.
   session.Module.Store.Datasets[1].FileName.SetBytes("renamed.dat");
   const Model* model = session.Module.Setup.FitModel;
+  const FitHistory fits = session.Module.Fits;
+  session.Module.Fits.Clear();  // a name typed meanwhile finds no fit any more
+  EXPECT_FALSE(Grid().model()->setData(Grid().model()->index(1, 1), "x"));
+  session.Module.Fits = fits;
   Select({1});
   Click("cmdRestoreFit");
   EXPECT_TRUE(dialogs.messages.back().text.contains("is not loaded any more"));
