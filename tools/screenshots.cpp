@@ -201,6 +201,14 @@ class Walk {
     Click("optFigureAxis(1)");
     QTest::qWait(200);
     child->grab().save(folder_ + "/figure-logarithm.png");
+    auto* content = window_.findChild<QComboBox*>("cmbFigureContent");
+    window_.findChild<QComboBox*>("cmbFigurePanels")->setCurrentIndex(2);
+    for (const auto& [index, name] : {std::pair(1, "local-weights"), std::pair(3, "quantiles")}) {
+      content->setCurrentIndex(index);
+      QTest::qWait(200);
+      child->grab().save(QStringLiteral("%1/%2.png").arg(folder_, QLatin1String(name)));
+    }
+    content->setCurrentIndex(0);
     child->close();
   }
   // After a fit: confidence intervals, coefficients and how they are printed, About.

@@ -45,6 +45,14 @@ struct FigurePoints {
   bool operator==(const FigurePoints&) const = default;
 };
 
+// A part of a curve: one species of several.
+struct FigureSpecies {
+  std::string name;
+  FigureStroke stroke = FigureStroke::kDashed;  // thin, in the colour of the dataset
+  FigurePoints curve = {};                      // by rising x
+  bool operator==(const FigureSpecies&) const = default;
+};
+
 // One dataset.
 struct FigureSeries {
   std::string name;
@@ -54,6 +62,7 @@ struct FigureSeries {
   FigurePoints leftOut = {};    // drawn hollow
   FigurePoints curve = {};      // by rising x; empty without a fit
   FigurePoints residuals = {};  // in units of the residual axis
+  std::vector<FigureSpecies> species = {};
   bool operator==(const FigureSeries&) const = default;
 };
 
@@ -61,7 +70,8 @@ struct FigureSeries {
 struct FigureCell {
   std::string title;
   std::vector<FigureSeries> series;
-  std::optional<ChartArea> view = {};  // of the data panel; absent: all points
+  std::vector<FigurePoints> guides = {};  // thin grey lines behind the data
+  std::optional<ChartArea> view = {};     // of the data panel; absent: all points
   bool operator==(const FigureCell&) const = default;
 };
 
@@ -71,6 +81,7 @@ struct FigureKey {
   bool symbol = true;
   bool line = true;
   std::string text;
+  bool thin = false;  // the line is that of a species
   bool operator==(const FigureKey&) const = default;
 };
 
@@ -89,7 +100,8 @@ struct Figure {
 };
 
 // The points of a figure as a Chart, for a table of its numbers: a panel a cell with the name of
-// the cell, of each dataset the series "...: data", "left out", "curve", "residuals" that it has.
+// the cell, of each dataset the series "...: data", "left out", "curve", "residuals" that it has,
+// then its species by their names.
 Chart NumbersOf(const Figure& figure);
 
 }  // namespace quorvane

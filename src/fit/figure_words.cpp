@@ -100,6 +100,12 @@ std::string LogSignalTitle(const std::vector<const Dataset*>& datasets) {
   return "ln(" + CommonQuantity(datasets) + ' ' + kMinus + " baseline)";
 }
 
+std::string RadialTitle(FigureAbscissa abscissa) {
+  return abscissa == FigureAbscissa::kPsi
+             ? "(r\xC2\xB2 \xE2\x88\x92 r\xE2\x82\x80\xC2\xB2)/2 (cm\xC2\xB2)"
+             : "Radius (cm)";
+}
+
 std::string SpeedText(int rpm) {
   constexpr std::size_t kGroup = 3;
   std::string digits = std::to_string(std::abs(rpm));

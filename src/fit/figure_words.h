@@ -5,6 +5,7 @@
 #include <string>
 #include <vector>
 
+#include "fit/figure_choices.h"
 #include "fit/fit_state.h"
 #include "scan/dataset.h"
 
@@ -22,6 +23,9 @@ std::string LogSignalTitle(const std::vector<const Dataset*>& datasets);
 // not known. Headers state what the monochromator came to: up to 2 nm apart count as one setting,
 // and the most frequent value stands for it.
 std::optional<int> CommonWavelength(const std::vector<const Dataset*>& datasets);
+
+// "Radius (cm)", "(r² − r₀²)/2 (cm²)"
+std::string RadialTitle(FigureAbscissa abscissa);
 
 // "10,000 rpm"
 std::string SpeedText(int rpm);

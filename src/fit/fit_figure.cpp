@@ -7,7 +7,9 @@
 #include <tuple>
 #include <utility>
 
+#include "fit/figure_diagnostics.h"
 #include "fit/figure_words.h"
+#include "fit/species_curves.h"
 #include "scan/dataset_channel.h"
 
 namespace quorvane {
@@ -64,8 +66,11 @@ std::size_t PlaceIn(const std::set<Value>& values, const Value& value) {
 // Makes one figure.
 class FigureMaker {
  public:
-  FigureMaker(const std::vector<FigureSet>& sets, const FitState* fit, const FigureChoices& choices)
-      : sets_(sets), fit_(fit), choices_(choices) {
+  FigureMaker(std::vector<FigureSet> sets, const FitState* fit, const FigureChoices& choices)
+      : sets_(std::move(sets)), fit_(fit), choices_(choices) {
+    if (choices_.content != FigureContent::kData) {
+      std::erase_if(sets_, [this](const FigureSet& set) { return FitOf(set) == nullptr; });
+    }
     std::set<int> cells;
     for (const FigureSet& set : sets_) {
       speeds_.insert(set.dataset->Speed);
@@ -83,10 +88,11 @@ class FigureMaker {
     FillCells();
     ListKeys();
     if (dropped_ > 0) {
-      figure_.remarks.push_back(
-          "Points at or below the baseline have no logarithm and are not "
-          "shown: " +
-          std::to_string(dropped_) + ".");
+      const char* what = choices_.content == FigureContent::kLocalWeights
+                             ? "Windows with points at or below the baseline are not shown: "
+                             : "Points at or below the baseline have no logarithm and are not "
+                               "shown: ";
+      figure_.remarks.push_back(what + std::to_string(dropped_) + ".");
     }
     return std::move(figure_);
   }
@@ -129,13 +135,18 @@ class FigureMaker {
   }
 
   void SetTitles() {
-    const bool logarithm = choices_.signal == FigureSignal::kLogarithm;
     figure_.title = choices_.title;
+    if (choices_.content == FigureContent::kData) return SetDataTitles();
+    if (sets_.empty()) return;
+    const DiagnosticTitles titles = TitlesOf(choices_, *fit_, datasets_);
+    figure_.leftTitle = Offer(titles.left);
+    figure_.bottomTitle = Offer(titles.bottom);
+  }
+
+  void SetDataTitles() {
+    const bool logarithm = choices_.signal == FigureSignal::kLogarithm;
     figure_.leftTitle = Offer(logarithm ? LogSignalTitle(datasets_) : SignalTitle(datasets_));
-    figure_.bottomTitle =
-        Offer(choices_.abscissa == FigureAbscissa::kPsi
-                  ? "(r\xC2\xB2 \xE2\x88\x92 r\xE2\x82\x80\xC2\xB2)/2 (cm\xC2\xB2)"
-                  : "Radius (cm)");
+    figure_.bottomTitle = Offer(RadialTitle(choices_.abscissa));
     const bool fitted = std::any_of(sets_.begin(), sets_.end(),
                                     [&](const FigureSet& set) { return FitOf(set) != nullptr; });
     figure_.residuals = choices_.residuals && fitted;
@@ -155,18 +166,28 @@ class FigureMaker {
                                             : PlaceIn(channels_, KeyOf(dataset));
   }
 
-  void FillCells() {
-    FigurePanels panels = choices_.panels;
-    const std::size_t wanted = panels == FigurePanels::kByChannel ? channels_.size()
-                               : panels == FigurePanels::kBySpeed ? speeds_.size()
-                                                                  : 1;
-    if (wanted > kMostFigureCells) {
-      panels = FigurePanels::kOne;
-      figure_.remarks.push_back("All datasets share one panel, as there would be " +
-                                std::to_string(wanted) + " panels; the most are " +
-                                std::to_string(kMostFigureCells) + ".");
+  // As chosen, unless the content is one of all residuals together or there is no room.
+  FigurePanels Panels() {
+    if (choices_.content == FigureContent::kResiduals ||
+        choices_.content == FigureContent::kQuantiles) {
+      return FigurePanels::kOne;
     }
-    figure_.cells.resize(panels == FigurePanels::kOne ? 1 : std::max<std::size_t>(wanted, 1));
+    const std::size_t wanted = CellsOf(choices_.panels);
+    if (wanted <= kMostFigureCells) return choices_.panels;
+    figure_.remarks.push_back("All datasets share one panel, as there would be " +
+                              std::to_string(wanted) + " panels; the most are " +
+                              std::to_string(kMostFigureCells) + ".");
+    return FigurePanels::kOne;
+  }
+
+  std::size_t CellsOf(FigurePanels panels) const {
+    if (panels == FigurePanels::kOne) return 1;
+    return panels == FigurePanels::kByChannel ? channels_.size() : speeds_.size();
+  }
+
+  void FillCells() {
+    const FigurePanels panels = Panels();
+    figure_.cells.resize(std::max<std::size_t>(CellsOf(panels), 1));
     double reach = 0.0;
     for (std::size_t k = 0; k < sets_.size(); ++k) {
       const Dataset& dataset = *sets_[k].dataset;
@@ -178,6 +199,10 @@ class FigureMaker {
       }
     }
     if (reach > 0.0) figure_.residualReach = reach;
+    for (FigureCell& cell : figure_.cells) {
+      if (choices_.content == FigureContent::kQuantiles) RankResiduals(cell.series);
+      cell.guides = GuidesOf(choices_.content, cell.series);
+    }
   }
 
   FigureLook LookOf(const FigureSet& set) const {
@@ -205,9 +230,25 @@ class FigureMaker {
 
   FigureSeries SeriesOf(std::size_t k) {
     const FigureSet& set = sets_[k];
+    FigureSeries series{.name = Shown(names_[k]), .number = set.number, .look = LookOf(set)};
+    switch (choices_.content) {
+      case FigureContent::kData:
+        AddData(series, set);
+        break;
+      case FigureContent::kLocalWeights:
+        dropped_ += ShowLocalWeights(series, *fit_, set.fitted, choices_);
+        break;
+      case FigureContent::kResiduals:
+      case FigureContent::kQuantiles:
+        series.data = ResidualsOf(set);
+        break;
+    }
+    return series;
+  }
+
+  void AddData(FigureSeries& series, const FigureSet& set) {
     const Dataset& dataset = *set.dataset;
     const FitState* fit = FitOf(set);
-    FigureSeries series{.name = Shown(names_[k]), .number = set.number, .look = LookOf(set)};
     const double baseline = fit != nullptr ? fit->FitA(set.fitted) : dataset.Offset;
     for (std::size_t i = 0; i < static_cast<std::size_t>(dataset.NumPoints); ++i) {
       const bool good = dataset.Good[i] != kFalse;
@@ -215,35 +256,85 @@ class FigureMaker {
       const double x = Abscissa(dataset.R[i], dataset);
       if (!Add(good ? series.data : series.leftOut, x, dataset.C[i], baseline)) ++dropped_;
     }
-    if (fit != nullptr) AddFit(series, *fit, set, baseline);
-    return series;
+    if (fit == nullptr) return;
+    if (choices_.curves) AddCurve(series, set, baseline);
+    if (choices_.residuals) series.residuals = ResidualsOf(set);
+    if (choices_.species) AddSpecies(series, set, baseline);
   }
 
-  void AddFit(FigureSeries& series, const FitState& fit, const FigureSet& set, double baseline) {
-    const int first = fit.SetFirstPoint(set.fitted);
-    for (int i = first; i < first + fit.SetPointCount(set.fitted); ++i) {
-      if (fit.PointKind(i) != 0) continue;
-      const double x = Abscissa(fit.FitR(i), *set.dataset);
-      if (choices_.curves) Add(series.curve, x, fit.FitYCalc(i), baseline);
-      if (choices_.residuals) series.residuals.Add(x, fit.FitY(i) - fit.FitYCalc(i));
+  // Calls `use(i)` for each data point i of a fitted dataset.
+  template <class Use>
+  void ForPoints(const FigureSet& set, Use&& use) const {
+    const int first = fit_->SetFirstPoint(set.fitted);
+    for (int i = first; i < first + fit_->SetPointCount(set.fitted); ++i) {
+      if (fit_->PointKind(i) == 0) use(i);
     }
   }
 
-  bool HasCurve(const FigureSet& set) const { return choices_.curves && FitOf(set) != nullptr; }
+  void AddCurve(FigureSeries& series, const FigureSet& set, double baseline) const {
+    ForPoints(set, [&](int i) {
+      Add(series.curve, Abscissa(fit_->FitR(i), *set.dataset), fit_->FitYCalc(i), baseline);
+    });
+  }
+
+  FigurePoints ResidualsOf(const FigureSet& set) const {
+    FigurePoints points;
+    ForPoints(set, [&](int i) {
+      points.Add(Abscissa(fit_->FitR(i), *set.dataset), fit_->FitY(i) - fit_->FitYCalc(i));
+    });
+    return points;
+  }
+
+  // As logarithms only what is at least a hundredth of the whole, so that the data keep the axis.
+  void AddSpecies(FigureSeries& series, const FigureSet& set, double baseline) {
+    constexpr double kLeastShare = 0.01;
+    const bool logarithm = choices_.signal == FigureSignal::kLogarithm;
+    for (const SpeciesCurve& species : SpeciesCurves(*fit_, set.fitted)) {
+      FigureSpecies& shown = series.species.emplace_back();
+      shown.name = species.name;
+      shown.stroke = StrokeOfSpecies(species.name);
+      std::size_t next = 0;
+      ForPoints(set, [&](int i) {
+        const double signal = species.signal[next++];
+        if (logarithm && signal < kLeastShare * (fit_->FitYCalc(i) - baseline)) return;
+        Add(shown.curve, Abscissa(fit_->FitR(i), *set.dataset), signal + baseline, baseline);
+      });
+    }
+  }
+
+  // Dashed, dotted, dash-dotted in the order in which they come first; whole lines are of curves.
+  FigureStroke StrokeOfSpecies(const std::string& name) {
+    const auto found = std::find(species_.begin(), species_.end(), name);
+    const auto place = static_cast<std::size_t>(std::distance(species_.begin(), found));
+    if (found == species_.end()) species_.push_back(name);
+    return StrokeOf(1 + place % (kFigureStrokes - 1));
+  }
+
+  bool HasCurve(const FigureSet& set) const {
+    const bool drawn = choices_.content == FigureContent::kData ||
+                       choices_.content == FigureContent::kLocalWeights;
+    return drawn && choices_.curves && FitOf(set) != nullptr;
+  }
 
   // A key whose text the user has emptied is left out.
-  void AddKey(const FigureLook& look, bool symbol, bool line, const std::string& text) {
-    std::string shown = Offer(text);
-    if (!shown.empty()) figure_.keys.push_back({look, symbol, line, std::move(shown)});
+  void AddKey(FigureKey key) {
+    key.text = Offer(key.text);
+    if (!key.text.empty()) figure_.keys.push_back(std::move(key));
   }
 
   void ListKeys() {
-    if (sets_.size() > kLegendRoom) {
-      if (choices_.looks == FigureLooks::kBySpeed) ListSpeedsAndChannels();
-      return;
+    if (sets_.size() <= kLegendRoom) {
+      for (std::size_t k = 0; k < sets_.size(); ++k) {
+        AddKey({.look = LookOf(sets_[k]), .line = HasCurve(sets_[k]), .text = names_[k]});
+      }
+    } else if (choices_.looks == FigureLooks::kBySpeed) {
+      ListSpeedsAndChannels();
     }
-    for (std::size_t k = 0; k < sets_.size(); ++k) {
-      AddKey(LookOf(sets_[k]), true, HasCurve(sets_[k]), names_[k]);
+    for (const std::string& name : species_) {
+      AddKey({.look = {kGrey, FigureSymbol::kCircle, StrokeOfSpecies(name)},
+              .symbol = false,
+              .text = name,
+              .thin = true});
     }
   }
 
@@ -253,19 +344,22 @@ class FigureMaker {
                                    [&](const FigureSet& set) { return HasCurve(set); });
     for (const int speed : speeds_) {
       const std::size_t place = PlaceIn(speeds_, speed);
-      AddKey({ColorOf(place), FigureSymbol::kCircle, StrokeOf(place)}, !lines, lines,
-             SpeedText(speed));
+      AddKey({.look = {ColorOf(place), FigureSymbol::kCircle, StrokeOf(place)},
+              .symbol = !lines,
+              .line = lines,
+              .text = SpeedText(speed)});
     }
     for (const ChannelKey& channel : channels_) {
       const auto one = std::find_if(sets_.begin(), sets_.end(), [&](const FigureSet& set) {
         return KeyOf(*set.dataset) == channel;
       });
-      AddKey({kGrey, SymbolOf(PlaceIn(channels_, channel)), FigureStroke::kSolid}, true, false,
-             ChannelText(*one->dataset, severalCells_));
+      AddKey({.look = {kGrey, SymbolOf(PlaceIn(channels_, channel)), FigureStroke::kSolid},
+              .line = false,
+              .text = ChannelText(*one->dataset, severalCells_)});
     }
   }
 
-  const std::vector<FigureSet>& sets_;
+  std::vector<FigureSet> sets_;
   const FitState* fit_;
   const FigureChoices& choices_;
   std::vector<const Dataset*> datasets_;
@@ -273,8 +367,9 @@ class FigureMaker {
   std::set<ChannelKey> channels_;
   bool severalCells_ = false;
   bool severalWavelengths_ = false;
-  std::vector<std::string> names_;  // of the sets, before the user's own
-  int dropped_ = 0;                 // points without a logarithm
+  std::vector<std::string> names_;    // of the sets, before the user's own
+  std::vector<std::string> species_;  // that are shown, in the order of their strokes
+  int dropped_ = 0;                   // points or windows without a logarithm
   Figure figure_;
 };
 

@@ -2,38 +2,14 @@
 #pragma once
 
 #include <cstddef>
-#include <map>
-#include <string>
 #include <vector>
 
 #include "base/figure.h"
+#include "fit/figure_choices.h"
 #include "fit/fit_state.h"
 #include "scan/dataset.h"
 
 namespace quorvane {
-
-// Which datasets share a cell of the figure.
-enum class FigurePanels { kByChannel, kBySpeed, kOne };
-inline constexpr std::size_t kMostFigureCells = 30;
-
-enum class FigureAbscissa { kRadius, kPsi };        // (r^2 - r0^2)/2, r0 being the reference radius
-enum class FigureSignal { kMeasured, kLogarithm };  // ln(signal - baseline)
-
-// What tells datasets apart: colour and stroke their speed and the symbol their channel; or each
-// dataset has a look of its own, which it keeps whatever else is shown.
-enum class FigureLooks { kBySpeed, kByDataset };
-
-struct FigureChoices {
-  FigurePanels panels = FigurePanels::kByChannel;
-  FigureAbscissa abscissa = FigureAbscissa::kRadius;
-  FigureSignal signal = FigureSignal::kMeasured;
-  FigureLooks looks = FigureLooks::kBySpeed;
-  bool curves = true;
-  bool residuals = true;
-  bool leftOut = false;                           // show points that are left out
-  std::string title = {};                         // of the figure
-  std::map<std::string, std::string> texts = {};  // what stands in place of a text of the figure
-};
 
 // One dataset of a figure.
 struct FigureSet {

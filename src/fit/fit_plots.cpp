@@ -1,6 +1,10 @@
 #include "fit/fit_plots.h"
 
+#include <array>
+
 #include "base/number_format.h"
+#include "fit/model_terms.h"
+#include "fit/species_curves.h"
 
 namespace quorvane {
 
@@ -44,6 +48,25 @@ Chart PlotDataFit(const FitState& fit, const std::vector<Dataset>& datasets, int
   chart.panels.push_back({"Concentration", 2.5, {std::move(data), std::move(curve)}, {}});
   chart.panels.push_back({"Deviation", 1.0, {std::move(deviations), std::move(zero)}, {}});
   return chart;
+}
+
+void AddSpeciesCurves(Chart& chart, const FitState& fit, int set, const PlotOptions& options) {
+  // Told apart by the colour-blind too, and from the red data and the blue curve.
+  constexpr std::array<ChartColor, kMaxSpecies> kColors = {0x739E00, 0x009FE6, 0xA779CC, 0x606060,
+                                                           0xE9B456};
+  const std::vector<SpeciesCurve> species = SpeciesCurves(fit, set + 1);
+  if (species.empty()) return;
+  const double baseline = options.SubtractOffsets ? 0.0 : fit.FitA(set + 1);
+  ChartPanel& panel = chart.panels.front();
+  // The abscissae are those of the curve, one a data point.
+  const std::vector<double> x = panel.series.front().x;
+  for (std::size_t k = 0; k < species.size(); ++k) {
+    ChartSeries curve{
+        .name = species[k].name, .color = kColors[k % kColors.size()], .x = x, .y = {}};
+    for (const double signal : species[k].signal) curve.y.push_back(signal + baseline);
+    panel.series.push_back(std::move(curve));
+  }
+  panel.legend = true;
 }
 
 Chart PlotDeviations(const FitState& fit, const std::vector<Dataset>& datasets, int set) {

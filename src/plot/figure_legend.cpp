@@ -97,9 +97,10 @@ QCPScatterStyle FigureMark(const FigureLook& look, double size, bool hollow) {
   return style;
 }
 
-QPen FigurePen(const FigureLook& look) {
+QPen FigurePen(const FigureLook& look, bool thin) {
   constexpr float kShade = 0.5F;
-  QPen pen(Mixed(ToQColor(look.color), Qt::black, kShade), kFigureCurveWidth);
+  QPen pen(Mixed(ToQColor(look.color), Qt::black, kShade),
+           thin ? kFigureSpeciesWidth : kFigureCurveWidth);
   pen.setCapStyle(Qt::FlatCap);
   pen.setJoinStyle(Qt::BevelJoin);
   switch (look.stroke) {
@@ -154,7 +155,7 @@ void FigureLegend::draw(QCPPainter* painter) {
       FigureMark(key.look, kFigureKeyMark, false).drawShape(painter, x + kSample / 2.0, y);
     }
     if (key.line) {
-      painter->setPen(FigurePen(key.look));
+      painter->setPen(FigurePen(key.look, key.thin));
       painter->drawLine(QLineF(x, y, x + kSample, y));
     }
     painter->setPen(Qt::black);

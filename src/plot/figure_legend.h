@@ -12,8 +12,9 @@ namespace quorvane {
 // Marks with a rim of the colour, filled with a paler one, or `hollow`.
 QCPScatterStyle FigureMark(const FigureLook& look, double size, bool hollow);
 
-// The curve: a darker shade of the colour, so that it is seen on the marks.
-QPen FigurePen(const FigureLook& look);
+// The curve, or `thin` that of a species: a darker shade of the colour, so that it is seen on the
+// marks.
+QPen FigurePen(const FigureLook& look, bool thin);
 
 // The keys in columns of equal width, as many as the page has room for, read row by row.
 class FigureLegend : public QCPLayoutElement {

@@ -175,6 +175,7 @@ class FigureFiller {
       for (const FigurePoints* points : {&series.data, &series.leftOut, &series.curve}) {
         Include(x, y, *points);
       }
+      for (const FigureSpecies& species : series.species) Include(x, y, species.curve);
     }
     StyleAxes(rect, !figure_.residuals, 5);
     rect.axis(QCPAxis::atBottom)->setRange(AxisRange(x, kMarginX));
@@ -184,6 +185,7 @@ class FigureFiller {
       rect.axis(QCPAxis::atLeft)->setRange(cell.view->y1, cell.view->y2);
     }
     Mirror(rect);
+    for (const FigurePoints& guide : cell.guides) AddCurve(rect, guide, GuidePen());
     for (const FigureSeries& series : cell.series) {
       AddMarks(rect, series.data, FigureMark(series.look, mark_, false));
     }
@@ -191,7 +193,11 @@ class FigureFiller {
       AddMarks(rect, series.leftOut, FigureMark(series.look, mark_, true));
     }
     for (const FigureSeries& series : cell.series) {
-      AddCurve(rect, series.curve, FigurePen(series.look));
+      AddCurve(rect, series.curve, FigurePen(series.look, false));
+      for (const FigureSpecies& species : series.species) {
+        AddCurve(rect, species.curve,
+                 FigurePen({series.look.color, series.look.symbol, species.stroke}, true));
+      }
     }
     if (y.Empty()) SayNoData(rect);
     NameCell(rect, cell.title);
@@ -204,13 +210,14 @@ class FigureFiller {
     rect.axis(QCPAxis::atLeft)->setRange(-reach, reach);
     Mirror(rect);
     const QCPRange across = rect.axis(QCPAxis::atBottom)->range();
-    AddCurve(rect, {{across.lower, across.upper}, {0.0, 0.0}},
-             QPen(QColor(128, 128, 128), kFigureAxisWidth));
+    AddCurve(rect, {{across.lower, across.upper}, {0.0, 0.0}}, GuidePen());
     for (const FigureSeries& series : cell.series) {
       AddMarks(rect, series.residuals,
                FigureMark(series.look, std::min(mark_, kFigureResidualMark), false));
     }
   }
+
+  static QPen GuidePen() { return {QColor(128, 128, 128), kFigureAxisWidth}; }
 
   void AddMarks(QCPAxisRect& rect, const FigurePoints& points, const QCPScatterStyle& style) {
     if (points.x.empty()) return;

@@ -11,6 +11,7 @@ constexpr int kFigureLeast = 24;  // 6 points, to which a long title shrinks
 constexpr double kFigureAxisWidth = 2.0;
 constexpr double kFigureMarkWidth = 1.6;
 constexpr double kFigureCurveWidth = 3.4;
+constexpr double kFigureSpeciesWidth = 2.2;
 constexpr double kFigureMark = 9.0;
 constexpr double kFigureManyMark = 7.0;  // where there are many points
 constexpr double kFigureResidualMark = 6.5;

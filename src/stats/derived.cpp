@@ -103,20 +103,6 @@ const SharedParameter* SharedOf(const FitState& fit, const ParameterErrors& erro
 
 }  // namespace
 
-ConcentrationScale ScaleOf(const FitState& fit) {
-  int ones = 0;
-  int all = 0;
-  for (int d = 1; d <= fit.NumFitSets; ++d) {
-    ones += fit.SetEpsA(d) == 1.0;
-    ++all;
-    if (!fit.TwoComponentModel) continue;
-    ones += fit.SetEpsB(d) == 1.0;
-    ++all;
-  }
-  if (ones == 0) return ConcentrationScale::kMolar;
-  return ones == all ? ConcentrationScale::kSignal : ConcentrationScale::kMixed;
-}
-
 std::vector<DerivedQuantity> DerivedQuantities(const FitState& fit, const FitPage& page,
                                                const ErrorAnalysis& analysis) {
   std::vector<DerivedQuantity> quantities;

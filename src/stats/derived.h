@@ -6,6 +6,7 @@
 #include <string>
 #include <vector>
 
+#include "fit/concentration_scale.h"
 #include "fit/fit_page.h"
 #include "stats/profile.h"
 
@@ -28,14 +29,6 @@ struct DerivedQuantity {
   double value = 0.0;
   std::vector<DerivedLimits> limits;  // by level; none without profiles
 };
-
-// In what the reference concentrations of a fit are counted.
-enum class ConcentrationScale {
-  kMolar,   // every extinction coefficient is given, and none of them is 1
-  kSignal,  // all of them are 1
-  kMixed,   // some are
-};
-ConcentrationScale ScaleOf(const FitState& fit);
 
 // Of each analysed shared parameter that is a weight or ln K, in the order of FitA:
 //   M = M_b / (1 - vbar density), Da;

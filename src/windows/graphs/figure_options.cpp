@@ -11,9 +11,11 @@
 #include <QPushButton>
 #include <QRadioButton>
 #include <QSignalBlocker>
+#include <QSpinBox>
 #include <QTableWidget>
 #include <QVBoxLayout>
 
+#include "fit/local_weights.h"
 #include "windows/controls/control_names.h"
 
 namespace quorvane {
@@ -61,33 +63,48 @@ void FigureOptions::BuildParts() {
   chkResiduals_->setToolTip(tr("Data minus curve, all panels on one scale"));
   chkLeftOut_ = Named(new QCheckBox(tr("Points &left out")), "chkFigureLeftOut");
   chkLeftOut_->setToolTip(tr("Hollow marks for the points that are not in use"));
+  chkSpecies_ = Named(new QCheckBox(tr("Spe&cies")), "chkFigureSpecies");
+  chkSpecies_->setToolTip(tr("What each species of the model adds to the curve"));
   chkCurves_->setChecked(true);
   chkResiduals_->setChecked(true);
   auto* column = new QVBoxLayout(parts_);
   column->setContentsMargins(0, 0, 0, 0);
-  for (QCheckBox* box : {chkCurves_, chkResiduals_, chkLeftOut_}) column->addWidget(box);
+  for (QCheckBox* box : {chkCurves_, chkSpecies_, chkResiduals_, chkLeftOut_}) {
+    column->addWidget(box);
+  }
 }
 
 void FigureOptions::BuildLayout() {
   layout_ = new QWidget;
+  cmbContent_ = NewChoice("cmbFigureContent", {tr("Data and fit"), tr("Local molecular weights"),
+                                               tr("All residuals"), tr("Normal quantiles")});
+  cmbContent_->setToolTip(tr("The last three judge the last fit"));
+  txtWindow_ = Named(new QSpinBox, "txtFigureWindow");
+  txtWindow_->setRange(kLeastWeightWindow - 1, kGreatestWeightWindow);
+  txtWindow_->setSpecialValueText(tr("to suit"));
+  txtWindow_->setSuffix(tr(" points"));
+  txtWindow_->setKeyboardTracking(false);
+  txtWindow_->setToolTip(tr("Neighbouring points whose slope gives one weight"));
   cmbPanels_ = NewChoice("cmbFigurePanels", {tr("By channel"), tr("By speed"), tr("All in one")});
   cmbSignal_ = NewChoice("cmbFigureSignal", {tr("As measured"), tr("ln(signal - baseline)")});
   cmbLooks_ = NewChoice("cmbFigureLooks", {tr("Speed and channel"), tr("Dataset")});
   cmbLooks_->setToolTip(tr("What colours and symbols tell apart"));
   auto* form = new QFormLayout;
+  form->addRow(tr("S&how:"), cmbContent_);
+  form->addRow(tr("&Window:"), txtWindow_);
   form->addRow(tr("Pane&ls:"), cmbPanels_);
   form->addRow(tr("S&ignal:"), cmbSignal_);
   form->addRow(tr("Loo&ks by:"), cmbLooks_);
   radius_ = Named(new QRadioButton(tr("&Radius")), "optFigureAxis(0)");
   radius_->setChecked(true);
   psi_ = Named(new QRadioButton(tr("(r^2 - r&0^2)/2")), "optFigureAxis(1)");
-  auto* against = Named(new QGroupBox(tr("Against")), "frFigureAxis");
-  auto* axis = new QVBoxLayout(against);
+  against_ = Named(new QGroupBox(tr("Against")), "frFigureAxis");
+  auto* axis = new QVBoxLayout(against_);
   axis->addWidget(radius_);
   axis->addWidget(psi_);
   auto* column = new QVBoxLayout(layout_);
   column->addLayout(form);
-  column->addWidget(against);
+  column->addWidget(against_);
   column->addWidget(BuildSize());
   column->addStretch(1);
 }
@@ -137,11 +154,13 @@ void FigureOptions::BuildTexts() {
 }
 
 void FigureOptions::ConnectSignals() {
-  for (QCheckBox* box : {chkCurves_, chkResiduals_, chkLeftOut_, chkHeight_}) {
+  for (QCheckBox* box : {chkCurves_, chkSpecies_, chkResiduals_, chkLeftOut_, chkHeight_}) {
     connect(box, &QCheckBox::toggled, this, &FigureOptions::Changed);
   }
   connect(cmbLooks_, &QComboBox::currentIndexChanged, this, &FigureOptions::Changed);
-  for (QComboBox* box : {cmbPanels_, cmbSignal_}) {
+  connect(cmbContent_, &QComboBox::currentIndexChanged, this, &FigureOptions::EnableChoices);
+  connect(txtWindow_, &QSpinBox::valueChanged, this, &FigureOptions::Changed);
+  for (QComboBox* box : {cmbContent_, cmbPanels_, cmbSignal_}) {
     connect(box, &QComboBox::currentIndexChanged, this, &FigureOptions::TellAxes);
   }
   connect(psi_, &QRadioButton::toggled, this, &FigureOptions::TellAxes);
@@ -166,14 +185,38 @@ void FigureOptions::TellAxes() {
   emit Changed();
 }
 
+// Choices that change nothing in the figure as it is are grey.
+void FigureOptions::EnableChoices() {
+  const FigureContent content = Content();
+  const bool data = content == FigureContent::kData;
+  const bool weights = content == FigureContent::kLocalWeights;
+  cmbContent_->setEnabled(fitted_);
+  txtWindow_->setEnabled(weights);
+  cmbPanels_->setEnabled(data || weights);
+  cmbSignal_->setEnabled(data);
+  against_->setEnabled(data || content == FigureContent::kResiduals);
+  chkCurves_->setEnabled(fitted_ && (data || weights));
+  chkSpecies_->setEnabled(fitted_ && data);
+  chkResiduals_->setEnabled(fitted_ && data);
+  chkLeftOut_->setEnabled(data);
+}
+
+FigureContent FigureOptions::Content() const {
+  return fitted_ ? static_cast<FigureContent>(cmbContent_->currentIndex()) : FigureContent::kData;
+}
+
 FigureChoices FigureOptions::Choices() const {
-  return {.panels = static_cast<FigurePanels>(cmbPanels_->currentIndex()),
+  const int window = txtWindow_->value();
+  return {.content = Content(),
+          .panels = static_cast<FigurePanels>(cmbPanels_->currentIndex()),
           .abscissa = psi_->isChecked() ? FigureAbscissa::kPsi : FigureAbscissa::kRadius,
           .signal = static_cast<FigureSignal>(cmbSignal_->currentIndex()),
           .looks = static_cast<FigureLooks>(cmbLooks_->currentIndex()),
           .curves = chkCurves_->isChecked(),
           .residuals = chkResiduals_->isChecked(),
           .leftOut = chkLeftOut_->isChecked(),
+          .species = chkSpecies_->isChecked(),
+          .window = window < kLeastWeightWindow ? 0 : window,
           .title = txtTitle_->text().toStdString(),
           .texts = replaced_};
 }
@@ -224,16 +267,17 @@ void FigureOptions::ForgetTexts() {
 }
 
 void FigureOptions::SetFitted(bool fitted) {
-  chkCurves_->setEnabled(fitted);
-  chkResiduals_->setEnabled(fitted);
+  fitted_ = fitted;
+  EnableChoices();
 }
 
 QString FigureOptions::Line() const {
-  const int numbers[] = {cmbPanels_->currentIndex(), cmbSignal_->currentIndex(),
-                         cmbLooks_->currentIndex(),  psi_->isChecked(),
-                         chkCurves_->isChecked(),    chkResiduals_->isChecked(),
-                         chkLeftOut_->isChecked(),   cmbWidth_->currentIndex(),
-                         int(txtWidth_->value()),    cmbFormat_->currentIndex()};
+  const int numbers[] = {
+      cmbPanels_->currentIndex(), cmbSignal_->currentIndex(),  cmbLooks_->currentIndex(),
+      psi_->isChecked(),          chkCurves_->isChecked(),     chkResiduals_->isChecked(),
+      chkLeftOut_->isChecked(),   cmbWidth_->currentIndex(),   int(txtWidth_->value()),
+      cmbFormat_->currentIndex(), cmbContent_->currentIndex(), txtWindow_->value(),
+      chkSpecies_->isChecked()};
   QStringList words;
   for (const int number : numbers) words += QString::number(number);
   return words.join(u' ');
@@ -264,6 +308,9 @@ void FigureOptions::TakeLine(const QString& line) {
   choose(cmbWidth_);
   take(int(kGreatestFigureSide) + 1, [this](int number) { txtWidth_->setValue(number); });
   choose(cmbFormat_);
+  choose(cmbContent_);
+  take(kGreatestWeightWindow + 1, [this](int number) { txtWindow_->setValue(number); });
+  check(chkSpecies_);
 }
 
 }  // namespace quorvane

@@ -10,8 +10,10 @@
 class QCheckBox;
 class QComboBox;
 class QDoubleSpinBox;
+class QGroupBox;
 class QLineEdit;
 class QRadioButton;
+class QSpinBox;
 class QTableWidget;
 
 namespace quorvane {
@@ -42,7 +44,7 @@ class FigureOptions : public QObject {
   // Lists the texts of `figure`, or what the user has put in their place.
   void ListTexts(const Figure& figure);
 
-  // Curves and residuals can be chosen.
+  // What a fit alone can show may be chosen.
   void SetFitted(bool fitted);
 
   // All choices but texts and height, as one line; what a line does not say stays.
@@ -60,6 +62,8 @@ class FigureOptions : public QObject {
   void BuildTexts();
   void ConnectSignals();
   void TellAxes();
+  void EnableChoices();
+  FigureContent Content() const;
   void TakeText(int row);
   void ForgetTexts();
 
@@ -71,9 +75,14 @@ class FigureOptions : public QObject {
   QCheckBox* chkCurves_;
   QCheckBox* chkResiduals_;
   QCheckBox* chkLeftOut_;
+  QCheckBox* chkSpecies_;
+  bool fitted_ = false;
+  QComboBox* cmbContent_;
+  QSpinBox* txtWindow_;
   QComboBox* cmbPanels_;
   QComboBox* cmbSignal_;
   QComboBox* cmbLooks_;
+  QGroupBox* against_;
   QRadioButton* radius_;
   QRadioButton* psi_;
   QComboBox* cmbWidth_;

@@ -196,10 +196,15 @@ Figure FigureWindow::Drawn() const {
     if (sets_->item(k)->checkState() == Qt::Checked) chosen.push_back(k);
   }
   const QuorvaneModule& module = session_.Module;
-  const FigureChoices choices = options_->Choices();
-  const bool withFit =
-      choices.curves || choices.residuals || choices.signal == FigureSignal::kLogarithm;
-  const FitState* fit = module.LastFit ? &module.LastFit->state : nullptr;
+  FigureChoices choices = options_->Choices();
+  const bool withFit = choices.content != FigureContent::kData || choices.curves ||
+                       choices.residuals || choices.species ||
+                       choices.signal == FigureSignal::kLogarithm;
+  const FitState* fit = nullptr;
+  if (module.LastFit) {
+    fit = &module.LastFit->state;
+    choices.trueWeights = module.LastFit->constantsSet.Vbar && module.LastFit->constantsSet.Density;
+  }
   Figure figure = MakeFigure(FigureSets(module, chosen, withFit), fit, choices);
   for (FigureCell& cell : figure.cells) {
     const auto zoom = zoomed_.find(cell.title);

@@ -1,5 +1,6 @@
 #include "windows/page/result_panel.h"
 
+#include <QCheckBox>
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QToolButton>
@@ -7,6 +8,7 @@
 
 #include "core/finished_fit.h"
 #include "fit/fit_plots.h"
+#include "fit/species_curves.h"
 #include "plot/chart_widget.h"
 #include "windows/controls/dataset_tip.h"
 #include "windows/page/plot_switch.h"
@@ -34,10 +36,13 @@ ResultPanel::ResultPanel(Session& session, QWidget* parent)
       back_(StepButton("cmdResultBack", Qt::LeftArrow, tr("Previous dataset of the fit"))),
       forward_(StepButton("cmdResultForward", Qt::RightArrow, tr("Next dataset of the fit"))),
       which_(new QLabel),
+      species_(new QCheckBox(tr("Species"))),
       plots_(new PlotSwitch("optResultPlot")),
       fits_(new QToolButton) {
   chart_->setObjectName("TChartFitting");
   which_->setObjectName("lblResult");
+  species_->setObjectName("chkResultSpecies");
+  species_->setToolTip(tr("What each species of the model adds to the curve"));
   fits_->setObjectName("cmdShowFits");
   fits_->setText(tr("Fits..."));
   fits_->setToolTip(tr("All fits of this session: go back to one, compare some"));
@@ -46,6 +51,7 @@ ResultPanel::ResultPanel(Session& session, QWidget* parent)
   steps->addWidget(forward_);
   steps->addWidget(which_);
   steps->addStretch();
+  steps->addWidget(species_);
   steps->addWidget(plots_);
   steps->addWidget(fits_);
   auto* layout = new QVBoxLayout(this);
@@ -55,6 +61,7 @@ ResultPanel::ResultPanel(Session& session, QWidget* parent)
   connect(back_, &QToolButton::clicked, this, [this] { StepTo(position_ - 1); });
   connect(forward_, &QToolButton::clicked, this, [this] { StepTo(position_ + 1); });
   connect(plots_, &PlotSwitch::Changed, this, &ResultPanel::Redraw);
+  connect(species_, &QCheckBox::toggled, this, &ResultPanel::Redraw);
   Clear();
 }
 
@@ -83,17 +90,26 @@ void ResultPanel::StepTo(int position) {
   const FitState& fit = fit_->state;
   const int count = fit.NumFitSets;
   if (position < 0 || position >= count) return;
-  const QuorvaneModule& module = session_.Module;
   position_ = position;
-  const std::vector<Dataset>& datasets = module.Store.Datasets;
-  chart_->SetChart(plots_->Deviations()
-                       ? PlotDeviations(fit, datasets, position)
-                       : PlotDataFit(fit, datasets, position, module.Preferences.Plots));
-  const auto place = static_cast<std::size_t>(position);
-  which_->setToolTip(DatasetTip(datasets[static_cast<std::size_t>(fit.FitSetList[place])]));
+  chart_->SetChart(Drawn());
+  const auto place = static_cast<std::size_t>(fit.FitSetList[static_cast<std::size_t>(position)]);
+  which_->setToolTip(DatasetTip(session_.Module.Store.Datasets[place]));
   which_->setText(tr("Dataset %1 of %2 in the fit").arg(position + 1).arg(count));
   back_->setEnabled(position > 0);
   forward_->setEnabled(position + 1 < count);
+}
+
+Chart ResultPanel::Drawn() const {
+  const FitState& fit = fit_->state;
+  const QuorvaneModule& module = session_.Module;
+  const std::vector<Dataset>& datasets = module.Store.Datasets;
+  species_->setVisible(!SpeciesCurves(fit, position_ + 1).empty());
+  species_->setEnabled(!plots_->Deviations());
+  if (plots_->Deviations()) return PlotDeviations(fit, datasets, position_);
+  const PlotOptions& options = module.Preferences.Plots;
+  Chart chart = PlotDataFit(fit, datasets, position_, options);
+  if (species_->isChecked()) AddSpeciesCurves(chart, fit, position_, options);
+  return chart;
 }
 
 }  // namespace quorvane

@@ -4,11 +4,13 @@
 #include <QWidget>
 #include <memory>
 
+class QCheckBox;
 class QLabel;
 class QToolButton;
 
 namespace quorvane {
 
+struct Chart;
 class ChartWidget;
 struct FinishedFit;
 class PlotSwitch;
@@ -35,6 +37,7 @@ class ResultPanel : public QWidget {
 
  private:
   void StepTo(int position);
+  Chart Drawn() const;
 
   Session& session_;
   std::shared_ptr<const FinishedFit> fit_;  // null: nothing is shown
@@ -43,6 +46,7 @@ class ResultPanel : public QWidget {
   QToolButton* back_;
   QToolButton* forward_;
   QLabel* which_;
+  QCheckBox* species_;
   PlotSwitch* plots_;
   QToolButton* fits_;
 };

@@ -119,6 +119,69 @@ TEST_F(FigureTest, ChoicesAndTextsAreTheUsers) {
   EXPECT_EQ(std::count(figure.texts.begin(), figure.texts.end(), first), 1);
 }
 
+TEST_F(FigureTest, JudgesTheFitByWeightsAndResiduals) {
+  Fit();
+  const FitState& fit = module.LastFit->state;
+  FigureChoices choices{.content = FigureContent::kLocalWeights, .window = 9};
+  Figure figure = Make(choices);
+  EXPECT_EQ(figure.leftTitle, "Local weight-average buoyant M (Da)");
+  EXPECT_EQ(figure.bottomTitle, "Concentration as monomer (\xC2\xB5M)");
+  EXPECT_FALSE(figure.residuals);
+  ASSERT_EQ(figure.cells.size(), 2U);
+  const FigureSeries& buoyant = figure.cells[0].series.at(0);
+  EXPECT_EQ(buoyant.curve.x.size(), 32U);
+  EXPECT_NEAR(buoyant.curve.y[7], fit.FitA(fit.SharedBase() + 1), 1e-6);
+  choices.trueWeights = true;
+  EXPECT_NEAR(Make(choices).cells[0].series.at(0).data.y[2], buoyant.data.y[2] / (1.0 - 0.73),
+              1e-6);
+
+  choices = {.content = FigureContent::kResiduals};
+  figure = Make(choices);
+  ASSERT_EQ(figure.cells.size(), 1U);  // all together, whatever was chosen
+  ASSERT_EQ(figure.cells[0].series.size(), 4U);
+  EXPECT_EQ(figure.cells[0].guides.at(0).y, (std::vector<double>{0.0, 0.0}));
+  EXPECT_EQ(figure.cells[0].series[3].data.y[0],
+            fit.FitY(fit.SetFirstPoint(4)) - fit.FitYCalc(fit.SetFirstPoint(4)));
+  EXPECT_FALSE(figure.keys.at(0).line);
+
+  choices.content = FigureContent::kQuantiles;
+  figure = Make(choices);
+  std::vector<std::pair<double, double>> points;
+  for (const FigureSeries& series : figure.cells.at(0).series) {
+    double squares = 0.0;
+    for (std::size_t k = 0; k < series.data.x.size(); ++k) {
+      points.emplace_back(series.data.x[k], series.data.y[k]);
+      squares += series.data.y[k] * series.data.y[k];
+    }
+    EXPECT_NEAR(squares, double(series.data.x.size()), 1e-9);  // each over its own rms
+  }
+  std::sort(points.begin(), points.end());
+  EXPECT_EQ(points.size(), 159U);
+  for (std::size_t k = 1; k < points.size(); ++k) EXPECT_LE(points[k - 1].second, points[k].second);
+  EXPECT_NEAR(points.front().first, -2.65848461, 1e-8);
+
+  module.LastFit.reset();  // nothing to judge
+  EXPECT_TRUE(MakeFigure(FigureSets(module, {0, 1}, true), nullptr, choices).keys.empty());
+}
+
+TEST_F(FigureTest, ShowsSpeciesInTheColourOfTheirDataset) {
+  Fit();
+  const FigureChoices choices{.residuals = false, .species = true};
+  EXPECT_TRUE(Make(choices).cells.at(0).series.at(0).species.empty());  // there is one
+  module.FitPage.ModelN1 = 2.0;
+  ASSERT_TRUE(SetupFit(module.Setup, module.FitPage, module.Store, *FindModel(2), host));
+  ASSERT_EQ(RunFit(module, host).ending, FitEnding::kFinished);
+  const Figure figure = Make(choices);
+  const std::vector<FigureSpecies>& species = figure.cells.at(0).series.at(0).species;
+  ASSERT_EQ(species.size(), 2U);
+  EXPECT_NE(species[0].stroke, species[1].stroke);
+  EXPECT_EQ(species[0].curve.x, figure.cells[0].series[0].curve.x);
+  EXPECT_TRUE(figure.keys.back().thin);
+  EXPECT_EQ(figure.keys.back().text, species[1].name);
+  EXPECT_EQ(NumbersOf(figure).panels.at(0).series.at(3).name,
+            figure.cells[0].series[0].name + ": " + species[1].name);
+}
+
 TEST_F(FigureTest, FindsTheFitAfterUnloadingAndShowsWhatWasFitted) {
   module.Store.UseData[0] = false;
   Fit();
