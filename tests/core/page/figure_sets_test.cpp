@@ -7,6 +7,7 @@
 
 #include "core/fit_run.h"
 #include "fit/figure_words.h"
+#include "fit/fit_plots.h"
 #include "fit/models.h"
 #include "support/recording_host.h"
 #include "support/session.h"
@@ -177,6 +178,11 @@ TEST_F(FigureTest, ShowsSpeciesInTheColourOfTheirDataset) {
   EXPECT_NE(species[0].stroke, species[1].stroke);
   EXPECT_EQ(species[0].curve.x, figure.cells[0].series[0].curve.x);
   EXPECT_TRUE(figure.keys.back().thin);
+  Chart chart = PlotDataFit(module.LastFit->state, module.Store.Datasets, 0, {});
+  AddSpeciesCurves(chart, module.LastFit->state, 0, {});
+  const std::vector<ChartSeries>& series = chart.panels.at(0).series;
+  ASSERT_EQ(series.size(), 4U);
+  EXPECT_NEAR(series[1].y[7], series[2].y[7] + series[3].y[7], 1e-12);
   EXPECT_EQ(figure.keys.back().text, species[1].name);
   EXPECT_EQ(NumbersOf(figure).panels.at(0).series.at(3).name,
             figure.cells[0].series[0].name + ": " + species[1].name);

@@ -10,8 +10,10 @@
 #include <QMimeData>
 #include <QPushButton>
 #include <QRadioButton>
+#include <QSpinBox>
 #include <QTableWidget>
 
+#include "plot/chart_widget.h"
 #include "plot/figure_widget.h"
 #include "windows/main_window_fixture.h"
 
@@ -63,6 +65,28 @@ TEST_F(FigureWindowTest, DrawsTheCheckedDatasets) {
   emit picture->ZoomWanted(0, {-0.1, 0.0, 0.1, 1.0});
   Click("cmdFigureZoomOut");
   EXPECT_FALSE(Shown().cells.at(0).view);
+}
+
+TEST_F(FigureWindowTest, JudgesTheFit) {
+  SetUpExample();
+  Open();
+  EXPECT_FALSE(Find("cmbFigureContent")->isEnabled());
+  Click("cmdFitMe");
+  const auto result = [this] { return Find<ChartWidget>("TChartFitting")->GetChart(); };
+  EXPECT_EQ(result().panels.at(0).series.size(), 2U);
+  Click("chkResultSpecies");  // of a dimer
+  EXPECT_EQ(result().panels.at(0).series.size(), 4U);
+  emit picture->ZoomWanted(0, {6.4, 0.0, 6.5, 1.0});
+  Choose("cmbFigureContent", 1);
+  EXPECT_TRUE(Shown().leftTitle.starts_with("Local weight-average")) << Shown().leftTitle;
+  EXPECT_FALSE(Shown().cells.at(0).view);
+  EXPECT_FALSE(Find("cmbFigureSignal")->isEnabled());
+  const std::size_t weights = Shown().cells[0].series.at(0).data.x.size();
+  Find<QSpinBox>("txtFigureWindow")->setValue(99);
+  EXPECT_LT(Shown().cells[0].series.at(0).data.x.size(), weights);
+  Choose("cmbFigureContent", 3);
+  EXPECT_EQ(Shown().cells.size(), 1U);
+  EXPECT_FALSE(Find("cmbFigurePanels")->isEnabled());
 }
 
 TEST_F(FigureWindowTest, FollowsTheStoreAndTheFit) {
