@@ -19,9 +19,9 @@ constexpr std::size_t kMostWavelengths = 4;
 // Columns as cells for equilibrium are filled: 3 mm in two channels, 2 mm in the others. A row a
 // channel, a column a centerpiece, as in the tables of the channel windows.
 constexpr std::array<std::array<SolutionColumn, 3>, kMaxChannels> kColumns = {{
-    {{{6.85, 7.15}, {5.88, 6.07}, {6.09, 6.28}}},
-    {{{}, {6.39, 6.58}, {6.40, 6.59}}},
-    {{{}, {6.91, 7.10}, {6.71, 6.90}}},
+    {{{6.85, 7.15}, {5.85, 6.05}, {6.09, 6.28}}},
+    {{{}, {6.35, 6.55}, {6.40, 6.59}}},
+    {{{}, {6.85, 7.05}, {6.71, 6.90}}},
     {{{}, {}, {7.01, 7.20}}},
 }};
 

@@ -123,6 +123,7 @@ void SayLost(const ExperimentPlan& plan, const PlanResult& result,
     lost.push_back(&scan);
     points += plan.points - scan.points;
   }
+  if (lost.empty()) return;
   const std::string most = FormatParam(plan.mostSignal);
   if (lost.size() > kMostNamed) {
     remarks.push_back("The detector loses points above a signal of " + most + " in " +
