@@ -13,6 +13,7 @@
 #include "cli/compare_command.h"
 #include "cli/import_command.h"
 #include "cli/match_command.h"
+#include "cli/plan_command.h"
 #include "cli/scan_command.h"
 #include "cli/simulate_command.h"
 #include "core/program_state.h"
@@ -175,6 +176,38 @@ Command AddSimulate(CLI::App& app) {
   return [arguments](const CommandStreams& streams) { return RunSimulate(*arguments, streams); };
 }
 
+Command AddPlan(CLI::App& app) {
+  auto arguments = std::make_shared<PlanArguments>();
+  CLI::App* command = app.add_subcommand(
+      "plan", "Say how well an experiment that has not been made would determine its parameters");
+  command->add_option("plan", arguments->plan, "The planned experiment, a TOML file")
+      ->required()
+      ->type_name("PLAN.toml");
+  command->add_option("--json", arguments->json, "Write the results to this file")
+      ->type_name("OUT.json");
+  command->footer(
+      "A plan names the model, the values that are expected and what would be measured:\n"
+      "    model = \"Monomer-Nmer\"\n"
+      "    speeds = [10000, 14000, 20000]    or: candidates = [...] and choose = 3\n"
+      "    loads = [2e-6, 5e-6, 1.5e-5]      a column each; loads_b for a second component\n"
+      "    ext_coeff = 40000.0               ext_coeff_b; a list is a wavelength each\n"
+      "    noise = 0.004\n"
+      "    most_signal = 1.5                 points above are lost\n"
+      "    meniscus = 5.85                   and base = 6.05, or centerpiece = \"6 channels\"\n"
+      "    base = 6.05\n"
+      "    check = 200                       simulates and fits so many experiments\n"
+      "    [parameters]\n"
+      "    MW = { value = 8100.0 }           buoyant\n"
+      "    N1 = { value = 2.0, fit = false }\n"
+      "    LnK1 = { value = 11.5 }\n"
+      "Other keys: points, temperature, vbar, density. All stand in docs/user-guide.md.\n"
+      "Printed are the expected standard errors, correlations, scans, the best choices of speeds,\n"
+      "and what stands in the way. The best 100 choices go into the JSON.\n"
+      "Exit status: 0 done, 1 beyond all numbers or stopped, 2 bad usage or a bad plan, 3 a file\n"
+      "could not be read or written.");
+  return [arguments](const CommandStreams& streams) { return RunPlan(*arguments, streams); };
+}
+
 Command AddArchive(CLI::App& app) {
   auto arguments = std::make_shared<ArchiveArguments>();
   CLI::App* command =
@@ -300,7 +333,7 @@ ExitStatus RunCommandLine(std::vector<std::string> arguments, const CommandStrea
   const std::map<std::string, Command> commands = {
       {"analyze", AddAnalyze(app)}, {"simulate", AddSimulate(app)}, {"match", AddMatch(app)},
       {"scan", AddScan(app)},       {"import", AddImport(app)},     {"archive", AddArchive(app)},
-      {"compare", AddCompare(app)}};
+      {"compare", AddCompare(app)}, {"plan", AddPlan(app)}};
   try {
     std::reverse(arguments.begin(), arguments.end());
     app.parse(arguments);

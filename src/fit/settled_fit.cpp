@@ -378,14 +378,12 @@ bool Descent::TakeFineSteps() {
   return true;
 }
 
-// Parameters whose standard error is beyond all sense count as not determined.
 bool Descent::FindVague() {
-  constexpr double kVague = 100.0;  // longest moves
   const double variance = Best() / freedom_;
   bool found = false;
   for (std::size_t k = 0; k < parameter_.size(); ++k) {
     const int place = static_cast<int>(k) + 1;
-    const double limit = kVague * LongestMove(fit_, parameter_[k]);
+    const double limit = GreatestError(fit_, parameter_[k]);
     if (!(fit_.FitCovar(place, place) * variance > limit * limit)) continue;
     if (std::find(unknown_.begin(), unknown_.end(), place) != unknown_.end()) continue;
     unknown_.push_back(place);
@@ -462,6 +460,11 @@ int FitDatasetsAlone(FitState& fit, Host& host, int mostSteps) {
 }
 
 }  // namespace
+
+double GreatestError(const FitState& fit, int l) {
+  constexpr double kVague = 100.0;  // longest moves
+  return kVague * LongestMove(fit, l);
+}
 
 RestEnd BringToRest(FitState& fit, Host& host, int mostSteps) {
   Descent descent(fit, host);

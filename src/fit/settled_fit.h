@@ -42,6 +42,10 @@ RestEnd BringToRest(FitState& fit, Host& host, int mostSteps);
 // The same, where only the way it ended is wanted.
 FitRest SettleFit(FitState& fit, Host& host, int mostSteps);
 
+// The standard error beyond which the data count as not determining FitA(l): no number with such an
+// error makes sense. Infinite for a baseline and a virial coefficient.
+double GreatestError(const FitState& fit, int l);
+
 // Whether that end is one where the sum of squares stands still.
 constexpr bool SumStandsStill(FitRest rest) {
   return rest == FitRest::kSettled || rest == FitRest::kUndetermined || rest == FitRest::kRunaway;

@@ -25,21 +25,24 @@ FileKind KindOf(const LoadWords& words, const fs::path& file, const TableReader&
   return KindOfExtension(file).value_or(FileKind::kDat);
 }
 
-Centerpiece CenterpieceOf(const LoadWords& words, const TableReader& table) {
-  if (!words.centerpiece) return Centerpiece::kTwoChannels;
+}  // namespace
+
+Centerpiece CenterpieceOf(const std::string& word, const TableReader& table) {
   for (std::size_t k = 0; k < kCenterpieces.size(); ++k) {
-    if (*words.centerpiece == kCenterpieces[k]) return static_cast<Centerpiece>(k);
+    if (word == kCenterpieces[k]) return static_cast<Centerpiece>(k);
   }
   table.Fail("centerpiece", "\"2 channels\", \"6 channels\" or \"8 channels\" is wanted");
 }
 
-}  // namespace
+const char* WordOf(Centerpiece centerpiece) {
+  return kCenterpieces[static_cast<std::size_t>(centerpiece)];
+}
 
 ScanLoadSettings LoadSettingsOf(const LoadWords& words, const fs::path& file,
                                 const TableReader& table) {
   ScanLoadSettings settings;
   settings.kind = KindOf(words, file, table);
-  settings.centerpiece = CenterpieceOf(words, table);
+  if (words.centerpiece) settings.centerpiece = CenterpieceOf(*words.centerpiece, table);
   // Where nothing is cut any channel that some cell has is taken, and none counts.
   const auto count = IsCut(settings) ? static_cast<std::size_t>(ChannelCount(settings.centerpiece))
                                      : ChannelLetters.size();
@@ -69,7 +72,7 @@ std::string PathInJob(const fs::path& file, const fs::path& folder) {
 void WriteLoadWords(const ScanLoadSettings& settings, TomlWriter& out) {
   out.Key("kind", KindName(settings.kind));
   if (settings.kind != FileKind::kIpRa) return;  // nothing is cut
-  out.Key("centerpiece", kCenterpieces[static_cast<std::size_t>(settings.centerpiece)]);
+  out.Key("centerpiece", WordOf(settings.centerpiece));
   std::vector<std::string> channels;
   if (IsCut(settings)) {
     for (const LoadWindow& window : WindowsOf(settings)) channels.emplace_back(1, window.letter);

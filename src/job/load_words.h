@@ -19,6 +19,12 @@ struct LoadWords {
   std::optional<std::vector<std::string>> channels;
 };
 
+// The centerpiece of that name; `table` is for messages. Throws JobFault for a word that is none.
+Centerpiece CenterpieceOf(const std::string& word, const TableReader& table);
+
+// Its name in jobs and windows.
+const char* WordOf(Centerpiece centerpiece);
+
 // The load settings that the words ask for; `table` is for messages.
 // Throws JobFault for a word that is none.
 ScanLoadSettings LoadSettingsOf(const LoadWords& words, const std::filesystem::path& file,

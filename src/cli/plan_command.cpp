@@ -1,0 +1,220 @@
+#include "cli/plan_command.h"
+
+#include <algorithm>
+#include <ostream>
+
+#include "base/arithmetic.h"
+#include "base/files.h"
+#include "base/number_format.h"
+#include "cli/json_text.h"
+#include "cli/terminal_host.h"
+#include "cli/text_column.h"
+#include "job/plan_file.h"
+#include "sim/plan_check.h"
+#include "sim/plan_errors.h"
+
+namespace quorvane {
+
+namespace {
+
+Json OrNull(const std::optional<double>& value) {
+  return value ? Json(*value) : Json(nullptr);
+}
+
+Json ListOf(const std::vector<std::optional<double>>& values) {
+  Json list = Json::array();
+  for (const std::optional<double>& value : values) list.push_back(OrNull(value));
+  return list;
+}
+
+Json ScansJson(const ExperimentPlan& plan, const PlanResult& result) {
+  Json list = Json::array();
+  for (const PlannedScan& scan : result.scans) {
+    Json entry = {{"speed", scan.speed}, {"load", scan.load}};
+    if (scan.loadB) entry["load_b"] = *scan.loadB;
+    if (plan.extCoeff.size() > 1) entry["wavelength"] = scan.wavelength + 1;
+    entry["lowest"] = scan.points > 0 ? Json(scan.lowest) : Json(nullptr);
+    entry["highest"] = scan.points > 0 ? Json(scan.highest) : Json(nullptr);
+    entry["points"] = scan.points;
+    list.push_back(std::move(entry));
+  }
+  return list;
+}
+
+Json ParametersJson(const PlanResult& result) {
+  Json list = Json::array();
+  for (const ExpectedError& error : result.errors) {
+    list.push_back({{"name", error.parameter->shared->name},
+                    {"value", error.value},
+                    {"sd", OrNull(error.sd)},
+                    {"relative", OrNull(error.relative)}});
+  }
+  return list;
+}
+
+Json CheckJson(const PlanCheck& check) {
+  Json ratio = Json::array();
+  Json bias = Json::array();
+  for (const CheckedError& error : check.parameters) {
+    ratio.push_back(OrNull(error.ratio));
+    bias.push_back(OrNull(error.bias));
+  }
+  return {{"experiments", check.experiments},
+          {"failed", check.failed},
+          {"ratio", std::move(ratio)},
+          {"bias", std::move(bias)}};
+}
+
+Json RankingJson(const PlanResult& result) {
+  Json list = Json::array();
+  for (const SpeedChoice& choice : result.ranking) {
+    list.push_back(
+        {{"speeds", choice.speeds}, {"sd", ListOf(choice.sd)}, {"score", OrNull(choice.score)}});
+  }
+  return list;
+}
+
+Json PlanJson(const ExperimentPlan& plan, const PlanResult& result,
+              const std::optional<PlanCheck>& check) {
+  Json correlations = Json::array();
+  for (const auto& row : result.correlations) correlations.push_back(ListOf(row));
+  Json json = {{"speeds", result.speeds},
+               {"scans", ScansJson(plan, result)},
+               {"parameters", ParametersJson(result)},
+               {"correlations", std::move(correlations)}};
+  json["checked"] = check ? CheckJson(*check) : Json(nullptr);
+  json["ranking"] = RankingJson(result);
+  json["choices"] = result.choices;
+  json["remarks"] = result.remarks;
+  return json;
+}
+
+std::string Shown(const std::optional<double>& value) {
+  return value ? FormatParam(*value) : "-";
+}
+
+std::string SpeedsText(const std::vector<double>& speeds) {
+  std::string text;
+  for (const double speed : speeds) text += (text.empty() ? "" : " ") + FormatNumber(speed, "0");
+  return text;
+}
+
+using Row = std::vector<std::string>;
+
+// Columns as wide as their widest text, numbers flush right.
+void PrintTable(const std::vector<Row>& rows, std::ostream& out) {
+  std::vector<std::size_t> widths(rows.front().size(), 0);
+  for (const Row& row : rows) {
+    for (std::size_t k = 0; k < row.size(); ++k) widths[k] = std::max(widths[k], WidthOf(row[k]));
+  }
+  for (const Row& row : rows) {
+    std::string line;
+    for (std::size_t k = 0; k < row.size(); ++k) {
+      line += (k == 0 ? "" : "  ") + TextColumn(row[k], widths[k], k > 0);
+    }
+    out << line << '\n';
+  }
+  out << '\n';
+}
+
+void PrintErrors(const PlanResult& result, const std::optional<PlanCheck>& check,
+                 std::ostream& out) {
+  Row head = {"parameter", "value", "standard error", "relative, %"};
+  for (const ExpectedError& error : result.errors) {
+    head.push_back("with " + std::string(error.parameter->shared->name));
+  }
+  if (check) head.insert(head.end(), {"scatter/error", "bias/error"});
+  std::vector<Row> rows = {head};
+  for (std::size_t k = 0; k < result.errors.size(); ++k) {
+    const ExpectedError& error = result.errors[k];
+    Row row = {std::string(error.parameter->shared->name), FormatParam(error.value),
+               Shown(error.sd),
+               error.relative ? FormatNumber(100.0 * *error.relative, "0.00") : "-"};
+    for (const std::optional<double>& value : result.correlations[k]) {
+      row.push_back(value ? FormatNumber(*value, "0.000") : "-");
+    }
+    if (check) {
+      const bool has = k < check->parameters.size();
+      const CheckedError found = has ? check->parameters[k] : CheckedError{};
+      row.push_back(found.ratio ? FormatNumber(*found.ratio, "0.000") : "-");
+      row.push_back(found.bias ? FormatNumber(*found.bias, "+0.000;-0.000") : "-");
+    }
+    rows.push_back(std::move(row));
+  }
+  PrintTable(rows, out);
+}
+
+void PrintScans(const ExperimentPlan& plan, const PlanResult& result, std::ostream& out) {
+  std::vector<Row> rows = {
+      {"speed", "load", "load B", "wavelength", "lowest", "highest", "points", "sigma, 1/cm^2"}};
+  for (const PlannedScan& scan : result.scans) {
+    const bool any = scan.points > 0;
+    rows.push_back({FormatNumber(scan.speed, "0"), FormatParam(scan.load), Shown(scan.loadB),
+                    plan.extCoeff.size() > 1 ? std::to_string(scan.wavelength + 1) : "-",
+                    any ? FormatParam(scan.lowest) : "-", any ? FormatParam(scan.highest) : "-",
+                    std::to_string(scan.points), FormatNumber(scan.sigma, "0.00")});
+  }
+  PrintTable(rows, out);
+}
+
+void PrintRanking(const PlanResult& result, std::ostream& out) {
+  constexpr std::size_t kShown = 10;
+  Row head = {"speeds", "score"};
+  for (const ExpectedError& error : result.errors) {
+    head.push_back("sd " + std::string(error.parameter->shared->name));
+  }
+  std::vector<Row> rows = {head};
+  for (std::size_t k = 0; k < std::min(kShown, result.ranking.size()); ++k) {
+    const SpeedChoice& choice = result.ranking[k];
+    Row row = {SpeedsText(choice.speeds), Shown(choice.score)};
+    for (const std::optional<double>& sd : choice.sd) row.push_back(Shown(sd));
+    rows.push_back(std::move(row));
+  }
+  out << "The best of " << result.choices << " choices of speeds:\n";
+  PrintTable(rows, out);
+}
+
+void Print(const ExperimentPlan& plan, const PlanResult& result,
+           const std::optional<PlanCheck>& check, std::ostream& out) {
+  out << plan.model->name << ", " << result.scans.size() << " scans at "
+      << SpeedsText(result.speeds) << " rpm\n\n";
+  PrintErrors(result, check, out);
+  if (check) {
+    out << "Checked by " << check->experiments << " simulated experiments, of which "
+        << check->failed << " failed.\n\n";
+  }
+  PrintScans(plan, result, out);
+  if (Chooses(plan)) PrintRanking(result, out);
+  for (const std::string& remark : result.remarks) out << remark << '\n';
+}
+
+}  // namespace
+
+ExitStatus RunPlan(const PlanArguments& arguments, const CommandStreams& streams) {
+  const ExperimentPlan plan = ReadPlan(PathFromText(arguments.plan));
+  StopFlag stop;
+  TerminalHost host(streams, true, stop);
+  PlanResult result;
+  std::optional<PlanCheck> check;
+  try {
+    result = PlanExperiment(plan);
+    if (plan.check > 0) {
+      check = CheckPlan(plan, result, {.experiments = plan.check}, stop, host);
+    }
+  } catch (const ArithmeticFault& fault) {
+    streams.err << arguments.plan << ": this plan leads beyond all numbers: " << fault.what()
+                << '\n';
+    return ExitStatus::kNotDone;
+  }
+  if (check && check->stopped) {
+    streams.err << arguments.plan << ": the check was stopped. Nothing was written.\n";
+    return ExitStatus::kNotDone;
+  }
+  Print(plan, result, check, streams.out);
+  if (!arguments.json.empty()) {
+    WriteWholeFile(PathFromText(arguments.json), JsonText(PlanJson(plan, result, check)));
+  }
+  return ExitStatus::kDone;
+}
+
+}  // namespace quorvane

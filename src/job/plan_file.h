@@ -1,0 +1,22 @@
+// A planned experiment as a TOML file.
+#pragma once
+
+#include <filesystem>
+#include <string>
+#include <string_view>
+
+#include "sim/plan.h"
+
+namespace quorvane {
+
+// Reads a plan that keeps all rules of RefusalOf. Throws FileFault if the file cannot be read, and
+// JobFault with file, line and key for anything that is wrong in it.
+ExperimentPlan ReadPlan(const std::filesystem::path& path);
+
+// The same of a text; `name` is for messages.
+ExperimentPlan ParsePlan(std::string_view text, const std::string& name);
+
+// The text of a plan file that reads back as `plan`.
+std::string PlanText(const ExperimentPlan& plan);
+
+}  // namespace quorvane
