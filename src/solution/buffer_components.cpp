@@ -93,10 +93,9 @@ std::size_t DistanceTo(const BufferComponent& component, const std::string& type
 
 std::string NearestNames(const std::string& typed) {
   constexpr std::size_t kNamed = 4;
-  constexpr std::size_t kLongestTyped = 100;
   std::vector<std::pair<std::size_t, const BufferComponent*>> ranked;
   for (const BufferComponent& component : BufferComponents()) {
-    ranked.emplace_back(DistanceTo(component, typed.substr(0, kLongestTyped)), &component);
+    ranked.emplace_back(DistanceTo(component, typed.substr(0, kMostQuoted)), &component);
   }
   std::stable_sort(ranked.begin(), ranked.end(),
                    [](const auto& a, const auto& b) { return a.first < b.first; });
@@ -140,8 +139,8 @@ const BufferComponent& FindComponent(std::string_view name) {
       if (ToLower(known) == wanted) return component;
     }
   }
-  throw SolutionFault("there is no component \"" + std::string(Trim(name)) +
-                      "\"; the nearest names are " + NearestNames(wanted));
+  throw SolutionFault("there is no component " + Quoted(Trim(name)) + "; the nearest names are " +
+                      NearestNames(wanted));
 }
 
 std::string RangeText(const BufferComponent& component) {

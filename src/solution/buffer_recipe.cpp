@@ -32,7 +32,7 @@ std::string Wanted(const BufferComponent& component) {
 
 BufferPart ReadAmount(const BufferComponent& component, std::string_view text) {
   text = Trim(text);
-  const std::string who = component.name + " = " + std::string(text) + ": ";
+  const std::string who = component.name + " = " + std::string(text.substr(0, kMostQuoted)) + ": ";
   const std::size_t end = std::min(text.find_first_not_of("+-.0123456789eE"), text.size());
   const std::optional<double> number = ParseNumeric(text.substr(0, end));
   const std::optional<double> factor = FactorOf(Trim(text.substr(end)), component);
@@ -56,7 +56,10 @@ BufferRecipe ReadBuffer(std::string_view text) {
   while (!text.empty()) {
     const std::size_t equals = text.find('=');
     if (equals == std::string_view::npos) {
-      throw SolutionFault("\"" + std::string(text) + "\": NAME = 20 mM is wanted");
+      throw SolutionFault(Quoted(text) + ": NAME = 20 mM is wanted");
+    }
+    if (equals == 0) {
+      throw SolutionFault("a name is wanted before " + Quoted(text));
     }
     const BufferComponent& component = FindComponent(text.substr(0, equals));
     text.remove_prefix(equals + 1);
