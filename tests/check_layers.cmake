@@ -6,17 +6,18 @@ cmake_minimum_required(VERSION 3.22)
 # What a folder of src/ may include besides itself.
 set(below_base "")
 set(below_rtf base)
+set(below_solution base)
 set(below_scan base)
 set(below_plot base)
 set(below_fit base scan)
 set(below_match base scan)
 set(below_stats base scan fit)
 set(below_sim base scan fit)
-set(below_core base scan fit stats)
-set(below_job base scan fit stats sim core)
-set(below_archive base scan fit core job)
-set(below_windows base rtf scan fit stats sim match core plot job archive)
-set(below_cli base rtf scan fit stats sim match core plot job archive)
+set(below_core base solution scan fit stats)
+set(below_job base solution scan fit stats sim core)
+set(below_archive base solution scan fit core job)
+set(below_windows base rtf solution scan fit stats sim match core plot job archive)
+set(below_cli base rtf solution scan fit stats sim match core plot job archive)
 
 # The rooms inside the large folders, from the top: a room includes itself and what stands behind
 # its own line. Files of the folder itself stand above its rooms.
@@ -59,7 +60,7 @@ function(check_room folder room path result)
 endfunction()
 
 set(faults "")
-foreach(folder base rtf scan fit stats sim match core plot archive windows cli)
+foreach(folder base rtf solution scan fit stats sim match core plot job archive windows cli)
   file(GLOB_RECURSE files RELATIVE ${SOURCE_DIR}/src
     ${SOURCE_DIR}/src/${folder}/*.h ${SOURCE_DIR}/src/${folder}/*.cpp)
   foreach(file ${files})

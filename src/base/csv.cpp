@@ -22,4 +22,22 @@ std::string CsvNumber(double value) {
   return {text.data(), result.ptr};
 }
 
+std::vector<std::string> CsvFields(std::string_view line) {
+  std::vector<std::string> fields(1);
+  bool quoted = false;
+  for (std::size_t k = 0; k < line.size(); ++k) {
+    const char c = line[k];
+    if (c == '"' && quoted && k + 1 < line.size() && line[k + 1] == '"') {
+      fields.back() += line[++k];
+    } else if (c == '"') {
+      quoted = !quoted;
+    } else if (c == ',' && !quoted) {
+      fields.emplace_back();
+    } else {
+      fields.back() += c;
+    }
+  }
+  return fields;
+}
+
 }  // namespace quorvane

@@ -71,6 +71,14 @@ void TellRest(QuorvaneModule& module, TerminalHost& host) {
   if (!verdict.atRest.value_or(false)) host.ReportFailure(verdict.reason);
 }
 
+// The constants that sequence and buffer of the job stand for, and what they do not know.
+void TakeSolution(const Job& job, QuorvaneModule& module, TerminalHost& host) {
+  if (!job.solution) return;
+  const SolutionValues values = ValuesAt(*job.solution, TemperatureOf(job, module));
+  TakeValues(values, module);
+  for (const std::string& remark : values.remarks) host.ReportFailure(remark);
+}
+
 // "Setup Fit", then "Fit" as the job says, and whether the fit is at rest.
 FitOutcome Fit(const Job& job, const std::vector<ChosenDataset>& datasets, QuorvaneModule& module,
                TerminalHost& host) {
@@ -82,6 +90,7 @@ FitOutcome Fit(const Job& job, const std::vector<ChosenDataset>& datasets, Quorv
     host.ReportFailure("At most 101 datasets can be fitted at once.");
     return {.ending = FitEnding::kFailed, .error = fault.what(), .where = "cmdSetFit"};
   }
+  TakeSolution(job, module, host);
   if (job.confidence) ConfidenceOf(job, module.Setup);  // a bad name is told before the work
   if (job.errors) CheckNames(*job.errors, module.Setup);
   if (job.fit->timeLimit) host.SetTimeLimit(*job.fit->timeLimit);
@@ -289,7 +298,11 @@ ExitStatus RunAnalyze(const AnalyzeArguments& arguments, const CommandStreams& s
   const std::vector<ChosenDataset> datasets = ApplyDatasets(job, module, host);
   TakeTemperature(job, module);
   FitOutcome outcome;
-  if (job.fit) outcome = Fit(job, datasets, module, host);
+  if (job.fit) {
+    outcome = Fit(job, datasets, module, host);
+  } else {
+    TakeSolution(job, module, host);
+  }
   Json analysis;  // of the errors of the fit
   const ExitStatus analysed = AnalyseErrors(job, outcome, module, analysis, host);
   const bool fitted = job.fit && outcome.ending == FitEnding::kFinished;

@@ -16,6 +16,7 @@
 #include "cli/plan_command.h"
 #include "cli/scan_command.h"
 #include "cli/simulate_command.h"
+#include "cli/solution_command.h"
 #include "core/program_state.h"
 #include "job/job.h"
 #include "stats/fit_comparison.h"
@@ -305,6 +306,39 @@ Command AddCompare(CLI::App& app) {
   return [arguments](const CommandStreams& streams) { return RunCompare(*arguments, streams); };
 }
 
+Command AddSolution(CLI::App& app) {
+  auto arguments = std::make_shared<SolutionArguments>();
+  CLI::App* command = app.add_subcommand(
+      "solution", "Constants that a weight stands on: vbar, density, mass, extinction");
+  command
+      ->add_option("--sequence", arguments->sequence,
+                   "A FASTA file with one protein, or its letters")
+      ->type_name("FASTA-FILE-OR-LETTERS");
+  command
+      ->add_option("--disulphides", arguments->disulphides,
+                   "Disulphides of the protein; default none")
+      ->type_name("N");
+  command
+      ->add_option("--buffer", arguments->buffer,
+                   "Components with their concentrations, such as \"NaCl=0.1 M, Tris=20 mM\", or "
+                   "water")
+      ->type_name("\"NAME=20 mM, NAME=0.1 M\"");
+  command->add_option("--temperature", arguments->temperature, "Temperature in deg C; default 20")
+      ->check(FiniteNumber)
+      ->type_name("C");
+  command->add_flag("--list", arguments->list,
+                    "List the components of buffers with their short names and ranges");
+  command->add_option("--json", arguments->json, "Write the constants to this file")
+      ->type_name("OUT.json");
+  command->footer(
+      "From the sequence: mass, vbar and extinction at 280 nm; from the buffer: its density; from\n"
+      "both: buoyancy and buoyant mass. What the sums do not know stands on standard error. In a\n"
+      "job of analyze, sequence and buffer in [constants] stand for vbar and density.\n"
+      "Exit status: 0 done, 2 bad usage, such as an unknown letter or component, 3 a file could\n"
+      "not be read or written.");
+  return [arguments](const CommandStreams& streams) { return RunSolution(*arguments, streams); };
+}
+
 ExitStatus RunGuarded(const Command& command, const CommandStreams& streams) {
   try {
     return command(streams);
@@ -333,7 +367,7 @@ ExitStatus RunCommandLine(std::vector<std::string> arguments, const CommandStrea
   const std::map<std::string, Command> commands = {
       {"analyze", AddAnalyze(app)}, {"simulate", AddSimulate(app)}, {"match", AddMatch(app)},
       {"scan", AddScan(app)},       {"import", AddImport(app)},     {"archive", AddArchive(app)},
-      {"compare", AddCompare(app)}, {"plan", AddPlan(app)}};
+      {"compare", AddCompare(app)}, {"plan", AddPlan(app)},         {"solution", AddSolution(app)}};
   try {
     std::reverse(arguments.begin(), arguments.end());
     app.parse(arguments);

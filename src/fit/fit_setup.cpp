@@ -10,12 +10,6 @@ namespace quorvane {
 
 namespace {
 
-// The temperature as the page shows it, deg C: the shown text is what the fit reads.
-double ShownDegC(float temperature) {
-  const std::string shown = FormatNumber(static_cast<double>(temperature), "##.0##");
-  return ParseNumeric(shown).value_or(0.0);
-}
-
 std::vector<std::int16_t> ChosenDatasets(const DatasetStore& store) {
   std::vector<std::int16_t> chosen;
   for (std::size_t k = 0; k < store.Datasets.size(); ++k) {
@@ -27,6 +21,11 @@ std::vector<std::int16_t> ChosenDatasets(const DatasetStore& store) {
 }
 
 }  // namespace
+
+double ShownDegC(float temperature) {
+  const std::string shown = FormatNumber(static_cast<double>(temperature), "##.0##");
+  return ParseNumeric(shown).value_or(0.0);
+}
 
 const Model& FirstModel() {
   return Models().front();

@@ -17,6 +17,9 @@ struct Model;
 // The first of Models(), see fit/models.h.
 const Model& FirstModel();
 
+// A temperature as the page shows it, deg C: the shown text is what a fit reads.
+double ShownDegC(float temperature);
+
 enum class CheckState : std::int16_t { kUnchecked = 0, kChecked = 1, kGrey = 2 };
 
 struct FitSetup {

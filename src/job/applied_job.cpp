@@ -213,6 +213,18 @@ void SetUpPage(const Job& job, Trial& trial) {
   }
 }
 
+// The job with the constants that its sequence and buffer stand for.
+Job WithSolution(const Job& job, const QuorvaneModule& module, Trial& trial) {
+  Job complete = job;
+  if (!job.solution) return complete;
+  const double degC = TemperatureOf(job, job.fit ? trial.module : module);
+  const SolutionValues values = ValuesAt(*job.solution, degC);
+  if (values.vbar) complete.vbar = values.vbar;
+  if (values.density) complete.density = values.density;
+  trial.result.remarks = values.remarks;
+  return complete;
+}
+
 // The datasets through their history, so that each can take its change back.
 void TakeOver(const Job& job, Trial& trial, QuorvaneModule& module) {
   DatasetStore& store = module.Store;
@@ -263,9 +275,10 @@ AppliedJob ApplyToLoaded(const Job& job, const std::vector<Dataset>& own, Quorva
   for (const int position : trial.named) TryDataset(position, trial);
   TellUnnamed(trial);
   SetUpPage(job, trial);
-  TakeOver(job, trial, module);
+  const Job complete = WithSolution(job, module, trial);
+  TakeOver(complete, trial, module);
   trial.result.setUp = job.fit.has_value();
-  trial.result.summary = SummaryOf(job, trial);
+  trial.result.summary = SummaryOf(complete, trial);
   return trial.result;
 }
 

@@ -13,6 +13,7 @@ struct AppliedJob {
   bool setUp = false;                // whether there is a new page
   std::string summary;               // what was taken, one sentence
   std::vector<std::string> misfits;  // what was not, a sentence each
+  std::vector<std::string> remarks;  // on constants from sequence and buffer, a line each
 };
 
 // Takes model, constants, values, checks, links, coefficients and ranges of the job for the loaded

@@ -39,7 +39,7 @@ std::optional<double> ReadConstant(TableReader& table, const char* key, Constant
   return value;
 }
 
-void ReadConstants(TableReader& root, Job& job) {
+void ReadConstants(TableReader& root, const fs::path& folder, Job& job) {
   std::optional<TableReader> table = root.Table("constants");
   if (!table) return;
   job.vbar = ReadConstant(*table, "vbar", Constant::kVbar);
@@ -47,6 +47,7 @@ void ReadConstants(TableReader& root, Job& job) {
   job.density = ReadConstant(*table, "density", Constant::kDensity);
   job.mcTolerance = ReadConstant(*table, "mc_tolerance", Constant::kMCTolerance);
   job.temperature = table->Number("temperature");
+  job.solution = ReadSolution(*table, folder);
   table->RefuseUnknownKeys();
 }
 
@@ -118,7 +119,7 @@ std::unique_ptr<ParsedJob> ParseJob(TomlFile file, const fs::path& folder) {
   Job& job = parsed->job;
   job.archive = ReadPath(root, "archive", folder);
   job.channelsFile = ReadPath(root, "channels_file", folder);
-  ReadConstants(root, job);
+  ReadConstants(root, folder, job);
   job.loads = ReadLoads(root, folder);
   job.datasets = ReadDatasets(root);
   job.fit = ReadFit(root);

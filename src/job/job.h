@@ -12,6 +12,7 @@
 #include "job/job_datasets.h"
 #include "job/job_errors.h"
 #include "job/job_fit.h"
+#include "job/job_solution.h"
 #include "job/load_words.h"
 #include "job/toml_reader.h"
 #include "scan/loading.h"
@@ -51,6 +52,7 @@ struct Job {
   std::optional<double> vbar;
   std::optional<double> vbarB;
   std::optional<double> density;
+  std::optional<JobSolution> solution;  // in place of vbar, density or both
   std::optional<double> mcTolerance;
   std::optional<double> temperature;  // deg C
   std::vector<JobLoad> loads;

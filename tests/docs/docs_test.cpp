@@ -120,7 +120,7 @@ std::string WithQuotes(std::string text) {
 // The texts of three words or more in the statements of `source` that tell the user something.
 std::set<std::string> ToldBy(const std::string& source) {
   static const std::regex kTelling(
-      R"(\b(ShowMessage|AskYesNo|ReportFailure|Refusal|FileFault|ArchiveFault|JobFault|Fail)[({])");
+      R"(\b(ShowMessage|AskYesNo|ReportFailure|Refusal|FileFault|ArchiveFault|JobFault|SolutionFault|Fail)[({])");
   std::set<std::string> told;
   std::string text;
   const auto keep = [&] {

@@ -86,9 +86,13 @@ void JobCommands::Apply(const QString& path) {
   }
   windows_.data.ShowChangedPage(applied.setUp);
   session.Remark(QString::fromStdString(applied.summary));
-  if (applied.misfits.empty()) return;
-  QString text = tr("What did not fit:");
+  if (applied.misfits.empty() && applied.remarks.empty()) return;
+  QString text = applied.misfits.empty() ? QString() : tr("What did not fit:");
   for (const std::string& misfit : applied.misfits) text += '\n' + QString::fromStdString(misfit);
+  if (!applied.remarks.empty()) {
+    text += (text.isEmpty() ? "" : "\n\n") + tr("Constants from sequence and buffer:");
+  }
+  for (const std::string& remark : applied.remarks) text += '\n' + QString::fromStdString(remark);
   session.Ask.ShowMessage(&windows_.frame, tr("Apply Job"), text, MessageIcon::kInformation);
 }
 
