@@ -3,6 +3,7 @@
 #include <cmath>
 
 #include "job/job_fit.h"
+#include "job/job_solution.h"
 #include "job/load_words.h"
 #include "job/toml_reader.h"
 #include "job/toml_writer.h"
@@ -75,7 +76,19 @@ void ReadCell(TableReader& table, ExperimentPlan& plan) {
   Take(table.Integer("points"), plan.points);
 }
 
-ExperimentPlan ReadTable(TableReader& table) {
+void ReadConstants(TableReader& table, const std::filesystem::path& folder, ExperimentPlan& plan) {
+  Take(table.Number("temperature"), plan.temperature);
+  Take(table.Number("vbar"), plan.truth.Vbar);
+  Take(table.Number("density"), plan.truth.Density);
+  const std::optional<JobSolution> solution = ReadSolution(table, folder);
+  if (!solution) return;
+  SolutionValues values = ValuesAt(*solution, plan.temperature);
+  Take(values.vbar, plan.truth.Vbar);
+  Take(values.density, plan.truth.Density);
+  plan.notes = std::move(values.remarks);
+}
+
+ExperimentPlan ReadTable(TableReader& table, const std::filesystem::path& folder) {
   ExperimentPlan plan;
   plan.model = &ReadModel(table);
   ReadTruth(table, plan);
@@ -87,9 +100,7 @@ ExperimentPlan ReadTable(TableReader& table) {
   plan.noise = Wanted(table, "noise", "the rms noise is wanted, in signal units");
   Take(table.Number("most_signal"), plan.mostSignal);
   ReadCell(table, plan);
-  Take(table.Number("temperature"), plan.temperature);
-  Take(table.Number("vbar"), plan.truth.Vbar);
-  Take(table.Number("density"), plan.truth.Density);
+  ReadConstants(table, folder, plan);
   Take(table.Integer("check"), plan.check);
   table.RefuseUnknownKeys();
   return plan;
@@ -102,9 +113,9 @@ void RequireRules(TableReader& table, const ExperimentPlan& plan) {
   table.Table(refusal->table)->Fail(refusal->key, refusal->message);
 }
 
-ExperimentPlan PlanOf(const TomlFile& file) {
+ExperimentPlan PlanOf(const TomlFile& file, const std::filesystem::path& folder) {
   TableReader table(file.name, "", file.table);
-  ExperimentPlan plan = ReadTable(table);
+  ExperimentPlan plan = ReadTable(table, folder);
   RequireRules(table, plan);
   return plan;
 }
@@ -125,11 +136,12 @@ void WriteSpeeds(const ExperimentPlan& plan, TomlWriter& out) {
 }  // namespace
 
 ExperimentPlan ReadPlan(const std::filesystem::path& path) {
-  return PlanOf(ReadToml(path));
+  return PlanOf(ReadToml(path), path.parent_path());
 }
 
-ExperimentPlan ParsePlan(std::string_view text, const std::string& name) {
-  return PlanOf(ParseToml(text, name));
+ExperimentPlan ParsePlan(std::string_view text, const std::string& name,
+                         const std::filesystem::path& folder) {
+  return PlanOf(ParseToml(text, name), folder);
 }
 
 std::string PlanText(const ExperimentPlan& plan) {

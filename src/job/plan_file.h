@@ -13,8 +13,9 @@ namespace quorvane {
 // JobFault with file, line and key for anything that is wrong in it.
 ExperimentPlan ReadPlan(const std::filesystem::path& path);
 
-// The same of a text; `name` is for messages.
-ExperimentPlan ParsePlan(std::string_view text, const std::string& name);
+// The same of a text; `name` is for messages, and files that it names are looked for from `folder`.
+ExperimentPlan ParsePlan(std::string_view text, const std::string& name,
+                         const std::filesystem::path& folder = {});
 
 // The text of a plan file that reads back as `plan`.
 std::string PlanText(const ExperimentPlan& plan);

@@ -40,6 +40,7 @@ struct ExperimentPlan {
   double base = 7.15;                           // cm
   int points = 200;                             // a scan, evenly from meniscus to base
   double temperature = 20.0;                    // deg C
+  std::vector<std::string> notes = {};  // on its constants; they stand behind the result's remarks
   int check = 0;  // so many experiments are simulated and fitted; none: 0
 
   bool Fits(const SharedParameter& parameter) const;

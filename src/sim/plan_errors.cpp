@@ -235,6 +235,7 @@ PlanResult PlanExperiment(const ExperimentPlan& plan) {
   result.correlations = covariance.correlation;
   BlankUndetermined(result);
   result.remarks = TrapsOf(plan, result);
+  result.remarks.insert(result.remarks.end(), plan.notes.begin(), plan.notes.end());
   return result;
 }
 

@@ -64,6 +64,24 @@ TEST_F(PlanCommand, WritesWhatTheContractNames) {
   EXPECT_TRUE(result["checked"].is_null());
 }
 
+TEST_F(PlanCommand, TakesItsConstantsFromSequenceAndBuffer) {
+  folder.Write("p.fasta", ">two\nMKW\nGGC\n");
+  ASSERT_EQ(Run({"solution", "--sequence", Path("p.fasta"), "--buffer", "NaCl = 1 M",
+                 "--temperature", "10", "--json", Path("out.json")}),
+            0);
+  const auto solution = Result();
+  const auto plan =
+      ParsePlan("sequence = \"p.fasta\"\nbuffer = \"NaCl = 1 M\"\ntemperature = 10\n" + kHead +
+                    kCell + kTruth,
+                "plan", folder.path());
+  EXPECT_EQ(plan.truth.Vbar, solution["protein"]["vbar"]);
+  EXPECT_EQ(plan.truth.Density, solution["buffer"]["density"]);
+  ASSERT_EQ(Plan("buffer = \"NaCl = 1 M\"\n" + kHead + kCell + kTruth), 0) << err.str();
+  EXPECT_NE(out.str().find("g/ml of Sodium chloride"), std::string::npos) << out.str();
+  EXPECT_EQ(Plan("buffer = \"water\"\ndensity = 1\n" + kHead + kCell + kTruth), 2);
+  EXPECT_NE(err.str().find("it stands for density"), std::string::npos) << err.str();
+}
+
 TEST_F(PlanCommand, RefusesBadPlansWithLineAndKey) {
   const struct {
     std::string plan;
