@@ -21,7 +21,7 @@ set(below_cli base rtf solution scan fit stats sim match core plot job archive)
 
 # The rooms inside the large folders, from the top: a room includes itself and what stands behind
 # its own line. Files of the folder itself stand above its rooms.
-set(floors_windows "frame" "commands" "data" "page|errors|fits|sim|match" "graphs|print" "log" "session"
+set(floors_windows "frame" "commands" "data" "page|errors|fits|sim|solution|match" "graphs|print" "log" "session"
   "controls")
 set(floors_core "report" "page" "settings")
 # Headers of the folder itself that its rooms may include all the same.

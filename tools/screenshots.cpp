@@ -8,7 +8,9 @@
 #include <QLocale>
 #include <QMenu>
 #include <QPainter>
+#include <QPlainTextEdit>
 #include <QScrollBar>
+#include <QSpinBox>
 #include <QTabWidget>
 #include <QTableView>
 #include <QTest>
@@ -126,6 +128,7 @@ class Walk {
     GrabDialog("frmExport", "export");
     Simulator();
     Series();
+    Solution();
     Import();
     Match();
     Trigger("mnuHelpContents");
@@ -411,6 +414,30 @@ class Walk {
     series->findChild<QLineEdit*>("txtSeriesLoads")->setText("1e-6, 2e-6, 5e-6");
     GrabDialog("frmSimSeries", "series");
     window_.findChild<QWidget*>("frmSim")->parentWidget()->close();
+  }
+
+  // Hen lysozyme in a buffer.
+  void Solution() {
+    Trigger("mnuSolution");
+    auto* window = window_.findChild<QWidget*>("frmSolution");
+    window->findChild<QPlainTextEdit*>("txtSequence")
+        ->setPlainText(
+            ">hen "
+            "lysozyme\nKVFGRCELAAAMKRHGLDNYRGYSLGNWVCAAKFESNFNTQATNRNTDGSTDYGILQINSRWWCNDGRTP\n"
+            "GSRNLCNIPCSALLSSDITASVNCAKKIVSDGNGMNAWVAWRNRCKGTDVQAWIRGCRL\n");
+    window->findChild<QSpinBox*>("spnDisulphides")->setValue(4);
+    auto* find = window->findChild<QLineEdit*>("txtFindComponent");
+    auto* rows = window->findChild<QTableView*>("gridComponents")->model();
+    const std::pair<const char*, const char*> parts[] = {{"NaCl", "0.1 M"}, {"Tris", "20 mM"}};
+    for (const auto& [name, amount] : parts) {
+      find->setText(QLatin1String(name));
+      for (int row = 0; row < rows->rowCount(); ++row) {
+        if (rows->index(row, 1).data().toString() != QLatin1String(name)) continue;
+        rows->setData(rows->index(row, 3), QLatin1String(amount));
+      }
+    }
+    find->setText("gly");
+    GrabDialog("frmSolution", "solution");
   }
 
   // Tables of other programs: decimal commas with a header, intensities, and one with faults.

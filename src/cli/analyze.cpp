@@ -76,6 +76,7 @@ void TakeSolution(const Job& job, QuorvaneModule& module, TerminalHost& host) {
   if (!job.solution) return;
   const SolutionValues values = ValuesAt(*job.solution, TemperatureOf(job, module));
   TakeValues(values, module);
+  Remember(*job.solution, module);
   for (const std::string& remark : values.remarks) host.ReportFailure(remark);
 }
 

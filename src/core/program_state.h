@@ -18,6 +18,7 @@
 #include "scan/cell_geometry.h"
 #include "scan/dataset_store.h"
 #include "scan/loading.h"
+#include "solution/solution_entry.h"
 
 namespace quorvane {
 
@@ -57,6 +58,7 @@ struct QuorvaneModule {
   StopFlag Stop;                               // of the calculation that runs
   bool ExperimentOpen = false;
   ScanLoadSettings LoadSettings;  // of the next load
+  SolutionEntry Solution;         // of the sample, for vbar, density and extinction
 
   // Levels of the confidence search in percent: 1 and 2 standard deviations, and the user's own,
   // which repeats the first until it is set.

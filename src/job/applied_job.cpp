@@ -235,6 +235,7 @@ void TakeOver(const Job& job, Trial& trial, QuorvaneModule& module) {
   store.UseData = trial.module.Store.UseData;
   if (job.fit) module.FitPage = trial.module.FitPage;
   ApplyConstants(job, module);
+  if (job.solution) Remember(*job.solution, module);
   if (!job.fit) return;
   module.Setup = std::move(trial.module.Setup);
   module.ChosenModel = trial.module.ChosenModel;

@@ -1,12 +1,9 @@
 #include "job/job_solution.h"
 
-#include <algorithm>
-#include <iterator>
-
 #include "base/number_format.h"
 #include "base/text.h"
 #include "core/page/constants.h"
-#include "fit/fit_setup.h"
+#include "core/page/solution_use.h"
 #include "job/job.h"
 #include "job/require.h"
 #include "solution/sequence.h"
@@ -34,8 +31,13 @@ std::optional<JobSolution> ReadSolution(TableReader& constants,
   const std::optional<std::string> buffer = TextInPlaceOf("density", "buffer", constants);
   if (!sequence && !buffer) return std::nullopt;
   SolutionRequest request;
+  std::string name;
   try {
-    if (sequence) request.letters = SequenceOf(*sequence, folder).letters;
+    if (sequence) {
+      ProteinSequence read = SequenceOf(*sequence, folder);
+      name = std::move(read.name);
+      request.letters = std::move(read.letters);
+    }
   } catch (const SolutionFault& fault) {
     constants.Fail("sequence", fault.what());
   }
@@ -44,17 +46,11 @@ std::optional<JobSolution> ReadSolution(TableReader& constants,
   } catch (const SolutionFault& fault) {
     constants.Fail("buffer", fault.what());
   }
-  return JobSolution{constants, request};
+  return JobSolution{constants, name, request};
 }
 
 double TemperatureOf(const Job& job, const QuorvaneModule& module) {
-  if (job.temperature) return *job.temperature;
-  const DatasetStore& store = module.Store;
-  if (module.Setup.NumFitSets > 0 || store.Datasets.empty()) return module.Setup.DegC;
-  const auto used = std::find(store.UseData.begin(), store.UseData.end(), true);
-  const auto first = static_cast<std::size_t>(
-      used == store.UseData.end() ? 0 : std::distance(store.UseData.begin(), used));
-  return ShownDegC(store.Datasets[first].Temperature);
+  return job.temperature ? *job.temperature : ExperimentDegC(module);
 }
 
 SolutionValues ValuesAt(const JobSolution& solution, double degC) {
@@ -85,6 +81,16 @@ SolutionValues ValuesAt(const JobSolution& solution, double degC) {
 void TakeValues(const SolutionValues& values, QuorvaneModule& module) {
   if (values.vbar) Require(SetConstant(module, Constant::kVbar, *values.vbar));
   if (values.density) Require(SetConstant(module, Constant::kDensity, *values.density));
+}
+
+void Remember(const JobSolution& solution, QuorvaneModule& module) {
+  SolutionEntry& entry = module.Solution;
+  if (solution.request.letters) {
+    entry.name = solution.name;
+    entry.letters = *solution.request.letters;
+    entry.disulphides.reset();
+  }
+  if (solution.request.buffer) entry.buffer = *solution.request.buffer;
 }
 
 }  // namespace quorvane

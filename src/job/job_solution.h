@@ -16,6 +16,7 @@ struct Job;
 
 struct JobSolution {
   TableReader table;        // for messages
+  std::string name;         // of the sequence
   SolutionRequest request;  // its temperature comes with the datasets
 };
 
@@ -25,8 +26,7 @@ struct JobSolution {
 std::optional<JobSolution> ReadSolution(TableReader& constants,
                                         const std::filesystem::path& folder);
 
-// The temperature of the job on `module`, whose page is set up or not: its own, that of the page,
-// or that of the first dataset of the fit.
+// The temperature of the job on `module`: its own, or that of the experiment.
 double TemperatureOf(const Job& job, const QuorvaneModule& module);
 
 struct SolutionValues {
@@ -40,5 +40,8 @@ SolutionValues ValuesAt(const JobSolution& solution, double degC);
 
 // Takes these for the constants of the session.
 void TakeValues(const SolutionValues& values, QuorvaneModule& module);
+
+// What the keys say, for what the session knows of its sample.
+void Remember(const JobSolution& solution, QuorvaneModule& module);
 
 }  // namespace quorvane

@@ -14,6 +14,7 @@
 #include "job/job_fit.h"
 #include "job/load_words.h"
 #include "job/require.h"
+#include "job/solution_setup.h"
 
 namespace quorvane {
 
@@ -97,6 +98,7 @@ struct Restored {
   FitPage page;                   // for the ratios
   std::string remark;
   std::vector<FittedEntry> fits;
+  SolutionEntry solution;
 };
 
 int NumberIn(TableReader& table, const char* key, const DatasetStore& store) {
@@ -225,7 +227,7 @@ void RestorePage(TableReader& fit, TableReader& page, const std::map<int, RowSet
 }
 
 Restored ReadSetup(TableReader& root, const QuorvaneModule& module) {
-  Restored restored{module.Store.UseData, module.LoadSettings, {}, module.FitPage, {}, {}};
+  Restored restored{module.Store.UseData, module.LoadSettings, {}, module.FitPage, {}, {}, {}};
   const std::map<int, RowSetup> rows = ReadRows(root, module.Store, restored);
   std::optional<TableReader> page = root.Table("page");
   if (!page) root.Fail("page", "the table is wanted");
@@ -237,6 +239,7 @@ Restored ReadSetup(TableReader& root, const QuorvaneModule& module) {
   static_cast<void>(page->Number("temperature"));  // known keys, if only for a page
   static_cast<void>(page->Numbers("datasets"));
   page->RefuseUnknownKeys();
+  restored.solution = ReadSolutionEntry(root);
   restored.fits = ReadFitted(root, module.Store.Datasets);
   root.RefuseUnknownKeys();
   return restored;
@@ -254,6 +257,7 @@ std::string SetupText(const QuorvaneModule& module) {
   WritePage(module, setUp, out);
   if (setUp) WriteFit(module, out);
   WriteDatasets(module, setUp, out);
+  WriteSolution(module.Solution, out);
   return std::string(kFirstLine) + out.Text();
 }
 
@@ -270,6 +274,7 @@ std::string TakeSetup(std::string_view text, const std::string& source, Quorvane
   Restored restored = ReadSetup(root, module);
   module.Store.UseData = std::move(restored.use);
   module.LoadSettings = restored.load;
+  module.Solution = std::move(restored.solution);
   if (restored.setup) {
     module.Setup = std::move(*restored.setup);
     module.FitPage = restored.page;

@@ -12,6 +12,7 @@ namespace quorvane {
 struct BufferPart {
   const BufferComponent* component = nullptr;  // of BufferComponents()
   double amount = 0.0;                         // M, or in the component's unit if that is another
+  bool operator==(const BufferPart&) const = default;
 };
 
 using BufferRecipe = std::vector<BufferPart>;  // empty: water

@@ -13,6 +13,21 @@ namespace {
 
 constexpr std::size_t kLongestFile = 4U << 20U;  // bytes
 
+// More than the longest protein known has; an archive has room for as many.
+constexpr std::size_t kMostResidues = 40000;
+
+// A name as it can be shown and kept: UTF-8 without control characters, not longer than a line.
+std::string CleanName(std::string_view text) {
+  constexpr std::size_t kLongestName = 120;  // bytes
+  std::string name;
+  text = Trim(text);
+  while (!text.empty() && name.size() < kLongestName) {
+    const char32_t c = NextUtf8(text);
+    AppendUtf8(name, c < 32 || c == 127 ? U' ' : c);
+  }
+  return name;
+}
+
 // What the letters of no single amino acid stand for.
 std::string MeaningOf(char letter) {
   switch (letter) {
@@ -59,6 +74,9 @@ void AddLetters(std::string_view line, ProteinSequence& sequence, bool& ended) {
                           std::to_string(sequence.letters.size() + 1) +
                           " of the sequence is no amino acid with a known mass");
     }
+    if (sequence.letters.size() == kMostResidues) {
+      throw SolutionFault(PlaceIn(sequence) + "the sequence has more than 40000 residues");
+    }
     if (letter == '*') {
       ended = true;
     } else {
@@ -88,7 +106,7 @@ std::vector<ProteinSequence> ReadSequences(std::string_view text) {
     if (line.empty()) continue;
     if (line.front() == '>') {
       if (!sequences.empty()) RefuseEmpty(sequences.back());
-      sequences.push_back({std::string(Trim(line.substr(1))), {}});
+      sequences.push_back({CleanName(line.substr(1)), {}});
       if (sequences.back().name.empty()) {
         sequences.back().name = "record " + std::to_string(sequences.size());
       }

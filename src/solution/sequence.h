@@ -9,7 +9,7 @@
 namespace quorvane {
 
 struct ProteinSequence {
-  std::string name;     // what stands behind ">"; empty for bare letters
+  std::string name;     // what stands behind ">", UTF-8 on one line; empty for bare letters
   std::string letters;  // A ... Y of the twenty amino acids, upper case, one at least
 };
 
@@ -17,7 +17,8 @@ struct ProteinSequence {
 // or the letters alone. Blanks and line breaks between letters do not count, nor does a "*" at the
 // end, and small letters are letters too.
 // Throws SolutionFault, naming record, letter and place, for anything else: digits, gaps, letters
-// of no amino acid or of several, a record or a text without letters.
+// of no amino acid or of several, a record or a text without letters, more than
+// 40000 residues.
 std::vector<ProteinSequence> ReadSequences(std::string_view text);
 
 // The sequence of a text that holds one. Throws SolutionFault as above, and for several, which it

@@ -75,7 +75,7 @@ TEST(ReadSequence, TakesLettersAndFasta) {
        {"mkLV", " MK\tL\r\nV \r\n", ">a\nMKLV*\n", "\xEF\xBB\xBF>a b\r\nMK\r\nLV"}) {
     EXPECT_EQ(ReadSequence(text).letters, "MKLV") << text;
   }
-  EXPECT_EQ(ReadSequence(">sp|P1 b \r\nMK").name, "sp|P1 b");
+  EXPECT_EQ(ReadSequence(">sp|P1\tb\xE9 \r\nMK").name, "sp|P1 b\xEF\xBF\xBD");
   EXPECT_EQ(ReadSequences(">a\nMK*\n\n>\nLV").back().name, "record 2");
 }
 
@@ -93,6 +93,7 @@ TEST(ReadSequence, NamesWhatIsWrong) {
       {"MK\xC3\xBCL", "\"\xC3\xBC\" at place 3"},
       {std::string("MK\0L", 4), "character 0 at place 3"},
       {"MK\xFF", "at place 3"},
+      {std::string(40001, 'M'), "more than 40000 residues"},
       {">a\nMK\n>b\nLVV", "there are 2 sequences, and one is wanted: a: 2 residues; b: 3 residues"},
   };
   for (const auto& [text, says] : cases) {
@@ -107,7 +108,7 @@ TEST(SequenceOf, TakesAFileBeforeLetters) {
   folder.Write("bad.fasta", ">a\nAC1\n");
   EXPECT_EQ(SequenceOf("MKLV", folder.path()).letters, "ACD");
   EXPECT_EQ(SequenceOf("MKL", folder.path()).letters, "MKL");
-  EXPECT_EQ(SequenceOf(std::string(100000, 'M'), folder.path()).letters.size(), 100000U);
+  EXPECT_EQ(SequenceOf(std::string(40000, 'M'), folder.path()).letters.size(), 40000U);
   EXPECT_THROW(SequenceOf("none.fasta", folder.path()), FileFault);
   EXPECT_EQ(FaultOf([&] { SequenceOf("bad.fasta", folder.path()); }).find("bad.fasta: a: \"1\""),
             0U);

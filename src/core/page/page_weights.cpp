@@ -22,11 +22,10 @@ std::string WeightText(double weight) {
   return std::fabs(weight) < kMostPlain ? FormatNumber(weight, "#,##0") : FormatParam(weight);
 }
 
-PageWeight WeightOf(const SharedParameter& value, const QuorvaneModule& module) {
-  const FitPage& page = module.FitPage;
+PageWeight WeightOf(const SharedParameter& value, const FitSetup& setup, const FitPage& page) {
   const double vbar = value.place == 2 ? page.VbarB : page.Vbar;
   const double buoyancy = 1.0 - vbar * page.Density;
-  const std::string name = NameOf(value, module.Setup);
+  const std::string name = NameOf(value, setup);
   std::string remark;
   if (!std::isfinite(buoyancy)) {
     remark = "vbar density is beyond all numbers";
@@ -46,9 +45,13 @@ PageWeight WeightOf(const SharedParameter& value, const QuorvaneModule& module) 
 }  // namespace
 
 std::vector<PageWeight> PageWeights(const QuorvaneModule& module) {
+  return PageWeights(module.Setup, module.FitPage);
+}
+
+std::vector<PageWeight> PageWeights(const FitSetup& setup, const FitPage& page) {
   std::vector<PageWeight> weights;
   for (const SharedParameter* value : {&shared::kMW, &shared::kMWB}) {
-    if (HasValue(module.Setup, *value)) weights.push_back(WeightOf(*value, module));
+    if (HasValue(setup, *value)) weights.push_back(WeightOf(*value, setup, page));
   }
   return weights;
 }

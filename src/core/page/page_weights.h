@@ -18,6 +18,9 @@ struct PageWeight {
 // The weights that the model of the page has, A before B.
 std::vector<PageWeight> PageWeights(const QuorvaneModule& module);
 
+// The same for other values of the page.
+std::vector<PageWeight> PageWeights(const FitSetup& setup, const FitPage& page);
+
 // The constants that they were computed with: one vbar a weight, then the density.
 std::vector<Constant> ConstantsOfWeights(const QuorvaneModule& module);
 

@@ -40,6 +40,8 @@ namespace row {
 
 inline constexpr const RowValue& kRefConc = RowValues[1];
 inline constexpr const RowValue& kRefConc2 = RowValues[2];
+inline constexpr const RowValue& kExtCoeff = RowValues[3];
+inline constexpr const RowValue& kExtCoeff2 = RowValues[4];
 inline constexpr const RowValue& kRmen = RowValues[7];
 inline constexpr const RowValue& kRbase = RowValues[8];
 

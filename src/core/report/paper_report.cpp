@@ -6,6 +6,7 @@
 #include "core/report/report_methods.h"
 #include "core/report/report_quality.h"
 #include "core/report/report_results.h"
+#include "core/report/report_solution.h"
 #include "core/report/report_view.h"
 
 namespace quorvane {
@@ -17,6 +18,9 @@ PaperReport MakePaperReport(const QuorvaneModule& module) {
   report.origin = "Quorvane " + std::string(ProgramVersion()) + ", " + DateAndTimeText();
   report.sections = {MethodsSection(view), ResultsSection(view), QualitySection(view),
                      FilesSection(view)};
+  if (std::optional<ReportSection> solution = SolutionSection(view)) {
+    report.sections.insert(report.sections.begin() + 1, std::move(*solution));  // behind methods
+  }
   for (int set = 0; set < view.fit.NumFitSets; ++set) {
     report.charts.push_back(
         PlotDataFit(view.fit, view.record.datasets, set, module.Preferences.Plots));

@@ -14,6 +14,7 @@
 #include "windows/graphs/graphs_window.h"
 #include "windows/session/session.h"
 #include "windows/session/window_host.h"
+#include "windows/solution/solution_window.h"
 
 namespace quorvane {
 
@@ -37,6 +38,16 @@ void OptionCommands::AskConstant(Constant constant) {
   windows_.session.Remark(dialog.taken);
   windows_.host.ShowMessage(value ? dialog.outOfRangeTitle : dialog.notANumberTitle, refusal.text,
                             MessageIcon::kExclamation);
+}
+
+void OptionCommands::OpenSolution() {
+  auto* solution = new SolutionWindow(windows_.session, &windows_.frame);
+  solution->setAttribute(Qt::WA_DeleteOnClose);
+  connect(solution, &SolutionWindow::Used, this, [this] {
+    windows_.data.RefreshDisplay();
+    emit ConstantsChanged();
+  });
+  solution->open();
 }
 
 void OptionCommands::SetKFormat(KDisplay display) {

@@ -16,6 +16,9 @@ class OptionCommands : public QObject {
   // The entry box of a constant; an accepted value is shown at once.
   void AskConstant(Constant constant);
 
+  // Constants from sequence and buffer.
+  void OpenSolution();
+
   void SetKFormat(KDisplay display);
   void SetBuoyant(bool buoyant);  // display of molecular weights
   void SetAlwaysFitToRest(bool on);

@@ -224,6 +224,9 @@ void MainMenus::BuildOptionMenu() {
     AddAction(options, entry.name, entry.caption,
               [this, constant = entry.constant] { commands_.options.AskConstant(constant); });
   }
+  options->addSeparator();
+  AddAction(options, "mnuSolution", tr("&Solution..."),
+            [this] { commands_.options.OpenSolution(); });
 }
 
 // The cell geometries of channels.txt, one of them marked.
