@@ -9,6 +9,7 @@
 #include <QMenu>
 #include <QPainter>
 #include <QScrollBar>
+#include <QSpinBox>
 #include <QTabWidget>
 #include <QTableView>
 #include <QTest>
@@ -439,6 +440,7 @@ class Walk {
         {"txtPlanExtCoeffB", "11000, 40000"}};
     for (const auto& [box, text] : entries) plan->findChild<QLineEdit*>(box)->setText(text);
     plan->findChild<QAbstractButton*>("chkPlanChoose")->click();
+    plan->findChild<QSpinBox*>("spnPlanChoose")->setValue(2);
     plan->findChild<QTabWidget*>("tabPlan")->setCurrentIndex(1);
     QTest::qWait(300);
     Grab(*plan->parentWidget(), "plan-speeds");

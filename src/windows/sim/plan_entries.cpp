@@ -9,6 +9,7 @@
 #include <QLineEdit>
 #include <QSpinBox>
 #include <QVBoxLayout>
+#include <algorithm>
 #include <cmath>
 
 #include "base/text.h"
@@ -48,6 +49,7 @@ PlanEntries::PlanEntries(QWidget* parent) : QWidget(parent) {
   layout->addWidget(BuildRun());
   layout->addWidget(BuildCell());
   layout->addStretch(1);
+  AlignLabels();
   ShowModel();
   ShowChoices();
 }
@@ -63,7 +65,7 @@ QLineEdit* PlanEntries::AddBox(QFormLayout& form, const char* name, const QStrin
   return box;
 }
 
-void PlanEntries::AddRow(QFormLayout& form, std::size_t place) {
+void PlanEntries::AddRow(std::size_t place) {
   const SharedParameter& shared = SharedParameters[place];
   Row& row = rows_[place];
   row.label = Named(new QLabel, NameFor("lblPlan", shared));
@@ -74,7 +76,8 @@ void PlanEntries::AddRow(QFormLayout& form, std::size_t place) {
   auto* both = new QHBoxLayout;
   both->addWidget(row.value, 1);
   both->addWidget(row.fitted);
-  form.addRow(row.label, both);
+  row.both = both;
+  sample_->addRow(row.label, both);
   const auto changed = [this] {
     if (!showing_) emit Changed();
   };
@@ -84,15 +87,15 @@ void PlanEntries::AddRow(QFormLayout& form, std::size_t place) {
 
 QGroupBox* PlanEntries::BuildSample() {
   auto* group = new QGroupBox(tr("Expected Sample"));
-  auto* form = new QFormLayout(group);
+  sample_ = new QFormLayout(group);
   cmbModel_ = Named(new QComboBox, "cmbPlanModel");
   for (const std::string_view name : ModelNames()) cmbModel_->addItem(ToText(name));
   cmbModel_->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
-  form->addRow(tr("M&odel"), cmbModel_);
-  for (std::size_t k = 0; k < rows_.size(); ++k) AddRow(*form, k);
-  txtVbar_ = AddBox(*form, "txtPlanVbar", tr("vbar, ml/g"), tr("Partial specific volume"));
-  txtDensity_ = AddBox(*form, "txtPlanDensity", tr("Density, g/ml"), tr("Of the buffer"));
-  txtTemperature_ = AddBox(*form, "txtPlanTemperature", tr("Temperature, deg C"), {});
+  sample_->addRow(tr("M&odel"), cmbModel_);
+  for (std::size_t k = 0; k < rows_.size(); ++k) AddRow(k);
+  txtVbar_ = AddBox(*sample_, "txtPlanVbar", tr("vbar, ml/g"), tr("Partial specific volume"));
+  txtDensity_ = AddBox(*sample_, "txtPlanDensity", tr("Density, g/ml"), tr("Of the buffer"));
+  txtTemperature_ = AddBox(*sample_, "txtPlanTemperature", tr("Temperature, deg C"), {});
   connect(cmbModel_, &QComboBox::currentIndexChanged, this, [this] {
     ShowModel();
     if (!showing_) emit Changed();
@@ -161,6 +164,29 @@ QGroupBox* PlanEntries::BuildCell() {
   return group;
 }
 
+// The boxes of all groups stand in line, whatever captions the model has.
+void PlanEntries::AlignLabels() {
+  int width = 0;
+  for (const Model& model : Models()) {
+    for (const ModelParameter& parameter : model.parameters) {
+      width = std::max(width, fontMetrics().horizontalAdvance(ToText(Trim(parameter.caption))));
+    }
+  }
+  const QFormLayout* const forms[] = {sample_, run_, cell_};
+  for (const QFormLayout* form : forms) {
+    for (int row = 0; row < form->rowCount(); ++row) {
+      const QLayoutItem* label = form->itemAt(row, QFormLayout::LabelRole);
+      if (label != nullptr) width = std::max(width, label->widget()->sizeHint().width());
+    }
+  }
+  for (const QFormLayout* form : forms) {
+    for (int row = 0; row < form->rowCount(); ++row) {
+      const QLayoutItem* label = form->itemAt(row, QFormLayout::LabelRole);
+      if (label != nullptr) label->widget()->setMinimumWidth(width);
+    }
+  }
+}
+
 // The boxes that the model has, under its own captions.
 void PlanEntries::ShowModel() {
   const Model& model = Models()[static_cast<std::size_t>(cmbModel_->currentIndex())];
@@ -168,9 +194,7 @@ void PlanEntries::ShowModel() {
     const ModelParameter* parameter = FindParameter(model, SharedParameters[k]);
     const bool used = parameter != nullptr;
     if (used) rows_[k].label->setText(ToText(Trim(parameter->caption)));
-    rows_[k].label->setVisible(used);
-    rows_[k].value->setVisible(used);
-    rows_[k].fitted->setVisible(used);
+    sample_->setRowVisible(rows_[k].both, used);
   }
   run_->setRowVisible(txtLoadsB_, model.secondComponent);
   run_->setRowVisible(txtExtCoeffB_, model.secondComponent);
@@ -210,6 +234,7 @@ void PlanEntries::ShowPlan(const ExperimentPlan& plan) {
   spnPoints_->setValue(plan.points);
   ShowModel();
   ShowChoices();
+  for (QLineEdit* box : findChildren<QLineEdit*>()) box->setCursorPosition(0);
   showing_ = false;
 }
 

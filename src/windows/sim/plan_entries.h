@@ -12,6 +12,7 @@ class QComboBox;
 class QFormLayout;
 class QGroupBox;
 class QLabel;
+class QLayout;
 class QLineEdit;
 class QSpinBox;
 
@@ -38,12 +39,14 @@ class PlanEntries : public QWidget {
     QLabel* label = nullptr;
     QLineEdit* value = nullptr;
     QCheckBox* fitted = nullptr;
+    QLayout* both = nullptr;  // value and check box
   };
 
   QGroupBox* BuildSample();
   QGroupBox* BuildRun();
   QGroupBox* BuildCell();
-  void AddRow(QFormLayout& form, std::size_t place);
+  void AddRow(std::size_t place);
+  void AlignLabels();
   QLineEdit* AddBox(QFormLayout& form, const char* name, const QString& label, const QString& tip);
   void ShowModel();
   void ShowChoices();
@@ -74,6 +77,7 @@ class PlanEntries : public QWidget {
   QLineEdit* txtMeniscus_;
   QLineEdit* txtBase_;
   QSpinBox* spnPoints_;
+  QFormLayout* sample_ = nullptr;
   QFormLayout* run_ = nullptr;
   QFormLayout* cell_ = nullptr;
 };

@@ -103,7 +103,7 @@ QWidget* PlanWindow::BuildSide() {
   auto* buttons = new QHBoxLayout;
   for (QPushButton* button : {cmdOpen_, cmdSave_, cmdSeries_}) buttons->addWidget(button);
   auto* side = new QWidget;
-  side->setMinimumWidth(fontMetrics().averageCharWidth() * 50);
+  side->setMinimumWidth(fontMetrics().averageCharWidth() * 56);
   auto* layout = new QVBoxLayout(side);
   layout->setContentsMargins(0, 0, 0, 0);
   layout->addWidget(scroll, 1);
@@ -136,8 +136,8 @@ QWidget* PlanWindow::BuildResults() {
   parts->setChildrenCollapsible(false);
   parts->addWidget(top);
   parts->addWidget(BuildPicture());
-  parts->setStretchFactor(0, 1);
-  parts->setStretchFactor(1, 1);
+  parts->setStretchFactor(0, 2);
+  parts->setStretchFactor(1, 3);
   return parts;
 }
 
@@ -195,7 +195,7 @@ void PlanWindow::ConnectSignals() {
 }
 
 QSize PlanWindow::sizeHint() const {
-  return FromTwips(*this, {15600, 10500});
+  return FromTwips(*this, {16400, 10500});
 }
 
 void PlanWindow::showEvent(QShowEvent* event) {
