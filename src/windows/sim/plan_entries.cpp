@@ -91,7 +91,7 @@ QGroupBox* PlanEntries::BuildSample() {
   cmbModel_ = Named(new QComboBox, "cmbPlanModel");
   for (const std::string_view name : ModelNames()) cmbModel_->addItem(ToText(name));
   cmbModel_->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
-  sample_->addRow(tr("M&odel"), cmbModel_);
+  sample_->addRow(tr("Model"), cmbModel_);
   for (std::size_t k = 0; k < rows_.size(); ++k) AddRow(k);
   txtVbar_ = AddBox(*sample_, "txtPlanVbar", tr("vbar, ml/g"), tr("Partial specific volume"));
   txtDensity_ = AddBox(*sample_, "txtPlanDensity", tr("Density, g/ml"), tr("Of the buffer"));
@@ -106,9 +106,9 @@ QGroupBox* PlanEntries::BuildSample() {
 QGroupBox* PlanEntries::BuildRun() {
   auto* group = new QGroupBox(tr("Speeds and Loads"));
   run_ = new QFormLayout(group);
-  txtSpeeds_ = AddBox(*run_, "txtPlanSpeeds", tr("S&peeds, rpm"),
+  txtSpeeds_ = AddBox(*run_, "txtPlanSpeeds", tr("Spee&ds, rpm"),
                       tr("Numbers between commas or blanks, such as 10000, 14000, 20000"));
-  chkChoose_ = Named(new QCheckBox(tr("C&hoose the best")), "chkPlanChoose");
+  chkChoose_ = Named(new QCheckBox(tr("Choose the &best")), "chkPlanChoose");
   chkChoose_->setToolTip(tr("The speeds are candidates: the best few of them are looked for"));
   spnChoose_ = Named(new QSpinBox, "spnPlanChoose");
   spnChoose_->setRange(1, 99);
@@ -120,7 +120,7 @@ QGroupBox* PlanEntries::BuildRun() {
   choose->addStretch(1);
   run_->addRow(QString(), choose);
   const QString list = tr("A column each; numbers between commas or blanks");
-  txtLoads_ = AddBox(*run_, "txtPlanLoads", tr("Lo&ads, molar"), list);
+  txtLoads_ = AddBox(*run_, "txtPlanLoads", tr("&Loads, molar"), list);
   txtLoadsB_ = AddBox(*run_, "txtPlanLoadsB", tr("Loads of B, molar"),
                       tr("As many as of A, or one for all columns"));
   const QString light = tr("Signal units/mole; several numbers are a wavelength each");
@@ -145,7 +145,7 @@ QGroupBox* PlanEntries::BuildCell() {
     cmbCell_->addItem(QString::fromUtf8(WordOf(piece)));
   }
   cmbCell_->setToolTip(tr("The loads fill the channels of a centerpiece one after the other"));
-  cell_->addRow(tr("C&olumn"), cmbCell_);
+  cell_->addRow(tr("Col&umn"), cmbCell_);
   txtMeniscus_ = AddBox(*cell_, "txtPlanMeniscus", tr("Meniscus, cm"), {});
   txtBase_ = AddBox(*cell_, "txtPlanBase", tr("Base, cm"), {});
   spnPoints_ = Named(new QSpinBox, "spnPlanPoints");

@@ -94,10 +94,10 @@ void PlanWindow::BuildWidgets() {
 QWidget* PlanWindow::BuildSide() {
   entries_ = new PlanEntries;
   auto* scroll = new PageScroll(entries_);
-  cmdOpen_ = Button("cmdPlanOpen", tr("&Open..."), tr("Reads a plan from a file"));
-  cmdSave_ = Button("cmdPlanSave", tr("&Save..."),
+  cmdOpen_ = Button("cmdPlanOpen", tr("Op&en..."), tr("Reads a plan from a file"));
+  cmdSave_ = Button("cmdPlanSave", tr("Sa&ve..."),
                     tr("Writes the plan as a file, for quorvane-cli plan too"));
-  cmdSeries_ = Button("cmdPlanSeries", tr("&Make Series..."),
+  cmdSeries_ = Button("cmdPlanSeries", tr("Ma&ke Series..."),
                       tr("Hands the plan to the simulator, which makes its scans"));
   mnuSeries_ = Named(new QMenu(this), "mnuPlanSeries");
   auto* buttons = new QHBoxLayout;
