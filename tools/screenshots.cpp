@@ -129,6 +129,7 @@ class Walk {
     Simulator();
     Series();
     Solution();
+    Plan();
     Import();
     Match();
     Trigger("mnuHelpContents");
@@ -438,6 +439,38 @@ class Walk {
     }
     find->setText("gly");
     GrabDialog("frmSolution", "solution");
+  }
+
+  // The dimer of the guide, checked; its errors along a speed; A + B with the best two speeds.
+  void Plan() {
+    Trigger("mnuPlan");
+    auto* plan = window_.findChild<QWidget*>("frmPlan");
+    auto* grid = plan->findChild<QTableView*>("gridPlanErrors");
+    auto* stop = plan->findChild<QWidget*>("cmdPlanStop");
+    QTRY_VERIFY(grid->model()->rowCount() == 2);
+    Click("cmdPlanCheck");
+    QTRY_VERIFY(!stop->isEnabled());
+    Grab(*plan->parentWidget(), "plan");
+    plan->findChild<QComboBox*>("cmbPlanPicture")->setCurrentIndex(2);
+    QTest::qWait(300);
+    Grab(*plan->parentWidget(), "plan-along");
+    plan->findChild<QComboBox*>("cmbPlanModel")->setCurrentIndex(6);
+    const std::pair<const char*, const char*> entries[] = {
+        {"txtPlanSpeeds", "8000, 10000, 12000, 14000, 16000, 18000, 20000"},
+        {"txtPlanMW", "10800"},
+        {"txtPlanMWB", "4320"},
+        {"txtPlanLnK1", "12.5"},
+        {"txtPlanLoads", "2e-6, 4e-6, 8e-6"},
+        {"txtPlanLoadsB", "8e-6, 6e-6, 3e-6"},
+        {"txtPlanExtCoeff", "44000, 9000"},
+        {"txtPlanExtCoeffB", "11000, 40000"}};
+    for (const auto& [box, text] : entries) plan->findChild<QLineEdit*>(box)->setText(text);
+    plan->findChild<QAbstractButton*>("chkPlanChoose")->click();
+    plan->findChild<QSpinBox*>("spnPlanChoose")->setValue(2);
+    plan->findChild<QTabWidget*>("tabPlan")->setCurrentIndex(1);
+    QTest::qWait(300);
+    Grab(*plan->parentWidget(), "plan-speeds");
+    plan->parentWidget()->close();
   }
 
   // Tables of other programs: decimal commas with a header, intensities, and one with faults.

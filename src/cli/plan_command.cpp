@@ -6,6 +6,7 @@
 #include "base/arithmetic.h"
 #include "base/files.h"
 #include "base/number_format.h"
+#include "base/work_pool.h"
 #include "cli/json_text.h"
 #include "cli/terminal_host.h"
 #include "cli/text_column.h"
@@ -197,8 +198,10 @@ ExitStatus RunPlan(const PlanArguments& arguments, const CommandStreams& streams
   PlanResult result;
   std::optional<PlanCheck> check;
   try {
-    result = PlanExperiment(plan);
-    if (plan.check > 0) {
+    RunTasks(
+        1, 1, [&](std::size_t) { result = PlanExperiment(plan, &stop); },
+        [&] { host.RunPendingEvents(); });
+    if (plan.check > 0 && !result.speeds.empty()) {
       check = CheckPlan(plan, result, {.experiments = plan.check}, stop, host);
     }
   } catch (const ArithmeticFault& fault) {
@@ -206,8 +209,8 @@ ExitStatus RunPlan(const PlanArguments& arguments, const CommandStreams& streams
                 << '\n';
     return ExitStatus::kNotDone;
   }
-  if (check && check->stopped) {
-    streams.err << arguments.plan << ": the check was stopped. Nothing was written.\n";
+  if (stop.Raised()) {
+    streams.err << arguments.plan << ": the plan was stopped. Nothing was written.\n";
     return ExitStatus::kNotDone;
   }
   Print(plan, result, check, streams.out);

@@ -11,6 +11,10 @@ namespace quorvane {
 
 namespace {
 
+bool Stopped(const StopFlag* stop) {
+  return stop != nullptr && stop->Raised();
+}
+
 InformationRoot EmptyRoot(const ExperimentPlan& plan) {
   return {plan.Fitted().size(), {}};
 }
@@ -26,9 +30,9 @@ struct SpeedPart {
   InformationRoot root;
 };
 
-SpeedPart PartOf(const ExperimentPlan& plan, double speed) {
+SpeedPart PartOf(const ExperimentPlan& plan, double speed, const StopFlag* stop) {
   SpeedPart part{{}, EmptyRoot(plan)};
-  for (std::size_t column = 0; column < plan.loads.size(); ++column) {
+  for (std::size_t column = 0; column < plan.loads.size() && !Stopped(stop); ++column) {
     part.cells.push_back(PlanCell(plan, speed, column));
     part.root = Joined(part.root, InformationOfCell(plan, part.cells.back()));
   }
@@ -102,8 +106,8 @@ bool Better(const SpeedChoice& one, const SpeedChoice& other) {
 // Ranks all choices of `choose` parts by walking through them in order.
 class Ranker {
  public:
-  Ranker(const ExperimentPlan& plan, const std::vector<SpeedPart>& parts)
-      : plan_(plan), parts_(parts), maker_(plan) {}
+  Ranker(const ExperimentPlan& plan, const std::vector<SpeedPart>& parts, const StopFlag* stop)
+      : plan_(plan), parts_(parts), stop_(stop), maker_(plan) {}
 
   std::vector<SpeedChoice> Run() {
     Choose(0, EmptyRoot(plan_));
@@ -120,7 +124,7 @@ class Ranker {
       Take(root);
       return;
     }
-    for (std::size_t k = from; k + missing <= parts_.size(); ++k) {
+    for (std::size_t k = from; k + missing <= parts_.size() && !Stopped(stop_); ++k) {
       speeds_.push_back(plan_.candidates[k]);
       Choose(k + 1, Joined(root, parts_[k].root));
       speeds_.pop_back();
@@ -141,6 +145,7 @@ class Ranker {
 
   const ExperimentPlan& plan_;
   const std::vector<SpeedPart>& parts_;
+  const StopFlag* stop_;
   ErrorMaker maker_;
   std::vector<double> speeds_;
   std::vector<SpeedChoice> kept_;
@@ -207,15 +212,17 @@ InformationRoot Told(const ExperimentPlan& plan, const PlanAxis& axis, bool move
 
 }  // namespace
 
-PlanResult PlanExperiment(const ExperimentPlan& plan) {
+PlanResult PlanExperiment(const ExperimentPlan& plan, const StopFlag* stop) {
   PlanResult result;
-  result.speeds = plan.speeds;
   std::vector<SpeedPart> parts;
   const std::vector<double>& offered = Chooses(plan) ? plan.candidates : plan.speeds;
-  for (const double speed : offered) parts.push_back(PartOf(plan, speed));
+  for (const double speed : offered) parts.push_back(PartOf(plan, speed, stop));
+  if (Stopped(stop)) return result;
+  result.speeds = plan.speeds;
   if (Chooses(plan)) {
-    Ranker ranker(plan, parts);
+    Ranker ranker(plan, parts, stop);
     result.ranking = ranker.Run();
+    if (Stopped(stop)) return {};
     result.choices = ranker.Count();
     result.speeds = result.ranking.front().speeds;
   }
@@ -253,7 +260,8 @@ FitState FitOf(const ExperimentPlan& plan, const std::vector<double>& speeds) {
 
 std::vector<std::vector<std::optional<double>>> ErrorsAlong(const ExperimentPlan& plan,
                                                             const PlanAxis& axis,
-                                                            const std::vector<double>& values) {
+                                                            const std::vector<double>& values,
+                                                            const StopFlag* stop) {
   const ErrorMaker maker(plan);
   const InformationRoot kept = Told(plan, axis, false);
   std::vector<std::vector<std::optional<double>>> errors;
@@ -261,7 +269,7 @@ std::vector<std::vector<std::optional<double>>> ErrorsAlong(const ExperimentPlan
     ExperimentPlan moved = plan;
     ListOf(moved, axis.kind)[axis.place] = value;
     auto& here = errors.emplace_back(plan.Fitted().size());
-    if (RefusalOf(moved)) continue;
+    if (Stopped(stop) || RefusalOf(moved)) continue;
     try {
       here = maker.ErrorsOf(CovarianceOf(Joined(kept, Told(moved, axis, true))));
     } catch (const ArithmeticFault&) {  // beyond all numbers

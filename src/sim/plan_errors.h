@@ -6,6 +6,7 @@
 #include <string>
 #include <vector>
 
+#include "base/stop_flag.h"
 #include "sim/plan.h"
 #include "sim/plan_information.h"
 #include "sim/plan_scans.h"
@@ -61,8 +62,9 @@ struct PlanResult {
 // Works a plan out that keeps all rules. The standard errors are those of a fit of all scans:
 // noise^2 times the inverse of J^T J at the truth, over all parameters that a fit would have,
 // baselines and reference concentrations too.
-// Throws ArithmeticFault where the plan leads beyond all numbers.
-PlanResult PlanExperiment(const ExperimentPlan& plan);
+// Throws ArithmeticFault where the plan leads beyond all numbers. `stop`, if there is one, ends it
+// with a result without speeds.
+PlanResult PlanExperiment(const ExperimentPlan& plan, const StopFlag* stop = nullptr);
 
 // The fit of a plan's speeds at the truth, with signals without noise.
 FitState FitOf(const ExperimentPlan& plan, const std::vector<double>& speeds);
@@ -74,9 +76,11 @@ struct PlanAxis {
 };
 
 // Standard errors, as PlanExperiment gives them, with the speed or load at each of `values`;
-// nothing at a value that breaks a rule or leads beyond all numbers. Not for candidates.
+// nothing at a value that breaks a rule or leads beyond all numbers, and after a stop. Not for
+// candidates.
 std::vector<std::vector<std::optional<double>>> ErrorsAlong(const ExperimentPlan& plan,
                                                             const PlanAxis& axis,
-                                                            const std::vector<double>& values);
+                                                            const std::vector<double>& values,
+                                                            const StopFlag* stop = nullptr);
 
 }  // namespace quorvane

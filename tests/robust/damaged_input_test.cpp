@@ -18,6 +18,7 @@
 #include "core/settings/settings.h"
 #include "job/job.h"
 #include "job/page_setup.h"
+#include "job/plan_file.h"
 #include "match/match_reader.h"
 #include "robust/mutation.h"
 #include "rtf/rtf_reader.h"
@@ -26,6 +27,7 @@
 #include "scan/dataset_files.h"
 #include "scan/scan_samples.h"
 #include "scan/text_import.h"
+#include "sim/plan_errors.h"
 #include "stats/fit_comparison.h"
 #include "support/session.h"
 
@@ -204,6 +206,19 @@ TEST(DamagedInput, Jobs) {
 }
 
 // A fit in JSON, and one that an archive keeps: what is taken can be compared and gone back to.
+// A plan that is taken can be worked out, or leads beyond all numbers.
+TEST(DamagedInput, Plans) {
+  std::string plan =
+      ReadText(std::filesystem::path(QUORVANE_SOURCE_DIR) / "examples" / "hetero" / "plan.toml");
+  plan.insert(plan.find("base ="), "points = 20\n");
+  ForEachMutation(plan, 0.4, [](const std::string& bytes) {
+    return Takes<JobFault>([&] {
+      const ExperimentPlan taken = ParsePlan(bytes, "plan");
+      Takes<ArithmeticFault>([&] { PlanExperiment(taken); });
+    });
+  });
+}
+
 TEST(DamagedInput, Fits) {
   const TempFolder folder;
   QuorvaneModule module;

@@ -1,11 +1,7 @@
 #include "windows/errors/error_analysis_window.h"
 
-#include <QAction>
-#include <QClipboard>
 #include <QComboBox>
-#include <QGuiApplication>
 #include <QHBoxLayout>
-#include <QHeaderView>
 #include <QLabel>
 #include <QProgressBar>
 #include <QPushButton>
@@ -22,7 +18,7 @@
 #include "stats/error_plots.h"
 #include "stats/error_tables.h"
 #include "windows/controls/control_names.h"
-#include "windows/controls/grid_text.h"
+#include "windows/controls/result_grid.h"
 #include "windows/errors/error_choices.h"
 #include "windows/graphs/chart_clipboard.h"
 #include "windows/graphs/export_dialog.h"
@@ -34,42 +30,18 @@ namespace {
 
 constexpr int kParameter = Qt::UserRole;  // of a row: the place of its parameter in FitA
 
-QTableWidget* Grid(const char* name, const QString& what) {
-  auto* grid = Named(new QTableWidget, name);
-  grid->setAccessibleName(what);
-  grid->setEditTriggers(QAbstractItemView::NoEditTriggers);
-  grid->setSelectionBehavior(QAbstractItemView::SelectRows);
-  grid->setTabKeyNavigation(false);
-  grid->verticalHeader()->hide();
-  grid->verticalHeader()->setDefaultSectionSize(grid->fontMetrics().height() * 3 / 2);
-  auto* copy = new QAction(QObject::tr("Copy"), grid);
-  copy->setShortcut(QKeySequence::Copy);
-  copy->setShortcutContext(Qt::WidgetWithChildrenShortcut);
-  grid->addAction(copy);
-  grid->setContextMenuPolicy(Qt::ActionsContextMenu);
-  QObject::connect(copy, &QAction::triggered, grid,
-                   [grid] { QGuiApplication::clipboard()->setText(GridText(*grid)); });
-  return grid;
-}
-
 void Fill(QTableWidget& grid, const ReportTable* table) {
-  grid.clear();
-  grid.setRowCount(table == nullptr ? 0 : static_cast<int>(table->rows.size()));
-  grid.setColumnCount(table == nullptr ? 0 : static_cast<int>(table->head.size()));
-  if (table == nullptr) return;
+  constexpr int kFirstNumber = 2;
   QStringList heads;
-  for (const std::string& head : table->head) heads << QString::fromStdString(head);
-  grid.setHorizontalHeaderLabels(heads);
-  for (int row = 0; row < grid.rowCount(); ++row) {
-    const std::vector<ReportText>& cells = table->rows[static_cast<std::size_t>(row)];
-    for (int column = 0; column < grid.columnCount(); ++column) {
-      const std::string& text = cells[static_cast<std::size_t>(column)].text;
-      auto* cell = new QTableWidgetItem(QString::fromStdString(text));
-      if (column > 1) cell->setTextAlignment(Qt::AlignRight | Qt::AlignVCenter);
-      grid.setItem(row, column, cell);
+  std::vector<QStringList> rows;
+  if (table != nullptr) {
+    for (const std::string& head : table->head) heads << QString::fromStdString(head);
+    for (const std::vector<ReportText>& cells : table->rows) {
+      QStringList& row = rows.emplace_back();
+      for (const ReportText& cell : cells) row << QString::fromStdString(cell.text);
     }
   }
-  grid.resizeColumnsToContents();
+  FillGrid(grid, heads, rows, kFirstNumber);
 }
 
 }  // namespace
@@ -122,8 +94,8 @@ QWidget* ErrorAnalysisWindow::BuildRun() {
 QWidget* ErrorAnalysisWindow::BuildResults() {
   lblErrors_ = Named(new QLabel, "lblErrors");
   lblErrors_->setWordWrap(true);
-  gridErrors_ = Grid("gridErrors", tr("Limits of the parameters"));
-  gridDerived_ = Grid("gridDerived", tr("Derived quantities"));
+  gridErrors_ = ResultGrid("gridErrors", tr("Limits of the parameters"));
+  gridDerived_ = ResultGrid("gridDerived", tr("Derived quantities"));
   tabErrors_ = Named(new QTabWidget, "tabErrors");
   tabErrors_->addTab(gridErrors_, tr("Limits"));
   tabErrors_->addTab(gridDerived_, tr("Derived Quantities"));

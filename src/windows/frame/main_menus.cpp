@@ -295,6 +295,9 @@ void MainMenus::BuildWindowMenu() {
   AddAction(window, "mnuFits", tr("&Fits..."), [this] {
     emit FitsChosen();
   })->setShortcut(Qt::CTRL | Qt::SHIFT | Qt::Key_F);
+  AddAction(window, "mnuPlan", tr("&Plan Experiment..."), [this] {
+    emit PlanChosen();
+  })->setShortcut(Qt::CTRL | Qt::SHIFT | Qt::Key_P);
 }
 
 void MainMenus::BuildHelpMenu() {

@@ -44,6 +44,7 @@ class MainMenus : public QObject {
   void TileChosen(Qt::Orientation orientation);
   void ArrangeIconsChosen();
   void FitsChosen();
+  void PlanChosen();
   void HelpChosen(bool search);
   void AboutChosen();
 

@@ -51,6 +51,7 @@
 #include "windows/session/recovery.h"
 #include "windows/session/unsaved_mark.h"
 #include "windows/session/window_host.h"
+#include "windows/sim/plan_window.h"
 #include "windows/sim/sim_window.h"
 
 namespace quorvane {
@@ -163,6 +164,7 @@ void MainWindow::ActivateShownChild() {
 
 void MainWindow::ConnectMenus() {
   connect(menus_, &MainMenus::SimulationChosen, this, &MainWindow::ShowSimulation);
+  connect(menus_, &MainMenus::PlanChosen, this, &MainWindow::ShowPlan);
   connect(menus_, &MainMenus::MatchChosen, this, &MainWindow::ShowMatch);
   connect(menus_, &MainMenus::ImportChosen, this, &MainWindow::ShowImport);
   connect(menus_, &MainMenus::ChooseScansChosen, chooseScans_, &ChooseScansWindow::Open);
@@ -263,6 +265,7 @@ void MainWindow::SetCalculating(bool on) {
   setRefConc_->setEnabled(!on);
   graphs_->setEnabled(!on);
   if (sim_ != nullptr) sim_->SetCalculating(on);
+  if (planning_ != nullptr) planning_->setEnabled(!on);
   if (match_ != nullptr) match_->setEnabled(!on);
   if (import_ != nullptr) import_->setEnabled(!on);
   coefficients_->setEnabled(!on);
@@ -321,6 +324,18 @@ void MainWindow::ShowSimulation() {
   area_->setActiveSubWindow(child);
 }
 
+// Closing the plan hides it: its entries stay.
+void MainWindow::ShowPlan() {
+  if (planning_ == nullptr) {
+    planning_ = new PlanWindow(session_, *host_);
+    connect(planning_, &PlanWindow::SeriesWritten, this, &MainWindow::TakeSeries);
+    QMdiSubWindow* child = AddChild(planning_, true);
+    child->show();
+    child->resize(child->sizeHint().boundedTo(area_->viewport()->size()));
+  }
+  ShowChild(*planning_);
+}
+
 // Closing the match window ends it; the next one begins anew.
 void MainWindow::ShowMatch() {
   if (match_ == nullptr) {
@@ -357,11 +372,14 @@ void MainWindow::ConnectSimulation() {
     menus_->DisableStop();  // a simulation runs to its end
     if (!on && closeAfterStop_) QTimer::singleShot(0, this, &MainWindow::close);
   });
-  connect(sim_, &SimWindow::SeriesWritten, this, [this](const QStringList& files, bool load) {
-    data_->SourceFiles().FollowSave();
-    if (load) data_->SourceFiles().LoadWhole(files);
-  });
+  connect(sim_, &SimWindow::SeriesWritten, this, &MainWindow::TakeSeries);
+  connect(sim_, &SimWindow::PlanRequested, this, &MainWindow::ShowPlan);
   connect(sim_, &SimWindow::FileSaved, this, [this] { data_->SourceFiles().FollowSave(); });
+}
+
+void MainWindow::TakeSeries(const QStringList& files, bool load) {
+  data_->SourceFiles().FollowSave();
+  if (load) data_->SourceFiles().LoadWhole(files);
 }
 
 void MainWindow::ShowHelp(bool search) {

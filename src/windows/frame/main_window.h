@@ -26,6 +26,7 @@ class FitCommands;
 class GraphsWindow;
 class HelpWindow;
 class ImportWindow;
+class PlanWindow;
 class LogWindow;
 class MainMenus;
 class MatchWindow;
@@ -78,6 +79,8 @@ class MainWindow : public QMainWindow {
   bool HandleDrop(QEvent* event);
   void SetCalculating(bool on);
   void NewDocument();
+  void ShowPlan();
+  void TakeSeries(const QStringList& files, bool load);
   void ShowSimulation();
   void ShowMatch();
   void ShowImport();
@@ -122,6 +125,7 @@ class MainWindow : public QMainWindow {
   QShortcut* escape_;  // works while a calculation runs
   HelpWindow* help_ = nullptr;
   SimWindow* sim_ = nullptr;        // once it was opened
+  PlanWindow* planning_ = nullptr;  // likewise
   ImportWindow* import_ = nullptr;  // likewise
   QPointer<MatchWindow> match_;     // while it is open
   int documents_ = 0;

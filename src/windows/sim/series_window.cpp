@@ -135,6 +135,17 @@ void SeriesWindow::ConnectSignals() {
   connect(cmdMakeLoad_, &QPushButton::clicked, this, [this] { Run(true); });
 }
 
+void SeriesWindow::ShowLists(const SeriesLists& lists) {
+  const std::array<const std::vector<std::string>*, 3> entries = {&lists.speeds, &lists.loads,
+                                                                  &lists.loadsB};
+  for (std::size_t k = 0; k < lists_.size(); ++k) {
+    if (entries[k]->empty()) continue;
+    QStringList texts;
+    for (const std::string& entry : *entries[k]) texts << QString::fromStdString(entry);
+    lists_[k]->setText(texts.join(QStringLiteral(", ")));
+  }
+}
+
 void SeriesWindow::ShowPlan() {
   const auto entries = [this](std::size_t k) {
     return ListedEntries(lists_[k]->text().toStdString());

@@ -24,6 +24,9 @@ class SeriesWindow : public QDialog {
   // `inputs`: all that the scans have in common. Session and host outlive it.
   SeriesWindow(Session& session, Host& host, SimInputs inputs, QWidget* parent = nullptr);
 
+  // Shows lists that come from elsewhere.
+  void ShowLists(const SeriesLists& lists);
+
   // Not while the scans are being made.
   void done(int result) override;
 

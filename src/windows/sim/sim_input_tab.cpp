@@ -119,6 +119,8 @@ void SimInputTab::BuildWidgets() {
 
   cmdSimSeries_ = Named(new QPushButton(tr("S&eries...")), "cmdSimSeries");
   cmdSimSeries_->setToolTip(tr("Simulate scans of all combinations of speeds and loads at once"));
+  cmdSimPlan_ = Named(new QPushButton(tr("Plan E&xperiment...")), "cmdSimPlan");
+  cmdSimPlan_->setToolTip(tr("How well an experiment would determine its parameters"));
 
   auto* right = new QVBoxLayout;
   right->addWidget(column);
@@ -126,6 +128,7 @@ void SimInputTab::BuildWidgets() {
   right->addStretch();
   right->addWidget(cmdSimulate_);
   right->addWidget(cmdSimSeries_);
+  right->addWidget(cmdSimPlan_);
   auto* grid = new QGridLayout(this);
   grid->addWidget(models, 0, 0, 2, 1);
   grid->addWidget(componentA_, 0, 1);
@@ -196,6 +199,7 @@ void SimInputTab::ConnectSignals() {
   connect(optSaveAs_, &QButtonGroup::idClicked, this, &SimInputTab::ChooseKind);
   connect(cmdSimulate_, &QPushButton::clicked, this, &SimInputTab::SimulateRequested);
   connect(cmdSimSeries_, &QPushButton::clicked, this, &SimInputTab::SeriesRequested);
+  connect(cmdSimPlan_, &QPushButton::clicked, this, &SimInputTab::PlanRequested);
   for (int k = 0; k < kSimBoxes; ++k) {
     const auto box = static_cast<SimBox>(k);
     const auto enter = [this, box](const std::string& text) {

@@ -38,6 +38,7 @@ class SimInputTab : public QWidget {
   void HeaderChanged();  // the file's header line, in simulator.Text too
   void SimulateRequested();
   void SeriesRequested();
+  void PlanRequested();
 
  private:
   // Where a box stands in its group, with its label to the left.
@@ -75,6 +76,7 @@ class SimInputTab : public QWidget {
   QGroupBox* interactions_ = nullptr;
   QPushButton* cmdSimulate_ = nullptr;
   QPushButton* cmdSimSeries_ = nullptr;
+  QPushButton* cmdSimPlan_ = nullptr;
 };
 
 }  // namespace quorvane

@@ -57,6 +57,7 @@ void SimWindow::ConnectSignals() {
   connect(input_, &SimInputTab::HeaderChanged, data_, &SimDataTab::ShowText);
   connect(input_, &SimInputTab::SimulateRequested, this, &SimWindow::Calculate);
   connect(input_, &SimInputTab::SeriesRequested, this, &SimWindow::OpenSeries);
+  connect(input_, &SimInputTab::PlanRequested, this, &SimWindow::PlanRequested);
   connect(data_, &SimDataTab::Saved, this, &SimWindow::FileSaved);
 }
 

@@ -38,6 +38,7 @@ class SimWindow : public QWidget, public Printable {
   void FileSaved();
   // A series was written; its files of `load` are to be loaded.
   void SeriesWritten(const QStringList& files, bool load);
+  void PlanRequested();
 
  private:
   void BuildWidgets();

@@ -301,7 +301,7 @@ TEST_F(MainWindowTest, EveryControlHasANameForScreenReaders) {
   Find<QComboBox>("cmbModel")->setCurrentIndex(10);
   Click("cmdSetFit");
   for (const char* command :
-       {"mnuSimulate", "mnuMatch", "mnuOverlay", "mnuFitQuality", "mnuCheckMinimum"}) {
+       {"mnuSimulate", "mnuPlan", "mnuMatch", "mnuOverlay", "mnuFitQuality", "mnuCheckMinimum"}) {
     Find<QAction>(command)->setEnabled(true);  // what belongs to a fit as well
     Trigger(command);
   }
@@ -351,7 +351,7 @@ TEST_F(MainWindowTest, NoKeyMeansTwoThings) {
   SetUpExample();
   Click("cmdFitMe");
   for (const char* command :
-       {"mnuSimulate", "mnuMatch", "mnuOverlay", "mnuFitQuality", "mnuExpGraph"}) {
+       {"mnuSimulate", "mnuPlan", "mnuMatch", "mnuOverlay", "mnuFitQuality", "mnuExpGraph"}) {
     Trigger(command);
   }
   QStringList keys;
