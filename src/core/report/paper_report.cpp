@@ -1,7 +1,9 @@
 #include "core/report/paper_report.h"
 
 #include "base/clock.h"
+#include "core/report/report_comparison.h"
 #include "core/report/report_errors.h"
+#include "core/report/report_figure.h"
 #include "core/report/report_files.h"
 #include "core/report/report_methods.h"
 #include "core/report/report_quality.h"
@@ -15,12 +17,12 @@ PaperReport MakePaperReport(const QuorvaneModule& module) {
   PaperReport report;
   report.title = "Analysis of sedimentation equilibrium: " + view.ModelName();
   report.origin = "Quorvane " + std::string(ProgramVersion()) + ", " + DateAndTimeText();
-  report.sections = {MethodsSection(view), ResultsSection(view), QualitySection(view),
-                     FilesSection(view)};
-  for (int set = 0; set < view.fit.NumFitSets; ++set) {
-    report.charts.push_back(
-        PlotDataFit(view.fit, view.record.datasets, set, module.Preferences.Plots));
+  report.sections = {MethodsSection(view), ResultsSection(view), QualitySection(view)};
+  if (std::optional<ReportSection> comparison = ComparisonSection(view)) {
+    report.sections.push_back(std::move(*comparison));
   }
+  report.sections.push_back(FilesSection(view));
+  AddFigure(view, report);
   if (view.record.errors) AddErrorCharts(*view.record.errors, report.charts);
   return report;
 }

@@ -2,6 +2,7 @@
 
 #include "base/number_format.h"
 #include "core/report/report_view.h"
+#include "stats/comparison_table.h"
 #include "stats/error_plots.h"
 
 namespace quorvane {
@@ -12,14 +13,26 @@ std::string LevelText(double level) {
   return FormatNumber(level, "##.0#") + " %";
 }
 
-std::string SideText(const SideLimit& side) {
+// Writes a value and its limits with as many digits as its error bears.
+class Writer {
+ public:
+  Writer(double value, double error) : pattern_(PatternOfError(value, error)) {}
+  std::string operator()(double number) const {
+    return pattern_.empty() ? FormatParam(number) : FormatNumber(number, pattern_);
+  }
+
+ private:
+  std::string pattern_;
+};
+
+std::string SideText(const SideLimit& side, const Writer& write) {
   switch (side.end) {
     case SideEnd::kFound:
-      return FormatParam(side.limit);
+      return write(side.limit);
     case SideEnd::kOpen:
       return "open";
     case SideEnd::kBound:
-      return FormatParam(side.limit) + " (bound)";
+      return write(side.limit) + " (bound)";
     case SideEnd::kStopped:
       break;
   }
@@ -30,18 +43,18 @@ std::string Span(const std::string& low, const std::string& high) {
   return "[" + low + ", " + high + "]";
 }
 
-std::string DerivedText(const std::optional<double>& limit, SideEnd end) {
-  if (limit) return FormatParam(*limit);
+std::string DerivedText(const std::optional<double>& limit, SideEnd end, const Writer& write) {
+  if (limit) return write(*limit);
   return end == SideEnd::kStopped ? "stopped" : "open";
 }
 
 void AddReplicates(const ParameterErrors& errors, const char* method,
                    const std::optional<ParameterReplicates>& replicates, ReportTable& table) {
   if (!replicates || replicates->limits.empty()) return;
-  ReportRow row = {errors.name, method, FormatParam(replicates->mean),
-                   FormatParam(replicates->deviation)};
+  const Writer write(replicates->mean, replicates->deviation);
+  ReportRow row = {errors.name, method, write(replicates->mean), write(replicates->deviation)};
   for (const PercentileLimits& limits : replicates->limits) {
-    row.emplace_back(Span(FormatParam(limits.lower), FormatParam(limits.upper)));
+    row.emplace_back(Span(write(limits.lower), write(limits.upper)));
   }
   table.rows.push_back(std::move(row));
 }
@@ -53,10 +66,11 @@ ReportTable LimitsTable(const ErrorAnalysis& analysis) {
   for (const double level : analysis.request.levels) table.head.push_back(LevelText(level));
   for (const ParameterErrors& errors : analysis.parameters) {
     if (errors.profile) {
-      ReportRow row = {errors.name, "profile", FormatParam(errors.value),
-                       errors.error > 0.0 ? FormatParam(errors.error) : kReportNone};
+      const Writer write(errors.value, errors.error);
+      ReportRow row = {errors.name, "profile", write(errors.value),
+                       errors.error > 0.0 ? write(errors.error) : kReportNone};
       for (const ProfileLimits& limits : errors.profile->limits) {
-        row.emplace_back(Span(SideText(limits.lower), SideText(limits.upper)));
+        row.emplace_back(Span(SideText(limits.lower, write), SideText(limits.upper, write)));
       }
       table.rows.push_back(std::move(row));
     }
@@ -66,16 +80,26 @@ ReportTable LimitsTable(const ErrorAnalysis& analysis) {
   return table;
 }
 
+// Half the width of the first limits. 0, for an exponent, where there are none, and of a constant,
+// which may be of any size.
+double DerivedError(const DerivedQuantity& quantity) {
+  const bool constant = quantity.name.starts_with('K');
+  if (constant || quantity.limits.empty()) return 0.0;
+  const DerivedLimits& limits = quantity.limits.front();
+  return limits.lower && limits.upper ? (*limits.upper - *limits.lower) / 2.0 : 0.0;
+}
+
 ReportTable DerivedTable(const ErrorAnalysis& analysis) {
   ReportTable table{
       .title = "Derived quantities", .head = {"Quantity", "Unit", "Value"}, .rows = {}};
   for (const double level : analysis.request.levels) table.head.push_back(LevelText(level));
   for (const DerivedQuantity& quantity : analysis.derived) {
+    const Writer write(quantity.value, DerivedError(quantity));
     ReportRow row = {quantity.name, quantity.unit.empty() ? kReportNone : quantity.unit,
-                     FormatParam(quantity.value)};
+                     write(quantity.value)};
     for (const DerivedLimits& limits : quantity.limits) {
-      row.emplace_back(Span(DerivedText(limits.lower, limits.lowerEnd),
-                            DerivedText(limits.upper, limits.upperEnd)));
+      row.emplace_back(Span(DerivedText(limits.lower, limits.lowerEnd, write),
+                            DerivedText(limits.upper, limits.upperEnd, write)));
     }
     row.resize(table.head.size(), kReportNone);
     table.rows.push_back(std::move(row));

@@ -258,7 +258,8 @@ ReportTable MassBalance(const ReportView& view) {
 }  // namespace
 
 ReportSection ResultsSection(const ReportView& view) {
-  ReportSection section{.title = "Results", .paragraphs = {IntervalText(view)}, .tables = {}};
+  ReportSection section{
+      .title = "Results", .paragraphs = {IntervalText(view)}, .tables = {}, .figure = true};
   section.tables.push_back(SharedTable(view).Take());
   if (view.record.errors) {
     for (std::string& text : ErrorParagraphs(*view.record.errors)) {
