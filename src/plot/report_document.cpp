@@ -93,6 +93,9 @@ void StyleTable(QTextTable& table) {
       KeepWhole(cell);
     }
   }
+  QTextBlockFormat title;
+  title.setBottomMargin(2.0);
+  QTextCursor(table.firstCursorPosition().block().previous()).mergeBlockFormat(title);
   if (format.headerRowCount() == 0) return;
   for (int column = 0; column < table.columns(); ++column) AlignPoints(table, column);
 }
@@ -215,7 +218,8 @@ void LayOutReport(QTextDocument& document, const QString& body, FigureObject& fi
   document.setDefaultTextOption(wrap);
   document.setDefaultStyleSheet(QStringLiteral(
       "h1{font-size:15pt}h2{font-size:12pt}p.origin{color:#555555}figcaption p{font-size:8.5pt}"
-      "caption{font-weight:bold}th{text-align:left;font-weight:bold}td,th{font-size:8pt}"
+      "caption{font-weight:bold;font-size:8.5pt}th{text-align:left;font-weight:bold}td,th{font-"
+      "size:8pt}"
       "table.facts th{font-weight:normal}"));
   document.setHtml(body);
   QTextCursor edit(&document);

@@ -1,5 +1,7 @@
 #include "core/report/report_errors.h"
 
+#include <algorithm>
+
 #include "base/number_format.h"
 #include "core/report/report_view.h"
 #include "stats/comparison_table.h"
@@ -59,6 +61,15 @@ void AddReplicates(const ParameterErrors& errors, const char* method,
   table.rows.push_back(std::move(row));
 }
 
+// The standard error, or half the width of the first limits where these are closer together.
+double SmallestError(const ParameterErrors& errors) {
+  if (errors.profile->limits.empty()) return errors.error;
+  const auto& [level, ratio, lower, upper] = errors.profile->limits.front();
+  if (lower.end != SideEnd::kFound || upper.end != SideEnd::kFound) return errors.error;
+  const double half = (upper.limit - lower.limit) / 2.0;
+  return errors.error > 0.0 ? std::min(errors.error, half) : half;
+}
+
 ReportTable LimitsTable(const ErrorAnalysis& analysis) {
   ReportTable table{.title = "Limits of single parameters",
                     .head = {"Parameter", "Method", "Value or mean", "Std. error"},
@@ -66,7 +77,7 @@ ReportTable LimitsTable(const ErrorAnalysis& analysis) {
   for (const double level : analysis.request.levels) table.head.push_back(LevelText(level));
   for (const ParameterErrors& errors : analysis.parameters) {
     if (errors.profile) {
-      const Writer write(errors.value, errors.error);
+      const Writer write(errors.value, SmallestError(errors));
       ReportRow row = {errors.name, "profile", write(errors.value),
                        errors.error > 0.0 ? write(errors.error) : kReportNone};
       for (const ProfileLimits& limits : errors.profile->limits) {
@@ -110,21 +121,24 @@ ReportTable DerivedTable(const ErrorAnalysis& analysis) {
 }  // namespace
 
 std::vector<std::string> ErrorParagraphs(const ErrorAnalysis& analysis) {
+  const ErrorRequest& request = analysis.request;
   std::string text =
-      "Limits of single parameters are around the fit at rest, whose sum of squares is " +
+      "The limits of single parameters are those of the fit at rest, whose sum of squares is " +
       ReportNumber(analysis.sum, "0.0000E+00") + " at " + std::to_string(analysis.freedom) +
-      " degrees of freedom.";
-  if (analysis.request.profile) {
+      " degrees of freedom (NDF).";
+  if (request.profile) {
     text +=
-        " Of a profile: where the sum of squares, minimised over all other parameters, is that of "
-        "the fit times 1 + F(1, NDF) / NDF. A side is open where the sum stays below that for "
-        "good.";
+        " A profile has its limits where the sum of squares, minimised over all other parameters, "
+        "is that of the fit times 1 + F(1, NDF) / NDF; a side is open where the sum stays below "
+        "that for good.";
   }
-  if (analysis.request.monteCarlo || analysis.request.bootstrap) {
-    text += " Of replicates: percentiles of " + std::to_string(analysis.request.replicates) +
-            " fits of the curve with new noise (Monte Carlo: normal, with the rms of each dataset; "
-            "bootstrap: its residuals drawn again), seed " +
-            std::to_string(analysis.request.seed) + ".";
+  if (request.monteCarlo || request.bootstrap) {
+    text += " Replicates have theirs at percentiles of " + std::to_string(request.replicates) +
+            " fits of the curve with new noise (" +
+            (request.monteCarlo ? "Monte Carlo: normal, with the rms of each dataset" : "") +
+            (request.monteCarlo && request.bootstrap ? "; " : "") +
+            (request.bootstrap ? "bootstrap: the residuals of each dataset, drawn again" : "") +
+            "), seed " + std::to_string(request.seed) + ".";
   }
   if (analysis.stopped) text += " The analysis was stopped before its end.";
   std::vector<std::string> paragraphs = {std::move(text)};

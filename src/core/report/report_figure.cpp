@@ -33,6 +33,25 @@ std::string Caption(const ReportView& view, const Figure& figure) {
   return text;
 }
 
+// Whether two datasets of a cell look the same, as those of one channel at two wavelengths do.
+bool LooksMeet(const Figure& figure) {
+  for (const FigureCell& cell : figure.cells) {
+    for (std::size_t k = 0; k < cell.series.size(); ++k) {
+      for (std::size_t other = 0; other < k; ++other) {
+        if (cell.series[k].look == cell.series[other].look) return true;
+      }
+    }
+  }
+  return false;
+}
+
+Figure FigureOf(const ReportView& view) {
+  const std::vector<FigureSet> sets = FigureSets(view.record);
+  Figure figure = MakeFigure(sets, &view.fit, {});
+  return LooksMeet(figure) ? MakeFigure(sets, &view.fit, {.looks = FigureLooks::kByDataset})
+                           : figure;
+}
+
 bool ShowsEachAlone(const Figure& figure) {
   return std::all_of(figure.cells.begin(), figure.cells.end(),
                      [](const FigureCell& cell) { return cell.series.size() == 1; });
@@ -41,7 +60,7 @@ bool ShowsEachAlone(const Figure& figure) {
 }  // namespace
 
 void AddFigure(const ReportView& view, PaperReport& report) {
-  report.figure = MakeFigure(FigureSets(view.record), &view.fit, {});
+  report.figure = FigureOf(view);
   report.figureCaption = Caption(view, report.figure);
   if (ShowsEachAlone(report.figure)) return;
   for (int set = 0; set < view.fit.NumFitSets; ++set) {

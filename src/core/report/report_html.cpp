@@ -24,7 +24,7 @@ constexpr const char* kStyle =
     "h2{font-size:1.25em;margin:1.8em 0 .6em;border-bottom:1px solid #888;break-after:avoid}\n"
     "p,li{max-width:46em;overflow-wrap:break-word}ul{padding-left:1.3em}li{margin:.25em 0}\n"
     ".origin{color:#555;margin:.2em 0 1.5em}\n"
-    ".table{overflow-x:auto;margin:1.2em 0}\n"
+    ".table,figure p{overflow-x:auto}.table{margin:1.2em 0}p img{min-width:38em}\n"
     "table{border-collapse:collapse;font-size:.85em;width:100%;"
     "font-variant-numeric:tabular-nums}\n"
     "caption{text-align:left;font-weight:bold;padding-bottom:.3em;break-after:avoid}\n"
@@ -34,7 +34,7 @@ constexpr const char* kStyle =
     "td span{display:inline-block;text-align:right}\n"
     "thead th{border-top:1.5px solid #333;border-bottom:1px solid #333;vertical-align:bottom}\n"
     "tbody tr:last-child>*{border-bottom:1px solid #333}\n"
-    "tbody th{font-weight:normal;color:#444;width:32%}\n"
+    "tbody th{font-weight:normal;color:#444;width:38%}\n"
     "table.facts{border-top:1.5px solid #333}\n"
     "tr,figure,table.short{break-inside:avoid}\n"
     ".plots{display:grid;gap:1.2em;"
@@ -42,7 +42,8 @@ constexpr const char* kStyle =
     "figure{margin:1.2em 0}.plots figure{margin:0}figure p{margin:0;max-width:none}"
     "figcaption{font-size:.9em;margin-top:.5em}img{display:block;width:100%;height:auto}\n"
     "@media print{body{max-width:none;margin:0;padding:0;font-size:10pt}"
-    "p,li{max-width:none}p{orphans:3;widows:3}.table{overflow:visible}"
+    "p,li{max-width:none}p{orphans:3;widows:3}.table,figure p{overflow:visible}"
+    "p img{min-width:0;max-height:215mm;object-fit:contain}"
     ".plots{grid-template-columns:1fr 1fr}}\n";
 
 // Characters below 32 but TAB and line ends are unknown to XML.
