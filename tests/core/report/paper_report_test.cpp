@@ -269,7 +269,7 @@ TEST_F(PaperReportTest, TellsTheLastComparisonOfItsFit) {
   const PaperReport report = MakePaperReport(module);
   const Row test = Find(report, "F tests", "held");
   ASSERT_EQ(test.size(), 6U);
-  EXPECT_EQ(test[1], "Fit 3 (this report)");
+  EXPECT_EQ(test[1], "Fit 3");
   EXPECT_EQ(test[4], "1 and 170");
   const std::string body = ReportBody(report, "");
   for (const char* part : {"What follows: ", "What does not: ", "AICc = n ln(S/n)"}) {
