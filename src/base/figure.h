@@ -99,6 +99,9 @@ struct Figure {
   bool operator==(const Figure&) const = default;
 };
 
+// Where HTML goes with a figure to whoever lays it out, an image of this source stands for it.
+inline constexpr const char* kFigureImage = "figure";
+
 // The points of a figure as a Chart, for a table of its numbers: a panel a cell with the name of
 // the cell, of each dataset the series "...: data", "left out", "curve", "residuals" that it has,
 // then its species by their names.

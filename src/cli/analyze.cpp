@@ -159,10 +159,8 @@ ExitStatus WriteTable(const Job& job, const QuorvaneModule& module) {
 ExitStatus WritePaperReport(const Job& job, const QuorvaneModule& module) {
   if (!job.output.report) return ExitStatus::kDone;
   const OffscreenDrawing drawing;
-  const auto picture = [](const Chart& chart) {
-    return RenderChart(chart, PictureFormat::kSvg, kReportChart);
-  };
-  WriteReport(module, *job.output.report, {picture, RenderReportPages});
+  WriteReport(module, *job.output.report,
+              {{RenderReportChart, RenderReportFigure}, RenderReportPages});
   return ExitStatus::kDone;
 }
 

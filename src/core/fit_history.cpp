@@ -118,6 +118,11 @@ void FitHistory::Clear() {
   *this = {};
 }
 
+void FitHistory::MarkCompared(const std::vector<std::size_t>& places) {
+  for (HistoryEntry& entry : entries_) entry.compared = false;
+  for (const std::size_t place : places) entries_[place].compared = true;
+}
+
 std::vector<std::size_t> FitHistory::Sorted(HistoryKey key) const {
   std::vector<std::size_t> places(entries_.size());
   std::iota(places.begin(), places.end(), std::size_t{0});

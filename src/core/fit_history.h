@@ -18,6 +18,7 @@ struct HistoryEntry {
   std::chrono::system_clock::time_point time;
   std::shared_ptr<const KeptFit> kept;      // never null
   std::shared_ptr<const PackedFit> packed;  // null: only `kept` is known, as from an archive
+  bool compared = false;                    // it had a part in the last comparison
 };
 
 inline constexpr std::size_t kLongestFitName = 200;  // bytes
@@ -53,6 +54,9 @@ class FitHistory {
   bool Rename(std::size_t place, std::string_view name);
   void Delete(std::size_t place);
   void Clear();
+
+  // The fits at `places` have been put side by side; no others are known as compared from now on.
+  void MarkCompared(const std::vector<std::size_t>& places);
 
   // Places in rising order of `key`, equal ones as they stand; what is not known comes last.
   std::vector<std::size_t> Sorted(HistoryKey key) const;

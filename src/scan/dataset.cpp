@@ -25,8 +25,8 @@ Dataset EmptyDataset() {
   dataset.RefConc2 = 0.5;
   dataset.ExtCoeff = 1.0;
   dataset.ExtCoeff2 = 1.0;
-  dataset.ALoad = 1e-6;
-  dataset.BLoad = 1e-6;
+  dataset.ALoad = kDefaultLoad;
+  dataset.BLoad = kDefaultLoad;
   return dataset;
 }
 

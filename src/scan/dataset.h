@@ -57,6 +57,8 @@ struct Dataset {
   std::array<double, 1021> Spare;             // zero
 };
 
+inline constexpr double kDefaultLoad = 1e-6;  // of ALoad and BLoad after a load
+
 static_assert(std::is_trivially_copyable_v<Dataset> && std::is_standard_layout_v<Dataset>);
 
 // A record without points, its values as after a load.

@@ -77,21 +77,23 @@ FitTexts TextsOf(const FitSummary& fit) {
   return texts;
 }
 
+std::string PatternOfError(double value, double error) {
+  if (!(error > 0.0) || !std::isfinite(error)) return "";
+  constexpr double kWidest = 1e7;
+  const double digits = std::floor(std::log10(error));
+  if (digits < -6.0 || digits > 6.0 || !(std::abs(value) < kWidest)) return "";
+  const int decimals = std::max(0, 1 - static_cast<int>(digits));
+  return decimals == 0 ? "0" : "0." + std::string(static_cast<std::size_t>(decimals), '0');
+}
+
 std::string ValueText(const SummaryParameter& parameter) {
   if (!std::isfinite(parameter.value)) return "-";
   const std::string value = FormatParam(parameter.value);
   if (!parameter.fitted) return value + " (held)";
   if (!parameter.error || !std::isfinite(*parameter.error)) return value;
   const double error = *parameter.error;
-  // Two digits of the error, if both can be written without an exponent.
-  const double digits = error > 0.0 ? std::floor(std::log10(error)) : 9.0;
-  constexpr double kWidest = 1e7;
-  if (digits < -6.0 || digits > 6.0 || std::abs(parameter.value) >= kWidest) {
-    return value + " \u00B1 " + FormatParam(error);
-  }
-  const int decimals = std::max(0, 1 - static_cast<int>(digits));
-  const std::string pattern =
-      decimals == 0 ? "0" : "0." + std::string(static_cast<std::size_t>(decimals), '0');
+  const std::string pattern = PatternOfError(parameter.value, error);
+  if (pattern.empty()) return value + " \u00B1 " + FormatParam(error);
   return FormatNumber(parameter.value, pattern) + " \u00B1 " + FormatNumber(error, pattern);
 }
 

@@ -25,6 +25,14 @@ struct FitTexts {
 };
 FitTexts TextsOf(const FitSummary& fit);
 
+// The pattern by which a value with the error `error` shows two digits of that; empty where both
+// are better written with an exponent.
+std::string PatternOfError(double value, double error);
+
+// The pattern by which a value with the error `error` shows two digits of that, or its whole part
+// if that has more; empty where both are better written with an exponent.
+std::string PatternOfError(double value, double error);
+
 // "8106 +- 20", "2 (held)"; in UTF-8 with a plus-minus sign.
 std::string ValueText(const SummaryParameter& parameter);
 

@@ -1,7 +1,9 @@
 #include "core/report/paper_report.h"
 
 #include "base/clock.h"
+#include "core/report/report_comparison.h"
 #include "core/report/report_errors.h"
+#include "core/report/report_figure.h"
 #include "core/report/report_files.h"
 #include "core/report/report_methods.h"
 #include "core/report/report_quality.h"
@@ -16,15 +18,16 @@ PaperReport MakePaperReport(const QuorvaneModule& module) {
   PaperReport report;
   report.title = "Analysis of sedimentation equilibrium: " + view.ModelName();
   report.origin = "Quorvane " + std::string(ProgramVersion()) + ", " + DateAndTimeText();
-  report.sections = {MethodsSection(view), ResultsSection(view), QualitySection(view),
-                     FilesSection(view)};
-  if (std::optional<ReportSection> solution = SolutionSection(view)) {
-    report.sections.insert(report.sections.begin() + 1, std::move(*solution));  // behind methods
-  }
-  for (int set = 0; set < view.fit.NumFitSets; ++set) {
-    report.charts.push_back(
-        PlotDataFit(view.fit, view.record.datasets, set, module.Preferences.Plots));
-  }
+  report.sections = {MethodsSection(view)};
+  const auto addIfAny = [&report](std::optional<ReportSection> section) {
+    if (section) report.sections.push_back(std::move(*section));
+  };
+  addIfAny(SolutionSection(view));
+  report.sections.push_back(ResultsSection(view));
+  report.sections.push_back(QualitySection(view));
+  addIfAny(ComparisonSection(view));
+  report.sections.push_back(FilesSection(view));
+  AddFigure(view, report);
   if (view.record.errors) AddErrorCharts(*view.record.errors, report.charts);
   return report;
 }

@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "base/chart.h"
+#include "base/figure.h"
 #include "core/program_state.h"
 #include "core/report/report_section.h"
 
@@ -15,7 +16,10 @@ struct PaperReport {
   std::string title;
   std::string origin;  // program, version, date and time
   std::vector<ReportSection> sections;
-  // One a dataset: data and curve above, residuals below; then those of the error analysis.
+  Figure figure;  // all datasets of the fit
+  std::string figureCaption;
+  // Data and curve above, residuals below, one a dataset, unless the figure shows each by itself;
+  // then those of the error analysis.
   std::vector<Chart> charts;
 };
 

@@ -3,7 +3,6 @@
 #include "base/files.h"
 #include "base/text.h"
 #include "core/report/paper_report.h"
-#include "core/report/report_html.h"
 
 namespace quorvane {
 
@@ -20,9 +19,10 @@ void WriteReport(const QuorvaneModule& module, const std::filesystem::path& path
   if (!format) throw FileFault(PathText(path) + ": a name ending in .html or .pdf is wanted");
   const PaperReport report = MakePaperReport(module);
   if (format == ReportFormat::kPdf) {
-    WriteWholeFile(path, drawing.pages(report.title, ReportBody(report), report.charts));
+    WriteWholeFile(path, drawing.pages(report.title, ReportBody(report, kFigureImage),
+                                       report.figure, report.charts));
   } else {
-    WriteWholeFile(path, ReportHtml(report, drawing.picture));
+    WriteWholeFile(path, ReportHtml(report, drawing.pictures));
   }
 }
 

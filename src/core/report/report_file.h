@@ -7,7 +7,9 @@
 #include <string>
 #include <vector>
 
+#include "base/figure.h"
 #include "core/program_state.h"
+#include "core/report/report_html.h"
 
 namespace quorvane {
 
@@ -18,9 +20,10 @@ std::optional<ReportFormat> ReportFormatOf(const std::filesystem::path& path);
 
 // What the engine cannot do itself. Both may throw std::runtime_error.
 struct ReportDrawing {
-  std::function<std::string(const Chart&)> picture;  // as the bytes of an SVG file
-  // As the bytes of a PDF: `body`, elements of HTML, then the charts.
-  std::function<std::string(const std::string& title, const std::string& body,
+  ReportPictures pictures;
+  // As the bytes of a PDF: `body`, elements of HTML in which an image of kFigureImage is
+  // `figure`, then the charts.
+  std::function<std::string(const std::string& title, const std::string& body, const Figure& figure,
                             const std::vector<Chart>& charts)>
       pages;
 };

@@ -8,13 +8,18 @@
 
 namespace quorvane {
 
-// Title and sections of the report without its charts, as elements for the body of a document.
-// Well-formed as XML too; texts are escaped, characters that XML does not know left out.
-std::string ReportBody(const PaperReport& report);
+// What the engine cannot draw itself, as the bytes of SVG files.
+struct ReportPictures {
+  std::function<std::string(const Chart&)> chart;
+  std::function<std::string(const Figure&)> figure;
+};
 
-// The report as one HTML 5 document that needs no other file. `picture` gives a chart as the bytes
-// of an SVG file.
-std::string ReportHtml(const PaperReport& report,
-                       const std::function<std::string(const Chart&)>& picture);
+// Title and sections of the report without its charts, as elements for the body of a document.
+// Well-formed as XML too; texts are escaped, characters that XML does not know left out. The figure
+// is an image of the source `figure`.
+std::string ReportBody(const PaperReport& report, const std::string& figure);
+
+// The report as one HTML 5 document that needs no other file.
+std::string ReportHtml(const PaperReport& report, const ReportPictures& pictures);
 
 }  // namespace quorvane

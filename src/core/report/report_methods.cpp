@@ -68,6 +68,16 @@ std::string Temperature(const ReportView& view) {
   return ReportNumber(view.fit.TempK - kZeroCelsius, "#0.0 \u00b0C");
 }
 
+// Whether somebody entered a load, which a fit without mass conservation does not take.
+bool LoadsSet(const ReportView& view) {
+  if (!view.Two()) return false;
+  for (int d = 1; d <= view.fit.NumFitSets; ++d) {
+    const Dataset& set = view.DatasetOf(d);
+    if (set.ALoad != kDefaultLoad || set.BLoad != kDefaultLoad) return true;
+  }
+  return false;
+}
+
 std::string Summary(const ReportView& view) {
   const std::string optics = Kinds(view, [](const Dataset& dataset) {
     const std::string kind = OpticsOf(dataset);
@@ -108,6 +118,8 @@ ReportTable Conditions(const ReportView& view) {
   add("Solvent density", ReportNumber(view.record.page.Density, "0.0000#") + " g/ml");
   if (view.LoadsCount()) {
     add("Mass conservation", "soft, tolerance " + ReportNumber(view.fit.MCTolerance, "#0.0###"));
+  } else if (LoadsSet(view)) {
+    add("Mass conservation", "none: the loads had no part in the fit");
   }
   return table;
 }
@@ -172,7 +184,8 @@ ReportTable Points(const ReportView& view) {
                              view.Two() ? "Ext. coeff. A" : "Ext. coeff."},
                     .rows = {}};
   if (view.Two()) table.head.emplace_back("Ext. coeff. B");
-  if (view.LoadsCount()) table.head.insert(table.head.end(), {"Load A", "Load B"});
+  const bool loads = view.LoadsCount() || LoadsSet(view);
+  if (loads) table.head.insert(table.head.end(), {"Load A", "Load B"});
   for (int d = 1; d <= view.fit.NumFitSets; ++d) {
     const Dataset& set = view.DatasetOf(d);
     const int good = CountGoodPoints(set);
@@ -183,7 +196,7 @@ ReportTable Points(const ReportView& view) {
                      ReportNumber(set.RefRadius, "0.0000"),
                      ReportNumber(set.ExtCoeff, "0.000E+00")};
     if (view.Two()) row.emplace_back(ReportNumber(set.ExtCoeff2, "0.000E+00"));
-    if (view.LoadsCount()) {
+    if (loads) {
       row.emplace_back(ReportNumber(set.ALoad, "0.00E+00"));
       row.emplace_back(ReportNumber(set.BLoad, "0.00E+00"));
     }

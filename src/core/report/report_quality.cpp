@@ -77,7 +77,7 @@ ReportSection QualitySection(const ReportView& view) {
     for (int d = 1; d <= view.fit.NumFitSets; ++d) {  // as they are numbered here
       quality.sets[static_cast<std::size_t>(d - 1)].dataset = d;
     }
-    section.paragraphs = QualityRemarks(quality, view.record.rest);
+    section.list = QualityRemarks(quality, view.record.rest);
     section.tables.push_back(QualityOfSets(view, quality));
   } catch (const ArithmeticFault&) {
     section.paragraphs = {"The quality of the datasets cannot be computed from this fit."};

@@ -22,8 +22,8 @@ namespace {
 std::string SumText(const ReportView& view) {
   const auto sum = [](double value) { return ReportNumber(value, "0.0000E+00"); };
   std::string text =
-      "They, the variance and the sum of squares are those of the values that the fit ended "
-      "with. ";
+      "They, the variance and the sum of squares are those of the values with which the fit "
+      "ended. ";
   if (sum(view.fit.FitChiSq) != sum(AcceptedSum(view.fit))) {
     text +=
         "The log and the confidence intervals count the sum of the last step, which was "
@@ -38,8 +38,7 @@ std::string Level(const ReportView& view) {
 }
 
 std::string IntervalText(const ReportView& view) {
-  const std::string errors =
-      "Errors are standard errors from the covariance matrix. " + SumText(view);
+  const std::string errors = "Standard errors are from the covariance matrix. " + SumText(view);
   if (!view.record.intervals) return errors + "No confidence intervals were searched.";
   const auto& [request, outcome] = *view.record.intervals;
   return errors + "Confidence intervals at the " + Level(view) +
@@ -258,7 +257,8 @@ ReportTable MassBalance(const ReportView& view) {
 }  // namespace
 
 ReportSection ResultsSection(const ReportView& view) {
-  ReportSection section{.title = "Results", .paragraphs = {IntervalText(view)}, .tables = {}};
+  ReportSection section{
+      .title = "Results", .paragraphs = {IntervalText(view)}, .tables = {}, .figure = true};
   section.tables.push_back(SharedTable(view).Take());
   if (view.record.errors) {
     for (std::string& text : ErrorParagraphs(*view.record.errors)) {

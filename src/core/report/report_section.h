@@ -27,6 +27,8 @@ struct ReportSection {
   std::string title;
   std::vector<std::string> paragraphs;
   std::vector<ReportTable> tables;
+  std::vector<std::string> list = {};  // remarks, each by itself, behind the paragraphs
+  bool figure = false;                 // whether the figure of the report stands here, first
 };
 
 }  // namespace quorvane

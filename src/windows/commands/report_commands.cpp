@@ -18,13 +18,11 @@ void ReportCommands::Save() {
       &windows_.frame, {tr("Save Report"), ToQString(session.CurrentFolder),
                         tr("Web page (*.html);;PDF document (*.pdf)"), QStringLiteral("report")});
   if (name.isEmpty()) return;
-  const auto picture = [](const Chart& chart) {
-    return RenderChart(chart, PictureFormat::kSvg, kReportChart);
-  };
   try {
     const BusyPointer busy;
     emit Saving();
-    WriteReport(session.Module, ToPath(name), {picture, RenderReportPages});
+    WriteReport(session.Module, ToPath(name),
+                {{RenderReportChart, RenderReportFigure}, RenderReportPages});
   } catch (const std::exception& fault) {
     session.Ask.ShowMessage(&windows_.frame, tr("Save Report"), QString::fromUtf8(fault.what()),
                             MessageIcon::kExclamation);

@@ -121,6 +121,7 @@ void ComparisonWindow::Compare(const std::vector<std::size_t>& places) {
     curves_.push_back(whole ? FittedCurves(session_.Module.Fits.Fit(place)->state)
                             : std::vector<FittedCurve>());
   }
+  session_.Module.Fits.MarkCompared(places);
   ShowTable();
   ListDatasets();
 }

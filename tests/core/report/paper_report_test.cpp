@@ -1,6 +1,7 @@
 // Faults caught here: a report that describes a later state of the session than its fit, a number
 // that is not the fit's, a lost link, held value or deleted point, intervals of another fit, a
-// vanished or changed file passed over in silence.
+// comparison that has no part of the fit, a figure without a dataset, ends and loads told that
+// nobody gave, a vanished or changed file passed over in silence.
 #include "core/report/paper_report.h"
 
 #include <algorithm>
@@ -86,7 +87,8 @@ TEST_F(PaperReportTest, SaysWhatTheFitWasAndFound) {
   module.Setup.chkOffset[1] = CheckState::kChecked;
   RemoveDataset(module.Store, 0, host);
   const PaperReport report = MakePaperReport(module);
-  EXPECT_EQ(ReportBody(report).substr(200), ReportBody(before).substr(200));  // behind the time
+  EXPECT_EQ(ReportBody(report, "").substr(200),
+            ReportBody(before, "").substr(200));  // behind the time
 
   const FitState& fit = module.LastFit->state;
   const FitStatistics statistics = CalcFitStatistics(fit, AcceptedSum(fit));
@@ -141,7 +143,7 @@ TEST_F(PaperReportTest, SaysWhatTheDatasetsWereAndHowTheyFit) {
   EXPECT_LT(std::stod(Find(report, "Each dataset", "2")[7]), -kRunsLimit);
   EXPECT_LT(std::stod(Find(report, "Each dataset", "2")[8]), kLowestDurbin);
   EXPECT_NEAR(shares, 100.0, 0.2);
-  const auto& remarks = report.sections[2].paragraphs;
+  const auto& remarks = report.sections[2].list;
   EXPECT_TRUE(std::any_of(remarks.begin(), remarks.end(), [](const std::string& remark) {
     return remark.starts_with("Dataset #2: too few runs");
   }));
@@ -195,13 +197,15 @@ TEST_F(PaperReportTest, NamesEndsAndLoadsThatCount) {
     int model;
     bool moved;  // the meniscus of dataset 2
     bool mass;
-    Row ends;  // cells of dataset 2 behind the temperature
+    double load;  // of A in dataset 2
+    Row ends;     // cells of dataset 2 behind the temperature
     std::size_t loads;
-  } cases[] = {{2, false, false, {"no"}, 0},
-               {2, true, false, {"6.3000", "\u2013", "no"}, 0},
-               {4, false, false, {"6.4000", "6.6000", "no"}, 0},
-               {6, false, false, {"no"}, 0},
-               {6, false, true, {"no", "cell"}, 2}};
+  } cases[] = {{2, false, false, kDefaultLoad, {"no"}, 0},
+               {2, true, false, 3e-6, {"6.3000", "\u2013", "no"}, 0},
+               {4, false, false, kDefaultLoad, {"6.4000", "6.6000", "no"}, 0},
+               {6, false, false, kDefaultLoad, {"no"}, 0},
+               {6, false, false, 3e-6, {"no"}, 2},
+               {6, false, true, kDefaultLoad, {"no", "cell"}, 2}};
   module.CellGeometries = {{1, "cell", {5.0F, 8.0F}, {1.0F, 1.0F}}};
   for (const auto& test : cases) {
     SetupFit(module.Setup, module.FitPage, module.Store, *FindModel(test.model), host);
@@ -209,6 +213,7 @@ TEST_F(PaperReportTest, NamesEndsAndLoadsThatCount) {
     module.Setup.chkMWB = module.Setup.chkMWB2 = module.Setup.chkLnK1 = module.Setup.chkAlpha =
         CheckState::kUnchecked;
     module.Store.Datasets[2].Rmen = test.moved ? 6.3 : 6.4;
+    module.Store.Datasets[2].ALoad = test.load;
     host.answers = {false};
     ASSERT_EQ(RunFit(module, host).ending, FitEnding::kFinished) << test.model;
     const PaperReport report = MakePaperReport(module);
@@ -217,6 +222,65 @@ TEST_F(PaperReportTest, NamesEndsAndLoadsThatCount) {
     EXPECT_EQ(Find(report, "Points and constants of each dataset", "2").size(),
               (test.model == 6 ? 7U : 6U) + test.loads);
   }
+}
+
+TEST_F(PaperReportTest, TheFigureHoldsEveryDatasetOfTheFit) {
+  Fit();
+  const PaperReport report = MakePaperReport(module);
+  std::size_t points = 0;
+  for (const FigureCell& cell : report.figure.cells) {
+    for (const FigureSeries& series : cell.series) {
+      EXPECT_FALSE(series.curve.x.empty());
+      points += series.data.x.size();
+    }
+  }
+  EXPECT_EQ(points, 178U);
+  EXPECT_NE(report.figureCaption.find("left out (2)"), std::string::npos);
+  const std::string body = ReportBody(report, "drawn");
+  EXPECT_LT(body.find("<h2>Results"), body.find("src=\"drawn\""));
+  EXPECT_LT(body.find("src=\"drawn\""), body.find("Parameters shared"));
+  // Shown by themselves, datasets need no further picture.
+  module.Store.UseData[2] = module.Store.UseData[3] = false;
+  SetupFit(module.Setup, module.FitPage, module.Store, *FindModel(0), host);
+  Fit();
+  EXPECT_TRUE(MakePaperReport(module).charts.empty());
+  // Two that would look alike do not.
+  module.Store.UseData[2] = true;
+  module.Store.Datasets[2].Speed = module.Store.Datasets[1].Speed;
+  SetupFit(module.Setup, module.FitPage, module.Store, *FindModel(0), host);
+  Fit();
+  const auto series = MakePaperReport(module).figure.cells.at(0).series;
+  EXPECT_NE(series.at(0).look, series.at(1).look);
+}
+
+TEST_F(PaperReportTest, TellsTheLastComparisonOfItsFit) {
+  const auto compared = [&](const std::string& first) {
+    return Find(MakePaperReport(module), "Fits side by side", first);
+  };
+  Fit();
+  Fit();
+  module.Setup.chkOffset[1] = CheckState::kChecked;
+  Fit();
+  EXPECT_TRUE(compared("Model").empty());
+  module.Fits.MarkCompared({0, 2});
+  EXPECT_EQ(compared("Fitted parameters"), (Row{"Fitted parameters", "8", "7"}));
+  SearchErrors(module, {}, host);  // puts another value in the place of the fit
+  module.Fits.Rename(2, "held");
+  const PaperReport report = MakePaperReport(module);
+  const Row test = Find(report, "F tests", "held");
+  ASSERT_EQ(test.size(), 6U);
+  EXPECT_EQ(test[1], "Fit 3");
+  EXPECT_EQ(test[4], "1 and 170");
+  const std::string body = ReportBody(report, "");
+  for (const char* part : {"What follows: ", "What does not: ", "AICc = n ln(S/n)"}) {
+    EXPECT_NE(body.find(part), std::string::npos) << part;
+  }
+  Fit();  // has no part in it
+  EXPECT_TRUE(compared("Model").empty());
+  module.Fits.MarkCompared({0, 1});
+  EXPECT_FALSE(compared("Model").empty());
+  module.Fits.Delete(1);
+  EXPECT_TRUE(compared("Model").empty());
 }
 
 // A value that the data do not determine keeps the rest of the report from nothing.
@@ -280,8 +344,9 @@ TEST_F(PaperReportTest, AFailureLeavesTheOldFile) {
   Fit();
   const TempFolder folder;
   const auto old = folder.Write("fit.pdf", "old");
-  const ReportDrawing broken{[](const Chart&) { return std::string("<svg/>"); },
-                             [](const auto&, const auto&, const auto&) -> std::string {
+  const auto picture = [](const auto&) { return std::string("<svg/>"); };
+  const ReportDrawing broken{{picture, picture},
+                             [](const auto&, const auto&, const auto&, const auto&) -> std::string {
                                throw std::runtime_error("no drawing");
                              }};
   EXPECT_THROW(WriteReport(module, old, broken), std::runtime_error);

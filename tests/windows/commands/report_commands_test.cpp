@@ -35,37 +35,52 @@ int PagesOf(const std::string& pdf) {
 
 PaperReport HostileReport() {
   const std::string hostile = "<script>\"&\x01</td>";
-  PaperReport report{.title = hostile, .origin = hostile, .sections = {}, .charts = {}};
+  PaperReport report{.title = hostile,
+                     .origin = hostile,
+                     .sections = {},
+                     .figure = {},
+                     .figureCaption = hostile,
+                     .charts = {}};
+  report.figure.cells.resize(2);
   ReportTable table{.title = hostile, .head = {hostile, "b"}, .rows = {{hostile, {hostile, true}}}};
   for (const Model& model : Models()) {
     table.rows.push_back({{std::string(model.reaction.equation), true},
                           {std::string(model.reaction.constants), true}});
   }
-  report.sections = {{hostile, {hostile}, {table}}};
+  report.sections = {{hostile, {hostile}, {table}, {hostile}, true}};
   report.charts = {{hostile, hostile, {{hostile, 1.0, {{hostile, {}, 0, {1, 2}, {1, 2}}}, {}}}}};
   return report;
 }
 
 TEST(ReportHtml, EscapesWhatItIsGiven) {
   const PaperReport report = HostileReport();
-  const std::string html = ReportHtml(report, [](const Chart& chart) {
-    return RenderChart(chart, PictureFormat::kSvg, kReportChart);
-  });
+  const std::string html = ReportHtml(report, {RenderReportChart, RenderReportFigure});
   const auto texts = Texts(html);
   EXPECT_EQ(html.find("<script"), std::string::npos);
-  for (const char* element : {"title", "h1", "h2", "p", "caption", "th", "td"}) {
+  for (const char* element : {"title", "h1", "h2", "p", "li", "caption", "th", "td"}) {
     EXPECT_TRUE(texts.contains(element, "<script>\"&</td>")) << element;
   }
   EXPECT_NE(html.find("<td>n A \u21cc A<sub>n</sub>, A<sub>n</sub> + B \u21cc A<sub>n</sub>B</td>"),
             std::string::npos);
   EXPECT_NE(html.find("K<sub>i</sub> = [A<sub>i+1</sub>]/[A<sub>i</sub>][A]"), std::string::npos);
-  const std::string link = "base64,";
-  const std::size_t from = html.find(link) + link.size();
-  const QByteArray picture = QByteArray::fromBase64(
-      QByteArray::fromStdString(html.substr(from, html.find('"', from) - from)),
-      QByteArray::AbortOnBase64DecodingErrors);
-  EXPECT_EQ(picture.toStdString(),
-            RenderChart(report.charts[0], PictureFormat::kSvg, kReportChart));
+  const QStringList links = QString::fromStdString(html).split(QStringLiteral("base64,"));
+  std::vector<std::string> pictures;
+  for (const QString& link : links.mid(1)) {
+    const QByteArray bytes = link.left(link.indexOf(u'"')).toLatin1();
+    pictures.push_back(
+        QByteArray::fromBase64(bytes, QByteArray::AbortOnBase64DecodingErrors).toStdString());
+  }
+  EXPECT_EQ(pictures,
+            (std::vector{RenderReportFigure(report.figure), RenderReportChart(report.charts[0])}));
+}
+
+TEST(ReportHtml, PutsDecimalPointsBelowEachOther) {
+  PaperReport report = HostileReport();
+  report.sections[0].tables = {
+      {.title = "", .head = {"a", "b"}, .rows = {{"-3.25", "12"}, {"held", "word of a sentence"}}}};
+  const std::string html = ReportBody(report, "");
+  EXPECT_NE(html.find("<span style=\"min-width:2ch\">-3</span>.25</td><td>12</td>"),
+            std::string::npos);
 }
 
 // A title of a table never stands alone at the foot of a page, whatever stands before it.
@@ -74,9 +89,20 @@ TEST(RenderReportPages, FlowsOverAsManyPagesAsItNeeds) {
   auto& rows = report.sections[0].tables[0].rows;
   while (rows.size() < 400) rows.push_back(rows[1]);
   const std::vector<Chart> charts(9, report.charts[0]);
-  const int text = PagesOf(RenderReportPages("t", ReportBody(report), {}));
+  const std::string body = ReportBody(report, kFigureImage);
+  const auto pages = [&](const std::vector<Chart>& shown) {
+    return RenderReportPages("t", body, report.figure, shown);
+  };
+  const int text = PagesOf(pages({}));
   EXPECT_GE(text, 6);
-  EXPECT_EQ(PagesOf(RenderReportPages("t", ReportBody(report), charts)), text + 2);
+  EXPECT_EQ(PagesOf(pages(charts)), text + 2);
+  // The figure is drawn in its place.
+  const std::size_t without = pages({}).size();
+  for (FigureCell& cell : report.figure.cells) {
+    cell.series = {{.name = "made", .curve = {{1, 2, 3}, {1, 4, 2}}}};
+  }
+  EXPECT_GT(pages({}).size(), without + 100);
+  EXPECT_EQ(PagesOf(pages({})), text);
 }
 
 class SaveReportTest : public MainWindowTest {};
@@ -88,11 +114,13 @@ TEST_F(SaveReportTest, WritesBothFormatsOfTheLastFinishedFit) {
   EXPECT_FALSE(action->isEnabled());
   Click("cmdFitMe");
   const std::size_t sets = session.Module.LastFit->datasets.size();
+  Click("cmdFitMe");
+  session.Module.Fits.MarkCompared({0, 1});
   dialogs.files = {ToQString(folder / "fit.html"), ToQString(folder / "fit.pdf"), ""};
   Trigger("mnuSaveReport");
   const std::string html = ReadText(folder / "fit.html");
-  Texts(html);
-  EXPECT_EQ(QByteArray::fromStdString(html).count("<img "), static_cast<qsizetype>(sets));
+  EXPECT_TRUE(Texts(html).contains("th", "Fit 2 (this report)"));
+  EXPECT_EQ(QByteArray::fromStdString(html).count("<img "), static_cast<qsizetype>(sets + 1));
   // The report outlives the datasets, until another experiment begins.
   session.Module.Store.Datasets.clear();
   session.Module.Store.UseData.clear();

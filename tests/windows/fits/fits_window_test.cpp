@@ -76,6 +76,7 @@ TEST_F(FitsWindowTest, GoesBackToAFitAndComparesItWithAnother) {
   Select({0, 1});
   EXPECT_FALSE(Find<QAbstractButton>("cmdRestoreFit")->isEnabled());
   Click("cmdCompareFits");
+  for (const HistoryEntry& entry : session.Module.Fits.Entries()) EXPECT_TRUE(entry.compared);
   EXPECT_EQ(Cell(0, 0), "Ideal");
   EXPECT_EQ(Cell(0, 1), "Monomer-Nmer");
   EXPECT_TRUE(Sentence().contains("no F")) << Sentence().toStdString();  // K to 0 is a limit
