@@ -146,6 +146,8 @@ void KeepTogether(QTextDocument& document) {
     QTextBlockFormat format;
     format.setPageBreakPolicy(QTextFormat::PageBreak_AlwaysBefore);
     QTextCursor(first).mergeBlockFormat(format);
+    // Laid out anew from there alone, blocks behind tables keep places of before.
+    document.markContentsDirty(0, document.characterCount());
   }
 }
 
