@@ -6,6 +6,7 @@
 
 #include "base/number_format.h"
 #include "fit/fit_figure.h"
+#include "sim/sim_boxes.h"
 
 namespace quorvane {
 
@@ -114,12 +115,11 @@ std::string NameOf(const ExperimentPlan& plan, const PlanAxis& axis) {
 
 std::vector<double> ValuesAlong(const ExperimentPlan& plan, const PlanAxis& axis, int count) {
   constexpr double kTimes = 3.0;
-  constexpr double kSlowest = 1000.0;
-  constexpr double kFastest = 60000.0;
   const double planned = ValueOf(plan, axis);
   const bool speed = axis.kind == PlanAxis::Kind::kSpeed;
-  const double low = speed ? std::max(kSlowest, planned / kTimes) : planned / kTimes;
-  const double high = speed ? std::min(kFastest, planned * kTimes) : planned * kTimes;
+  const Bounds& bounds = InfoOf(speed ? SimBox::kSpeed : SimBox::kLoadC).bounds;
+  const double low = std::max(bounds.low, planned / kTimes);
+  const double high = std::min(bounds.high, planned * kTimes);
   std::vector<double> values;
   for (int k = 0; k < count; ++k) {
     const double value = low + (high - low) * k / (count - 1);

@@ -216,6 +216,7 @@ PlanResult PlanExperiment(const ExperimentPlan& plan, const StopFlag* stop) {
   PlanResult result;
   std::vector<SpeedPart> parts;
   const std::vector<double>& offered = Chooses(plan) ? plan.candidates : plan.speeds;
+  parts.reserve(offered.size());
   for (const double speed : offered) parts.push_back(PartOf(plan, speed, stop));
   if (Stopped(stop)) return result;
   result.speeds = plan.speeds;
@@ -254,6 +255,7 @@ FitState FitOf(const ExperimentPlan& plan, const std::vector<double>& speeds) {
     }
   }
   std::vector<const PlannedCell*> all;
+  all.reserve(cells.size());
   for (const PlannedCell& cell : cells) all.push_back(&cell);
   return StateOf(plan, all);
 }

@@ -15,7 +15,7 @@ namespace {
 struct Rows {
   std::size_t columns = 0;
   std::vector<double> values;
-  std::size_t count() const { return columns == 0 ? 0 : values.size() / columns; }
+  std::size_t Count() const { return columns == 0 ? 0 : values.size() / columns; }
   double& At(std::size_t row, std::size_t column) { return values[row * columns + column]; }
   double At(std::size_t row, std::size_t column) const { return values[row * columns + column]; }
 };
@@ -48,7 +48,7 @@ Rows Jacobian(FitState& fit, const std::vector<int>& fitted) {
 
 double LengthBelow(const Rows& rows, std::size_t top, std::size_t column) {
   double squares = 0.0;
-  for (std::size_t j = top; j < rows.count(); ++j) {
+  for (std::size_t j = top; j < rows.Count(); ++j) {
     squares += rows.At(j, column) * rows.At(j, column);
   }
   return std::sqrt(squares);
@@ -62,12 +62,12 @@ void Reflect(Rows& rows, std::size_t top, std::size_t column, double length) {
   rows.At(top, column) = head - left;  // the reflector stands in the column from here
   for (std::size_t k = column + 1; k < rows.columns; ++k) {
     double product = 0.0;
-    for (std::size_t j = top; j < rows.count(); ++j) product += rows.At(j, column) * rows.At(j, k);
+    for (std::size_t j = top; j < rows.Count(); ++j) product += rows.At(j, column) * rows.At(j, k);
     product *= scale;
-    for (std::size_t j = top; j < rows.count(); ++j) rows.At(j, k) -= product * rows.At(j, column);
+    for (std::size_t j = top; j < rows.Count(); ++j) rows.At(j, k) -= product * rows.At(j, column);
   }
   rows.At(top, column) = left;
-  for (std::size_t j = top + 1; j < rows.count(); ++j) rows.At(j, column) = 0.0;
+  for (std::size_t j = top + 1; j < rows.Count(); ++j) rows.At(j, column) = 0.0;
 }
 
 // Brings the columns from the left to triangular form; a column that those before it make up has
@@ -77,14 +77,14 @@ std::size_t Triangularise(Rows& rows, std::size_t own) {
   constexpr double kNothing = 1e-10;  // of the column, beside those before it
   std::size_t top = 0;
   std::size_t used = 0;
-  for (std::size_t k = 0; k < rows.columns && top < rows.count(); ++k) {
+  for (std::size_t k = 0; k < rows.columns && top < rows.Count(); ++k) {
     const double whole = LengthBelow(rows, 0, k);
     const double length = LengthBelow(rows, top, k);
     if (length > (k < own ? kNothing * whole : 0.0)) {
       Reflect(rows, top, k, length);
       ++top;
     } else {
-      for (std::size_t j = top; j < rows.count(); ++j) rows.At(j, k) = 0.0;
+      for (std::size_t j = top; j < rows.Count(); ++j) rows.At(j, k) = 0.0;
     }
     if (k < own) used = top;
   }
@@ -95,7 +95,7 @@ std::size_t Triangularise(Rows& rows, std::size_t own) {
 InformationRoot RootFrom(const Rows& rows, std::size_t from, std::size_t own) {
   InformationRoot root{rows.columns - own, {}};
   if (root.size > kMostShared) throw SubscriptFault();
-  for (std::size_t j = 0; j < root.size && from + j < rows.count(); ++j) {
+  for (std::size_t j = 0; j < root.size && from + j < rows.Count(); ++j) {
     for (std::size_t k = 0; k < root.size; ++k) root.r[j][k] = rows.At(from + j, own + k);
   }
   return root;

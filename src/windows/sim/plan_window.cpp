@@ -136,8 +136,8 @@ QWidget* PlanWindow::BuildResults() {
   parts->setChildrenCollapsible(false);
   parts->addWidget(top);
   parts->addWidget(BuildPicture());
-  parts->setStretchFactor(0, 2);
-  parts->setStretchFactor(1, 3);
+  parts->setStretchFactor(0, 5);
+  parts->setStretchFactor(1, 6);
   return parts;
 }
 
