@@ -128,6 +128,7 @@ void WriteOneOrMany(const char* key, const std::vector<double>& values, TomlWrit
 void WriteSpeeds(const ExperimentPlan& plan, TomlWriter& out) {
   const std::vector<double>& speeds = Chooses(plan) ? plan.candidates : plan.speeds;
   std::vector<std::int64_t> whole;
+  whole.reserve(speeds.size());
   for (const double speed : speeds) whole.push_back(std::llround(speed));
   out.Key(Chooses(plan) ? "candidates" : "speeds", whole);
   if (Chooses(plan)) out.Key("choose", plan.choose);

@@ -50,6 +50,7 @@ std::map<SimBox, std::string> EntriesOf(const ExperimentPlan& plan, std::size_t 
 
 std::vector<std::string> Texts(const std::vector<double>& values) {
   std::vector<std::string> texts;
+  texts.reserve(values.size());
   for (const double value : values) texts.push_back(ShortestText(value));
   return texts;
 }

@@ -68,7 +68,7 @@ QLineEdit* PlanEntries::AddBox(QFormLayout& form, const char* name, const QStrin
 void PlanEntries::AddRow(std::size_t place) {
   const SharedParameter& shared = SharedParameters[place];
   Row& row = rows_[place];
-  row.label = Named(new QLabel, NameFor("lblPlan", shared));
+  row.label = Named(new QLabel(ToText(shared.label)), NameFor("lblPlan", shared));
   row.value = Named(new QLineEdit, NameFor("txtPlan", shared));
   row.fitted = Named(new QCheckBox(tr("fit")), NameFor("chkPlan", shared));
   row.fitted->setToolTip(tr("Not checked: the value is known from elsewhere"));

@@ -220,7 +220,7 @@ void PlanWindow::hideEvent(QHideEvent* event) {
 // The entries are others: what was found of the plan before is of no use.
 void PlanWindow::Follow() {
   check_.reset();
-  checking_ = false;
+  checking_ = current_ = false;
   prgCheck_->reset();
   prgCheck_->setFormat(QString());
   plan_ = entries_->Plan();
@@ -230,6 +230,7 @@ void PlanWindow::Follow() {
     return;
   }
   OfferWavelengths();
+  UpdateButtons();
   Ask();
 }
 
@@ -268,6 +269,7 @@ void PlanWindow::TakeAnswer(const PlanTask& task, const PlanAnswer& answer) {
   }
   shown_ = task.plan;
   answer_ = answer;
+  current_ = true;
   FillErrors();
   ShowScans(*gridScans_, *shown_, answer_.result);
   FillRanking();
@@ -358,7 +360,7 @@ void PlanWindow::TakeChosenSpeeds() {
 }
 
 void PlanWindow::BeginCheck() {
-  if (!shown_ || checking_) return;
+  if (!shown_ || !current_ || checking_) return;
   checking_ = true;
   check_.reset();
   prgCheck_->setRange(0, spnCheck_->value());
@@ -422,7 +424,7 @@ void PlanWindow::OfferWavelengths() {
 }
 
 void PlanWindow::MakeSeries(std::size_t wavelength) {
-  if (!shown_ || session_.Calculating || !session_.CommitPending()) return;
+  if (!shown_ || !current_ || session_.Calculating || !session_.CommitPending()) return;
   const PlannedSeries planned = SeriesOf(*shown_, answer_.result.speeds, wavelength);
   if (!planned.refusal.empty()) {
     session_.Ask.ShowMessage(this, tr("Make Series"), QString::fromStdString(planned.refusal),
@@ -438,7 +440,7 @@ void PlanWindow::MakeSeries(std::size_t wavelength) {
 }
 
 void PlanWindow::UpdateButtons() {
-  const bool ready = shown_.has_value() && !checking_;
+  const bool ready = shown_.has_value() && current_ && !checking_;
   cmdCheck_->setEnabled(ready);
   spnCheck_->setEnabled(ready);
   cmdStop_->setEnabled(checking_);

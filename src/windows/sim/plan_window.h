@@ -75,6 +75,7 @@ class PlanWindow : public QWidget, public Printable {
   std::optional<ExperimentPlan> shown_;  // that the answer is of
   PlanAnswer answer_;
   std::optional<PlanCheck> check_;
+  bool current_ = false;  // the answer is of the plan as entered
   bool checking_ = false;
   PlanWorker* worker_;
   PlanEntries* entries_;
