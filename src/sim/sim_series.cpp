@@ -133,7 +133,7 @@ void MoveAll(const fs::path& from, const fs::path& to, const std::vector<SeriesF
   for (const SeriesFile& file : files) {
     std::error_code error;
     fs::rename(from / file.name, to / file.name, error);
-    if (error) throw FileFault(PathText(to / file.name) + ": " + error.message());
+    if (error) throw FileFault(PathText(to / file.name) + ": " + SystemErrorText(error));
   }
 }
 

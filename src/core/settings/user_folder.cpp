@@ -1,12 +1,11 @@
 #include "core/settings/user_folder.h"
 
-#include <cstdlib>
-
 #if !defined(_WIN32)
 #include <pwd.h>
 #include <unistd.h>
 #endif
 
+#include "base/environment.h"
 #include "base/files.h"
 
 namespace quorvane {
@@ -15,10 +14,8 @@ namespace fs = std::filesystem;
 
 namespace {
 
-// The value of an environment variable, empty if it is not set.
 fs::path FromEnvironment(const char* name) {
-  const char* value = std::getenv(name);
-  return value == nullptr ? fs::path() : PathFromText(value);
+  return PathFromText(Environment(name));
 }
 
 #if !defined(_WIN32)
