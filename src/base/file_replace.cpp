@@ -38,9 +38,8 @@ std::error_code RenameOver(const fs::path& from, const fs::path& to) {
 }
 
 bool OpenElsewhere(const fs::path& file) {
-  constexpr DWORD kShare = FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE;
-  const HANDLE handle = CreateFileW(file.c_str(), GENERIC_READ | DELETE, kShare, nullptr,
-                                    OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr);
+  const HANDLE handle = CreateFileW(file.c_str(), GENERIC_READ, 0, nullptr, OPEN_EXISTING,
+                                    FILE_ATTRIBUTE_NORMAL, nullptr);  // 0: alone
   if (handle == INVALID_HANDLE_VALUE) return GetLastError() == ERROR_SHARING_VIOLATION;
   CloseHandle(handle);
   return false;

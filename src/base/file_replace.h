@@ -14,8 +14,8 @@ bool MayReplace(const std::filesystem::path& file);
 // bar this for a moment; it is tried for half a second.
 std::error_code RenameOver(const std::filesystem::path& from, const std::filesystem::path& to);
 
-// Whether another program has `file` open in a way that bars reading or replacing it, as only
-// Windows knows it.
+// Whether `file` is open anywhere, which on Windows can bar reading it and bars replacing it;
+// elsewhere false.
 bool OpenElsewhere(const std::filesystem::path& file);
 
 }  // namespace quorvane
