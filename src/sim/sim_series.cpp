@@ -205,7 +205,7 @@ void WriteSeries(const fs::path& folder, const std::vector<SeriesFile>& files) {
   try {
     const FolderBeside beside(folder);
     for (const SeriesFile& file : files) {
-      WriteWholeFile(beside.Path() / file.name, Utf8ToCp1252(file.text));
+      WriteWholeFile(beside.Path() / PathFromText(file.name), Utf8ToCp1252(file.text));
     }
     MoveAll(beside.Path(), folder, files);
   } catch (const FileFault&) {
