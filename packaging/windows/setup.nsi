@@ -44,9 +44,13 @@ VIAddVersionKey LegalCopyright "GPL-3.0-or-later"
 !insertmacro MUI_UNPAGE_INSTFILES
 !insertmacro MUI_LANGUAGE "English"
 
+; /D=FOLDER counts before what MultiUser proposes.
 Function .onInit
   SetRegView 64
+  StrCpy $R0 $INSTDIR
   !insertmacro MULTIUSER_INIT
+  StrCmp $R0 "" +2
+  StrCpy $INSTDIR $R0
 FunctionEnd
 
 Function un.onInit
@@ -130,9 +134,6 @@ Section "Uninstall"
   DeleteRegValue SHCTX "Software\Classes\.exz" ""
   DeleteRegValue SHCTX "Software\Classes\.exz\OpenWithProgids" "${TYPE}"
   DeleteRegKey /ifempty SHCTX "Software\Classes\.exz\OpenWithProgids"
-  ; /ifempty looks at subkeys only
-  EnumRegValue $0 SHCTX "Software\Classes\.exz" 0
-  StrCmp $0 "" 0 +2
   DeleteRegKey /ifempty SHCTX "Software\Classes\.exz"
   DeleteRegKey SHCTX "Software\Classes\${TYPE}"
   DeleteRegKey SHCTX "${UNINSTALL_KEY}"
