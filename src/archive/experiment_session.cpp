@@ -221,7 +221,7 @@ fs::path ArchiveLockFile(const fs::path& path) {
   std::error_code error;
   fs::path file = fs::weakly_canonical(path, error);
   if (error) file = path;
-  return file.parent_path() / ("." + PathText(file.filename()) + ".lock");
+  return file.parent_path() / PathFromText("." + PathText(file.filename()) + ".lock");
 }
 
 FileLock LockArchive(const fs::path& path) {

@@ -44,8 +44,8 @@ UnsavedWork UnsavedWork::Claim(const fs::path& folder) {
     }
   }
   throw FileFault(PathText(folder) + ": " +
-                      (error ? error.message() : std::string("no place can be made there")),
-                  error.value());
+                      (error ? SystemErrorText(error) : std::string("no place can be made there")),
+                  error.default_error_condition().value());
 }
 
 std::vector<UnsavedWork> UnsavedWork::Abandoned(const fs::path& folder) {
@@ -85,7 +85,9 @@ fs::path UnsavedWork::SetAside() {
     target = shared / ("damaged-" + std::to_string(number) + ".exz");
   }
   fs::rename(File(), target, error);
-  if (error) throw FileFault(PathText(File()) + ": " + error.message(), error.value());
+  if (error)
+    throw FileFault(PathText(File()) + ": " + SystemErrorText(error),
+                    error.default_error_condition().value());
   return target;
 }
 

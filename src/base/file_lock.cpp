@@ -2,14 +2,13 @@
 
 #include <array>
 #include <cerrno>
-#include <cstdlib>
 #include <utility>
 
 #include "base/clock.h"
+#include "base/environment.h"
 #include "base/files.h"
 
 #if defined(_WIN32)
-#define NOMINMAX
 #include <windows.h>
 #else
 #include <fcntl.h>
@@ -25,11 +24,6 @@ namespace fs = std::filesystem;
 namespace {
 
 constexpr std::size_t kLongestLine = 200;  // characters that are shown of what a lock file says
-
-std::string Environment(const char* name) {
-  const char* value = std::getenv(name);
-  return value == nullptr ? std::string() : value;
-}
 
 std::string ThisProcess() {
 #if defined(_WIN32)

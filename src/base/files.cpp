@@ -10,9 +10,13 @@
 #include <system_error>
 #include <vector>
 
+#include "base/file_replace.h"
+
 #if defined(_WIN32)
+#include <fcntl.h>
 #include <io.h>
 #include <process.h>
+#include <sys/stat.h>
 #else
 #include <fcntl.h>
 #include <unistd.h>
@@ -29,10 +33,15 @@ struct CloseFile {
 };
 using FileHandle = std::unique_ptr<std::FILE, CloseFile>;
 
+[[noreturn]] void Fail(const fs::path& path, const char* what, const std::error_code& error) {
+  const std::string why =
+      OpenElsewhere(path) ? "another program has it open" : SystemErrorText(error);
+  throw FileFault(PathText(path) + ": " + what + ": " + why,
+                  error.default_error_condition().value());
+}
+
 [[noreturn]] void Fail(const fs::path& path, const char* what, int error) {
-  throw FileFault(PathText(path) + ": " + what + ": " +
-                      std::error_code(error, std::generic_category()).message(),
-                  error);
+  Fail(path, what, std::error_code(error, std::generic_category()));
 }
 
 FileHandle OpenForWriting(const fs::path& path) {
@@ -46,7 +55,9 @@ FileHandle OpenForWriting(const fs::path& path) {
 // Null with EEXIST if something stands there, be it a link that leads nowhere.
 FileHandle OpenNew(const fs::path& path) {
 #if defined(_WIN32)
-  return FileHandle(_wfopen(path.c_str(), L"wbx"));
+  const int file = _wopen(path.c_str(), _O_WRONLY | _O_CREAT | _O_EXCL | _O_BINARY | _O_NOINHERIT,
+                          _S_IREAD | _S_IWRITE);
+  return FileHandle(file < 0 ? nullptr : _fdopen(file, "wb"));
 #else
   return FileHandle(std::fopen(path.c_str(), "wbxe"));
 #endif
@@ -118,15 +129,6 @@ class TemporaryFile {
   FileHandle file_;
   bool made_ = false;
 };
-
-// Whether the user has not forbidden that the file is replaced: a rename would not ask.
-bool MayReplace([[maybe_unused]] const fs::path& file) {
-#if defined(_WIN32)
-  return true;  // there a rename asks
-#else
-  return access(file.c_str(), W_OK) == 0;
-#endif
-}
 
 // A rename is on the disk once its folder is. Not every file system can be asked for it.
 void FlushFolder([[maybe_unused]] const fs::path& folder) {
@@ -242,9 +244,9 @@ void WriteWholeFile(const fs::path& path, std::string_view bytes,
     throw FileFault(PathText(path) + ": does not read back as it was written");
   }
   if (check) check(temporary.path());
-  std::error_code error;
-  fs::rename(temporary.path(), target, error);
-  if (error) Fail(path, "cannot be written", error.value());
+  if (const std::error_code error = RenameOver(temporary.path(), target)) {
+    Fail(path, "cannot be written", error);
+  }
   FlushFolder(target.parent_path());
 }
 
@@ -257,6 +259,10 @@ void RemoveLeftovers(const fs::path& folder) {
     }
   }
   for (const fs::path& file : leftovers) fs::remove(file, error);
+}
+
+std::string SystemErrorText(const std::error_code& error) {
+  return error.default_error_condition().message();
 }
 
 std::string PathText(const fs::path& path) {

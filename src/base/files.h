@@ -6,6 +6,7 @@
 #include <stdexcept>
 #include <string>
 #include <string_view>
+#include <system_error>
 
 namespace quorvane {
 
@@ -62,6 +63,9 @@ void WriteWholeFile(const std::filesystem::path& path, std::string_view bytes,
 // Removes the temporary files that killed processes left in `folder`. Only for a folder in which no
 // other process writes.
 void RemoveLeftovers(const std::filesystem::path& folder);
+
+// What the system says of an error: the same English words on every system.
+std::string SystemErrorText(const std::error_code& error);
 
 // The path as UTF-8 text, as it was given.
 std::string PathText(const std::filesystem::path& path);

@@ -39,7 +39,7 @@ void MakeFolder(const fs::path& folder) {
   fs::create_directories(folder, error);
   if (!DirExists(folder)) {
     throw FileFault(PathText(folder) + ": the folder cannot be made" +
-                    (error ? ": " + error.message() : ""));
+                    (error ? ": " + SystemErrorText(error) : ""));
   }
 }
 

@@ -20,6 +20,9 @@ extern "C" void OnInterrupt(int signal) {
 
 void CatchInterrupts() {
   std::signal(SIGINT, OnInterrupt);
+#if defined(SIGBREAK)
+  std::signal(SIGBREAK, OnInterrupt);  // Ctrl-Break
+#endif
 }
 
 TerminalHost::TerminalHost(const CommandStreams& streams, bool quiet, StopFlag& stop)

@@ -14,7 +14,7 @@
 
 namespace quorvane {
 
-// From here on an interrupt (Ctrl-C) stops a running calculation instead of ending the program; a
+// From here on an interrupt (Ctrl-C, on Windows also Ctrl-Break) stops a running calculation instead of ending the program; a
 // second one ends it.
 void CatchInterrupts();
 

@@ -30,7 +30,9 @@ struct OffscreenDrawing::Application {
 
 OffscreenDrawing::OffscreenDrawing() {
   if (QCoreApplication::instance() == nullptr) {
+#if !defined(Q_OS_WIN)  // it draws in memory without that, and off screen it has no fonts
     qputenv("QT_QPA_PLATFORM", "offscreen");
+#endif
     const QtMessageHandler usual = qInstallMessageHandler(PrintSevereOnly);
     application_ = std::make_unique<Application>();
     qInstallMessageHandler(usual);

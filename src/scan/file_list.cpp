@@ -23,7 +23,7 @@ std::vector<std::string> NamesIn(const fs::path& folder,
     std::error_code ignored;  // a link that leads nowhere is no file
     if (listed(name) && entry->is_regular_file(ignored)) names.push_back(PathText(name));
   }
-  if (error) throw FileFault(PathText(folder) + ": " + error.message());
+  if (error) throw FileFault(PathText(folder) + ": " + SystemErrorText(error));
   std::sort(names.begin(), names.end());
   return names;
 }

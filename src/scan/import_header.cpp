@@ -101,7 +101,7 @@ class HeaderTaking {
   double CellByName() const {
     const std::string name = PathText(target_.filename());
     const char last = name.empty() ? '1' : name.back();
-    const bool digit = target_.extension().string().size() == 4 && last >= '1' && last <= '8';
+    const bool digit = PathText(target_.extension()).size() == 4 && last >= '1' && last <= '8';
     return digit ? last - '0' : 1;
   }
 

@@ -4,6 +4,7 @@
 #include <limits>
 
 #include "base/arithmetic.h"
+#include "base/file_replace.h"
 #include "base/files.h"
 #include "base/host.h"
 #include "base/text.h"
@@ -121,7 +122,10 @@ std::ifstream OpenScan(const std::filesystem::path& path) {
     throw FileFault(PathText(path) + ": is no regular file");  // a device may never end
   }
   std::ifstream in(path, std::ios::binary);
-  if (!in) throw FileFault(PathText(path) + ": cannot be read");
+  if (!in) {
+    throw FileFault(PathText(path) + ": cannot be read" +
+                    (OpenElsewhere(path) ? ": another program has it open" : ""));
+  }
   return in;
 }
 

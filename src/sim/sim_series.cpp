@@ -133,7 +133,7 @@ void MoveAll(const fs::path& from, const fs::path& to, const std::vector<SeriesF
   for (const SeriesFile& file : files) {
     std::error_code error;
     fs::rename(from / file.name, to / file.name, error);
-    if (error) throw FileFault(PathText(to / file.name) + ": " + error.message());
+    if (error) throw FileFault(PathText(to / file.name) + ": " + SystemErrorText(error));
   }
 }
 
@@ -205,7 +205,7 @@ void WriteSeries(const fs::path& folder, const std::vector<SeriesFile>& files) {
   try {
     const FolderBeside beside(folder);
     for (const SeriesFile& file : files) {
-      WriteWholeFile(beside.Path() / file.name, Utf8ToCp1252(file.text));
+      WriteWholeFile(beside.Path() / PathFromText(file.name), Utf8ToCp1252(file.text));
     }
     MoveAll(beside.Path(), folder, files);
   } catch (const FileFault&) {

@@ -22,13 +22,15 @@ class KeptFitsTest : public testing::Test {
  protected:
   void SetUp() override {
     module.Preferences.SaveGraphs = module.Preferences.LogGraphs = false;
-    const auto mixture = [](double x, double omega) {
-      const double a = 0.2 * std::exp(7500.0 * omega * x);
-      const double b = 0.15 * std::exp(5200.0 * omega * x);
-      return 0.01 + a + b + 2.7 * a * b;
-    };
-    for (int k = 0; k < 4; ++k) AddScan(module, {.speed = 15000 + 5000 * (k / 2)}, mixture);
-    for (int k = 0; k < 4; ++k) module.Store.Datasets[k].ExtCoeff2 = k % 2 == 0 ? 0.7 : 1.4;
+    for (int k = 0; k < 4; ++k) {
+      const double ofB = k % 2 == 0 ? 0.7 : 1.4;  // its extinction, so that each pair determines it
+      AddScan(module, {.speed = 15000 + 5000 * (k / 2)}, [ofB](double x, double omega) {
+        const double a = 0.2 * std::exp(7500.0 * omega * x);
+        const double b = 0.15 * std::exp(5200.0 * omega * x);
+        return 0.01 + a + ofB * b + 2.7 * (1.0 + ofB) * a * b;
+      });
+      module.Store.Datasets[k].ExtCoeff2 = ofB;
+    }
   }
   void Fit(const char* model, bool linked) {
     module.Setup = FreshSetup({0, 1, 2, 3}, module.Store, *FindModel(model));

@@ -51,6 +51,13 @@ TEST(CheckArithmetic, SeesTheFaultOfTheLastOperation) {
   EXPECT_EQ(KindOf([&] { result = std::sqrt(-one); }), "Invalid operation");
   EXPECT_TRUE(std::isnan(result));
   EXPECT_EQ(KindOf([&] { result = std::exp(big); }), "Overflow");
+  EXPECT_EQ(KindOf([&] { result = std::expm1(big); }), "Overflow");
+  EXPECT_EQ(KindOf([&] { result = std::pow(big, big); }), "Overflow");
+  EXPECT_EQ(KindOf([&] { result = std::pow(-one, 0.5); }), "Invalid operation");
+  EXPECT_EQ(KindOf([&] { result = std::pow(zero, -one); }), "Division by zero");
+  EXPECT_EQ(KindOf([&] { result = std::log(zero); }), "Division by zero");
+  EXPECT_EQ(KindOf([&] { result = std::log(-one); }), "Invalid operation");
+  EXPECT_EQ(KindOf([&] { result = std::log10(-one); }), "Invalid operation");
   EXPECT_EQ(KindOf([&] { result = tiny * tiny; }), "");  // underflow is none
   EXPECT_EQ(result, 0.0);
   // An infinity makes later operations invalid: the cause is named, not its consequence.

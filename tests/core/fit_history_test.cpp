@@ -162,7 +162,7 @@ TEST(FitHistory, SortsRenamesAndDeletes) {
   for (const char* model : {"Monomer-Nmer", "Ideal", "Nonideal"}) session.Fit(model);
   EXPECT_EQ(fits.Sorted(HistoryKey::kTime).front(), 2U);
   EXPECT_EQ(fits.Sorted(HistoryKey::kModel), (std::vector<std::size_t>{1, 0, 2}));
-  EXPECT_EQ(fits.Sorted(HistoryKey::kSum).back(), 1U);
+  EXPECT_EQ(fits.Sorted(HistoryKey::kSum).front(), 2U);
   EXPECT_FALSE(fits.Rename(0, "  "));
   EXPECT_TRUE(fits.Rename(0, " a dimer "));
   EXPECT_EQ(fits.Sorted(HistoryKey::kName).back(), 0U);  // "a" behind "F"

@@ -99,7 +99,8 @@ TEST(LoadDroppedFiles, NamesWhatIsNoScanInOneMessage) {
 TEST(ListScanFiles, MatchesByKindWithoutRegardToCase) {
   Session s;
   std::filesystem::create_directory(s.folder / "folder.RA1");
-  std::filesystem::create_symlink("nowhere", s.folder / "link.RA1");
+  std::error_code ignored;  // not every system has links
+  std::filesystem::create_symlink("nowhere", s.folder / "link.RA1", ignored);
   for (const char* name : {"b.ip1", "A.Ra3", "x.DAT", "y.dat.bak", "c.fi2", "e.EL1", "ip"}) {
     s.folder.Write(name, "");
   }

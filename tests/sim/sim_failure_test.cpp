@@ -47,7 +47,7 @@ const std::vector<Case> kCases = {
     {"K without a logarithm", 6, {{SimBox::kLnK1, "0"}}, KDisplay::kPlain, "Invalid operation"},
 };
 
-long Lines(const std::string& text) {
+std::ptrdiff_t Lines(const std::string& text) {
   return std::count(text.begin(), text.end(), '\n');
 }
 

@@ -30,12 +30,15 @@ class TempFolder {
   TempFolder(const TempFolder&) = delete;
   TempFolder& operator=(const TempFolder&) = delete;
 
-  std::filesystem::path operator/(std::string_view name) const { return path_ / name; }
+  // `name` is UTF-8.
+  std::filesystem::path operator/(std::string_view name) const {
+    return path_ / std::u8string(name.begin(), name.end());
+  }
   const std::filesystem::path& path() const { return path_; }
 
   // Writes `text` as it is to a file of the folder.
   std::filesystem::path Write(std::string_view name, std::string_view text) const {
-    const std::filesystem::path file = path_ / name;
+    const std::filesystem::path file = *this / name;
     std::ofstream(file, std::ios::binary) << text;
     return file;
   }

@@ -1,12 +1,17 @@
 #include "core/settings/user_folder.h"
 
-#include <cstdlib>
+#if defined(_WIN32)
+#include <windows.h>
 
-#if !defined(_WIN32)
+#include <shlobj.h>
+
+#include <memory>
+#else
 #include <pwd.h>
 #include <unistd.h>
 #endif
 
+#include "base/environment.h"
 #include "base/files.h"
 
 namespace quorvane {
@@ -15,13 +20,25 @@ namespace fs = std::filesystem;
 
 namespace {
 
-// The value of an environment variable, empty if it is not set.
 fs::path FromEnvironment(const char* name) {
-  const char* value = std::getenv(name);
-  return value == nullptr ? fs::path() : PathFromText(value);
+  return PathFromText(Environment(name));
 }
 
-#if !defined(_WIN32)
+#if defined(_WIN32)
+struct FreeByShell {
+  void operator()(wchar_t* text) const { CoTaskMemFree(text); }
+};
+
+// The folder that a variable names; where it is not set, the system knows it.
+fs::path FolderOfUser(const char* variable, const KNOWNFOLDERID& id) {
+  fs::path folder = FromEnvironment(variable);
+  if (folder.is_absolute()) return folder;
+  PWSTR known = nullptr;
+  const bool found = SHGetKnownFolderPath(id, 0, nullptr, &known) == S_OK;
+  const std::unique_ptr<wchar_t, FreeByShell> text(known);
+  return found ? fs::path(known) : fs::temp_directory_path();
+}
+#else
 // Services and containers start programs without HOME; then the list of users knows it.
 fs::path HomeFolder() {
   fs::path home = FromEnvironment("HOME");
@@ -35,7 +52,7 @@ fs::path HomeFolder() {
 
 fs::path ConfigurationFolder() {
 #if defined(_WIN32)
-  return FromEnvironment("APPDATA") / "Quorvane";
+  return FolderOfUser("APPDATA", FOLDERID_RoamingAppData) / "Quorvane";
 #else
   const fs::path configured = FromEnvironment("XDG_CONFIG_HOME");
   if (configured.is_absolute()) return configured / "quorvane";
@@ -45,7 +62,7 @@ fs::path ConfigurationFolder() {
 
 fs::path DataFolder() {
 #if defined(_WIN32)
-  return FromEnvironment("LOCALAPPDATA") / "Quorvane";
+  return FolderOfUser("LOCALAPPDATA", FOLDERID_LocalAppData) / "Quorvane";
 #else
   const fs::path configured = FromEnvironment("XDG_DATA_HOME");
   if (configured.is_absolute()) return configured / "quorvane";

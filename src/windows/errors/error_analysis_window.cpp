@@ -301,8 +301,8 @@ void ErrorAnalysisWindow::SaveTables() {
   if (name.isEmpty()) return;
   const std::filesystem::path path = ToPath(name);
   const auto beside = [&](const std::string& what) {
-    std::filesystem::path other = path;
-    return other.replace_filename(path.stem().string() + "-" + what + path.extension().string());
+    return path.parent_path() /
+           PathFromText(PathText(path.stem()) + "-" + what + PathText(path.extension()));
   };
   const auto has = [&](auto member) {
     return std::any_of(found_.parameters.begin(), found_.parameters.end(),

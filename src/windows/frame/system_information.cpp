@@ -7,6 +7,7 @@
 #include <QSysInfo>
 #include <QThread>
 
+#include "base/environment.h"
 #include "base/files.h"
 #include "core/program_state.h"
 
@@ -23,7 +24,8 @@ QString ProcessorName() {
       if (line.startsWith(QStringLiteral("model name"))) return line.section(':', 1).trimmed();
     }
   }
-  return QSysInfo::currentCpuArchitecture();
+  const std::string named = Environment("PROCESSOR_IDENTIFIER");  // Windows
+  return named.empty() ? QSysInfo::currentCpuArchitecture() : QString::fromStdString(named);
 }
 
 QString ScreenText(const QScreen& screen) {

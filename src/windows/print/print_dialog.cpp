@@ -60,6 +60,22 @@ Choice Ask(QWidget* parent, QPrinter& printer, const PrintJob& job) {
 
 }  // namespace
 
+#if defined(Q_OS_WIN)
+
+// The dialog is the system's and takes no buttons of ours, so the pages are shown before it. It does
+// not know files either: without a printer the preview writes one.
+bool RunPrintDialog(Dialogs& ask, QWidget* parent, QPrinter& printer, const PrintJob& job) {
+  const bool file = printer.outputFormat() == QPrinter::PdfFormat;
+  while (PrintPreview(printer, job, parent).exec() == PrintPreview::kPrint) {
+    if (file ? MayWrite(ask, parent, printer) : Ask(parent, printer, job) == Choice::kPrint) {
+      return true;
+    }
+  }
+  return false;
+}
+
+#else
+
 bool RunPrintDialog(Dialogs& ask, QWidget* parent, QPrinter& printer, const PrintJob& job) {
   for (;;) {
     const Choice choice = Ask(parent, printer, job);
@@ -69,5 +85,7 @@ bool RunPrintDialog(Dialogs& ask, QWidget* parent, QPrinter& printer, const Prin
     if (result == PrintPreview::kPrint && MayWrite(ask, parent, printer)) return true;
   }
 }
+
+#endif
 
 }  // namespace quorvane

@@ -40,7 +40,7 @@ inline QString ToQString(const std::filesystem::path& path) {
 }
 
 inline std::filesystem::path ToPath(const QString& text) {
-  return PathFromText(text.toStdString());
+  return PathFromText(text.toStdString()).make_preferred();
 }
 
 }  // namespace quorvane
