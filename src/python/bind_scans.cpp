@@ -192,7 +192,7 @@ void BindScans(py::module_& m) {
   scan.def_static("unpack", [](const py::bytes& bytes) {
     ByteReader in("dataset", Unsealed("dataset", ViewOf(bytes)));
     const Dataset dataset = ReadDataset(in);
-    if (!in.AtEnd()) in.Fail("more than a dataset");
+    if (!in.AtEnd()) in.Fail("length");
     return ScanRecord(dataset);
   });
   m.def("load", LoadScans);

@@ -37,19 +37,20 @@ std::string LongTextIn(ByteReader& in) {
 
 double FiniteIn(ByteReader& in) {
   const double value = in.Double("number of a fit");
-  if (!std::isfinite(value)) in.Fail("a number that is not finite");
+  if (!std::isfinite(value)) in.Fail("number, which is not finite,");
   return value;
 }
 
-// As many numbers as `values` has places.
-void ReadInto(Array1<double>& values, ByteReader& in) {
-  if (in.Int32("count") != values.size()) in.Fail("a fit of other points or parameters");
-  for (int k = 1; k <= values.size(); ++k) values(k) = FiniteIn(in);
+// The first `count` numbers; `values` may have more places.
+void Write(const Array1<double>& values, int count, ByteWriter& out) {
+  out.Int32(count);
+  out.Doubles({values.data(), static_cast<std::size_t>(count)});
 }
 
-void Write(const Array1<double>& values, ByteWriter& out) {
-  out.Int32(values.size());
-  out.Doubles({values.data(), static_cast<std::size_t>(values.size())});
+void Read(Array1<double>& values, int count, ByteReader& in) {
+  if (in.Int32("count") != count) in.Fail("number of points or parameters");
+  if (values.size() < count) values.Resize(count);
+  for (int k = 1; k <= count; ++k) values(k) = FiniteIn(in);
 }
 
 void WriteGeometries(const std::vector<CellGeometry>& geometries, ByteWriter& out) {
@@ -69,11 +70,11 @@ std::vector<CellGeometry> ReadGeometries(ByteReader& in) {
     geometry.number = in.Int16("cell geometry");
     geometry.name = LongTextIn(in);
     const std::uint32_t pairs = in.Count(8, "cell geometry");
-    if (pairs > kMaxGeometryPairs) in.Fail("more pairs than a cell geometry has");
+    if (pairs > kMaxGeometryPairs) in.Fail("number of pairs");
     for (std::vector<float>* const column : {&geometry.r, &geometry.f}) {
       for (std::uint32_t k = 0; k < pairs; ++k) {
         column->push_back(in.Float("cell geometry"));
-        if (!std::isfinite(column->back())) in.Fail("a number that is not finite");
+        if (!std::isfinite(column->back())) in.Fail("number, which is not finite,");
       }
     }
   }
@@ -107,9 +108,11 @@ std::optional<RestVerdict> ReadRest(ByteReader& in) {
 void WriteResults(const FinishedFit& fit, ByteWriter& out) {
   const FitState& state = fit.state;
   out.Int32(fit.iterations);
-  Write(state.FitA, out);
-  Write(state.FitYCalc, out);
-  Write(state.SetCalcLoad, out);
+  Write(state.FitA, state.FitMA, out);
+  Write(state.FitYCalc, state.FitNumPoints, out);
+  const bool loads = state.SetCalcLoad.size() >= state.NumFitSets;
+  out.Int16(loads ? 1 : 0);
+  if (loads) Write(state.SetCalcLoad, state.NumFitSets, out);
   for (int j = 1; j <= state.FitCovar.rows(); ++j) {
     out.Doubles({state.FitCovar.Row(j), static_cast<std::size_t>(state.FitCovar.cols())});
   }
@@ -123,13 +126,9 @@ void WriteResults(const FinishedFit& fit, ByteWriter& out) {
 void ReadResults(FinishedFit& fit, ByteReader& in) {
   FitState& state = fit.state;
   fit.iterations = in.Int32("iterations");
-  ReadInto(state.FitA, in);
-  state.FitYCalc.Resize(state.FitNumPoints);
-  ReadInto(state.FitYCalc, in);
-  const std::int32_t loads = in.Int32("count");
-  if (loads != 0 && loads != state.NumFitSets) in.Fail("a fit of other datasets");
-  state.SetCalcLoad.Resize(loads);
-  for (int d = 1; d <= loads; ++d) state.SetCalcLoad(d) = FiniteIn(in);
+  Read(state.FitA, state.FitMA, in);
+  Read(state.FitYCalc, state.FitNumPoints, in);
+  if (in.Int16("loads") != 0) Read(state.SetCalcLoad, state.NumFitSets, in);
   state.FitCovar = Matrix1<double>(state.FitMA, state.FitMA);
   for (int j = 1; j <= state.FitMA; ++j) {
     for (int k = 1; k <= state.FitMA; ++k) state.FitCovar(j, k) = FiniteIn(in);
@@ -149,7 +148,7 @@ void ReadPage(QuorvaneModule& module, ByteReader& in) {
   module.ConstantsSet.Density = in.Int16("constants") != 0;
   module.Preferences.MCTolerance = FiniteIn(in);
   const Model* model = FindModel(int{in.Int16("model")});
-  if (model == nullptr) in.Fail("a model that there is not");
+  if (model == nullptr) in.Fail("model");
   module.ChosenModel = model;
   module.CellGeometries = ReadGeometries(in);
   const std::uint32_t count = in.Count(800, "datasets");
@@ -158,9 +157,9 @@ void ReadPage(QuorvaneModule& module, ByteReader& in) {
     module.Store.UseData.push_back(false);
   }
   const std::string setup = LongTextIn(in);
-  if (!IsSetupText(setup)) in.Fail("no setup");
+  if (!IsSetupText(setup)) in.Fail("setup");
   TakeSetup(setup, "fit", module);
-  if (module.Setup.NumFitSets == 0) in.Fail("no datasets");
+  if (module.Setup.NumFitSets == 0) in.Fail("number of datasets");
 }
 
 }  // namespace
@@ -210,7 +209,7 @@ FitRecord UnpackFit(std::string_view bytes) {
   for (std::uint32_t count = in.Count(4, "messages"); count > 0; --count) {
     record.messages.push_back(LongTextIn(in));
   }
-  if (!in.AtEnd()) in.Fail("more than a fit");
+  if (!in.AtEnd()) in.Fail("length");
   return record;
 }
 

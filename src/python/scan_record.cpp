@@ -30,7 +30,7 @@ void ReadText(FixedText<N>& text, ByteReader& in) {
 
 double FiniteIn(ByteReader& in) {
   const double value = in.Double("number of a dataset");
-  if (!std::isfinite(value)) in.Fail("a number that is not finite");
+  if (!std::isfinite(value)) in.Fail("number, which is not finite,");
   return value;
 }
 
@@ -128,10 +128,10 @@ Dataset ReadDataset(ByteReader& in) {
   dataset.Speed = in.Int32("speed");
   dataset.Wavelength = in.Int16("wavelength");
   dataset.Temperature = in.Float("temperature");
-  if (!std::isfinite(dataset.Temperature)) in.Fail("a temperature that is not finite");
+  if (!std::isfinite(dataset.Temperature)) in.Fail("temperature");
   for (double Dataset::*const number : kNumbers) dataset.*number = FiniteIn(in);
   const std::int16_t points = in.Int16("points");
-  if (points < 0 || points > kMaxPoints) in.Fail("more points than a dataset has");
+  if (points < 0 || points > kMaxPoints) in.Fail("number of points");
   dataset.NumPoints = points;
   for (auto* const column : {&dataset.R, &dataset.C, &dataset.Err}) {
     for (std::int16_t k = 0; k < points; ++k) (*column)[static_cast<std::size_t>(k)] = FiniteIn(in);
