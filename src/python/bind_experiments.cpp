@@ -36,11 +36,19 @@ const std::vector<std::pair<std::string, double FitPage::*>>& PageNames() {
   return names;
 }
 
+ReadExperiment Read(const std::filesystem::path& path) {
+  try {
+    return ReadExperimentFile(path);
+  } catch (const ArchiveFault& fault) {
+    throw FileFault(PathText(path) + " is not a valid saved experiment file!\n" + fault.what());
+  }
+}
+
 ExperimentRecord Open(const std::filesystem::path& path) {
   return RunFree([&](QuorvaneModule&, PythonHost& host) {
     ExperimentRecord record;
     record.module.Preferences.SaveGraphs = false;
-    ReadExperiment read = ReadExperimentFile(path);
+    ReadExperiment read = Read(path);
     record.rtf = read.experiment.log;
     const std::string remark = ResumeExperiment(record.module, std::move(read), host);
     record.log = host.Log();

@@ -523,12 +523,12 @@ def fit(
     if not isinstance(model, str):
         raise TypeError("model: a name is wanted")
     job = _Job(model, len(datasets))
-    job.start(dict(start or {}))
+    job.start(dict(start if start is not None else {}))
     for names, is_fitted, what in ((held, False, "held"), (fitted, True, "fitted")):
         for name in _texts(names, what):
             job.choose(name, is_fitted)
-    job.link(dict(links or {}))
-    for dataset, geometry in dict(cell_geometry or {}).items():
+    job.link(dict(links if links is not None else {}))
+    for dataset, geometry in dict(cell_geometry if cell_geometry is not None else {}).items():
         if not 0 <= int(dataset) < len(datasets):
             raise ValueError("cell_geometry: there is no such dataset")
         job.rows[int(dataset)]["cell_geometry"] = int(geometry)

@@ -186,7 +186,7 @@ def plan(
     plan that breaks a rule, FitError for one beyond all numbers.
     """
     truth: Dict[str, Any] = {}
-    for name, value in dict(parameters or {}).items():
+    for name, value in dict(parameters if parameters is not None else {}).items():
         entry = dict(value) if isinstance(value, Mapping) else {"value": float(value)}
         if name in held:
             entry["fit"] = False
