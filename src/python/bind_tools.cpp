@@ -61,14 +61,10 @@ py::object SimulateJob(const py::dict& inputs, std::optional<std::uint64_t> seed
 }
 
 py::object Plan(const py::dict& values) {
-  const ExperimentPlan plan = PlanOf(TomlOf(values, "plan"));
+  const ExperimentPlan plan = PlanOf(TomlOf(values, "plan"), {});
   return ObjectOf(RunFree([&](QuorvaneModule& module, PythonHost& host) {
-    const PlanResult result = PlanExperiment(plan);
-    std::optional<PlanCheck> check;
-    if (plan.check > 0) {
-      check = CheckPlan(plan, result, {.experiments = plan.check}, module.Stop, host);
-    }
-    return PlanJson(plan, result, check);
+    const WorkedPlan worked = WorkOut(plan, module.Stop, host);
+    return PlanJson(plan, worked.result, worked.check);
   }));
 }
 

@@ -2,10 +2,8 @@
 // report, see quorvane/_report.py.
 #include <pybind11/stl/filesystem.h>
 
-#include "base/arithmetic.h"
 #include "base/files.h"
 #include "core/report/report_file.h"
-#include "plot/figure_export.h"
 #include "plot/offscreen.h"
 #include "plot/report_pages.h"
 #include "python/fit_record.h"
@@ -21,10 +19,7 @@ void WriteReportOf(const py::bytes& bytes, const std::filesystem::path& path) {
     QuorvaneModule module;
     BeginAround(record, module);
     const OffscreenDrawing drawing;
-    const auto picture = [](const Chart& chart) {
-      return RenderChart(chart, PictureFormat::kSvg, kReportChart);
-    };
-    WriteReport(module, path, {picture, RenderReportPages});
+    WriteReport(module, path, {{RenderReportChart, RenderReportFigure}, RenderReportPages});
   } catch (const FileFault& fault) {
     PyErr_SetString(PyExc_OSError, fault.what());
     throw py::error_already_set();

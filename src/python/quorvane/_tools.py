@@ -162,6 +162,8 @@ def plan(
     temperature: Optional[float] = None,
     vbar: Optional[float] = None,
     density: Optional[float] = None,
+    sequence: Optional[str] = None,
+    buffer: Optional[str] = None,
     held: Sequence[str] = (),
     check: int = 0,
 ) -> Plan:
@@ -180,6 +182,8 @@ def plan(
                  "6 channels" or "8 channels"
     points       of a scan, 200 if not given
     temperature  deg C
+    vbar, density  ml/g and g/ml; or `sequence` and `buffer` in place of them, see
+                 :func:`solution`
     check        so many experiments are simulated and fitted
 
     Stoichiometries count as known unless their entry says {"fit": True}. Raises ValueError for a
@@ -203,7 +207,7 @@ def plan(
         "candidates": candidates, "choose": choose, "loads_b": loads_b,
         "ext_coeff_b": ext_coeff_b, "most_signal": most_signal, "centerpiece": centerpiece,
         "meniscus": meniscus, "base": base, "points": points, "temperature": temperature,
-        "vbar": vbar, "density": density, "check": check or None, "parameters": truth,
+        "vbar": vbar, "density": density, "sequence": sequence, "buffer": buffer, "check": check or None, "parameters": truth,
     })
     found = _quorvane.plan(job)
     expected = {p["name"]: ExpectedError(**p) for p in found["parameters"]}
