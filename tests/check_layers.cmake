@@ -18,6 +18,7 @@ set(below_job base solution scan fit stats sim core)
 set(below_archive base solution scan fit core job)
 set(below_windows base rtf solution scan fit stats sim match core plot job archive)
 set(below_cli base rtf solution scan fit stats sim match core plot job archive)
+set(below_python base rtf solution scan fit stats sim core plot job archive)
 
 # The rooms inside the large folders, from the top: a room includes itself and what stands behind
 # its own line. Files of the folder itself stand above its rooms.
@@ -60,7 +61,7 @@ function(check_room folder room path result)
 endfunction()
 
 set(faults "")
-foreach(folder base rtf solution scan fit stats sim match core plot job archive windows cli)
+foreach(folder base rtf solution scan fit stats sim match core plot job archive windows cli python)
   file(GLOB_RECURSE files RELATIVE ${SOURCE_DIR}/src
     ${SOURCE_DIR}/src/${folder}/*.h ${SOURCE_DIR}/src/${folder}/*.cpp)
   foreach(file ${files})

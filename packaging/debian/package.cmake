@@ -30,4 +30,11 @@ experiment is kept in one file.
 .
 The package holds the window program quorvane and the command line
 quorvane-cli, which repeats and scripts analyses.")
+# What the rules of the Python module install is a package of its own.
+set(CPACK_INSTALL_CMAKE_PROJECTS "${CMAKE_BINARY_DIR};${PROJECT_NAME};Unspecified;/")
 include(CPack)
+if(QUORVANE_PYTHON)
+  math(EXPR next "${Python3_VERSION_MINOR} + 1")
+  configure_file(${CMAKE_CURRENT_LIST_DIR}/python/package.cmake.in
+    ${CMAKE_BINARY_DIR}/CPackPythonConfig.cmake @ONLY)
+endif()

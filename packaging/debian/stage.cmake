@@ -12,9 +12,4 @@ endforeach()
 file(REMOVE ${share}/quorvane/LICENSE)
 file(CREATE_LINK ../common-licenses/GPL-3 ${share}/quorvane/LICENSE SYMBOLIC)
 
-file(GLOB texts ${share}/man/man1/*.1 ${doc}/changelog)
-execute_process(COMMAND gzip -9nf ${texts} COMMAND_ERROR_IS_FATAL ANY)
-# Checked-out files have the times of the check-out; one time for all makes equal packages.
-execute_process(COMMAND sh -c
-  "find '${CPACK_TEMPORARY_DIRECTORY}' -exec touch -h -d \"@\${SOURCE_DATE_EPOCH:-$(date +%s)}\" {} +"
-  COMMAND_ERROR_IS_FATAL ANY)
+include(${CMAKE_CURRENT_LIST_DIR}/finish.cmake)

@@ -9,14 +9,15 @@
 #include "base/number_format.h"
 #include "cli/archive_command.h"
 #include "cli/fit_table.h"
-#include "cli/json_errors.h"
-#include "cli/json_records.h"
 #include "cli/terminal_host.h"
 #include "core/fit_run.h"
 #include "core/page/figure_sets.h"
 #include "core/report/report_file.h"
 #include "job/job.h"
+#include "job/job_run.h"
 #include "job/job_steps.h"
+#include "job/json_errors.h"
+#include "job/json_records.h"
 #include "job/require.h"
 #include "plot/figure_export.h"
 #include "plot/offscreen.h"
@@ -41,65 +42,6 @@ void MakeFolder(const fs::path& folder) {
     throw FileFault(PathText(folder) + ": the folder cannot be made" +
                     (error ? ": " + SystemErrorText(error) : ""));
   }
-}
-
-// "Fit" so often; stops at the first press that does not finish.
-FitOutcome FitRepeatedly(int presses, QuorvaneModule& module, TerminalHost& host) {
-  FitOutcome outcome;
-  for (int press = 0; press < presses; ++press) {
-    outcome = RunFit(module, host);
-    if (outcome.ending != FitEnding::kFinished) break;
-  }
-  return outcome;
-}
-
-// "Fit to Rest"; says why if there is no rest.
-FitOutcome FitOnceAtRest(QuorvaneModule& module, TerminalHost& host) {
-  FitOutcome outcome = FitToRest(module, host);
-  const bool without = outcome.ending == FitEnding::kNoRest ||
-                       (outcome.ending == FitEnding::kStopped && !outcome.error.empty());
-  if (without) host.ReportFailure(outcome.error);
-  return outcome;
-}
-
-// Whether the finished fit is at rest, into the last fit; told if it is not.
-void TellRest(QuorvaneModule& module, TerminalHost& host) {
-  const std::shared_ptr<const FinishedFit> fit = module.LastFit;
-  const RestVerdict verdict = JudgeRest(fit->state, module.Stop, host);
-  ShareVerdict(module, *fit, verdict);
-  module.Stop.Lower();  // a time limit ends the verdict, not what comes after the fit
-  if (!verdict.atRest.value_or(false)) host.ReportFailure(verdict.reason);
-}
-
-// The constants that sequence and buffer of the job stand for, and what they do not know.
-void TakeSolution(const Job& job, QuorvaneModule& module, TerminalHost& host) {
-  if (!job.solution) return;
-  const SolutionValues values = ValuesAt(*job.solution, TemperatureOf(job, module));
-  TakeValues(values, module);
-  Remember(*job.solution, module);
-  for (const std::string& remark : values.remarks) host.ReportFailure(remark);
-}
-
-// "Setup Fit", then "Fit" as the job says, and whether the fit is at rest.
-FitOutcome Fit(const Job& job, const std::vector<ChosenDataset>& datasets, QuorvaneModule& module,
-               TerminalHost& host) {
-  try {
-    if (!ApplyFit(job, datasets, module, host)) {
-      return {.error = "No datasets were chosen to be fitted!", .where = "No Sets Chosen"};
-    }
-  } catch (const SubscriptFault& fault) {
-    host.ReportFailure("At most 101 datasets can be fitted at once.");
-    return {.ending = FitEnding::kFailed, .error = fault.what(), .where = "cmdSetFit"};
-  }
-  TakeSolution(job, module, host);
-  if (job.confidence) ConfidenceOf(job, module.Setup);  // a bad name is told before the work
-  if (job.errors) CheckNames(*job.errors, module.Setup);
-  if (job.fit->timeLimit) host.SetTimeLimit(*job.fit->timeLimit);
-  FitOutcome outcome =
-      job.fit->toRest ? FitOnceAtRest(module, host) : FitRepeatedly(job.fit->repeat, module, host);
-  if (outcome.ending == FitEnding::kFinished) TellRest(module, host);
-  host.ClearTimeLimit();
-  return outcome;
 }
 
 // "01_12_3B20280.png": number and name of a dataset, fit for a file name.
@@ -252,15 +194,6 @@ ExitStatus AnalyseErrors(const Job& job, const FitOutcome& fit, QuorvaneModule& 
   return status;
 }
 
-// The temperature of a session without a fit: the job's, or that of the first dataset.
-void TakeTemperature(const Job& job, QuorvaneModule& module) {
-  const bool kept = module.Setup.NumFitSets > 0;  // by the archive
-  if (!module.Store.Datasets.empty() && !kept) {
-    module.Setup.DegC = static_cast<double>(module.Store.Datasets.front().Temperature);
-  }
-  if (job.temperature) Require(SetTemperature(module.Setup, *job.temperature));
-}
-
 // A new session, or that of the job's archive. False, with a message, if it cannot be taken up.
 bool Begin(const Job& job, const CommandStreams& streams, QuorvaneModule& module,
            TerminalHost& host) {
@@ -298,7 +231,7 @@ ExitStatus RunAnalyze(const AnalyzeArguments& arguments, const CommandStreams& s
   TakeTemperature(job, module);
   FitOutcome outcome;
   if (job.fit) {
-    outcome = Fit(job, datasets, module, host);
+    outcome = RunJobFit(job, datasets, module, host, host.Limit());
   } else {
     TakeSolution(job, module, host);
   }

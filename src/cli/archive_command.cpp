@@ -9,9 +9,9 @@
 #include "base/number_format.h"
 #include "base/text.h"
 #include "cli/dataset_table.h"
-#include "cli/json_records.h"
 #include "cli/terminal_host.h"
 #include "fit/models.h"
+#include "job/json_records.h"
 #include "job/page_setup.h"
 
 namespace quorvane {

@@ -6,8 +6,8 @@
 
 #include "base/files.h"
 #include "base/units.h"
-#include "cli/json_text.h"
 #include "fit/models.h"
+#include "job/json_text.h"
 
 namespace quorvane {
 

@@ -5,7 +5,7 @@
 
 #include "base/files.h"
 #include "base/number_format.h"
-#include "cli/json_records.h"
+#include "job/json_records.h"
 #include "job/toml_reader.h"
 #include "scan/file_list.h"
 #include "scan/text_import.h"

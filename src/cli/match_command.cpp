@@ -6,8 +6,8 @@
 #include "base/arithmetic.h"
 #include "base/clock.h"
 #include "base/files.h"
-#include "cli/json_text.h"
 #include "cli/terminal_host.h"
+#include "job/json_text.h"
 #include "match/match_report.h"
 
 namespace quorvane {

@@ -6,89 +6,14 @@
 #include "base/arithmetic.h"
 #include "base/files.h"
 #include "base/number_format.h"
-#include "base/work_pool.h"
-#include "cli/json_text.h"
 #include "cli/terminal_host.h"
 #include "cli/text_column.h"
+#include "job/json_plan.h"
 #include "job/plan_file.h"
-#include "sim/plan_check.h"
-#include "sim/plan_errors.h"
 
 namespace quorvane {
 
 namespace {
-
-Json OrNull(const std::optional<double>& value) {
-  return value ? Json(*value) : Json(nullptr);
-}
-
-Json ListOf(const std::vector<std::optional<double>>& values) {
-  Json list = Json::array();
-  for (const std::optional<double>& value : values) list.push_back(OrNull(value));
-  return list;
-}
-
-Json ScansJson(const ExperimentPlan& plan, const PlanResult& result) {
-  Json list = Json::array();
-  for (const PlannedScan& scan : result.scans) {
-    Json entry = {{"speed", scan.speed}, {"load", scan.load}};
-    if (scan.loadB) entry["load_b"] = *scan.loadB;
-    if (plan.extCoeff.size() > 1) entry["wavelength"] = scan.wavelength + 1;
-    entry["lowest"] = scan.points > 0 ? Json(scan.lowest) : Json(nullptr);
-    entry["highest"] = scan.points > 0 ? Json(scan.highest) : Json(nullptr);
-    entry["points"] = scan.points;
-    list.push_back(std::move(entry));
-  }
-  return list;
-}
-
-Json ParametersJson(const PlanResult& result) {
-  Json list = Json::array();
-  for (const ExpectedError& error : result.errors) {
-    list.push_back({{"name", error.parameter->shared->name},
-                    {"value", error.value},
-                    {"sd", OrNull(error.sd)},
-                    {"relative", OrNull(error.relative)}});
-  }
-  return list;
-}
-
-Json CheckJson(const PlanCheck& check) {
-  Json ratio = Json::array();
-  Json bias = Json::array();
-  for (const CheckedError& error : check.parameters) {
-    ratio.push_back(OrNull(error.ratio));
-    bias.push_back(OrNull(error.bias));
-  }
-  return {{"experiments", check.experiments},
-          {"failed", check.failed},
-          {"ratio", std::move(ratio)},
-          {"bias", std::move(bias)}};
-}
-
-Json RankingJson(const PlanResult& result) {
-  Json list = Json::array();
-  for (const SpeedChoice& choice : result.ranking) {
-    list.push_back(
-        {{"speeds", choice.speeds}, {"sd", ListOf(choice.sd)}, {"score", OrNull(choice.score)}});
-  }
-  return list;
-}
-
-Json PlanJson(const ExperimentPlan& plan, const PlanResult& result,
-              const std::optional<PlanCheck>& check) {
-  Json correlations = Json::array();
-  for (const auto& row : result.correlations) correlations.push_back(ListOf(row));
-  Json json = {{"speeds", result.speeds},
-               {"scans", ScansJson(plan, result)},
-               {"parameters", ParametersJson(result)},
-               {"correlations", std::move(correlations)}};
-  json["checked"] = check ? CheckJson(*check) : Json(nullptr);
-  json["ranking"] = RankingJson(result);
-  json["choices"] = result.choices;
-  json["remarks"] = result.remarks;
-  return json;
-}
 
 std::string Shown(const std::optional<double>& value) {
   return value ? FormatParam(*value) : "-";
@@ -195,15 +120,9 @@ ExitStatus RunPlan(const PlanArguments& arguments, const CommandStreams& streams
   const ExperimentPlan plan = ReadPlan(PathFromText(arguments.plan));
   StopFlag stop;
   TerminalHost host(streams, true, stop);
-  PlanResult result;
-  std::optional<PlanCheck> check;
+  WorkedPlan worked;
   try {
-    RunTasks(
-        1, 1, [&](std::size_t) { result = PlanExperiment(plan, &stop); },
-        [&] { host.RunPendingEvents(); });
-    if (plan.check > 0 && !result.speeds.empty()) {
-      check = CheckPlan(plan, result, {.experiments = plan.check}, stop, host);
-    }
+    worked = WorkOut(plan, stop, host);
   } catch (const ArithmeticFault& fault) {
     streams.err << arguments.plan << ": this plan leads beyond all numbers: " << fault.what()
                 << '\n';
@@ -213,9 +132,10 @@ ExitStatus RunPlan(const PlanArguments& arguments, const CommandStreams& streams
     streams.err << arguments.plan << ": the plan was stopped. Nothing was written.\n";
     return ExitStatus::kNotDone;
   }
-  Print(plan, result, check, streams.out);
+  Print(plan, worked.result, worked.check, streams.out);
   if (!arguments.json.empty()) {
-    WriteWholeFile(PathFromText(arguments.json), JsonText(PlanJson(plan, result, check)));
+    WriteWholeFile(PathFromText(arguments.json),
+                   JsonText(PlanJson(plan, worked.result, worked.check)));
   }
   return ExitStatus::kDone;
 }

@@ -4,11 +4,11 @@
 
 #include "base/files.h"
 #include "cli/dataset_table.h"
-#include "cli/json_records.h"
 #include "cli/series_table.h"
 #include "cli/terminal_host.h"
 #include "core/page/cell_files.h"
 #include "job/job_steps.h"
+#include "job/json_records.h"
 #include "job/scan_job.h"
 #include "scan/file_check.h"
 #include "scan/file_list.h"

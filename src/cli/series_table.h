@@ -4,7 +4,7 @@
 #include <iosfwd>
 #include <vector>
 
-#include "cli/json_text.h"
+#include "job/json_text.h"
 #include "scan/scan_series.h"
 
 namespace quorvane {

@@ -5,8 +5,8 @@
 
 #include "base/files.h"
 #include "base/number_format.h"
-#include "cli/json_records.h"
 #include "cli/text_column.h"
+#include "job/json_solution.h"
 #include "job/toml_reader.h"
 #include "solution/sequence.h"
 #include "solution/solution_constants.h"
@@ -38,32 +38,6 @@ SolutionRequest RequestOf(const SolutionArguments& arguments) {
   if (arguments.buffer) request.buffer = ReadBuffer(*arguments.buffer);
   request.degC = arguments.temperature;
   return request;
-}
-
-Json SolutionJson(const SolutionRequest& request, const SolutionConstants& constants) {
-  Json json = DocumentHead();
-  json["temperature"] = request.degC;
-  if (constants.protein) {
-    const ProteinConstants& protein = *constants.protein;
-    json["protein"] = {{"residues", protein.residues},
-                       {"mass", protein.mass},
-                       {"vbar", protein.vbar},
-                       {"extinction_280", protein.extinction280},
-                       {"a280_1mg_ml", protein.a280}};
-  }
-  if (constants.density) {
-    Json components = Json::array();
-    for (const BufferPart& part : *request.buffer) {
-      components.push_back({{"name", part.component->name}, {"molar", part.amount}});
-    }
-    json["buffer"] = {{"density", *constants.density}, {"components", components}};
-  }
-  if (constants.buoyancy) {
-    json["buoyancy"] = *constants.buoyancy;
-    json["buoyant_mass"] = *constants.buoyantMass;
-  }
-  json["remarks"] = constants.remarks;
-  return json;
 }
 
 void PrintConstants(const SolutionRequest& request, const SolutionConstants& constants,

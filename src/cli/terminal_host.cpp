@@ -45,8 +45,7 @@ bool TerminalHost::AskYesNo(std::string_view title, std::string_view text) {
 }
 
 void TerminalHost::RunPendingEvents() {
-  const bool late = timeLimit_ && sinceLimitSet_.Seconds() > *timeLimit_;
-  if (interrupted != 0 || late) stop_.Raise();
+  if (interrupted != 0 || limit_.Over()) stop_.Raise();
 }
 
 void TerminalHost::SetStatus(std::string_view) {}
@@ -74,11 +73,6 @@ void TerminalHost::LoadLog(std::string_view rtf) {
   ClearProgressLine();
   if (!log_.Load(rtf)) ErrorLine("The log is no rich text; it is taken as plain text.");
   if (!quiet_) streams_.out << log_.Text() << std::flush;
-}
-
-void TerminalHost::SetTimeLimit(double seconds) {
-  timeLimit_ = seconds;
-  sinceLimitSet_ = Stopwatch();
 }
 
 void TerminalHost::ClearProgressLine() {

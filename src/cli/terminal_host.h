@@ -1,13 +1,13 @@
 // The engine's Host on a terminal: the log to standard output, all else to standard error.
 #pragma once
 
-#include <chrono>
 #include <optional>
 #include <string>
 
 #include "base/clock.h"
 #include "base/host.h"
 #include "base/stop_flag.h"
+#include "base/time_limit.h"
 #include "cli/command_line.h"
 #include "cli/log_document.h"
 #include "plot/offscreen.h"
@@ -37,9 +37,8 @@ class TerminalHost : public SessionHost {
   // Pictures go into the log from here on; without this they are left out, which is faster.
   void KeepPictures() { drawing_.emplace(); }
 
-  // Stops the next calculations when so many seconds have passed from now.
-  void SetTimeLimit(double seconds);
-  void ClearTimeLimit() { timeLimit_.reset(); }
+  // Stops the calculations that run when it is over.
+  TimeLimit& Limit() { return limit_; }
 
   // All lines of the log, ended by \n.
   const std::string& Log() const { return log_.Text(); }
@@ -56,8 +55,7 @@ class TerminalHost : public SessionHost {
   std::string lastFailure_;
   bool progressShown_ = false;
   Stopwatch sinceProgress_;
-  Stopwatch sinceLimitSet_;
-  std::optional<double> timeLimit_;  // seconds
+  TimeLimit limit_;
 };
 
 }  // namespace quorvane

@@ -113,13 +113,6 @@ void RequireRules(TableReader& table, const ExperimentPlan& plan) {
   table.Table(refusal->table)->Fail(refusal->key, refusal->message);
 }
 
-ExperimentPlan PlanOf(const TomlFile& file, const std::filesystem::path& folder) {
-  TableReader table(file.name, "", file.table);
-  ExperimentPlan plan = ReadTable(table, folder);
-  RequireRules(table, plan);
-  return plan;
-}
-
 void WriteOneOrMany(const char* key, const std::vector<double>& values, TomlWriter& out) {
   if (values.size() == 1) out.Key(key, values.front());
   if (values.size() > 1) out.Key(key, values);
@@ -135,6 +128,13 @@ void WriteSpeeds(const ExperimentPlan& plan, TomlWriter& out) {
 }
 
 }  // namespace
+
+ExperimentPlan PlanOf(const TomlFile& file, const std::filesystem::path& folder) {
+  TableReader table(file.name, "", file.table);
+  ExperimentPlan plan = ReadTable(table, folder);
+  RequireRules(table, plan);
+  return plan;
+}
 
 ExperimentPlan ReadPlan(const std::filesystem::path& path) {
   return PlanOf(ReadToml(path), path.parent_path());

@@ -123,4 +123,15 @@ PlanCheck CheckPlan(const ExperimentPlan& plan, const PlanResult& result,
   return check;
 }
 
+WorkedPlan WorkOut(const ExperimentPlan& plan, const StopFlag& stop, Host& host) {
+  WorkedPlan worked;
+  RunTasks(
+      1, 1, [&](std::size_t) { worked.result = PlanExperiment(plan, &stop); },
+      [&] { host.RunPendingEvents(); });
+  if (plan.check > 0 && !worked.result.speeds.empty()) {
+    worked.check = CheckPlan(plan, worked.result, {.experiments = plan.check}, stop, host);
+  }
+  return worked;
+}
+
 }  // namespace quorvane

@@ -43,4 +43,13 @@ struct PlanCheck {
 PlanCheck CheckPlan(const ExperimentPlan& plan, const PlanResult& result,
                     const PlanCheckRequest& request, const StopFlag& stop, Host& host);
 
+struct WorkedPlan {
+  PlanResult result;
+  std::optional<PlanCheck> check;  // of a plan that asks for one
+};
+
+// PlanExperiment, then CheckPlan if the plan asks for it, while `host` lives; after a stop there is
+// less. Throws ArithmeticFault.
+WorkedPlan WorkOut(const ExperimentPlan& plan, const StopFlag& stop, Host& host);
+
 }  // namespace quorvane

@@ -1,7 +1,7 @@
 // An error analysis as JSON, as the contract of the command line lays it out.
 #pragma once
 
-#include "cli/json_text.h"
+#include "job/json_text.h"
 #include "stats/error_analysis.h"
 
 namespace quorvane {

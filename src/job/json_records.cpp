@@ -1,4 +1,4 @@
-#include "cli/json_records.h"
+#include "job/json_records.h"
 
 #include <cmath>
 

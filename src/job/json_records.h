@@ -1,8 +1,8 @@
 // Datasets and fits as JSON, as the contract of the command line lays them out.
 #pragma once
 
-#include "cli/json_text.h"
 #include "core/fit_run.h"
+#include "job/json_text.h"
 #include "stats/confidence.h"
 #include "stats/minimum_check.h"
 

@@ -1,6 +1,6 @@
-#include "cli/json_errors.h"
+#include "job/json_errors.h"
 
-#include "cli/json_records.h"
+#include "job/json_records.h"
 #include "stats/error_tables.h"
 
 namespace quorvane {

@@ -1,4 +1,4 @@
-#include "cli/json_text.h"
+#include "job/json_text.h"
 
 #include <array>
 #include <charconv>

@@ -1,0 +1,568 @@
+"""Fits of models to datasets."""
+
+from __future__ import annotations
+
+import os
+import subprocess
+import sys
+from collections.abc import Mapping
+from dataclasses import dataclass
+from typing import Any, Dict, Iterable, Iterator, List, Optional, Sequence, Tuple, Union
+
+import numpy as np
+import numpy.typing as npt
+
+from . import _quorvane
+from ._dataset import Dataset, Floats, PathLike, as_datasets
+from ._errors import FitError, UnknownNameError
+
+# Programs of an installation, beside which cell geometries are looked for.
+_PROGRAMS = os.path.join(sys.prefix, "bin")
+
+
+@dataclass(frozen=True)
+class Parameter:
+    """A parameter of a finished fit. Weights are buoyant, M (1 - vbar density), in Da; association
+    constants and reference concentrations are natural logarithms, K in 1/molar each step."""
+
+    name: str
+    value: float
+    sd: float  #: standard error; 0 of a held one, nan where the data give none
+    fitted: bool
+
+
+@dataclass(frozen=True)
+class Interval:
+    """Limits of one parameter at one level of confidence."""
+
+    name: str
+    value: float  #: where the fit is at rest
+    lower: Optional[float]  #: None where there is no such limit
+    upper: Optional[float]
+    level: float  #: percent
+    method: str
+    details: Dict[str, Any]  #: all that the command line's JSON says of it
+
+
+@dataclass(frozen=True)
+class MinimumCheck:
+    """What fits from scattered start values found."""
+
+    better: bool  #: whether one of them lies below the fit
+    text: str  #: the finding in a sentence
+    minima: List[Dict[str, Any]]  #: the best first: chi_squared, rms, starts, current, parameters
+    ended: int  #: starts that came to rest
+    failed: int
+
+
+class Parameters(Mapping[str, Parameter]):
+    """All parameters of a fit, in its order: baselines, reference concentrations, then those of
+    the model. A parameter of the model is also found by its name in ``start``: ``MW`` is the
+    weight of A, whatever the model calls it."""
+
+    def __init__(self, entries: Sequence[Tuple[str, Optional[str], float, float, bool]]) -> None:
+        self._by_name = {name: Parameter(name, v, sd, fit) for name, _, v, sd, fit in entries}
+        self._keys = {key: name for name, key, *_ in entries if key is not None}
+
+    def __getitem__(self, name: str) -> Parameter:
+        found = self._by_name.get(name) or self._by_name.get(self._keys.get(name, ""))
+        if found is None:
+            raise UnknownNameError(f"the fit has no {name!r}; it has {', '.join(self._by_name)}")
+        return found
+
+    def __contains__(self, name: object) -> bool:
+        return name in self._by_name or name in self._keys
+
+    def __iter__(self) -> Iterator[str]:
+        return iter(self._by_name)
+
+    def __len__(self) -> int:
+        return len(self._by_name)
+
+    def __repr__(self) -> str:
+        return f"Parameters({', '.join(self._by_name)})"
+
+
+class Fit:
+    """A finished fit. It never changes; it can be copied, pickled and looked at from several
+    threads. Searches around it are remembered for :meth:`report`, but not pickled."""
+
+    __slots__ = ("_fit", "_counts", "_parameters", "__weakref__")
+
+    def __init__(self, fit: Any) -> None:
+        self._fit = fit
+        self._counts: Dict[str, Any] = fit.counts()
+        self._parameters = Parameters(fit.parameters())
+
+    # ---- numbers
+
+    @property
+    def model(self) -> str:
+        """Name of the model."""
+        return str(self._counts["model"])
+
+    @property
+    def at_rest(self) -> Optional[bool]:
+        """Whether the sum of squares stands still where the fit ended; None if that is not
+        known."""
+        rest = self._fit.rest()
+        return None if rest is None else rest["at_rest"]
+
+    @property
+    def sum_of_squares(self) -> float:
+        """Sum of squared residuals, as the log reports it, signal units squared."""
+        return float(self._counts["sum_of_squares"])
+
+    @property
+    def best_sum(self) -> float:
+        """Sum of squared residuals at the parameters themselves: of the last step that was
+        accepted. It differs from `sum_of_squares` by less than the end rule of a fit."""
+        return float(self._counts["best_sum"])
+
+    @property
+    def rms(self) -> float:
+        """Root of the sum of squares over the degrees of freedom, signal units."""
+        return float(self._counts["rms"])
+
+    @property
+    def degrees_of_freedom(self) -> int:
+        """Points less fitted parameters."""
+        return int(self._counts["degrees_of_freedom"])
+
+    @property
+    def points(self) -> int:
+        """Points of the fit, those of mass conservation among them."""
+        return int(self._counts["points"])
+
+    @property
+    def iterations(self) -> int:
+        """Steps of the last run."""
+        return int(self._counts["iterations"])
+
+    @property
+    def temperature(self) -> float:
+        """Temperature of the fit, deg C."""
+        return float(self._counts["temperature"])
+
+    @property
+    def parameters(self) -> Parameters:
+        """All parameters by name, in the order of the fit."""
+        return self._parameters
+
+    def __getitem__(self, name: str) -> Parameter:
+        return self._parameters[name]
+
+    @property
+    def covariance(self) -> Floats:
+        """Inverse of the curvature matrix, shape (n, n), rows in the order of `parameters`, 0 for
+        held ones. Times the variance rms^2 it is the covariance of the parameters."""
+        return self._fit.covariance()
+
+    @property
+    def aicc(self) -> Optional[float]:
+        """Akaike's criterion, corrected for few points; None where it is not defined."""
+        return self._fit.criteria()[0]
+
+    @property
+    def bic(self) -> Optional[float]:
+        """Schwarz' criterion; None where it is not defined."""
+        return self._fit.criteria()[1]
+
+    # ---- data
+
+    @property
+    def datasets(self) -> List[Dataset]:
+        """The datasets as they were fitted, their baselines and reference concentrations fitted."""
+        return [Dataset._of(scan) for scan in self._fit.scans()]
+
+    def radii(self, dataset: int) -> Floats:
+        """Radii of the good points of dataset `dataset`, counted from 0, cm."""
+        return self._curve(dataset)[0]
+
+    def curve(self, dataset: int) -> Floats:
+        """The model at the good points of dataset `dataset`, counted from 0, signal units."""
+        return self._curve(dataset)[2]
+
+    def residuals(self, dataset: int) -> Floats:
+        """Signal less model at the good points of dataset `dataset`, counted from 0."""
+        _, signal, calculated = self._curve(dataset)
+        return signal - calculated
+
+    def _curve(self, dataset: int) -> Tuple[Floats, Floats, Floats]:
+        sets = int(self._counts["sets"])
+        number = int(dataset)
+        if not -sets <= number < sets:
+            raise IndexError(f"the fit has {sets} datasets")
+        return self._fit.curve(number % sets)
+
+    # ---- whether it can be believed
+
+    def quality(self) -> List[Dict[str, Any]]:
+        """Of each dataset what its residuals look like: rms, share of the sum of squares, runs
+        test, Durbin-Watson statistic; keys as in the command line's JSON."""
+        return self._fit.quality()["datasets"]
+
+    @property
+    def remarks(self) -> List[str]:
+        """What to look at, in plain sentences."""
+        return self._fit.quality()["remarks"]
+
+    @property
+    def strong_correlations(self) -> List[Dict[str, Any]]:
+        """Pairs of parameters that the data hardly tell apart: first, second, coefficient."""
+        return self._fit.quality()["strong_correlations"]
+
+    def intervals(
+        self,
+        names: Optional[Sequence[str]] = None,
+        level: float = 95.45,
+        method: str = "profile",
+        *,
+        replicates: int = 1000,
+        seed: int = 1,
+    ) -> Dict[str, Interval]:
+        """Limits of each parameter by itself, by name.
+
+        names       parameters; all fitted ones of the model if not given
+        level       percent
+        method      "profile", "monte carlo" or "bootstrap"
+        replicates  experiments of the latter two, `seed` of their random numbers
+
+        Raises UnknownNameError for a name that the model has not, ValueError for a held parameter.
+        """
+        wanted = list(self._shared() if names is None else _texts(names, "names"))
+        keys = [self._key(name) for name in wanted]
+        request: Dict[str, Any] = {
+            "levels": [float(level)],
+            "methods": [str(method)],
+            "replicates": int(replicates),
+            "seed": int(seed),
+            "parameters": "all" if None in keys else keys,
+        }
+        found = self._fit.errors({"fit": {"model": self.model}, "errors": request})
+        entries = {entry["name"]: entry for entry in found["parameters"]}
+        intervals = {}
+        for name in wanted:
+            entry = entries.get(self._parameters[name].name)
+            if entry is None:
+                raise ValueError(f"{name} is held in this fit")
+            intervals[name] = _interval(name, entry, str(method))
+        return intervals
+
+    def joint_intervals(
+        self, names: Optional[Sequence[str]] = None, percent: float = 95.46, method: int = 2
+    ) -> Dict[str, Interval]:
+        """Limits by the ratio of variances, all parameters together, by name.
+
+        percent  above 50, below 100
+        method   1: F(NDF, NDF); 2: 1 + n / NDF F(n, NDF), n fitted parameters
+        """
+        wanted = list(self._shared() if names is None else _texts(names, "names"))
+        keys = [self._key(name) for name in wanted]
+        if None in keys:
+            raise ValueError("only parameters of the model have joint limits")
+        request = {"percent": float(percent), "method": int(method), "parameters": keys}
+        found = self._fit.intervals({"fit": {"model": self.model}, "confidence": request})
+        captions = {row.caption: row.key for row in _MODELS[self.model].parameters}
+        entries = {captions[entry["name"]]: entry for entry in found["intervals"]}
+        intervals = {}
+        for name, key in zip(wanted, keys):
+            entry = entries.get(key)
+            if entry is None:
+                raise FitError(f"no limits of {name} were found")
+            value = entry["value"]
+            limits = [None if x in (0.0, value) else x for x in (entry["lower"], entry["upper"])]
+            intervals[name] = Interval(
+                name, value, limits[0], limits[1], found["percent"], "joint", entry
+            )
+        return intervals
+
+    def check_minimum(self, starts: int = 20, seed: int = 1) -> MinimumCheck:
+        """Fits again from `starts` scattered start values, to see whether a better minimum is
+        there."""
+        request = {"model": self.model, "starts": int(starts), "seed": int(seed)}
+        found = self._fit.minima({"fit": request})
+        for minimum in found["found"]:
+            minimum["parameters"] = {p["name"]: p["value"] for p in minimum["parameters"]}
+        return MinimumCheck(
+            found["better"], found["summary"], found["found"], found["ended"], found["failed"]
+        )
+
+    # ---- for people
+
+    @property
+    def log(self) -> str:
+        """The report of the fit, as the log of the programs has it."""
+        return str(self._fit.log)
+
+    @property
+    def messages(self) -> List[str]:
+        """What the fit had to say beside its log."""
+        return list(self._fit.messages)
+
+    def report(self, path: PathLike) -> None:
+        """Writes the report for a paper's supplement, .html or .pdf by the suffix of `path`.
+
+        It is drawn in a process of its own, so that it goes with any thread and any toolkit."""
+        name = os.fspath(path)
+        command = [sys.executable, "-m", "quorvane._report", name]
+        package = os.path.dirname(os.path.dirname(os.path.abspath(__file__)))
+        paths = [package] + [p for p in [os.environ.get("PYTHONPATH")] if p]
+        environment = {**os.environ, "PYTHONPATH": os.pathsep.join(paths)}
+        done = subprocess.run(
+            command, input=self._fit.pack(), capture_output=True, env=environment, check=False
+        )
+        if done.returncode == 0:
+            return
+        text = done.stderr.decode(errors="replace").strip()
+        raise {2: ValueError, 3: OSError}.get(done.returncode, FitError)(text)
+
+    def to_frame(self) -> Any:
+        """pandas.DataFrame with the columns name, value, sd, fitted; a row a parameter."""
+        import pandas
+
+        rows = [(p.name, p.value, p.sd, p.fitted) for p in self._parameters.values()]
+        return pandas.DataFrame(rows, columns=["name", "value", "sd", "fitted"])
+
+    def plot(self) -> Any:
+        """matplotlib figure of the datasets with their curves, residuals below."""
+        from ._plot import plot_fit
+
+        return plot_fit(self)
+
+    # ---- as a value
+
+    def __copy__(self) -> "Fit":
+        return self
+
+    def __deepcopy__(self, memo: Any) -> "Fit":
+        return self
+
+    def __reduce__(self) -> Any:
+        return _restore_fit, (self._fit.pack(),)
+
+    def __repr__(self) -> str:
+        return f"<Fit {self.model!r}: {self.points} points, rms {self.rms:.4g}>"
+
+    def _shared(self) -> List[str]:
+        """Fitted parameters of the model."""
+        known = {row.name for row in _MODELS[self.model].parameters}
+        return [p.name for p in self._parameters.values() if p.fitted and p.name in known]
+
+    def _key(self, name: str) -> Optional[str]:
+        """Its name in a job; None of a baseline or reference concentration."""
+        found = self._parameters[name].name
+        rows = _MODELS[self.model].parameters
+        return next((row.key for row in rows if row.name == found), None)
+
+
+def _restore_fit(packed: bytes) -> Fit:
+    return Fit(_quorvane.FinishedFit.unpack(packed))
+
+
+def _interval(name: str, entry: Dict[str, Any], method: str) -> Interval:
+    if method == "profile":
+        limits = entry["profile"][0]
+    else:
+        replicates = entry[method.replace(" ", "_")]
+        if not replicates["limits"]:
+            raise FitError(f"{replicates['done']} replicates are too few for limits of {name}")
+        limits = replicates["limits"][0]
+    lower, upper = limits.get("lower"), limits.get("upper")
+    return Interval(name, entry["value"], lower, upper, limits["level"], method, entry)
+
+
+# ---- the job of a fit
+
+
+@dataclass(frozen=True)
+class _ModelParameter:
+    name: str  # in a fit
+    key: str  # in a job
+    caption: str
+
+
+@dataclass(frozen=True)
+class _Model:
+    name: str
+    two_components: bool
+    parameters: Tuple[_ModelParameter, ...]
+
+
+_MODELS: Dict[str, _Model] = {
+    name: _Model(name, two, tuple(_ModelParameter(*row) for row in rows))
+    for name, two, rows in _quorvane.models()
+}
+
+
+def models() -> List[str]:
+    """Names of the models that can be fitted."""
+    return list(_MODELS)
+
+
+def _texts(names: Iterable[str], what: str) -> List[str]:
+    if isinstance(names, str):
+        raise TypeError(f"{what}: a list of names is wanted, not one text")
+    chosen = list(names)
+    if not all(isinstance(name, str) for name in chosen):
+        raise TypeError(f"{what}: names are texts")
+    return chosen
+
+
+class _Job:
+    """The tables of a job: what the arguments of :func:`fit` say."""
+
+    def __init__(self, model: str, count: int) -> None:
+        self.model = _MODELS.get(model)
+        self.fit: Dict[str, Any] = {"model": model}
+        self.parameters: Dict[str, Dict[str, Any]] = {}
+        self.rows: List[Dict[str, Any]] = [{"number": n + 1} for n in range(count)]
+
+    def _key(self, name: str) -> Optional[str]:
+        rows = self.model.parameters if self.model else ()
+        return next((row.key for row in rows if name in (row.name, row.key)), None)
+
+    def start(self, values: Mapping[str, float]) -> None:
+        for name, value in values.items():
+            key = self._key(name)
+            if key is None:
+                self._refuse(name, "; baselines and reference concentrations start where the "
+                             "values of the datasets are")
+            self.parameters.setdefault(key, {})["start"] = float(value)
+
+    def choose(self, name: str, fitted: bool) -> None:
+        key = self._key(name)
+        if key is not None:
+            self.parameters.setdefault(key, {})["fit"] = fitted
+            return
+        checks = {"Offset": "fit_baseline", "RefC": "fit_ref_conc", "RefCA": "fit_ref_conc",
+                  "RefCB": "fit_ref_conc_b"}
+        block, _, number = name.rstrip(")").partition("(")
+        known = block in checks and number.isascii() and number.isdigit()
+        if not known or not 1 <= int(number) <= len(self.rows):
+            self._refuse(name, "")
+        self.rows[int(number) - 1][checks[block]] = fitted
+
+    def link(self, links: Mapping[int, int]) -> None:
+        count = len(self.rows)
+        for dataset, target in links.items():
+            for number in (dataset, target):
+                if not 0 <= int(number) < count:
+                    raise ValueError(f"links: datasets count from 0 to {count - 1}")
+            if int(dataset) != int(target):
+                self.rows[int(dataset)]["link_to"] = int(target) + 1
+
+    def tables(self, constants: Dict[str, Any]) -> Dict[str, Any]:
+        if self.parameters:
+            self.fit["parameters"] = self.parameters
+        rows = [row for row in self.rows if len(row) > 1]
+        return {"constants": constants, "fit": self.fit, **({"dataset": rows} if rows else {})}
+
+    def _refuse(self, name: str, hint: str) -> Any:
+        if self.model is None:
+            raise ValueError(f"there is no model {self.fit['model']!r}; the models are: "
+                             + ", ".join(_MODELS))
+        known = ", ".join(row.key for row in self.model.parameters)
+        raise UnknownNameError(f"{self.model.name} has no {name!r}; it has {known}{hint}")
+
+
+def fit(
+    scans: Union[Dataset, Iterable[Dataset]],
+    model: str,
+    start: Optional[Mapping[str, float]] = None,
+    held: Iterable[str] = (),
+    rest: bool = True,
+    vbar: Optional[float] = None,
+    density: Optional[float] = None,
+    temperature: Optional[float] = None,
+    links: Optional[Mapping[int, int]] = None,
+    time_limit: Optional[float] = None,
+    *,
+    fitted: Iterable[str] = (),
+    vbar_b: Optional[float] = None,
+    mc_tolerance: Optional[float] = None,
+    use_mass_conservation: bool = False,
+    calc_loading_concs: bool = False,
+    constrain_k_ratios: bool = False,
+    repeat: int = 1,
+    channels_file: Optional[PathLike] = None,
+    cell_geometry: Optional[Mapping[int, int]] = None,
+) -> Fit:
+    """Fits `model` to all points in use of `scans` at once.
+
+    scans        one dataset or several; they stay as they are
+    model        a name of :func:`models`
+    start        start values by name: weights buoyant, M (1 - vbar density), in Da; association
+                 constants as natural logarithms, K in 1/molar each step
+    held         parameters that keep their start values. Stoichiometries are held unless `fitted`
+                 names them. Baselines are "Offset(1)", reference concentrations "RefC(1)", or
+                 "RefCA(1)" and "RefCB(1)"; these count from 1
+    rest         until the sum of squares stands still; else `repeat` presses of "Fit"
+    vbar         partial specific volume (of A), ml/g; 0.73 if not given
+    density      of the solvent, g/ml; 1.0 if not given
+    temperature  deg C; that of the first dataset if not given
+    links        {dataset: target}, counted from 0: shares the reference concentrations of the
+                 target
+    time_limit   seconds; no limit if not given
+
+    fitted                 parameters to be fitted that would be held
+    vbar_b                 partial specific volume of B, ml/g
+    mc_tolerance           tolerance of soft mass conservation
+    use_mass_conservation  with a second component: the loads of the datasets are known
+    calc_loading_concs     without one: the log tells loading concentrations
+    constrain_k_ratios     LnK2 and LnK3 are ratios to K1, held
+    channels_file          cell geometries
+    cell_geometry          {dataset: geometry}, both counted from 0
+
+    Raises FitError for a fit without a result, ValueError for what the rules of a job refuse,
+    TypeError, and KeyboardInterrupt at Ctrl+C.
+    """
+    datasets = as_datasets(scans)
+    if not 1 <= len(datasets) <= 101:
+        raise ValueError("1 to 101 datasets can be fitted at once")
+    if not isinstance(model, str):
+        raise TypeError("model: a name is wanted")
+    job = _Job(model, len(datasets))
+    job.start(dict(start if start is not None else {}))
+    for names, is_fitted, what in ((held, False, "held"), (fitted, True, "fitted")):
+        for name in _texts(names, what):
+            job.choose(name, is_fitted)
+    job.link(dict(links if links is not None else {}))
+    for dataset, geometry in dict(cell_geometry if cell_geometry is not None else {}).items():
+        if not 0 <= int(dataset) < len(datasets):
+            raise ValueError("cell_geometry: there is no such dataset")
+        job.rows[int(dataset)]["cell_geometry"] = int(geometry)
+    job.fit["repeat"] = "rest" if rest else int(repeat)
+    if time_limit is not None:
+        job.fit["time_limit"] = float(time_limit)
+    for key, switch in (
+        ("use_mass_conservation", use_mass_conservation),
+        ("calc_loading_concs", calc_loading_concs),
+        ("constrain_k_ratios", constrain_k_ratios),
+    ):
+        job.fit[key] = bool(switch)
+    numbers = {"vbar": vbar, "vbar_b": vbar_b, "density": density, "mc_tolerance": mc_tolerance,
+               "temperature": temperature}
+    tables = job.tables({key: float(x) for key, x in numbers.items() if x is not None})
+    if channels_file is not None:
+        tables["channels_file"] = os.path.abspath(os.fspath(channels_file))
+    return Fit(_quorvane.fit([dataset._scan for dataset in datasets], tables, _PROGRAMS))
+
+
+def compare(fits: Union[Mapping[str, Fit], Iterable[Fit]]) -> Dict[str, Any]:
+    """Which of several fits of the same points the data favour, and by how much: "fits" with
+    their AICc, differences, weights and BIC, "tests" with the F tests of fits of which one is
+    another with parameters held, "remarks" in plain sentences; keys as in the command line's JSON.
+
+    Fits are called by the keys of a mapping, else by their models. Raises ValueError for fits of
+    other points.
+    """
+    if isinstance(fits, Mapping):
+        named = [(str(name), one) for name, one in fits.items()]
+    else:
+        named = [(one.model if isinstance(one, Fit) else "", one) for one in fits]
+    if not all(isinstance(one, Fit) for _, one in named):
+        raise TypeError("fits are wanted")
+    if len(named) < 2:
+        raise ValueError("two fits at least are wanted")
+    return _quorvane.compare([(name, one._fit) for name, one in named])
