@@ -222,7 +222,7 @@ void LayOutReport(QTextDocument& document, const QString& body, FigureObject& fi
       "h1{font-size:15pt}h2{font-size:12pt}p.origin{color:#555555}figcaption p{font-size:8.5pt}"
       "caption{font-weight:bold;font-size:8.5pt}th{text-align:left;font-weight:bold}td,th{font-"
       "size:8pt}"
-      "table.facts th{font-weight:normal}"));
+      "th.name{font-weight:normal}"));
   document.setHtml(body);
   QTextCursor edit(&document);
   edit.beginEditBlock();  // one layout for all cells, not one for each

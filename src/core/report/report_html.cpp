@@ -145,7 +145,7 @@ std::string RowHtml(const std::vector<ReportText>& row, bool facts,
   std::string out = "<tr>";
   for (std::size_t k = 0; k < row.size(); ++k) {
     if (facts && k == 0) {
-      out += "<th scope=\"row\">" + CellHtml(row[k]) + "</th>";
+      out += "<th class=\"name\" scope=\"row\">" + CellHtml(row[k]) + "</th>";
     } else if (!facts && places[k]) {
       out += NumberCell(row[k].text, *places[k]);
     } else {
