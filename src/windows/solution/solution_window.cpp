@@ -9,6 +9,7 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
+#include <QScreen>
 #include <QScrollArea>
 #include <QSignalBlocker>
 #include <QTableView>
@@ -77,7 +78,8 @@ void SolutionWindow::BuildWidgets() {
   layout->addLayout(entries, 1);
   layout->addWidget(BuildConstants());
   layout->addWidget(BuildUse());
-  resize(fontMetrics().averageCharWidth() * 130, fontMetrics().height() * 36);
+  const QSize wanted(fontMetrics().averageCharWidth() * 150, fontMetrics().height() * 44);
+  resize(wanted.boundedTo(screen()->availableSize() * 0.95));
 }
 
 QGroupBox* SolutionWindow::BuildBuffer() {
@@ -140,6 +142,8 @@ QGroupBox* SolutionWindow::BuildConstants() {
   scroll->setFrameShape(QFrame::NoFrame);
   scroll->setFocusPolicy(Qt::NoFocus);
   scroll->setWidget(lblSolutionRemarks_);
+  scroll->viewport()->setAutoFillBackground(false);
+  lblSolutionRemarks_->setAutoFillBackground(false);
   auto* layout = new QHBoxLayout(group);
   layout->addLayout(form, 4);
   layout->addWidget(scroll, 5);
