@@ -54,7 +54,8 @@ TEST_F(SolutionWindowTest, ShowsAtOnceWhatIsTyped) {
   EXPECT_EQ(Text("lblBuffer"), "Sodium chloride = 1 M");
   EXPECT_EQ(Text("lblSolutionMass"), "724.8 Da");
   EXPECT_TRUE(Text("lblSolutionRemarks").contains("cysteines are counted as reduced"));
-  EXPECT_TRUE(Text("lblSolutionWeight").contains(", then MW = ")) << Text("lblSolutionWeight");
+  EXPECT_TRUE(Text("lblSolutionWeight").contains(", then MW = "))
+      << Text("lblSolutionWeight").toStdString();
   Find<QSpinBox>("spnDisulphides")->setValue(5);
   EXPECT_EQ(Find<QSpinBox>("spnDisulphides")->value(), 1);
   EXPECT_EQ(Text("lblSolutionMass"), "722.8 Da");
