@@ -85,7 +85,7 @@ class Parameters(Mapping[str, Parameter]):
 
 class Fit:
     """A finished fit. It never changes; it can be copied, pickled and looked at from several
-    threads. Searches around it are remembered for :meth:`report`, but not pickled."""
+    threads. What searches around it found goes into :meth:`report`."""
 
     __slots__ = ("_fit", "_counts", "_parameters", "__weakref__")
 
