@@ -172,12 +172,10 @@ void BindFits(py::module_& m) {
   fit.def("scans", ScansOf);
   fit.def_readonly("log", &FitRecord::log);
   fit.def_readonly("messages", &FitRecord::messages);
-  fit.def("errors", [](FitRecord& f, const py::dict& job) {
-    return SearchAround(f, job, FindErrors);
-  });
-  fit.def("intervals", [](FitRecord& f, const py::dict& job) {
-    return SearchAround(f, job, FindIntervals);
-  });
+  fit.def("errors",
+          [](FitRecord& f, const py::dict& job) { return SearchAround(f, job, FindErrors); });
+  fit.def("intervals",
+          [](FitRecord& f, const py::dict& job) { return SearchAround(f, job, FindIntervals); });
   fit.def("minima", [](FitRecord& f, const py::dict& job) { return SearchAround(f, job, Minima); });
   fit.def("pack", [](const FitRecord& f) { return py::bytes(PackFit(f)); });
   fit.def_static("unpack", [](const py::bytes& bytes) { return UnpackFit(ViewOf(bytes)); });

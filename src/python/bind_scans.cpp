@@ -97,8 +97,12 @@ py::object LetterOf(ScanRecord& scan) {
 
 ScanRecord MakeScan(const DoubleArray& r, const DoubleArray& signal, const DoubleArray& error,
                     const std::string& name, const std::array<double, 3>& conditions) {
-  ScanValues values{NumbersOf(r, "r"), NumbersOf(signal, "signal"), NumbersOf(error, "error"),
-                    conditions[0],     conditions[1],               conditions[2]};
+  ScanValues values{NumbersOf(r, "r"),
+                    NumbersOf(signal, "signal"),
+                    NumbersOf(error, "error"),
+                    conditions[0],
+                    conditions[1],
+                    conditions[2]};
   for (const double value : conditions) {
     if (!std::isfinite(value)) throw py::value_error("a number is not finite");
   }
@@ -122,9 +126,8 @@ py::list LoadScans(const std::filesystem::path& path, const py::dict& words) {
 }
 
 void BindPoints(py::class_<ScanRecord>& scan) {
-  scan.def_property_readonly("r", [](ScanRecord& s) {
-    return ArrayOf(ColumnOf(s.Get(), s.Get().R));
-  });
+  scan.def_property_readonly("r",
+                             [](ScanRecord& s) { return ArrayOf(ColumnOf(s.Get(), s.Get().R)); });
   scan.def_property(
       "signal", [](ScanRecord& s) { return ArrayOf(ColumnOf(s.Get(), s.Get().C)); }, SetSignal);
   scan.def_property_readonly("error", ErrorsOf);
@@ -134,12 +137,10 @@ void BindPoints(py::class_<ScanRecord>& scan) {
       KeepRange(dataset, {rectangle.x1, rectangle.x2});
     });
   });
-  scan.def("delete", [](ScanRecord& s, double low, double high) {
-    EditPoints(s, low, high, DeleteInside);
-  });
-  scan.def("restore", [](ScanRecord& s, double low, double high) {
-    EditPoints(s, low, high, RestoreInside);
-  });
+  scan.def("delete",
+           [](ScanRecord& s, double low, double high) { EditPoints(s, low, high, DeleteInside); });
+  scan.def("restore",
+           [](ScanRecord& s, double low, double high) { EditPoints(s, low, high, RestoreInside); });
   scan.def("restore_all", [](ScanRecord& s) {
     RestoreAll(s.Change());
     s.Taken();
@@ -148,23 +149,23 @@ void BindPoints(py::class_<ScanRecord>& scan) {
 }
 
 void BindFacts(py::class_<ScanRecord>& scan) {
-  scan.def_property("name", [](ScanRecord& s) { return NameOf(s.Get()); }, Rename);
+  scan.def_property(
+      "name", [](ScanRecord& s) { return NameOf(s.Get()); }, Rename);
   scan.def_property_readonly("path", [](ScanRecord& s) { return PathOf(s.Get()); });
   scan.def_property_readonly("comment1", [](ScanRecord& s) { return Comment1Of(s.Get()); });
   scan.def_property_readonly("comment2", [](ScanRecord& s) { return Comment2Of(s.Get()); });
-  scan.def_property("speed", [](ScanRecord& s) { return s.Get().Speed; },
-                    [](ScanRecord& s, double rpm) { Require(SetSpeed(s.Change(), rpm)); });
+  scan.def_property(
+      "speed", [](ScanRecord& s) { return s.Get().Speed; },
+      [](ScanRecord& s, double rpm) { Require(SetSpeed(s.Change(), rpm)); });
   scan.def_property_readonly("wavelength", [](ScanRecord& s) { return s.Get().Wavelength; });
-  scan.def_property_readonly("temperature", [](ScanRecord& s) {
-    return static_cast<double>(s.Get().Temperature);
-  });
+  scan.def_property_readonly(
+      "temperature", [](ScanRecord& s) { return static_cast<double>(s.Get().Temperature); });
   scan.def_property_readonly("ref_radius", [](ScanRecord& s) { return s.Get().RefRadius; });
   scan.def_property_readonly("cell", CellOf);
   scan.def_property_readonly("channel", LetterOf);
   scan.def_property_readonly("blank", [](ScanRecord& s) { return IsBlank(s.Get()); });
-  scan.def("value", [](ScanRecord& s, const std::string& name) {
-    return s.Get().*RowValueOf(name).field;
-  });
+  scan.def("value",
+           [](ScanRecord& s, const std::string& name) { return s.Get().*RowValueOf(name).field; });
   scan.def("set_value", [](ScanRecord& s, const std::string& name, double number) {
     Require(SetValue(RowValueOf(name), s.Change(), number));
   });

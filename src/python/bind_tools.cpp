@@ -69,8 +69,8 @@ py::object Plan(const py::dict& values) {
 }
 
 py::object Solution(const std::optional<std::string>& sequence,
-                    const std::optional<int>& disulphides,
-                    const std::optional<std::string>& buffer, double degC) {
+                    const std::optional<int>& disulphides, const std::optional<std::string>& buffer,
+                    double degC) {
   SolutionRequest request;
   if (sequence) request.letters = SequenceOf(*sequence, {}).letters;
   request.disulphides = disulphides;

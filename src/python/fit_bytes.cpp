@@ -12,6 +12,7 @@
 #include "job/page_setup.h"
 #include "python/fit_record.h"
 #include "python/scan_record.h"
+#include "python/search_bytes.h"
 
 namespace quorvane {
 
@@ -21,9 +22,9 @@ constexpr const char* kKind = "fit";
 
 // The numbers of the page, in the order of the bytes.
 constexpr std::array kPageNumbers = {
-    &FitPage::ModelMW,    &FitPage::ModelMWB,   &FitPage::ModelVirial, &FitPage::ModelN1,
-    &FitPage::ModelN2,    &FitPage::ModelLnK1,  &FitPage::ModelLnK2,   &FitPage::ModelAlpha,
-    &FitPage::ModelLnK3,  &FitPage::Vbar,       &FitPage::VbarB,       &FitPage::Density};
+    &FitPage::ModelMW,   &FitPage::ModelMWB,  &FitPage::ModelVirial, &FitPage::ModelN1,
+    &FitPage::ModelN2,   &FitPage::ModelLnK1, &FitPage::ModelLnK2,   &FitPage::ModelAlpha,
+    &FitPage::ModelLnK3, &FitPage::Vbar,      &FitPage::VbarB,       &FitPage::Density};
 
 void WriteLongText(std::string_view text, ByteWriter& out) {
   out.Unsigned32(static_cast<std::uint32_t>(text.size()));
@@ -180,6 +181,7 @@ std::string PackFit(const FitRecord& record) {
   for (const Dataset& dataset : fit.datasets) WriteDataset(dataset, out);
   WriteLongText(SetupText(module), out);
   WriteResults(fit, out);
+  WriteSearches(fit, out);
   WriteLongText(record.log, out);
   out.Unsigned32(static_cast<std::uint32_t>(record.messages.size()));
   for (const std::string& message : record.messages) WriteLongText(message, out);
@@ -205,6 +207,7 @@ FitRecord UnpackFit(std::string_view bytes) {
     const bool known = place < module.CellGeometries.size();
     fit->cells.emplace_back(known ? Trim(module.CellGeometries[place].name) : "");
   }
+  ReadSearches(*fit, in);
   FitRecord record{fit, module.CellGeometries, LongTextIn(in), {}};
   for (std::uint32_t count = in.Count(4, "messages"); count > 0; --count) {
     record.messages.push_back(LongTextIn(in));

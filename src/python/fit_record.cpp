@@ -83,8 +83,7 @@ Json FindIntervals(FitRecord& record, const Job& job, PythonHost& host, Quorvane
   return json;
 }
 
-Json FindMinima(const FitRecord& record, const Job& job, PythonHost& host,
-                QuorvaneModule& module) {
+Json FindMinima(const FitRecord& record, const Job& job, PythonHost& host, QuorvaneModule& module) {
   const FitState& state = record.fit->state;
   const MinimumOutcome outcome = CheckMinimum(state, *job.fit->minima, module.Stop, host);
   Json json = MinimaJson(state, *job.fit->minima, outcome);

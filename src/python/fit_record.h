@@ -42,7 +42,7 @@ Json FindErrors(FitRecord& record, const Job& job, PythonHost& host, QuorvaneMod
 Json FindIntervals(FitRecord& record, const Job& job, PythonHost& host, QuorvaneModule& module);
 Json FindMinima(const FitRecord& record, const Job& job, PythonHost& host, QuorvaneModule& module);
 
-// The fit in bytes, without what was found by searches around it; the log goes along.
+// The fit in bytes, with what searches around it found, and its log.
 std::string PackFit(const FitRecord& record);
 
 // Throws ByteFault, JobFault or ArithmeticFault for bytes that are no such fit.

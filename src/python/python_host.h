@@ -33,9 +33,9 @@ class PythonHost : public SessionHost {
   TimeLimit& Limit() { return limit_; }
   bool Late() const { return late_; }
 
-  const std::string& Log() const { return log_; }          // lines ended by \n
+  const std::string& Log() const { return log_; }  // lines ended by \n
   const std::vector<std::string>& Failures() const { return failures_; }
-  std::string FailureText() const;                         // all of them, a line each
+  std::string FailureText() const;  // all of them, a line each
 
   // Throws what Python made of a signal, if there was one. Needs the interpreter.
   void ThrowIfInterrupted();

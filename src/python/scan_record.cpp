@@ -14,13 +14,13 @@ namespace quorvane {
 
 namespace {
 
-constexpr std::size_t kDigest = 64;      // hexadecimal digits
+constexpr std::size_t kDigest = 64;  // hexadecimal digits
 constexpr std::string_view kVersion = "1";
 
 // The numbers of a record that are no arrays, in the order of the bytes.
-constexpr std::array kNumbers = {&Dataset::RefRadius, &Dataset::RefConc,   &Dataset::RefConc2,
-                                 &Dataset::Offset,    &Dataset::ExtCoeff,  &Dataset::ExtCoeff2,
-                                 &Dataset::Rbase,     &Dataset::Rmen,      &Dataset::ALoad,
+constexpr std::array kNumbers = {&Dataset::RefRadius, &Dataset::RefConc,  &Dataset::RefConc2,
+                                 &Dataset::Offset,    &Dataset::ExtCoeff, &Dataset::ExtCoeff2,
+                                 &Dataset::Rbase,     &Dataset::Rmen,     &Dataset::ALoad,
                                  &Dataset::BLoad,     &Dataset::Edited};
 
 template <std::size_t N>

@@ -34,12 +34,12 @@ class ScanRecord {
 
 // What a scan is made of that comes from no file. Signals, errors and radii have equal lengths.
 struct ScanValues {
-  std::vector<double> r;       // cm, rising
+  std::vector<double> r;  // cm, rising
   std::vector<double> signal;
-  std::vector<double> error;   // standard deviations, not negative
-  double speed = 0.0;          // rpm
-  double wavelength = 280.0;   // nm
-  double temperature = 20.0;   // deg C
+  std::vector<double> error;  // standard deviations, not negative
+  double speed = 0.0;         // rpm
+  double wavelength = 280.0;  // nm
+  double temperature = 20.0;  // deg C
 };
 
 // A dataset of these values, its reference radius and column ends as after a load. Throws

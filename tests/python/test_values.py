@@ -58,6 +58,9 @@ def test_pickles_give_the_same_fit(dimer):
     assert (again.curve(4) == dimer.curve(4)).all()
     assert again.quality() == dimer.quality() and again.aicc == dimer.aicc
     assert again.intervals(["MW"]) == dimer.intervals(["MW"])
+    dimer.joint_intervals(["MW"])
+    searched = dimer._fit.pack()  # with what the searches found
+    assert qv.Fit(type(dimer._fit).unpack(searched))._fit.pack() == searched
     assert copy.deepcopy(dimer)["MW"] == dimer["MW"]
 
 

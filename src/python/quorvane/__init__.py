@@ -13,7 +13,8 @@ logarithms. Long work leaves the interpreter free and stops at Ctrl+C.
 from ._dataset import Dataset, load
 from ._errors import FitError, UnknownNameError
 from ._experiment import Experiment, open, save
-from ._fit import Fit, Interval, MinimumCheck, Parameter, Parameters, compare, fit, models
+from ._fit import Fit, Interval, MinimumCheck, Parameter, Parameters, compare, fit
+from ._job import models
 from ._quorvane import __version__
 from ._tools import ExpectedError, Plan, Simulation, Solution, plan, simulate, solution
 

@@ -9,12 +9,10 @@ from collections.abc import Mapping
 from dataclasses import dataclass
 from typing import Any, Dict, Iterable, Iterator, List, Optional, Sequence, Tuple, Union
 
-import numpy as np
-import numpy.typing as npt
-
 from . import _quorvane
 from ._dataset import Dataset, Floats, PathLike, as_datasets
 from ._errors import FitError, UnknownNameError
+from ._job import MODELS, Job, texts
 
 # Programs of an installation, beside which cell geometries are looked for.
 _PROGRAMS = os.path.join(sys.prefix, "bin")
@@ -85,7 +83,7 @@ class Parameters(Mapping[str, Parameter]):
 
 class Fit:
     """A finished fit. It never changes; it can be copied, pickled and looked at from several
-    threads. Searches around it are remembered for :meth:`report`, but not pickled."""
+    threads. What searches around it found goes into :meth:`report`."""
 
     __slots__ = ("_fit", "_counts", "_parameters", "__weakref__")
 
@@ -230,7 +228,7 @@ class Fit:
 
         Raises UnknownNameError for a name that the model has not, ValueError for a held parameter.
         """
-        wanted = list(self._shared() if names is None else _texts(names, "names"))
+        wanted = list(self._shared() if names is None else texts(names, "names"))
         keys = [self._key(name) for name in wanted]
         request: Dict[str, Any] = {
             "levels": [float(level)],
@@ -257,13 +255,13 @@ class Fit:
         percent  above 50, below 100
         method   1: F(NDF, NDF); 2: 1 + n / NDF F(n, NDF), n fitted parameters
         """
-        wanted = list(self._shared() if names is None else _texts(names, "names"))
+        wanted = list(self._shared() if names is None else texts(names, "names"))
         keys = [self._key(name) for name in wanted]
         if None in keys:
             raise ValueError("only parameters of the model have joint limits")
         request = {"percent": float(percent), "method": int(method), "parameters": keys}
         found = self._fit.intervals({"fit": {"model": self.model}, "confidence": request})
-        captions = {row.caption: row.key for row in _MODELS[self.model].parameters}
+        captions = {row.caption: row.key for row in MODELS[self.model].parameters}
         entries = {captions[entry["name"]]: entry for entry in found["intervals"]}
         intervals = {}
         for name, key in zip(wanted, keys):
@@ -346,13 +344,13 @@ class Fit:
 
     def _shared(self) -> List[str]:
         """Fitted parameters of the model."""
-        known = {row.name for row in _MODELS[self.model].parameters}
+        known = {row.name for row in MODELS[self.model].parameters}
         return [p.name for p in self._parameters.values() if p.fitted and p.name in known]
 
     def _key(self, name: str) -> Optional[str]:
         """Its name in a job; None of a baseline or reference concentration."""
         found = self._parameters[name].name
-        rows = _MODELS[self.model].parameters
+        rows = MODELS[self.model].parameters
         return next((row.key for row in rows if row.name == found), None)
 
 
@@ -370,100 +368,6 @@ def _interval(name: str, entry: Dict[str, Any], method: str) -> Interval:
         limits = replicates["limits"][0]
     lower, upper = limits.get("lower"), limits.get("upper")
     return Interval(name, entry["value"], lower, upper, limits["level"], method, entry)
-
-
-# ---- the job of a fit
-
-
-@dataclass(frozen=True)
-class _ModelParameter:
-    name: str  # in a fit
-    key: str  # in a job
-    caption: str
-
-
-@dataclass(frozen=True)
-class _Model:
-    name: str
-    two_components: bool
-    parameters: Tuple[_ModelParameter, ...]
-
-
-_MODELS: Dict[str, _Model] = {
-    name: _Model(name, two, tuple(_ModelParameter(*row) for row in rows))
-    for name, two, rows in _quorvane.models()
-}
-
-
-def models() -> List[str]:
-    """Names of the models that can be fitted."""
-    return list(_MODELS)
-
-
-def _texts(names: Iterable[str], what: str) -> List[str]:
-    if isinstance(names, str):
-        raise TypeError(f"{what}: a list of names is wanted, not one text")
-    chosen = list(names)
-    if not all(isinstance(name, str) for name in chosen):
-        raise TypeError(f"{what}: names are texts")
-    return chosen
-
-
-class _Job:
-    """The tables of a job: what the arguments of :func:`fit` say."""
-
-    def __init__(self, model: str, count: int) -> None:
-        self.model = _MODELS.get(model)
-        self.fit: Dict[str, Any] = {"model": model}
-        self.parameters: Dict[str, Dict[str, Any]] = {}
-        self.rows: List[Dict[str, Any]] = [{"number": n + 1} for n in range(count)]
-
-    def _key(self, name: str) -> Optional[str]:
-        rows = self.model.parameters if self.model else ()
-        return next((row.key for row in rows if name in (row.name, row.key)), None)
-
-    def start(self, values: Mapping[str, float]) -> None:
-        for name, value in values.items():
-            key = self._key(name)
-            if key is None:
-                self._refuse(name, "; baselines and reference concentrations start where the "
-                             "values of the datasets are")
-            self.parameters.setdefault(key, {})["start"] = float(value)
-
-    def choose(self, name: str, fitted: bool) -> None:
-        key = self._key(name)
-        if key is not None:
-            self.parameters.setdefault(key, {})["fit"] = fitted
-            return
-        checks = {"Offset": "fit_baseline", "RefC": "fit_ref_conc", "RefCA": "fit_ref_conc",
-                  "RefCB": "fit_ref_conc_b"}
-        block, _, number = name.rstrip(")").partition("(")
-        known = block in checks and number.isascii() and number.isdigit()
-        if not known or not 1 <= int(number) <= len(self.rows):
-            self._refuse(name, "")
-        self.rows[int(number) - 1][checks[block]] = fitted
-
-    def link(self, links: Mapping[int, int]) -> None:
-        count = len(self.rows)
-        for dataset, target in links.items():
-            for number in (dataset, target):
-                if not 0 <= int(number) < count:
-                    raise ValueError(f"links: datasets count from 0 to {count - 1}")
-            if int(dataset) != int(target):
-                self.rows[int(dataset)]["link_to"] = int(target) + 1
-
-    def tables(self, constants: Dict[str, Any]) -> Dict[str, Any]:
-        if self.parameters:
-            self.fit["parameters"] = self.parameters
-        rows = [row for row in self.rows if len(row) > 1]
-        return {"constants": constants, "fit": self.fit, **({"dataset": rows} if rows else {})}
-
-    def _refuse(self, name: str, hint: str) -> Any:
-        if self.model is None:
-            raise ValueError(f"there is no model {self.fit['model']!r}; the models are: "
-                             + ", ".join(_MODELS))
-        known = ", ".join(row.key for row in self.model.parameters)
-        raise UnknownNameError(f"{self.model.name} has no {name!r}; it has {known}{hint}")
 
 
 def fit(
@@ -522,10 +426,10 @@ def fit(
         raise ValueError("1 to 101 datasets can be fitted at once")
     if not isinstance(model, str):
         raise TypeError("model: a name is wanted")
-    job = _Job(model, len(datasets))
+    job = Job(model, len(datasets))
     job.start(dict(start if start is not None else {}))
     for names, is_fitted, what in ((held, False, "held"), (fitted, True, "fitted")):
-        for name in _texts(names, what):
+        for name in texts(names, what):
             job.choose(name, is_fitted)
     job.link(dict(links if links is not None else {}))
     for dataset, geometry in dict(cell_geometry if cell_geometry is not None else {}).items():
