@@ -124,7 +124,7 @@ TEST_F(PlanWindowTest, MakesThePlannedSeries) {
   ASSERT_EQ(dialogs.messages.size(), 1U);
   EXPECT_EQ(dialogs.messages[0].text, "N-mer must be an integer => 2.");
   Type("txtPlanN1", "2");
-  EXPECT_TRUE(Comes([&] { return errors->rowCount() == 2; }));
+  EXPECT_TRUE(Comes([&] { return Find("cmdPlanSeries")->isEnabled(); }));
   Click("cmdPlanSeries");
   auto* grid = Find<QTableWidget>("gridSeries");
   ASSERT_EQ(grid->rowCount(), 9);
