@@ -182,7 +182,7 @@ void ReadSearches(FinishedFit& fit, ByteReader& in) {
   if (!fit.intervals) return;
   const IntervalSearch& found = *fit.intervals;
   if (found.outcome.better && !Fits(found.outcome.better->parameters, fit.state)) {
-    in.Fail("search of intervals");
+    in.Fail("intervals");
   }
   for (std::size_t k = 0; k < fit.setup.FitModel->parameters.size(); ++k) {
     fit.intervals->request.chosen.push_back(in.Int16("choice") != 0);

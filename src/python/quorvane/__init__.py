@@ -12,7 +12,8 @@ logarithms. Long work leaves the interpreter free and stops at Ctrl+C.
 
 from ._dataset import Dataset, load
 from ._errors import FitError, UnknownNameError
-from ._experiment import Experiment, open, save
+from ._experiment import Experiment, save
+from ._experiment import open as open  # not in __all__: a star import would hide the built-in one
 from ._fit import Fit, Interval, MinimumCheck, Parameter, Parameters, compare, fit
 from ._job import models
 from ._quorvane import __version__
@@ -21,5 +22,5 @@ from ._tools import ExpectedError, Plan, Simulation, Solution, plan, simulate, s
 __all__ = [
     "Dataset", "Experiment", "ExpectedError", "Fit", "FitError", "Interval", "MinimumCheck",
     "Parameter", "Parameters", "Plan", "Simulation", "Solution", "UnknownNameError", "__version__",
-    "compare", "fit", "load", "models", "open", "plan", "save", "simulate", "solution",
+    "compare", "fit", "load", "models", "plan", "save", "simulate", "solution",
 ]

@@ -7,7 +7,6 @@ from dataclasses import dataclass
 from typing import Any, Dict, List, Optional, Sequence, Union
 
 import numpy as np
-import numpy.typing as npt
 
 from . import _quorvane
 from ._dataset import Dataset, Floats
