@@ -63,7 +63,7 @@ void FigureOptions::BuildParts() {
   chkResiduals_->setToolTip(tr("Data minus curve, all panels on one scale"));
   chkLeftOut_ = Named(new QCheckBox(tr("Points &left out")), "chkFigureLeftOut");
   chkLeftOut_->setToolTip(tr("Hollow marks for the points that are not in use"));
-  chkSpecies_ = Named(new QCheckBox(tr("Spe&cies")), "chkFigureSpecies");
+  chkSpecies_ = Named(new QCheckBox(tr("Spec&ies")), "chkFigureSpecies");
   chkSpecies_->setToolTip(tr("What each species of the model adds to the curve"));
   chkCurves_->setChecked(true);
   chkResiduals_->setChecked(true);
@@ -90,8 +90,8 @@ void FigureOptions::BuildLayout() {
   cmbLooks_ = NewChoice("cmbFigureLooks", {tr("Speed and channel"), tr("Dataset")});
   cmbLooks_->setToolTip(tr("What colours and symbols tell apart"));
   auto* form = new QFormLayout;
-  form->addRow(tr("S&how:"), cmbContent_);
-  form->addRow(tr("&Window:"), txtWindow_);
+  form->addRow(tr("Co&ntent:"), cmbContent_);
+  form->addRow(tr("Win&dow:"), txtWindow_);
   form->addRow(tr("Pane&ls:"), cmbPanels_);
   form->addRow(tr("S&ignal:"), cmbSignal_);
   form->addRow(tr("Loo&ks by:"), cmbLooks_);
