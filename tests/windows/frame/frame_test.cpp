@@ -216,9 +216,11 @@ TEST_F(FrameTest, MenusAreInTheirOrder) {
             "Display Log10(K)s|Display K|Fit to &Rest|&Always Fit to Rest|Fit &Quality...|"
             "&Error Analysis...|&Check Minimum...|\n"
             "Plots|Subtract Baseline|Plot Using (r^2 - r0^2)/2|\n"
-            "Set vbar/vbar(A)|Set vbar(B)|Set density|Set Critical CCC|Set MC Tolerance|\n"
+            "Set vbar/vbar(A)|Set vbar(B)|Set density|Set Critical CCC|Set MC Tolerance|"
+            "&Solution...|\n"
             "&Simulation|&Match|&Window|&New Window|&Cascade|Tile &Horizontal|Tile &Vertical|"
-            "&Arrange Icons|&Fits...|\n&Help|&Contents|&Search For Help On...|&About |\n\n");
+            "&Arrange Icons|&Fits...|&Plan Experiment...|\n&Help|&Contents|&Search For Help "
+            "On...|&About |\n\n");
 }
 
 TEST_F(FrameTest, DeleteAllForgetsTheGraphsAndBeginsAgainAtOne) {
