@@ -25,6 +25,7 @@ struct ExperimentRecord {
 const std::vector<std::pair<std::string, double FitPage::*>>& PageNames() {
   static const auto names = [] {
     std::vector<std::pair<std::string, double FitPage::*>> list;
+    list.reserve(SharedParameters.size() + 3);
     for (const SharedParameter& parameter : SharedParameters) {
       list.emplace_back(parameter.name, parameter.field);
     }

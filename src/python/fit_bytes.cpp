@@ -85,7 +85,8 @@ std::vector<CellGeometry> ReadGeometries(ByteReader& in) {
 void WriteRest(const std::optional<RestVerdict>& rest, ByteWriter& out) {
   out.Int16(rest ? 1 : 0);
   if (!rest) return;
-  out.Int16(rest->atRest ? (*rest->atRest ? 1 : 0) : -1);
+  constexpr std::int16_t kUnknown = -1;
+  out.Int16(rest->atRest ? static_cast<std::int16_t>(*rest->atRest) : kUnknown);
   for (const double value : {rest->sum, rest->sumFall, rest->largestMove}) out.Double(value);
   out.Int16(rest->determined ? 1 : 0);
   WriteLongText(rest->moved, out);

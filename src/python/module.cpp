@@ -1,5 +1,7 @@
 // The module _quorvane: what the package quorvane stands on. Its texts, units and types are those
 // of the package; nothing here is meant to be called by users.
+#include <utility>
+
 #include "archive/experiment.h"
 #include "base/arithmetic.h"
 #include "base/files.h"
@@ -28,7 +30,7 @@ void RaiseFileFault(const FileFault& fault) {
 
 void Translate(std::exception_ptr fault) {
   try {
-    if (fault) std::rethrow_exception(fault);
+    if (fault) std::rethrow_exception(std::move(fault));
   } catch (const JobFault& refused) {
     PyErr_SetString(PyExc_ValueError, refused.what());
   } catch (const SolutionFault& refused) {
