@@ -17,7 +17,8 @@ import time
 from pathlib import Path
 
 EXAMPLES = Path(__file__).resolve().parent.parent / "examples"
-SKIPPED = {"seconds", "log", "path", "version", "points_digest"}  # of one run, not of the numbers
+# Of one run, holding a path, or differences of numbers that agree to all digits that count.
+SKIPPED = {"seconds", "log", "path", "version", "points_digest", "comment1", "rest"}
 EQUAL = 16.0
 
 
@@ -51,10 +52,13 @@ class Build:
 
     def analyse(self, job, out):
         start = time.monotonic()
-        done = subprocess.run([*self.words, "analyze", str(job), "--quiet", "--json", str(out)],
-                              capture_output=True, text=True)
-        if not out.exists():
-            sys.exit(f"{job}: {done.stderr}")
+        # Files, because what Wine starts beside the program would keep a pipe open.
+        with open(out.with_suffix(".txt"), "w+") as said:
+            subprocess.run([*self.words, "analyze", str(job), "--quiet", "--json", str(out)],
+                           stdout=said, stderr=said)
+            if not out.exists():
+                said.seek(0)
+                sys.exit(f"{job}: {said.read()}")
         return json.loads(out.read_text()), time.monotonic() - start
 
 
@@ -88,6 +92,12 @@ def random_problem(cli, folder, number):
     return job
 
 
+def moved(a, b):
+    """The largest difference of a fitted parameter, in standard deviations."""
+    pairs = zip(a["fit"]["parameters"], b["fit"]["parameters"])
+    return max(abs(x["value"] - y["value"]) / x["sd"] for x, y in pairs if x["fitted"] and x["sd"] > 0)
+
+
 def row(job, name, first, second, folder):
     out = [folder / "first.json", folder / "second.json"]
     for file in out:
@@ -96,32 +106,31 @@ def row(job, name, first, second, folder):
     found = []
     compare(a, b, "", found)
     of = lambda prefix, default=None: min((d for d, p in found if p.startswith(prefix)), default=default)
-    worst = min(found)
     shown = lambda d: "-" if d is None else f"{d:.1f}"
-    cells = [name, str(len(found)), shown(of("fit.parameters.value")), shown(of("fit.parameters.sd")),
+    cells = [name, str(len(found)), shown(of("fit.parameters.value")), f"{moved(a, b):.0e}",
+             shown(of("fit.parameters.sd")),
              shown(of("fit.chi_squared")), shown(of("confidence.intervals")),
-             f"{worst[0]:.1f} ({worst[1]})" if worst[0] < EQUAL else "all",
              f"{seconds_a:.2f}", f"{seconds_b:.2f}"]
     print("| " + " | ".join(cells) + " |", flush=True)
-    return worst[0]
+    return moved(a, b), of("fit.chi_squared")
 
 
 def main():
     first, second = Build(sys.argv[1:2]), Build(sys.argv[2:])
-    heads = ["Problem", "Numbers and lists", "Parameters", "Standard deviations", "Sum of squares",
-             "Limits", "Worst of all", "Linux, s", "Wine, s"]
+    heads = ["Problem", "Numbers and lists", "Parameters", "off by, sd", "Standard deviations",
+             "Sum of squares", "Limits", "Linux, s", "Wine, s"]
     print("| " + " | ".join(heads) + " |\n" + "|---" * len(heads) + "|")
-    worst = EQUAL
+    rows = []
     with tempfile.TemporaryDirectory() as place:
         folder = Path(place)
-        jobs = sorted(EXAMPLES.glob("*/*.toml"))
-        for job in jobs:
-            if "[[load]]" in job.read_text() or "archive" in job.read_text():
-                worst = min(worst, row(job, f"{job.parent.name}/{job.stem}", first, second, folder))
+        for job in sorted(EXAMPLES.glob("*/*.toml")):
+            if job.stem != "plan":
+                rows.append(row(job, f"{job.parent.name}/{job.stem}", first, second, folder))
         for number in range(1, 21):
             job = random_problem(sys.argv[1], folder, number)
-            worst = min(worst, row(job, f"random {number}", first, second, folder))
-    print(f"\nAt least {worst:.1f} digits agree.")
+            rows.append(row(job, f"random {number}", first, second, folder))
+    print(f"\nParameters differ by {max(r[0] for r in rows):.0e} standard deviations at most, "
+          f"sums of squares agree to {min(r[1] for r in rows):.1f} digits.")
 
 
 if __name__ == "__main__":

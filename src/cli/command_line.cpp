@@ -361,6 +361,7 @@ ExitStatus RunCommandLine(std::vector<std::string> arguments, const CommandStrea
       "Quorvane: analysis of sedimentation-equilibrium experiments of an analytical "
       "ultracentrifuge, without windows.",
       "quorvane-cli");
+  app.allow_windows_style_options(false);  // "/data/job.toml" is a path there too
   app.set_version_flag("--version", std::string("Quorvane ") + ProgramVersion());
   app.require_subcommand(1);
   app.footer("quorvane-cli COMMAND --help tells more about a command.");

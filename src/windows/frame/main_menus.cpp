@@ -133,7 +133,7 @@ void MainMenus::BuildFileMenu() {
   menu->addSeparator();
   AddAction(menu, "mnuFileExit", tr("&Exit"), [this] {
     frame_.close();
-  })->setShortcut(QKeySequence::Quit);
+  })->setShortcut(Qt::CTRL | Qt::Key_Q);  // Windows has no standard key for it
   connect(menu, &QMenu::aboutToShow, this, &MainMenus::BuildRecentFiles);
   BuildRecentFiles();
 }
