@@ -14,8 +14,8 @@
 
 namespace quorvane {
 
-// From here on an interrupt (Ctrl-C, on Windows also Ctrl-Break) stops a running calculation instead of ending the program; a
-// second one ends it.
+// From here on an interrupt (Ctrl-C, on Windows also Ctrl-Break) stops a running calculation
+// instead of ending the program; a second one ends it.
 void CatchInterrupts();
 
 class TerminalHost : public SessionHost {

@@ -18,8 +18,8 @@ struct PlotOptions {
 Chart PlotDataFit(const FitState& fit, const std::vector<Dataset>& datasets, int set,
                   const PlotOptions& options);
 
-// Adds to `chart`, which `PlotDataFit` made with the same arguments, a curve for each species of the
-// model and a legend; nothing for a model of a single species.
+// Adds to `chart`, which `PlotDataFit` made with the same arguments, a curve for each species of
+// the model and a legend; nothing for a model of a single species.
 void AddSpeciesCurves(Chart& chart, const FitState& fit, int set, const PlotOptions& options);
 
 // Deviations alone, against the radius, mass conservation points included.

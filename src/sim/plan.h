@@ -41,7 +41,7 @@ struct ExperimentPlan {
   int points = 200;                             // a scan, evenly from meniscus to base
   double temperature = 20.0;                    // deg C
   std::vector<std::string> notes = {};  // on its constants; they stand behind the result's remarks
-  int check = 0;  // so many experiments are simulated and fitted; none: 0
+  int check = 0;                        // so many experiments are simulated and fitted; none: 0
 
   bool Fits(const SharedParameter& parameter) const;
   // The parameters of the model that a fit would look for, in the order of the model.

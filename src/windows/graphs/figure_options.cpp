@@ -63,7 +63,7 @@ void FigureOptions::BuildParts() {
   chkResiduals_->setToolTip(tr("Data minus curve, all panels on one scale"));
   chkLeftOut_ = Named(new QCheckBox(tr("Points &left out")), "chkFigureLeftOut");
   chkLeftOut_->setToolTip(tr("Hollow marks for the points that are not in use"));
-  chkSpecies_ = Named(new QCheckBox(tr("Spec&ies")), "chkFigureSpecies");
+  chkSpecies_ = Named(new QCheckBox(tr("Species")), "chkFigureSpecies");
   chkSpecies_->setToolTip(tr("What each species of the model adds to the curve"));
   chkCurves_->setChecked(true);
   chkResiduals_->setChecked(true);

@@ -62,8 +62,8 @@ Choice Ask(QWidget* parent, QPrinter& printer, const PrintJob& job) {
 
 #if defined(Q_OS_WIN)
 
-// The dialog is the system's and takes no buttons of ours, so the pages are shown before it. It does
-// not know files either: without a printer the preview writes one.
+// The dialog is the system's and takes no buttons of ours, so the pages are shown before it. It
+// does not know files either: without a printer the preview writes one.
 bool RunPrintDialog(Dialogs& ask, QWidget* parent, QPrinter& printer, const PrintJob& job) {
   const bool file = printer.outputFormat() == QPrinter::PdfFormat;
   while (PrintPreview(printer, job, parent).exec() == PrintPreview::kPrint) {

@@ -30,8 +30,7 @@ TEST(FindChannelFile, BesideTheProgramThenTheUsersThenTheInstalled) {
   const TempFolder folder;
   const fs::path program = folder / "usr" / "bin";
   const fs::path files[] = {folder / "usr" / "share" / "quorvane" / "channels.txt",
-                            folder / "config" / kUsers / "channels.txt",
-                            program / "channels.txt"};
+                            folder / "config" / kUsers / "channels.txt", program / "channels.txt"};
   const ChangedVariable users(kVariable, (folder / "config").string());
   fs::create_directories(program);
   EXPECT_EQ(FindChannelFile(program), program / "channels.txt");
