@@ -31,6 +31,10 @@ void* operator new(std::size_t size) {
   if (void* memory = std::malloc(size == 0 ? 1 : size)) return memory;
   throw std::bad_alloc();
 }
+void* operator new(std::size_t size, const std::nothrow_t& /*plain*/) noexcept {
+  ++allocations;
+  return std::malloc(size == 0 ? 1 : size);
+}
 void operator delete(void* memory) noexcept {
   release(memory);
 }
