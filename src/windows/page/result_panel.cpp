@@ -91,6 +91,8 @@ void ResultPanel::StepTo(int position) {
   const int count = fit.NumFitSets;
   if (position < 0 || position >= count) return;
   position_ = position;
+  species_->setVisible(!SpeciesCurves(fit, position + 1).empty());
+  species_->setEnabled(!plots_->Deviations());
   chart_->SetChart(Drawn());
   const auto place = static_cast<std::size_t>(fit.FitSetList[static_cast<std::size_t>(position)]);
   which_->setToolTip(DatasetTip(session_.Module.Store.Datasets[place]));
@@ -103,8 +105,6 @@ Chart ResultPanel::Drawn() const {
   const FitState& fit = fit_->state;
   const QuorvaneModule& module = session_.Module;
   const std::vector<Dataset>& datasets = module.Store.Datasets;
-  species_->setVisible(!SpeciesCurves(fit, position_ + 1).empty());
-  species_->setEnabled(!plots_->Deviations());
   if (plots_->Deviations()) return PlotDeviations(fit, datasets, position_);
   const PlotOptions& options = module.Preferences.Plots;
   Chart chart = PlotDataFit(fit, datasets, position_, options);
