@@ -35,7 +35,9 @@ class CommandTest : public testing::Test {
     return nlohmann::json::parse(ReadText(folder / "out.json"), nullptr, false);
   }
 
-  std::string Path(const std::string& name) const { return PathText(folder / name); }
+  std::string Path(const std::string& name) const {
+    return PathText((folder / name).make_preferred());
+  }
 
   // A scan of one ideal species, buoyant weight 8000 Da, baseline 0.01, signal 0.3 at 6.533 cm.
   void WriteScan(const std::string& name, int speed = 20000, int rows = 60) const {

@@ -28,7 +28,8 @@ BOOL WINAPI LeaveAlone(DWORD) {
 class Command {
  public:
   Command(const std::string& job, const std::string& json, const std::filesystem::path& output) {
-    AllocConsole();  // the event goes to all of a console
+    FreeConsole();  // it may be one that takes no events
+    EXPECT_NE(AllocConsole(), 0);
     SetConsoleCtrlHandler(LeaveAlone, TRUE);
     SECURITY_ATTRIBUTES inherited{sizeof inherited, nullptr, TRUE};
     const HANDLE out = CreateFileW(output.c_str(), GENERIC_WRITE, FILE_SHARE_READ, &inherited,

@@ -62,7 +62,11 @@ TEST_F(ScanTest, AFolderIsListedAndItsJobRuns) {
   WriteScan("run/00002.RA3");
   WriteScan("run/00001.RA3", 10000);
   WriteScan("run/below/00009.RA3");
-  const std::string odd = "a \"b\" \xC3\xA9.ra3";
+#if defined(_WIN32)
+  const std::string odd = "a 'b' \xC3\xA9.ra3";
+#else
+  const std::string odd = "a \"b\" \xC3\xA9.ra3";  // a name that Windows does not allow
+#endif
   WriteScan("run/" + odd);  // at the same time: by name, behind 00002
   folder.Write("run/notes.DAT", "nothing\r\n");
   EXPECT_EQ(Run({"scan", Path("run"), "--json", Path("out.json")}), 0);
