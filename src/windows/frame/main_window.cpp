@@ -412,6 +412,14 @@ bool MainWindow::MayClose() {
   return experiments_->AskToDiscard(tr("Exit Program?"), {});
 }
 
+// A child window that closes, as that of a fit's progress, takes the star off the frame's title.
+void MainWindow::changeEvent(QEvent* event) {
+  QMainWindow::changeEvent(event);
+  if (event->type() == QEvent::ModifiedChange && isWindowModified() != unsaved_->Unsaved()) {
+    setWindowModified(unsaved_->Unsaved());
+  }
+}
+
 void MainWindow::closeEvent(QCloseEvent* event) {
   if (!MayClose()) {
     event->ignore();

@@ -61,6 +61,7 @@ class MainWindow : public QMainWindow {
   void KeepUnsavedWork(const std::filesystem::path& folder, std::chrono::milliseconds interval);
 
  protected:
+  void changeEvent(QEvent* event) override;
   void closeEvent(QCloseEvent* event) override;
   void showEvent(QShowEvent* event) override;
   bool eventFilter(QObject* watched, QEvent* event) override;

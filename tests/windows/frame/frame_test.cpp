@@ -126,6 +126,8 @@ TEST_F(FrameTest, TheTitleTellsTheNameAndWhatIsUnsaved) {
   EXPECT_EQ(title(), "experiment[*] - Quorvane");
   session.Module.Store.Datasets[0].RefConc *= 2.0;  // as a box of the page would
   EXPECT_TRUE(QTest::qWaitFor([this] { return window->isWindowModified(); }, 3000));
+  Click("cmdFitMe");
+  EXPECT_EQ(title(), "experiment[*] - Quorvane unsaved");
   dialogs.files = {"", ToQString(folder / "no such folder" / "a.exz"), ToQString(folder / "b.exz")};
   for (const char* after : {"experiment[*] - Quorvane unsaved", "experiment[*] - Quorvane unsaved",
                             "b[*] - Quorvane"}) {
