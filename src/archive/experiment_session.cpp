@@ -6,6 +6,7 @@
 #include "base/arithmetic.h"
 #include "base/files.h"
 #include "base/host.h"
+#include "base/paths.h"
 #include "base/text.h"
 #include "fit/models.h"
 #include "job/page_setup.h"
@@ -16,12 +17,6 @@ namespace quorvane {
 namespace fs = std::filesystem;
 
 namespace {
-
-fs::path FolderOf(const fs::path& path) {
-  std::error_code error;
-  const fs::path whole = fs::absolute(path, error).lexically_normal();
-  return (error ? path : whole).parent_path();
-}
 
 void SayNotSaved(const char* why, Host& host) {
   host.ShowMessage("Save", "The experiment was not saved!" + std::string(kLineBreak) + why,
@@ -148,7 +143,7 @@ bool SaveExperiment(QuorvaneModule& module, const fs::path& path, SessionHost& h
   }
   module.FitPage.ModelIndex = module.ChosenModel->index;
   try {
-    Experiment experiment = ExperimentOf(module, FolderOf(path));
+    Experiment experiment = ExperimentOf(module, WholePath(path).parent_path());
     experiment.log = host.LogAsRtf();
     if (comment != nullptr) experiment.comment = *comment;
     WriteExperimentFile(path, experiment);
@@ -191,7 +186,7 @@ bool LoadExperiment(QuorvaneModule& module, const fs::path& path, SessionHost& h
 std::string LoadReadExperiment(QuorvaneModule& module, ReadExperiment&& read, const fs::path& path,
                                SessionHost& host) {
   std::string remark = TakeUpExperiment(module, std::move(read), path, host);
-  host.PrintIt("\r\nThe current directory is " + PathText(FolderOf(path)) + "\r\n");
+  host.PrintIt("\r\nThe current directory is " + PathText(WholePath(path).parent_path()) + "\r\n");
   return remark;
 }
 
@@ -218,9 +213,7 @@ std::string ResumeExperiment(QuorvaneModule& module, ReadExperiment&& read, Sess
 }
 
 fs::path ArchiveLockFile(const fs::path& path) {
-  std::error_code error;
-  fs::path file = fs::weakly_canonical(path, error);
-  if (error) file = path;
+  const fs::path file = ResolvedPath(path);
   return file.parent_path() / PathFromText("." + PathText(file.filename()) + ".lock");
 }
 

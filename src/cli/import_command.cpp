@@ -5,6 +5,7 @@
 
 #include "base/files.h"
 #include "base/number_format.h"
+#include "base/paths.h"
 #include "job/json_records.h"
 #include "job/toml_reader.h"
 #include "scan/file_list.h"
@@ -34,7 +35,7 @@ ImportChoices ChoicesOf(const ImportArguments& arguments) {
 
 bool SameFile(const fs::path& a, const fs::path& b) {
   std::error_code error;
-  return fs::equivalent(a, b, error) || a.lexically_normal() == b.lexically_normal();
+  return fs::equivalent(a, b, error) || WholePath(a) == WholePath(b);
 }
 
 // What is written may not take the place of what is read, nor of the other.

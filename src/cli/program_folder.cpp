@@ -3,6 +3,7 @@
 #include <system_error>
 
 #include "base/files.h"
+#include "base/paths.h"
 
 #if defined(_WIN32)
 #include <windows.h>
@@ -39,11 +40,8 @@ fs::path ProgramFile() {
 }  // namespace
 
 fs::path ProgramFolder(const char* name) {
-  std::error_code error;
-  fs::path file = ProgramFile();
-  if (file.empty()) file = fs::absolute(PathFromText(name), error);
-  const fs::path resolved = fs::canonical(file, error);
-  return (error ? file : resolved).parent_path();
+  const fs::path file = ProgramFile();
+  return ResolvedPath(file.empty() ? WholePath(PathFromText(name)) : file).parent_path();
 }
 
 }  // namespace quorvane

@@ -3,6 +3,7 @@
 #include <set>
 
 #include "base/files.h"
+#include "base/paths.h"
 #include "cli/dataset_table.h"
 #include "cli/series_table.h"
 #include "cli/terminal_host.h"
@@ -130,10 +131,8 @@ class ScanRun {
       files.insert(files.end(), inside.begin(), inside.end());
     }
     std::set<fs::path> seen;
-    std::erase_if(files, [&](const fs::path& file) {
-      std::error_code error;
-      return !seen.insert(fs::weakly_canonical(file, error)).second;
-    });
+    std::erase_if(files,
+                  [&](const fs::path& file) { return !seen.insert(ResolvedPath(file)).second; });
     return files;
   }
 

@@ -1,6 +1,7 @@
 #include "job/job.h"
 
 #include "base/files.h"
+#include "base/paths.h"
 #include "core/page/confidence_level.h"
 #include "core/page/constants.h"
 #include "core/report/report_file.h"
@@ -19,7 +20,7 @@ std::vector<JobLoad> ReadLoads(TableReader& root, const fs::path& folder) {
     JobLoad load;
     const std::optional<std::string> file = table.Text("file");
     if (!file || file->empty()) table.Fail("file", "a file name is wanted");
-    load.file = folder / PathFromText(*file);
+    load.file = PathIn(folder, PathFromText(*file));
     LoadWords words;
     words.kind = table.Text("kind");
     words.centerpiece = table.Text("centerpiece");
@@ -78,7 +79,7 @@ std::optional<fs::path> ReadPath(TableReader& table, const char* key, const fs::
   const std::optional<std::string> text = table.Text(key);
   if (!text) return std::nullopt;
   if (text->empty()) table.Fail(key, "a path is wanted");
-  return folder / PathFromText(*text);
+  return PathIn(folder, PathFromText(*text));
 }
 
 JobOutput ReadOutput(TableReader& root, const fs::path& folder) {

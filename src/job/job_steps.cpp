@@ -4,6 +4,7 @@
 
 #include "base/files.h"
 #include "base/host.h"
+#include "base/paths.h"
 #include "core/page/cell_files.h"
 #include "core/page/confidence_level.h"
 #include "core/page/constants.h"
@@ -227,9 +228,7 @@ void ApplyConstants(const Job& job, QuorvaneModule& module) {
 }
 
 LoadResult LoadOne(const JobLoad& load, DatasetStore& store, Host& host) {
-  std::error_code error;
-  std::filesystem::path path = std::filesystem::absolute(load.file, error).lexically_normal();
-  if (error) path = load.file;
+  const std::filesystem::path path = WholePath(load.file);
   if (load.channelsNamed && !IsCut(load.settings)) {
     host.ReportFailure(PathText(load.file) +
                        ": the choice of channels does not count; only \"IP,RA\" files of a cell "

@@ -1,6 +1,7 @@
 #include "job/scan_job.h"
 
 #include "base/files.h"
+#include "base/paths.h"
 #include "base/text.h"
 
 namespace quorvane {
@@ -8,12 +9,6 @@ namespace quorvane {
 namespace fs = std::filesystem;
 
 namespace {
-
-fs::path Whole(const fs::path& path) {
-  std::error_code error;
-  const fs::path whole = fs::absolute(path, error);
-  return (error ? path : whole).lexically_normal();
-}
 
 bool IsUtf8(std::string_view text) {
   while (!text.empty()) {
@@ -25,7 +20,7 @@ bool IsUtf8(std::string_view text) {
 }
 
 std::string NameIn(const fs::path& folder, const fs::path& file) {
-  std::string name = PathInJob(Whole(file), folder);
+  std::string name = PathInJob(WholePath(file), folder);
   if (!IsUtf8(name)) throw FileFault(name + ": a job cannot hold this name, which is no UTF-8");
   return name;
 }
@@ -34,7 +29,7 @@ std::string NameIn(const fs::path& folder, const fs::path& file) {
 
 std::string ScanJobText(const std::vector<fs::path>& files, const LoadWords& words,
                         const fs::path& folder) {
-  const fs::path home = Whole(folder.empty() ? "." : folder / "").parent_path();
+  const fs::path home = WholePath(folder.empty() ? "." : folder / "").parent_path();
   TomlWriter job;
   for (const fs::path& file : files) {
     job.Entry("load");

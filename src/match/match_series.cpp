@@ -7,6 +7,7 @@
 #include "base/files.h"
 #include "base/host.h"
 #include "base/number_format.h"
+#include "base/paths.h"
 #include "scan/dataset.h"
 
 namespace quorvane {
@@ -20,9 +21,7 @@ std::string NameOfFile(const fs::path& path) {
 }
 
 std::string FolderOfFile(const fs::path& path) {
-  std::error_code error;
-  const fs::path whole = fs::absolute(path, error);
-  return PathText((error ? path : whole).lexically_normal().parent_path());
+  return PathText(WholePath(path).parent_path());
 }
 
 }  // namespace

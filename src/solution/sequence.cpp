@@ -3,6 +3,7 @@
 #include <array>
 
 #include "base/files.h"
+#include "base/paths.h"
 #include "base/text.h"
 #include "solution/protein_constants.h"
 #include "solution/solution_fault.h"
@@ -137,7 +138,7 @@ ProteinSequence ReadSequence(std::string_view text) {
 
 ProteinSequence SequenceOf(const std::string& fileOrLetters, const std::filesystem::path& folder) {
   const bool isFasta = fileOrLetters.starts_with(">");
-  const std::filesystem::path path = folder / PathFromText(fileOrLetters);
+  const std::filesystem::path path = PathIn(folder, PathFromText(fileOrLetters));
   if (!isFasta && FileExists(path)) {
     try {
       return ReadSequence(ReadWholeFile(path, kLongestFile));

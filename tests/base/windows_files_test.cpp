@@ -1,6 +1,7 @@
 // Faults caught here: on Windows, a file that is lost or half-written because another program has
 // it open or it is write-protected, a name outside the code page, a lock that outlives its process,
-// a message in the words of the system's language.
+// a message in the words of the system's language, a share of the network that is taken for a
+// folder of the current drive.
 #include <gtest/gtest.h>
 
 #include <windows.h>
@@ -14,6 +15,7 @@
 #include "base/file_lock.h"
 #include "base/file_replace.h"
 #include "base/files.h"
+#include "base/paths.h"
 #include "support/temp_folder.h"
 
 using namespace quorvane;
@@ -178,4 +180,28 @@ TEST(WindowsLock, OfAKilledProcessIsTakenOver) {
   CloseHandle(child.hThread);
   EXPECT_TRUE(FileLock(file).Held());
   EXPECT_FALSE(fs::exists(file));
+}
+
+TEST(WindowsPaths, LeadToDrivesAndShares) {
+  struct Row {
+    const wchar_t* path;
+    const wchar_t* whole;
+    const wchar_t* inFolder;
+  };
+  for (const Row& row : std::initializer_list<Row>{
+           {LR"(\\lab\data\.\a\..\b.RA1)", LR"(\\lab\data\b.RA1)", LR"(\\lab\data\.\a\..\b.RA1)"},
+           {L"//lab/data/\u6E2C \u03B1.RA1", L"\\\\lab\\data\\\u6E2C \u03B1.RA1",
+            L"//lab/data/\u6E2C \u03B1.RA1"},
+           {LR"(\\?\C:\a\b.RA1)", LR"(\\?\C:\a\b.RA1)", LR"(\\?\C:\a\b.RA1)"},
+           {L"D:/x/../a.RA1", LR"(D:\a.RA1)", L"D:/x/../a.RA1"},
+           {L"below/a.RA1", nullptr, LR"(\\lab\runs\below/a.RA1)"},
+       }) {
+    if (row.whole != nullptr) {
+      EXPECT_EQ(WholePath(row.path).native(), row.whole);
+    }
+    EXPECT_EQ(IsWholePath(row.path), row.whole != nullptr) << PathText(row.path);
+    EXPECT_EQ(PathIn(LR"(\\lab\runs)", row.path).native(), row.inFolder);
+  }
+  const TempFolder folder;
+  EXPECT_TRUE(DirExists(WholePath(folder.path() / std::wstring(300, L'a') / "..")));
 }

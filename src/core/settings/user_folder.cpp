@@ -13,6 +13,7 @@
 
 #include "base/environment.h"
 #include "base/files.h"
+#include "base/paths.h"
 
 namespace quorvane {
 
@@ -32,7 +33,7 @@ struct FreeByShell {
 // The folder that a variable names; where it is not set, the system knows it.
 fs::path FolderOfUser(const char* variable, const KNOWNFOLDERID& id) {
   fs::path folder = FromEnvironment(variable);
-  if (folder.is_absolute()) return folder;
+  if (IsWholePath(folder)) return folder;
   PWSTR known = nullptr;
   const bool found = SHGetKnownFolderPath(id, 0, nullptr, &known) == S_OK;
   const std::unique_ptr<wchar_t, FreeByShell> text(known);
