@@ -17,8 +17,6 @@ constexpr std::array<std::uint16_t, 32> kHighControls = {
     0x2039, 0x0152, 0,      0x017D, 0,      0,      0x2018, 0x2019, 0x201C, 0x201D, 0x2022,
     0x2013, 0x2014, 0x02DC, 0x2122, 0x0161, 0x203A, 0x0153, 0,      0x017E, 0x0178};
 
-constexpr char32_t kReplacement = 0xFFFD;
-
 char Cp1252Of(char32_t c) {
   if (c < 0x80 || (c >= 0xA0 && c <= 0xFF)) return static_cast<char>(c);
   for (std::size_t k = 0; k < kHighControls.size(); ++k) {
@@ -138,6 +136,16 @@ char32_t NextUtf8(std::string_view& text) {
   if (c < kLeast[length] || surrogate || c > 0x10FFFF) c = kReplacement;
   text.remove_prefix(length);
   return c;
+}
+
+bool IsUtf8(std::string_view text) {
+  constexpr std::string_view kKnown =
+      "\xEF\xBF\xBD";  // kReplacement itself, which may stand in a text
+  while (!text.empty()) {
+    const std::string_view here = text;
+    if (NextUtf8(text) == kReplacement && !here.starts_with(kKnown)) return false;
+  }
+  return true;
 }
 
 void AppendUtf8(std::string& out, char32_t c) {

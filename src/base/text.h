@@ -22,8 +22,15 @@ std::string ToLower(std::string_view text);
 // `text` with every CR LF, LF and lone CR turned into a single LF.
 std::string WithUnixLines(std::string_view text);
 
-// Takes one character off the front of `text`, which must not be empty; U+FFFD for a malformed one.
+// What stands for a character that is not known.
+inline constexpr char32_t kReplacement = 0xFFFD;
+
+// Takes one character off the front of `text`, which must not be empty; kReplacement for a
+// malformed one.
 char32_t NextUtf8(std::string_view& text);
+
+// Whether no character of the text is malformed.
+bool IsUtf8(std::string_view text);
 
 // Appends a character, at most U+10FFFF and no surrogate, as UTF-8.
 void AppendUtf8(std::string& out, char32_t c);

@@ -8,6 +8,7 @@
 
 #include "base/array1.h"
 #include "base/stop_flag.h"
+#include "base/text.h"
 #include "fit/arrow_solve.h"
 #include "fit/point_facts.h"
 
@@ -127,5 +128,10 @@ struct FitState {
     return count;
   }
 };
+
+// The name of parameter l, from 1, without the blanks that fill it.
+inline std::string ParameterName(const FitState& fit, int l) {
+  return std::string(Trim(fit.FitParamNames(l)));
+}
 
 }  // namespace quorvane

@@ -41,10 +41,10 @@ constexpr std::size_t kDigestLength = 64;
 
 // ---- writing
 
-using Places = std::map<std::tuple<std::string, std::string, int>, int>;
+using NumbersOfScans = std::map<std::tuple<std::string, std::string, int>, int>;
 
-Places NumbersOf(const std::vector<Dataset>& datasets) {
-  Places numbers;
+NumbersOfScans NumbersOf(const std::vector<Dataset>& datasets) {
+  NumbersOfScans numbers;
   int number = 0;
   for (const ScanName& scan : ScanNames(datasets)) {
     numbers[{scan.path, scan.name, scan.copy}] = ++number;
@@ -83,7 +83,7 @@ void WriteErrors(const FitSummary& fit, TomlWriter& out) {
   out.Numbers("errors", errors);
 }
 
-std::string TableOf(const HistoryEntry& entry, const Places& numbers) {
+std::string TableOf(const HistoryEntry& entry, const NumbersOfScans& numbers) {
   const FitSummary& fit = entry.kept->summary;
   std::vector<double> datasets;
   std::vector<double> values;
@@ -264,7 +264,7 @@ FittedEntry ReadEntry(TableReader& table, const std::vector<ScanName>& names) {
 FittedTables WriteFitted(const FitHistory& fits, const std::vector<Dataset>& datasets,
                          std::size_t room) {
   FittedTables tables;
-  const Places numbers = NumbersOf(datasets);
+  const NumbersOfScans numbers = NumbersOf(datasets);
   for (const HistoryEntry& entry : fits.Entries()) {
     const std::string table = tables.leftOut == 0 ? TableOf(entry, numbers) : std::string();
     if (tables.leftOut > 0 || tables.text.size() + table.size() > room) {

@@ -6,10 +6,6 @@ namespace quorvane {
 
 namespace {
 
-Json OrNull(const std::optional<double>& value) {
-  return value ? Json(*value) : Json(nullptr);
-}
-
 Json FitsJson(const std::vector<NamedFit>& fits, const FitComparison& comparison) {
   Json list = Json::array();
   for (std::size_t k = 0; k < fits.size(); ++k) {

@@ -4,10 +4,6 @@ namespace quorvane {
 
 namespace {
 
-Json OrNull(const std::optional<double>& value) {
-  return value ? Json(*value) : Json(nullptr);
-}
-
 Json ListOf(const std::vector<std::optional<double>>& values) {
   Json list = Json::array();
   for (const std::optional<double>& value : values) list.push_back(OrNull(value));

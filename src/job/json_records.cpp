@@ -3,7 +3,6 @@
 #include <cmath>
 
 #include "base/arithmetic.h"
-#include "base/text.h"
 #include "fit/fit_statistics.h"
 #include "fit/levmarq.h"
 #include "fit/mass_conservation.h"
@@ -60,7 +59,7 @@ int DatasetNumber(const FitState& fit, int d) {
 Json ParametersJson(const FitState& fit, const FitStatistics* statistics) {
   Json parameters = Json::array();
   for (int k = 1; k <= fit.FitMA; ++k) {
-    Json parameter = {{"name", std::string(Trim(fit.FitParamNames(k)))}, {"value", fit.FitA(k)}};
+    Json parameter = {{"name", ParameterName(fit, k)}, {"value", fit.FitA(k)}};
     if (statistics != nullptr) parameter["sd"] = StandardError(fit, *statistics, k);
     parameter["fitted"] = fit.FitIA(k) != 0;
     parameters.push_back(std::move(parameter));
@@ -91,11 +90,8 @@ Json CurvesJson(const FitState& fit) {
 // What `compare` needs beyond counts, parameters and curves.
 void AddCriteria(const FitState& fit, Json& json) {
   const FitSummary summary = Summarise(fit, std::nullopt);
-  const auto orNull = [](const std::optional<double>& value) {
-    return value ? Json(*value) : Json(nullptr);
-  };
-  json["aicc"] = orNull(summary.AICc());
-  json["bic"] = orNull(summary.BIC());
+  json["aicc"] = OrNull(summary.AICc());
+  json["bic"] = OrNull(summary.BIC());
   json["points_digest"] = summary.digest;
   if (summary.constrainedRatios) json["constrain_k_ratios"] = true;
   Json links = Json::array();
@@ -150,7 +146,7 @@ Json DocumentHead() {
 Json ValuesJson(const FitState& fit, const Array1<double>& values) {
   Json list = Json::array();
   for (int k = 1; k <= fit.FitMA; ++k) {
-    list.push_back({{"name", std::string(Trim(fit.FitParamNames(k)))}, {"value", values(k)}});
+    list.push_back({{"name", ParameterName(fit, k)}, {"value", values(k)}});
   }
   return list;
 }
@@ -274,7 +270,7 @@ Json MinimaJson(const FitState& fit, const MinimumRequest& request, const Minimu
 Json CrossCorrelationJson(const FitState& fit, double critical) {
   Json names = Json::array();
   for (int k = 1; k <= fit.FitMA; ++k) {
-    names.push_back(std::string(Trim(fit.FitParamNames(k))));
+    names.push_back(ParameterName(fit, k));
   }
   return {{"critical", critical}, {"names", names}, {"matrix", MatrixJson(CrossCorrelation(fit))}};
 }

@@ -10,15 +10,6 @@ namespace fs = std::filesystem;
 
 namespace {
 
-bool IsUtf8(std::string_view text) {
-  while (!text.empty()) {
-    const std::string_view here = text;
-    constexpr std::string_view kReplacement = "\xEF\xBF\xBD";  // may stand in a name
-    if (NextUtf8(text) == U'\uFFFD' && !here.starts_with(kReplacement)) return false;
-  }
-  return true;
-}
-
 std::string NameIn(const fs::path& folder, const fs::path& file) {
   std::string name = PathInJob(WholePath(file), folder);
   if (!IsUtf8(name)) throw FileFault(name + ": a job cannot hold this name, which is no UTF-8");

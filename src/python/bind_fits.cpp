@@ -5,7 +5,6 @@
 #include <limits>
 
 #include "base/arithmetic.h"
-#include "base/text.h"
 #include "fit/fit_statistics.h"
 #include "fit/levmarq.h"
 #include "fit/models.h"
@@ -55,8 +54,8 @@ py::list ParametersOf(const FitRecord& record) {
       const auto place = static_cast<std::size_t>(k - state.SharedBase() - 1);
       shared = py::str(std::string(state.FitModel->parameters[place].shared->name));
     }
-    list.append(py::make_tuple(py::str(std::string(Trim(state.FitParamNames(k)))), shared,
-                               state.FitA(k), ErrorOf(state, statistics, k), state.FitIA(k) != 0));
+    list.append(py::make_tuple(py::str(ParameterName(state, k)), shared, state.FitA(k),
+                               ErrorOf(state, statistics, k), state.FitIA(k) != 0));
   }
   return list;
 }

@@ -6,8 +6,6 @@ namespace quorvane {
 
 namespace {
 
-constexpr char32_t kReplacement = 0xFFFD;
-
 // What the codes 80 to FF stand for.
 constexpr std::u32string_view kCentralEuropean =
     U"€\uFFFD‚\uFFFD„…†‡\uFFFD‰Š‹ŚŤŽŹ\uFFFD‘’“”•–—\uFFFD™š›śťžź"

@@ -9,8 +9,6 @@ namespace quorvane {
 
 namespace {
 
-constexpr char32_t kReplacement = 0xFFFD;
-
 bool IsHighHalf(char16_t unit) {
   return unit >= 0xD800 && unit <= 0xDBFF;
 }

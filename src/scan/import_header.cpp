@@ -15,14 +15,6 @@ namespace {
 
 constexpr double kUsualTemperature = 20.0;  // deg C, where nobody says one
 
-bool IsUtf8(std::string_view text) {
-  constexpr char32_t kReplacement = 0xFFFD;
-  while (!text.empty()) {
-    if (NextUtf8(text) == kReplacement) return false;
-  }
-  return true;
-}
-
 // A line of the text as a comment: UTF-8, without TABs, at most 200 characters.
 std::string CommentOf(const std::string& line) {
   std::string bytes = IsUtf8(line) ? Utf8ToCp1252(line) : line;

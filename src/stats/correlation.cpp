@@ -58,10 +58,10 @@ void LogCrossCorrelation(const FitState& fit, Host& host) {
   host.PrintIt("Cross-Correlation Coefficients");
   host.PrintIt(rule);
   std::string head(kField, ' ');
-  for (int i = 1; i <= fit.FitMA; ++i) head += Centred(Trim(fit.FitParamNames(i)));
+  for (int i = 1; i <= fit.FitMA; ++i) head += Centred(ParameterName(fit, i));
   host.PrintIt(head);
   for (int i = 1; i <= fit.FitMA; ++i) {
-    std::string row = RightAligned(Trim(fit.FitParamNames(i)));
+    std::string row = RightAligned(ParameterName(fit, i));
     for (int j = 1; j <= fit.FitMA; ++j) {
       row += FormatNumber(coefficients(i, j), "   0.000   ;  -0.000   ");
     }

@@ -11,7 +11,6 @@
 #include "base/clock.h"
 #include "base/number_format.h"
 #include "base/quiet_host.h"
-#include "base/text.h"
 #include "base/work_pool.h"
 #include "fit/assembly.h"
 #include "fit/fit_statistics.h"
@@ -167,7 +166,7 @@ void Analysis::TakeRest() {
   for (int l = 1; l <= rest_.FitMA; ++l) {
     if (rest_.FitIA(l) == 0 || !Asked(l)) continue;
     outcome_.parameters.push_back({.parameter = l,
-                                   .name = std::string(Trim(rest_.FitParamNames(l))),
+                                   .name = ParameterName(rest_, l),
                                    .value = rest_.FitA(l),
                                    .error = ErrorOf(rest_, scale_.variance, l)});
   }
@@ -313,8 +312,8 @@ void Analysis::AddSurface(int x, int y) {
   if (grid.xs.empty() || grid.ys.empty()) return;
   ErrorSurface surface{.x = x,
                        .y = y,
-                       .xName = std::string(Trim(rest_.FitParamNames(x))),
-                       .yName = std::string(Trim(rest_.FitParamNames(y))),
+                       .xName = ParameterName(rest_, x),
+                       .yName = ParameterName(rest_, y),
                        .xs = grid.xs,
                        .ys = grid.ys,
                        .xError = ErrorOf(rest_, scale_.variance, x),

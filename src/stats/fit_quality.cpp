@@ -5,7 +5,6 @@
 
 #include "base/arithmetic.h"
 #include "base/number_format.h"
-#include "base/text.h"
 #include "fit/fit_state.h"
 #include "fit/models.h"
 #include "stats/correlation.h"
@@ -52,17 +51,13 @@ std::vector<SetQuality> QualityOfSets(const FitState& fit) {
   return sets;
 }
 
-std::string NameOf(const FitState& fit, int parameter) {
-  return std::string(Trim(fit.FitParamNames(parameter)));
-}
-
 std::vector<StrongCorrelation> StrongPairs(const FitState& fit, double critical) {
   const Matrix1<double> coefficients = CrossCorrelation(fit);
   std::vector<StrongCorrelation> pairs;
   for (int i = 1; i <= fit.FitMA; ++i) {
     for (int j = i + 1; j <= fit.FitMA; ++j) {
       if (std::fabs(coefficients(i, j)) <= critical) continue;
-      pairs.push_back({NameOf(fit, i), NameOf(fit, j), coefficients(i, j)});
+      pairs.push_back({ParameterName(fit, i), ParameterName(fit, j), coefficients(i, j)});
     }
   }
   std::stable_sort(pairs.begin(), pairs.end(),
@@ -100,7 +95,7 @@ std::vector<ImplausibleValue> ImplausibleValues(const FitState& fit, const FitPa
   for (const ModelParameter& parameter : fit.FitModel->parameters) {
     const double value = fit.FitA(++k);
     const char* reason = ReasonAgainst(*parameter.shared, value, page);
-    if (reason != nullptr) values.push_back({NameOf(fit, k), value, reason});
+    if (reason != nullptr) values.push_back({ParameterName(fit, k), value, reason});
   }
   return values;
 }

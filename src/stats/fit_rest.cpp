@@ -6,7 +6,6 @@
 #include "base/arithmetic.h"
 #include "base/number_format.h"
 #include "base/stop_flag.h"
-#include "base/text.h"
 #include "fit/fit_state.h"
 #include "fit/fit_statistics.h"
 #include "fit/levmarq.h"
@@ -17,18 +16,14 @@ namespace quorvane {
 
 namespace {
 
-std::string NameOf(const FitState& fit, int parameter) {
-  return std::string(Trim(fit.FitParamNames(parameter)));
-}
-
 std::string NamesOf(const FitState& fit, const std::vector<int>& parameters) {
   std::string names;
-  for (const int l : parameters) names += (names.empty() ? "" : ", ") + NameOf(fit, l);
+  for (const int l : parameters) names += (names.empty() ? "" : ", ") + ParameterName(fit, l);
   return names;
 }
 
 // Below this a sum is rounding.
-double LeastSum(const FitState& fit) {
+double RoundedSum(const FitState& fit) {
   constexpr double kOfSignal = 1e-20;
   return kOfSignal * SquaredSignal(fit);
 }
@@ -42,7 +37,7 @@ void FindLargestMove(const FitState& fit, const FitState& rest, double variance,
     const double move = std::fabs(rest.FitA(l) - fit.FitA(l)) / error;
     if (!std::isfinite(move) || (move <= verdict.largestMove && !verdict.moved.empty())) continue;
     verdict.largestMove = move;
-    verdict.moved = NameOf(fit, l);
+    verdict.moved = ParameterName(fit, l);
   }
 }
 
@@ -58,7 +53,7 @@ std::string Direction(const FitState& fit, const RestEnd& end) {
 // What stands in the way of an estimate, or nothing.
 std::string Flaw(const FitState& fit, const RestEnd& end) {
   if (end.runaway != 0) {
-    return NameOf(fit, end.runaway) + " runs away to " + Direction(fit, end);
+    return ParameterName(fit, end.runaway) + " runs away to " + Direction(fit, end);
   }
   if (!end.undetermined.empty()) {
     return "the data do not determine " + NamesOf(fit, end.undetermined);
@@ -100,7 +95,7 @@ std::string ReasonOf(const FitState& fit, const RestEnd& end, const RestVerdict&
 }
 
 RestVerdict VerdictOf(const FitState& fit, const FitState& rest, const RestEnd& end) {
-  const double least = LeastSum(fit);
+  const double least = RoundedSum(fit);
   const double sum = std::max(AcceptedSum(rest), least);
   RestVerdict verdict;
   verdict.sum = AcceptedSum(rest);

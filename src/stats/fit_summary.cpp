@@ -9,7 +9,6 @@
 
 #include "base/arithmetic.h"
 #include "base/sha256.h"
-#include "base/text.h"
 #include "fit/fit_statistics.h"
 #include "fit/levmarq.h"
 #include "fit/models.h"
@@ -143,7 +142,7 @@ FitSummary Summarise(const FitState& fit, const std::optional<RestVerdict>& rest
   summary.model = fit.FitModel;
   for (int k = 1; k <= fit.FitMA; ++k) {
     summary.parameters.push_back(
-        {std::string(Trim(fit.FitParamNames(k))), fit.FitA(k), ErrorOf(fit, k), fit.FitIA(k) != 0});
+        {ParameterName(fit, k), fit.FitA(k), ErrorOf(fit, k), fit.FitIA(k) != 0});
   }
   summary.links.assign(fit.RefLink.begin(), fit.RefLink.end());
   summary.massConservation = fit.TwoComponentModel && fit.UseMassConservation;

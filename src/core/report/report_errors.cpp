@@ -11,7 +11,7 @@ namespace quorvane {
 
 namespace {
 
-std::string LevelText(double level) {
+std::string PercentText(double level) {
   return FormatNumber(level, "##.0#") + " %";
 }
 
@@ -74,7 +74,7 @@ ReportTable LimitsTable(const ErrorAnalysis& analysis) {
   ReportTable table{.title = "Limits of single parameters",
                     .head = {"Parameter", "Method", "Value or mean", "Std. error"},
                     .rows = {}};
-  for (const double level : analysis.request.levels) table.head.push_back(LevelText(level));
+  for (const double level : analysis.request.levels) table.head.push_back(PercentText(level));
   for (const ParameterErrors& errors : analysis.parameters) {
     if (errors.profile) {
       const Writer write(errors.value, SmallestError(errors));
@@ -103,7 +103,7 @@ double DerivedError(const DerivedQuantity& quantity) {
 ReportTable DerivedTable(const ErrorAnalysis& analysis) {
   ReportTable table{
       .title = "Derived quantities", .head = {"Quantity", "Unit", "Value"}, .rows = {}};
-  for (const double level : analysis.request.levels) table.head.push_back(LevelText(level));
+  for (const double level : analysis.request.levels) table.head.push_back(PercentText(level));
   for (const DerivedQuantity& quantity : analysis.derived) {
     const Writer write(quantity.value, DerivedError(quantity));
     ReportRow row = {quantity.name, quantity.unit.empty() ? kReportNone : quantity.unit,

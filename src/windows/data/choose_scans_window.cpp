@@ -22,6 +22,7 @@
 #include "core/settings/settings.h"
 #include "windows/controls/child_window.h"
 #include "windows/controls/control_names.h"
+#include "windows/controls/push_button.h"
 #include "windows/controls/warning_ink.h"
 #include "windows/data/scan_pictures.h"
 #include "windows/data/source_files_tab.h"
@@ -32,13 +33,6 @@ namespace {
 
 constexpr const char* kSizeKey = "ChooseScansSize";
 constexpr const char* kColumnsKey = "ChooseScansColumns";
-
-QPushButton* Button(const char* name, const QString& caption, const QString& tip) {
-  auto* button = Named(new QPushButton(caption), name);
-  button->setToolTip(tip);
-  button->setAutoDefault(false);
-  return button;
-}
 
 QLabel* PlainLabel(const char* name) {
   auto* label = Named(new QLabel, name);
@@ -83,7 +77,7 @@ void ChooseScansWindow::BuildWidgets() {
 }
 
 QHBoxLayout* ChooseScansWindow::BuildFolderLine() {
-  cmdScanFolder_ = Button("cmdScanFolder", tr("Change Folder"), tr("Select another folder"));
+  cmdScanFolder_ = MakeButton("cmdScanFolder", tr("Change Folder"), tr("Select another folder"));
   lblScanFolder_ = PlainLabel("lblScanFolder");
   lblScanFolder_->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
   txtScanFilter_ = Named(new QLineEdit, "txtScanFilter");
@@ -93,7 +87,7 @@ QHBoxLayout* ChooseScansWindow::BuildFolderLine() {
   txtScanFilter_->setMinimumWidth(fontMetrics().averageCharWidth() * 44);
   auto* filter = new QLabel(tr("F&ilter:"));
   filter->setBuddy(txtScanFilter_);
-  cmdRefreshScans_ = Button("cmdRefreshScans", tr("Refresh"), tr("Read the folder again (F5)"));
+  cmdRefreshScans_ = MakeButton("cmdRefreshScans", tr("Refresh"), tr("Read the folder again (F5)"));
   auto* line = new QHBoxLayout;
   line->addWidget(cmdScanFolder_);
   line->addWidget(lblScanFolder_, 1);
@@ -142,15 +136,17 @@ QHBoxLayout* ChooseScansWindow::BuildButtons() {
   lblLoadAs_->setToolTip(tr("File type, centerpiece and channels of the tab \"Source Files\""));
   lblKindWarning_ = PlainLabel("lblKindWarning");
   lblKindWarning_->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
-  cmdLastOfEach_ = Button("cmdLastOfEach", tr("&Last of Each"),
-                          tr("Check the last scan of each cell, wavelength and speed alone: what "
-                             "a global fit wants"));
-  cmdCheckNone_ = Button("cmdCheckNone", tr("Check None"), tr("Take all check marks away"));
-  cmdMatchGroup_ = Button("cmdMatchGroup", tr("Ma&tch Group"),
-                          tr("Compare the scans of this cell, wavelength and speed with the last "
-                             "of them, in the window \"Match\""));
-  cmdLoadChecked_ = Button("cmdLoadChecked", tr("Load Chec&ked"),
-                           tr("Load the checked scans as \"Load Multiple\" does (Enter)"));
+  cmdLastOfEach_ =
+      MakeButton("cmdLastOfEach", tr("&Last of Each"),
+                 tr("Check the last scan of each cell, wavelength and speed alone: what "
+                    "a global fit wants"));
+  cmdCheckNone_ = MakeButton("cmdCheckNone", tr("Check None"), tr("Take all check marks away"));
+  cmdMatchGroup_ =
+      MakeButton("cmdMatchGroup", tr("Ma&tch Group"),
+                 tr("Compare the scans of this cell, wavelength and speed with the last "
+                    "of them, in the window \"Match\""));
+  cmdLoadChecked_ = MakeButton("cmdLoadChecked", tr("Load Chec&ked"),
+                               tr("Load the checked scans as \"Load Multiple\" does (Enter)"));
   auto* line = new QHBoxLayout;
   line->addWidget(lblLoadAs_);
   line->addWidget(lblKindWarning_, 1);

@@ -14,6 +14,7 @@
 #include "plot/point_chart.h"
 #include "scan/point_plot.h"
 #include "windows/controls/control_names.h"
+#include "windows/controls/push_button.h"
 #include "windows/data/dataset_strip.h"
 #include "windows/data/range_line.h"
 #include "windows/session/session.h"
@@ -41,12 +42,6 @@ class KeyMenu : public QMenu {
     QMenu::keyPressEvent(event);
   }
 };
-
-QPushButton* MakeButton(const char* name, const QString& caption, const QString& toolTip) {
-  auto* button = Named(new QPushButton(caption), name);
-  button->setToolTip(toolTip);
-  return button;
-}
 
 }  // namespace
 

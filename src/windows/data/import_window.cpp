@@ -14,6 +14,7 @@
 #include "scan/import_names.h"
 #include "windows/controls/busy_pointer.h"
 #include "windows/controls/control_names.h"
+#include "windows/controls/push_button.h"
 #include "windows/data/import_choices.h"
 #include "windows/data/import_preview.h"
 #include "windows/session/save_folder.h"
@@ -26,12 +27,6 @@ constexpr std::size_t kMostBytes = std::size_t{32} << 20U;  // of a text
 constexpr std::size_t kMostTexts = 200;
 
 enum FileColumn { kSource, kTarget, kState };
-
-QPushButton* Button(const char* name, const QString& caption, const QString& tip = {}) {
-  auto* button = Named(new QPushButton(caption), name);
-  button->setToolTip(tip);
-  return button;
-}
 
 }  // namespace
 
@@ -79,8 +74,9 @@ QWidget* ImportWindow::BuildFiles() {
   gridFiles_->setTabKeyNavigation(false);
   gridFiles_->setMinimumWidth(fontMetrics().averageCharWidth() * 44);
   gridFiles_->setMinimumHeight(fontMetrics().height() * 5);
-  cmdAdd_ = Button("cmdImportAdd", tr("&Add..."), tr("Add texts to the list"));
-  cmdRemove_ = Button("cmdImportRemove", tr("&Remove"), tr("Take the selected texts off the list"));
+  cmdAdd_ = MakeButton("cmdImportAdd", tr("&Add..."), tr("Add texts to the list"));
+  cmdRemove_ =
+      MakeButton("cmdImportRemove", tr("&Remove"), tr("Take the selected texts off the list"));
   auto* buttons = new QHBoxLayout;
   buttons->addWidget(cmdAdd_);
   buttons->addWidget(cmdRemove_);
@@ -92,14 +88,16 @@ QWidget* ImportWindow::BuildFiles() {
 }
 
 QLayout* ImportWindow::BuildFoot() {
-  cmdFolder_ = Button("cmdImportFolder", tr("&Folder..."), tr("Where the scan files are written"));
+  cmdFolder_ =
+      MakeButton("cmdImportFolder", tr("&Folder..."), tr("Where the scan files are written"));
   lblFolder_ = Named(new QLabel, "lblImportFolder");
   lblFolder_->setTextFormat(Qt::PlainText);
   lblFolder_->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
   cmdImport_ =
-      Button("cmdImport", tr("&Import"), tr("Write a scan file of each text that is ready"));
-  cmdImportLoad_ = Button("cmdImportLoad", tr("Import and &Load"),
-                          tr("Write the scan files and load them with the channels of the page"));
+      MakeButton("cmdImport", tr("&Import"), tr("Write a scan file of each text that is ready"));
+  cmdImportLoad_ =
+      MakeButton("cmdImportLoad", tr("Import and &Load"),
+                 tr("Write the scan files and load them with the channels of the page"));
   auto* foot = new QHBoxLayout;
   foot->addWidget(cmdFolder_);
   foot->addWidget(lblFolder_, 1);

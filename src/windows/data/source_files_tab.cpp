@@ -18,6 +18,7 @@
 #include "scan/file_list.h"
 #include "scan/preview.h"
 #include "windows/controls/control_names.h"
+#include "windows/controls/push_button.h"
 #include "windows/data/channel_bands.h"
 #include "windows/data/file_check_pane.h"
 #include "windows/data/load_settings_box.h"
@@ -34,12 +35,6 @@ constexpr std::array<const char*, 4> kFilters = {
     QT_TRANSLATE_NOOP("QObject", "FL Files (*.FL*)"),
     QT_TRANSLATE_NOOP("QObject", "EL Files (*.EL*)")};
 
-QPushButton* Button(const char* name, const QString& caption, const QString& tip) {
-  auto* button = Named(new QPushButton(caption), name);
-  button->setToolTip(tip);
-  return button;
-}
-
 }  // namespace
 
 SourceFilesTab::SourceFilesTab(Session& session, SessionHost& host, QWidget* parent)
@@ -52,10 +47,10 @@ SourceFilesTab::SourceFilesTab(Session& session, SessionHost& host, QWidget* par
 void SourceFilesTab::BuildWidgets() {
   lblCurrentDir_ = Named(new QLabel, "lblCurrentDir");
   lblCurrentDir_->setTextFormat(Qt::PlainText);
-  btnChangeDir_ = Button("btnChangeDir", tr("Change Folder"), tr("Select another folder"));
+  btnChangeDir_ = MakeButton("btnChangeDir", tr("Change Folder"), tr("Select another folder"));
   cmdChooseScans_ =
-      Button("cmdChooseScans", tr("Choose Scans..."),
-             tr("All scans of the folder as a table, to choose those to load or to match"));
+      MakeButton("cmdChooseScans", tr("Choose Scans..."),
+                 tr("All scans of the folder as a table, to choose those to load or to match"));
   lblPreview_ = Named(new QLabel, "lblPreview");
   lblPreview_->setTextFormat(Qt::PlainText);
   // A long name has its tool tip; it does not widen the page.
@@ -101,7 +96,7 @@ QGroupBox* SourceFilesTab::BuildFileBox() {
   comboDataFile_->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
   comboDataFile_->setMinimumContentsLength(16);
   comboDataFile_->setMaxVisibleItems(24);
-  cmdRefreshLB_ = Button("cmdRefreshLB", tr("Refresh"), tr("Read the folder again"));
+  cmdRefreshLB_ = MakeButton("cmdRefreshLB", tr("Refresh"), tr("Read the folder again"));
   txtFileComment_ = Named(new QPlainTextEdit, "txtFileComment");
   txtFileComment_->setReadOnly(true);
   txtFileComment_->setTabChangesFocus(true);
@@ -110,12 +105,12 @@ QGroupBox* SourceFilesTab::BuildFileBox() {
   paneFileCheck_ = new FileCheckPane;
   checkTimer_ = new QTimer(this);
   checkTimer_->setSingleShot(true);
-  cmdPreviewIt_ = Button("cmdPreviewIt", tr("Preview"), tr("Preview selected file"));
-  cmdLoadFile_ = Button("cmdLoadFile", tr("Load"), tr("Load selected file"));
-  cmdLoadBlank_ = Button("cmdLoadBlank", tr("Load Blank"), tr("Load selected file as a blank"));
+  cmdPreviewIt_ = MakeButton("cmdPreviewIt", tr("Preview"), tr("Preview selected file"));
+  cmdLoadFile_ = MakeButton("cmdLoadFile", tr("Load"), tr("Load selected file"));
+  cmdLoadBlank_ = MakeButton("cmdLoadBlank", tr("Load Blank"), tr("Load selected file as a blank"));
   cmdMultiLoad_ =
-      Button("cmdMultiLoad", tr("Load Multiple"),
-             tr("Load multiple files using current centerpiece type and selected channels"));
+      MakeButton("cmdMultiLoad", tr("Load Multiple"),
+                 tr("Load multiple files using current centerpiece type and selected channels"));
 
   auto* box = new QGroupBox(tr("File"));
   auto* layout = new QGridLayout(box);

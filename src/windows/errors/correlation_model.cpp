@@ -5,7 +5,6 @@
 #include <QPalette>
 #include <optional>
 
-#include "base/text.h"
 #include "stats/correlation.h"
 
 namespace quorvane {
@@ -66,8 +65,7 @@ QVariant CorrelationModel::headerData(int section, Qt::Orientation, int role) co
   const int parameter = section + 1;
   if (section < 0 || parameter > coefficients_.rows()) return {};
   if (role == Qt::DisplayRole) {
-    const std::string_view name = Trim(fit_->state.FitParamNames(parameter));
-    return QString::fromUtf8(name.data(), static_cast<qsizetype>(name.size()));
+    return QString::fromStdString(ParameterName(fit_->state, parameter));
   }
   return ColorPart(IsHeld(parameter) ? std::optional(HeldColor()) : std::nullopt, role);
 }

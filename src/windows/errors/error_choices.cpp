@@ -14,7 +14,6 @@
 #include <algorithm>
 #include <limits>
 
-#include "base/text.h"
 #include "fit/fit_state.h"
 #include "windows/controls/control_names.h"
 #include "windows/session/session.h"
@@ -34,8 +33,7 @@ QSpinBox* Spin(const char* name, int least, int most, int value) {
 }
 
 QString NameOf(const FitState& fit, int l) {
-  const std::string_view name = Trim(fit.FitParamNames(l));
-  return QString::fromUtf8(name.data(), static_cast<qsizetype>(name.size()));
+  return QString::fromStdString(ParameterName(fit, l));
 }
 
 }  // namespace

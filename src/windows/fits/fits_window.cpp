@@ -14,18 +14,9 @@
 #include "stats/comparison_table.h"
 #include "windows/controls/control_names.h"
 #include "windows/controls/grid_text.h"
+#include "windows/controls/push_button.h"
 
 namespace quorvane {
-
-namespace {
-
-QPushButton* Button(const char* name, const QString& caption, const QString& toolTip) {
-  auto* button = Named(new QPushButton(caption), name);
-  button->setToolTip(toolTip);
-  return button;
-}
-
-}  // namespace
 
 FitsWindow::FitsWindow(Session& session, QWidget* parent)
     : QWidget(parent), session_(session), rows_(session.Module) {
@@ -54,13 +45,14 @@ void FitsWindow::BuildWidgets() {
   gridFits_->addAction(mnuCopyFits_);
   gridFits_->setContextMenuPolicy(Qt::ActionsContextMenu);
   lblFits_ = Named(new QLabel, "lblFits");
-  cmdRestoreFit_ = Button("cmdRestoreFit", tr("&Restore"),
-                          tr("Put page, choice of datasets and result back as they were"));
+  cmdRestoreFit_ = MakeButton("cmdRestoreFit", tr("&Restore"),
+                              tr("Put page, choice of datasets and result back as they were"));
   cmdCompareFits_ =
-      Button("cmdCompareFits", tr("Co&mpare..."), tr("Show the selected fits side by side"));
+      MakeButton("cmdCompareFits", tr("Co&mpare..."), tr("Show the selected fits side by side"));
   cmdDeleteFits_ =
-      Button("cmdDeleteFits", tr("&Delete"), tr("Take the selected fits off the list"));
-  cmdSaveFits_ = Button("cmdSaveFits", tr("Sa&ve Table..."), tr("Write all fits as a CSV file"));
+      MakeButton("cmdDeleteFits", tr("&Delete"), tr("Take the selected fits off the list"));
+  cmdSaveFits_ =
+      MakeButton("cmdSaveFits", tr("Sa&ve Table..."), tr("Write all fits as a CSV file"));
   auto* buttons = new QHBoxLayout;
   buttons->addWidget(lblFits_, 1);
   for (QPushButton* button : {cmdRestoreFit_, cmdCompareFits_, cmdDeleteFits_, cmdSaveFits_}) {

@@ -10,6 +10,7 @@
 #include "base/arithmetic.h"
 #include "fit/models.h"
 #include "windows/controls/page_controls.h"
+#include "windows/controls/push_button.h"
 #include "windows/controls/value_box.h"
 #include "windows/page/fit_rows.h"
 #include "windows/page/model_block.h"
@@ -20,17 +21,6 @@
 #include "windows/session/session.h"
 
 namespace quorvane {
-
-namespace {
-
-QPushButton* MakeButton(const char* name, const QString& caption, const QString& toolTip) {
-  auto* button = new QPushButton(caption);
-  button->setObjectName(name);
-  button->setToolTip(toolTip);
-  return button;
-}
-
-}  // namespace
 
 FitControlTab::FitControlTab(Session& session, SessionHost& host, QWidget* parent)
     : QWidget(parent), session_(session), host_(host), top_(new QWidget) {

@@ -1,6 +1,7 @@
 #include "windows/print/print_dialog.h"
 
 #include <QDialogButtonBox>
+#include <QDir>
 #include <QFileInfo>
 #include <QPrintDialog>
 #include <QPrinter>
@@ -36,7 +37,9 @@ void OfferNoPageNumbers(QPrintDialog& dialog, bool selection) {
 bool MayWrite(Dialogs& ask, QWidget* parent, const QPrinter& printer) {
   const QString name = printer.outputFileName();
   return name.isEmpty() || !QFileInfo(name).isFile() ||
-         ask.AskYesNo(parent, {}, QObject::tr("%1 already exists!  Overwrite?").arg(name));
+         ask.AskYesNo(
+             parent, {},
+             QObject::tr("%1 already exists!  Overwrite?").arg(QDir::toNativeSeparators(name)));
 }
 
 // The dialog once.

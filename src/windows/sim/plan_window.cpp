@@ -27,6 +27,7 @@
 #include "windows/controls/child_window.h"
 #include "windows/controls/control_names.h"
 #include "windows/controls/page_scroll.h"
+#include "windows/controls/push_button.h"
 #include "windows/controls/result_grid.h"
 #include "windows/session/save_folder.h"
 #include "windows/session/session.h"
@@ -47,12 +48,6 @@ constexpr std::string_view kFirstPlan =
     "ext_coeff = 40000.0;noise = 0.004;most_signal = 1.5;centerpiece = \"6 channels\";"
     "[parameters];MW = { value = 8100.0 };N1 = { value = 2.0, fit = false };"
     "LnK1 = { value = 11.5 };";
-
-QPushButton* Button(const char* name, const QString& caption, const QString& tip) {
-  auto* button = Named(new QPushButton(caption), name);
-  button->setToolTip(tip);
-  return button;
-}
 
 std::string OnOneLine(std::string text) {
   std::replace(text.begin(), text.end(), '\n', kLineEnd);
@@ -94,11 +89,11 @@ void PlanWindow::BuildWidgets() {
 QWidget* PlanWindow::BuildSide() {
   entries_ = new PlanEntries;
   auto* scroll = new PageScroll(entries_);
-  cmdOpen_ = Button("cmdPlanOpen", tr("Op&en..."), tr("Reads a plan from a file"));
-  cmdSave_ = Button("cmdPlanSave", tr("Sa&ve..."),
-                    tr("Writes the plan as a file, for quorvane-cli plan too"));
-  cmdSeries_ = Button("cmdPlanSeries", tr("Ma&ke Series..."),
-                      tr("Hands the plan to the simulator, which makes its scans"));
+  cmdOpen_ = MakeButton("cmdPlanOpen", tr("Op&en..."), tr("Reads a plan from a file"));
+  cmdSave_ = MakeButton("cmdPlanSave", tr("Sa&ve..."),
+                        tr("Writes the plan as a file, for quorvane-cli plan too"));
+  cmdSeries_ = MakeButton("cmdPlanSeries", tr("Ma&ke Series..."),
+                          tr("Hands the plan to the simulator, which makes its scans"));
   mnuSeries_ = Named(new QMenu(this), "mnuPlanSeries");
   auto* buttons = new QHBoxLayout;
   for (QPushButton* button : {cmdOpen_, cmdSave_, cmdSeries_}) buttons->addWidget(button);
@@ -143,14 +138,15 @@ QWidget* PlanWindow::BuildResults() {
 
 QWidget* PlanWindow::BuildCheck() {
   constexpr int kUsual = 200;
-  cmdCheck_ = Button("cmdPlanCheck", tr("&Check"),
-                     tr("Simulates and fits so many experiments, and compares their scatter with "
-                        "the errors"));
+  cmdCheck_ =
+      MakeButton("cmdPlanCheck", tr("&Check"),
+                 tr("Simulates and fits so many experiments, and compares their scatter with "
+                    "the errors"));
   spnCheck_ = Named(new QSpinBox, "spnPlanCheck");
   spnCheck_->setRange(2, kMostChecks);
   spnCheck_->setValue(kUsual);
   spnCheck_->setAccessibleName(tr("Experiments"));
-  cmdStop_ = Button("cmdPlanStop", tr("S&top"), tr("Ends the check with what is done"));
+  cmdStop_ = MakeButton("cmdPlanStop", tr("S&top"), tr("Ends the check with what is done"));
   prgCheck_ = Named(new QProgressBar, "prgPlanCheck");
   prgCheck_->setValue(0);
   prgCheck_->setFormat(QString());

@@ -12,6 +12,7 @@
 
 #include "windows/controls/busy_pointer.h"
 #include "windows/controls/control_names.h"
+#include "windows/controls/push_button.h"
 #include "windows/session/save_folder.h"
 #include "windows/session/session.h"
 
@@ -29,13 +30,6 @@ constexpr std::array<ListBox, 3> kLists = {
     {{SimBox::kSpeed, "txtSeriesSpeeds", QT_TRANSLATE_NOOP("QObject", "Speeds, rpm")},
      {SimBox::kLoadC, "txtSeriesLoads", QT_TRANSLATE_NOOP("QObject", "Loads, molar")},
      {SimBox::kLoadCB, "txtSeriesLoadsB", QT_TRANSLATE_NOOP("QObject", "Loads of B, molar")}}};
-
-QPushButton* Button(const char* name, const QString& caption, const QString& tip) {
-  auto* button = Named(new QPushButton(caption), name);
-  button->setToolTip(tip);
-  button->setAutoDefault(false);
-  return button;
-}
 
 }  // namespace
 
@@ -102,7 +96,7 @@ void SeriesWindow::BuildWidgets() {
 void SeriesWindow::BuildFoot(QLayout& layout) {
   lblSeries_ = Named(new QLabel, "lblSeries");
   lblSeries_->setWordWrap(true);
-  cmdFolder_ = Button("cmdSeriesFolder", tr("&Folder..."), tr("Where the scans are written"));
+  cmdFolder_ = MakeButton("cmdSeriesFolder", tr("&Folder..."), tr("Where the scans are written"));
   lblFolder_ = Named(new QLabel, "lblSeriesFolder");
   lblFolder_->setTextFormat(Qt::PlainText);
   lblFolder_->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
@@ -111,11 +105,12 @@ void SeriesWindow::BuildFoot(QLayout& layout) {
   folderRow->setContentsMargins(0, 0, 0, 0);
   folderRow->addWidget(cmdFolder_);
   folderRow->addWidget(lblFolder_, 1);
-  cmdMake_ = Button("cmdMakeSeries", tr("&Simulate"), tr("Simulate and write all scans, or none"));
-  cmdMakeLoad_ = Button("cmdMakeLoadSeries", tr("Simulate and &Load"),
-                        tr("Write the scans and load each as one dataset"));
+  cmdMake_ =
+      MakeButton("cmdMakeSeries", tr("&Simulate"), tr("Simulate and write all scans, or none"));
+  cmdMakeLoad_ = MakeButton("cmdMakeLoadSeries", tr("Simulate and &Load"),
+                            tr("Write the scans and load each as one dataset"));
   cmdMakeLoad_->setDefault(true);
-  auto* cmdClose = Button("cmdCloseSeries", tr("Close"), {});
+  auto* cmdClose = MakeButton("cmdCloseSeries", tr("Close"), {});
   connect(cmdClose, &QPushButton::clicked, this, &QDialog::reject);
   auto* buttons = new QWidget;
   auto* row = new QHBoxLayout(buttons);

@@ -21,6 +21,7 @@
 #include "solution/buffer_density.h"
 #include "solution/solution_fault.h"
 #include "windows/controls/control_names.h"
+#include "windows/controls/push_button.h"
 #include "windows/controls/warning_ink.h"
 #include "windows/session/session.h"
 #include "windows/solution/sequence_box.h"
@@ -48,12 +49,6 @@ constexpr std::array<LineOfConstants, 7> kLabels = {
 
 QString Number(double value, const char* pattern) {
   return QString::fromStdString(FormatNumber(value, pattern));
-}
-
-QPushButton* Button(const char* name, const QString& caption) {
-  auto* button = Named(new QPushButton(caption), name);
-  button->setAutoDefault(false);
-  return button;
 }
 
 }  // namespace
@@ -168,10 +163,10 @@ QWidget* SolutionWindow::BuildUse() {
   txtSolutionPath_ = Named(new QLineEdit, "txtSolutionPath");
   txtSolutionPath_->setAccessibleName(tr("Optical path, cm"));
   txtSolutionPath_->setMaximumWidth(fontMetrics().averageCharWidth() * 9);
-  cmdUseSolution_ = Button("cmdUseSolution", tr("&Use"));
+  cmdUseSolution_ = MakeButton("cmdUseSolution", tr("&Use"));
   cmdUseSolution_->setToolTip(tr("Take what is checked for this experiment"));
   cmdUseSolution_->setDefault(true);
-  auto* cmdClose = Button("cmdCloseSolution", tr("Close"));
+  auto* cmdClose = MakeButton("cmdCloseSolution", tr("Close"));
   connect(cmdClose, &QPushButton::clicked, this, &QDialog::reject);
   auto* bar = new QWidget;
   auto* row = new QHBoxLayout(bar);
