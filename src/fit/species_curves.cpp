@@ -16,8 +16,8 @@ constexpr int kNamedChains = 3;
 constexpr double kLongest = 1e6;  // what can be called an n-mer
 
 bool IsWhole(double count) {
-  constexpr double kNegligible = 1e-9;
-  return std::fabs(count - std::round(count)) < kNegligible;
+  constexpr double kOffWhole = 1e-9;
+  return std::fabs(count - std::round(count)) < kOffWhole;
 }
 
 std::string CountText(double count) {
