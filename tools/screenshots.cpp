@@ -31,6 +31,7 @@
 #include "scan/scan_file.h"
 #include "windows/chart_mouse.h"
 #include "windows/commands/experiment_commands.h"
+#include "windows/controls/check_style.h"
 #include "windows/data/data_window.h"
 #include "windows/data/source_files_tab.h"
 #include "windows/frame/main_window.h"
@@ -529,7 +530,7 @@ int main(int argc, char** argv) {
   QApplication app(argc, argv);
   std::setlocale(LC_NUMERIC, "C");
   QLocale::setDefault(QLocale::c());
-  QApplication::setStyle(QStringLiteral("Fusion"));
+  QApplication::setStyle(new CheckStyle);
   if (argc != 2 && argc != 3) return 2;
   if (argc == 3) QApplication::setPalette(DarkPalette());
   // A copy, so that the pictures show the same folder wherever they are taken.

@@ -11,6 +11,7 @@
 #include "core/settings/settings.h"
 #include "core/settings/user_folder.h"
 #include "windows/commands/experiment_commands.h"
+#include "windows/controls/check_style.h"
 #include "windows/frame/main_window.h"
 #include "windows/frame/qt_dialogs.h"
 #include "windows/frame/splash_window.h"
@@ -43,7 +44,7 @@ int main(int argc, char** argv) {
   QApplication app(argc, argv);
   std::setlocale(LC_NUMERIC, "C");
   QLocale::setDefault(QLocale::c());
-  QApplication::setStyle(QStringLiteral("Fusion"));
+  QApplication::setStyle(new CheckStyle);
   QApplication::setApplicationName(QStringLiteral("Quorvane"));
   QGuiApplication::setDesktopFileName(QStringLiteral("org.quorvane.Quorvane"));
   QtDialogs dialogs;

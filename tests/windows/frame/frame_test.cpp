@@ -1,16 +1,19 @@
 // Faults caught here: a frame that leaves its screen or its corner, children that keep their size
-// or are squeezed, a title that tells of saved work, work that is lost behind "Save...", menus out
-// of order, keys that go to the wrong window.
+// or are squeezed, boxes that nobody sees in the dark, a title that tells of saved work, work that
+// is lost behind "Save...", menus out of order, keys that go to the wrong window.
 #include <QDialog>
 #include <QLabel>
 #include <QMdiSubWindow>
 #include <QMenu>
 #include <QMenuBar>
+#include <QPainter>
 #include <QScreen>
+#include <QStyleOptionButton>
 
 #include "base/files.h"
 #include "plot/chart_widget.h"
 #include "windows/chart_mouse.h"
+#include "windows/controls/check_style.h"
 #include "windows/controls/child_area.h"
 #include "windows/frame/window_place.h"
 #include "windows/main_window_fixture.h"
@@ -33,7 +36,28 @@ class FrameTest : public MainWindowTest {
   }
 };
 
+// Lightness of the rim of an empty check box.
+int RimOn(const QPalette& palette) {
+  QImage image(20, 20, QImage::Format_RGB32);
+  image.fill(palette.color(QPalette::Base));
+  QPainter painter(&image);
+  QStyleOptionButton option;
+  option.rect = {4, 4, 12, 12};
+  option.palette = palette;
+  option.state = QStyle::State_Enabled | QStyle::State_Off;
+  CheckStyle().drawPrimitive(QStyle::PE_IndicatorCheckBox, &option, &painter, nullptr);
+  return image.pixelColor(10, 4).lightness();
+}
+
 }  // namespace
+
+TEST(CheckStyle, AnEmptyBoxCanBeSeenOnEveryGround) {
+  constexpr int kFaint = 60;
+  QPalette dark(QColor(53, 53, 53));
+  dark.setColor(QPalette::Base, QColor(35, 35, 35));
+  EXPECT_GT(RimOn(dark), 35 + kFaint);
+  EXPECT_LT(RimOn(QPalette(QColor(239, 239, 239))), 255 - kFaint);
+}
 
 TEST(FramePlace, IsOnTheScreenThatHoldsItsCorner) {
   const struct {
