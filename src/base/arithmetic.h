@@ -22,6 +22,9 @@ const char* DescribeFault(FaultKind kind);
 class ArithmeticFault : public std::runtime_error {
  public:
   explicit ArithmeticFault(FaultKind kind) : std::runtime_error(DescribeFault(kind)), kind_(kind) {}
+  // "Overflow at 60,000 rpm": `where` says what was being worked out.
+  ArithmeticFault(FaultKind kind, const std::string& where)
+      : std::runtime_error(DescribeFault(kind) + (' ' + where)), kind_(kind) {}
   FaultKind kind() const { return kind_; }
 
  private:

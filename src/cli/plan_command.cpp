@@ -53,9 +53,9 @@ void PrintErrors(const PlanResult& result, const std::optional<PlanCheck>& check
   std::vector<Row> rows = {head};
   for (std::size_t k = 0; k < result.errors.size(); ++k) {
     const ExpectedError& error = result.errors[k];
+    const std::optional<double> percent = PercentOf(error);
     Row row = {std::string(error.parameter->shared->name), FormatParam(error.value),
-               Shown(error.sd),
-               error.relative ? FormatNumber(100.0 * *error.relative, "0.00") : "-"};
+               Shown(error.sd), percent ? FormatNumber(*percent, "0.00") : "-"};
     for (const std::optional<double>& value : result.correlations[k]) {
       row.push_back(value ? FormatNumber(*value, "0.000") : "-");
     }
@@ -105,7 +105,8 @@ void Print(const ExperimentPlan& plan, const PlanResult& result,
   out << plan.model->name << ", " << result.scans.size() << " scans at "
       << SpeedsText(result.speeds) << " rpm\n\n";
   PrintErrors(result, check, out);
-  if (check) {
+  if (check && check->experiments == 0) out << "Not checked: no scan has points for a fit.\n\n";
+  if (check && check->experiments > 0) {
     out << "Checked by " << check->experiments << " simulated experiments, of which "
         << check->failed << " failed.\n\n";
   }

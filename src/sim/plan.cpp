@@ -4,6 +4,7 @@
 #include <cmath>
 #include <set>
 
+#include "base/number_format.h"
 #include "base/text.h"
 #include "fit/fit_state.h"
 #include "sim/sim_boxes.h"
@@ -186,6 +187,10 @@ Refused CheckSize(const ExperimentPlan& plan) {
 }
 
 }  // namespace
+
+std::string SpeedText(double rpm) {
+  return FormatNumber(rpm, "#,##0") + " rpm";
+}
 
 std::size_t PlaceOf(const SharedParameter& parameter) {
   return static_cast<std::size_t>(&parameter - SharedParameters.data());

@@ -1,10 +1,11 @@
 #include "sim/plan_chart.h"
 
 #include <algorithm>
+#include <array>
 #include <cmath>
+#include <cstdio>
 #include <utility>
 
-#include "base/number_format.h"
 #include "fit/fit_figure.h"
 #include "sim/sim_boxes.h"
 
@@ -14,10 +15,6 @@ namespace {
 
 constexpr ChartColor kLost = 0xA0A0A0;
 constexpr double kMicro = 1e-6;
-
-std::string SpeedText(double speed) {
-  return FormatNumber(speed, "#,##0") + " rpm";
-}
 
 ChartSeries Line(std::string name, ChartColor color) {
   ChartSeries series;
@@ -47,9 +44,14 @@ double ValueOf(const ExperimentPlan& plan, const PlanAxis& axis) {
   return (axis.kind == PlanAxis::Kind::kLoad ? plan.loads : plan.loadsB)[axis.place];
 }
 
-bool InPercent(const ModelParameter& parameter) {
-  const ParameterKind kind = parameter.shared->kind;
-  return kind != ParameterKind::kLnK && kind != ParameterKind::kFraction;
+// "speed 2", "load 2", "load 2 of B".
+std::string PlaceText(const ExperimentPlan& plan, const PlanAxis& axis) {
+  const std::string number = " " + std::to_string(axis.place + 1);
+  if (axis.kind == PlanAxis::Kind::kSpeed) return "speed" + number;
+  if (axis.kind == PlanAxis::Kind::kLoad) {
+    return "load" + number + (plan.TwoComponents() ? " of A" : "");
+  }
+  return plan.loadsB.size() == 1 ? "load of B" : "load" + number + " of B";
 }
 
 // From 0 to a few times the least error, beyond which curves only run off.
@@ -107,10 +109,10 @@ std::vector<PlanAxis> AxesOf(const ExperimentPlan& plan) {
 
 std::string NameOf(const ExperimentPlan& plan, const PlanAxis& axis) {
   const double value = ValueOf(plan, axis);
-  const std::string number = std::to_string(axis.place + 1);
-  if (axis.kind == PlanAxis::Kind::kSpeed) return "speed " + number + " (" + SpeedText(value) + ")";
-  return (axis.kind == PlanAxis::Kind::kLoad ? "load " : "load of B ") + number + " (" +
-         FormatNumber(value / kMicro, "0.####") + " micromolar)";
+  std::array<char, 32> micromolar{};
+  std::snprintf(micromolar.data(), micromolar.size(), "%.4g micromolar", value / kMicro);
+  const bool speed = axis.kind == PlanAxis::Kind::kSpeed;
+  return PlaceText(plan, axis) + " (" + (speed ? SpeedText(value) : micromolar.data()) + ")";
 }
 
 std::vector<double> ValuesAlong(const ExperimentPlan& plan, const PlanAxis& axis, int count) {
@@ -133,12 +135,12 @@ Chart ErrorsOfPlan(const ExperimentPlan& plan, const PlanAxis& axis,
                    const std::vector<std::vector<std::optional<double>>>& errors) {
   const bool speed = axis.kind == PlanAxis::Kind::kSpeed;
   Chart chart = {.title = "Expected standard errors along " + NameOf(plan, axis),
-                 .bottomTitle = speed ? "speed, rpm" : "load, micromolar",
+                 .bottomTitle = PlaceText(plan, axis) + (speed ? ", rpm" : ", micromolar"),
                  .panels = {}};
   const std::vector<const ModelParameter*> parameters = plan.Fitted();
   for (std::size_t p = 0; p < parameters.size(); ++p) {
     const double truth = plan.truth.*parameters[p]->shared->field;
-    const bool percent = InPercent(*parameters[p]) && truth != 0.0;
+    const bool percent = ErrorIsRelative(*parameters[p]) && truth != 0.0;
     ChartPanel panel;
     panel.leftTitle = std::string(parameters[p]->shared->name) + (percent ? ", %" : "");
     ChartSeries series = Line("", FigureLookOf(0).color);

@@ -4,6 +4,7 @@
 #include <cmath>
 
 #include "base/arithmetic.h"
+#include "base/number_format.h"
 #include "fit/settled_fit.h"
 #include "sim/plan_traps.h"
 
@@ -26,17 +27,41 @@ InformationRoot InformationOfCell(const ExperimentPlan& plan, const PlannedCell&
 
 // All columns at one speed.
 struct SpeedPart {
+  double speed = 0.0;
   std::vector<PlannedCell> cells;
   InformationRoot root;
 };
 
 SpeedPart PartOf(const ExperimentPlan& plan, double speed, const StopFlag* stop) {
-  SpeedPart part{{}, EmptyRoot(plan)};
+  SpeedPart part{speed, {}, EmptyRoot(plan)};
   for (std::size_t column = 0; column < plan.loads.size() && !Stopped(stop); ++column) {
-    part.cells.push_back(PlanCell(plan, speed, column));
-    part.root = Joined(part.root, InformationOfCell(plan, part.cells.back()));
+    try {
+      part.cells.push_back(PlanCell(plan, speed, column));
+      part.root = Joined(part.root, InformationOfCell(plan, part.cells.back()));
+    } catch (const ArithmeticFault& fault) {
+      throw ArithmeticFault(fault.kind(),
+                            "at " + SpeedText(speed) + ", load " + FormatParam(plan.loads[column]));
+    }
   }
   return part;
+}
+
+// The parts of all speeds, or of the candidates that can be worked out.
+std::vector<SpeedPart> PartsOf(const ExperimentPlan& plan, const StopFlag* stop,
+                               std::vector<double>& leftOut) {
+  const std::vector<double>& offered = Chooses(plan) ? plan.candidates : plan.speeds;
+  const auto most = Chooses(plan) ? offered.size() - static_cast<std::size_t>(plan.choose) : 0;
+  std::vector<SpeedPart> parts;
+  parts.reserve(offered.size());
+  for (const double speed : offered) {
+    try {
+      parts.push_back(PartOf(plan, speed, stop));
+    } catch (const ArithmeticFault&) {
+      leftOut.push_back(speed);
+      if (leftOut.size() > most) throw;
+    }
+  }
+  return parts;
 }
 
 // Standard errors of a plan with that information.
@@ -70,10 +95,9 @@ class ErrorMaker {
     double score = 0.0;
     for (std::size_t k = 0; k < errors.size(); ++k) {
       if (!errors[k]) return std::nullopt;
-      const ParameterKind kind = parameters_[k]->shared->kind;
-      const bool asItIs = kind == ParameterKind::kLnK || kind == ParameterKind::kFraction;
-      if (!asItIs && values_[k] == 0.0) continue;  // a relative error has no meaning there
-      const double part = asItIs ? *errors[k] : *errors[k] / values_[k];
+      const bool relative = ErrorIsRelative(*parameters_[k]);
+      if (relative && values_[k] == 0.0) continue;  // a relative error has no meaning there
+      const double part = relative ? *errors[k] / values_[k] : *errors[k];
       score += part * part;
     }
     return score;
@@ -125,7 +149,7 @@ class Ranker {
       return;
     }
     for (std::size_t k = from; k + missing <= parts_.size() && !Stopped(stop_); ++k) {
-      speeds_.push_back(plan_.candidates[k]);
+      speeds_.push_back(parts_[k].speed);
       Choose(k + 1, Joined(root, parts_[k].root));
       speeds_.pop_back();
     }
@@ -212,13 +236,20 @@ InformationRoot Told(const ExperimentPlan& plan, const PlanAxis& axis, bool move
 
 }  // namespace
 
+bool ErrorIsRelative(const ModelParameter& parameter) {
+  const ParameterKind kind = parameter.shared->kind;
+  return kind != ParameterKind::kLnK && kind != ParameterKind::kFraction;
+}
+
+std::optional<double> PercentOf(const ExpectedError& error) {
+  if (!error.relative || !ErrorIsRelative(*error.parameter)) return std::nullopt;
+  return 100.0 * *error.relative;
+}
+
 PlanResult PlanExperiment(const ExperimentPlan& plan, const StopFlag* stop) {
   PlanResult result;
-  std::vector<SpeedPart> parts;
-  const std::vector<double>& offered = Chooses(plan) ? plan.candidates : plan.speeds;
-  parts.reserve(offered.size());
-  for (const double speed : offered) parts.push_back(PartOf(plan, speed, stop));
-  if (Stopped(stop)) return result;
+  const std::vector<SpeedPart> parts = PartsOf(plan, stop, result.leftOut);
+  if (Stopped(stop)) return {};
   result.speeds = plan.speeds;
   if (Chooses(plan)) {
     Ranker ranker(plan, parts, stop);
@@ -228,11 +259,11 @@ PlanResult PlanExperiment(const ExperimentPlan& plan, const StopFlag* stop) {
     result.speeds = result.ranking.front().speeds;
   }
   InformationRoot root = EmptyRoot(plan);
-  for (std::size_t k = 0; k < parts.size(); ++k) {
+  for (const SpeedPart& part : parts) {
     const auto& taken = result.speeds;
-    if (std::find(taken.begin(), taken.end(), offered[k]) == taken.end()) continue;
-    root = Joined(root, parts[k].root);
-    for (const PlannedCell& cell : parts[k].cells) {
+    if (std::find(taken.begin(), taken.end(), part.speed) == taken.end()) continue;
+    root = Joined(root, part.root);
+    for (const PlannedCell& cell : part.cells) {
       for (std::size_t w = 0; w < cell.scans.size(); ++w) {
         result.scans.push_back(SeenScan(plan, cell, w));
       }

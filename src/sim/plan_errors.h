@@ -37,8 +37,15 @@ struct ExpectedError {
   std::optional<double> relative;  // sd over |value|; nothing for a value of 0
 };
 
-// A choice of speeds. `score`: sum over the parameters of (sd / value)^2 for weights,
-// stoichiometries and virial coefficients, of sd^2 for ln K and fractions; the least is the best.
+// Whether the error of a parameter is measured by its value: that of weights, stoichiometries and
+// virial coefficients; not that of ln K and fractions, where the error says enough as it is.
+bool ErrorIsRelative(const ModelParameter& parameter);
+
+// The error in percent of the value where that has a meaning.
+std::optional<double> PercentOf(const ExpectedError& error);
+
+// A choice of speeds. `score`: sum over the parameters of (sd / value)^2 where the error is
+// relative, of sd^2 elsewhere; the least is the best.
 struct SpeedChoice {
   std::vector<double> speeds;             // in the order of the candidates
   std::vector<std::optional<double>> sd;  // in the order of the parameters
@@ -54,6 +61,7 @@ struct PlanResult {
   std::vector<ExpectedError> errors;
   // Of the parameters with each other; nothing where one is not determined.
   std::vector<std::vector<std::optional<double>>> correlations;
+  std::vector<double> leftOut;       // candidates that lead beyond all numbers, rpm
   std::vector<SpeedChoice> ranking;  // of candidates: the best kMostRanked, best first
   std::size_t choices = 0;           // all that were ranked
   std::vector<std::string> remarks;  // plain sentences on what stands in the way, see plan_traps.h
@@ -62,8 +70,9 @@ struct PlanResult {
 // Works a plan out that keeps all rules. The standard errors are those of a fit of all scans:
 // noise^2 times the inverse of J^T J at the truth, over all parameters that a fit would have,
 // baselines and reference concentrations too.
-// Throws ArithmeticFault where the plan leads beyond all numbers. `stop`, if there is one, ends it
-// with a result without speeds.
+// Throws ArithmeticFault, naming the scan, where the plan leads beyond all numbers; of candidates
+// only if fewer than `choose` are left. `stop`, if there is one, ends it with a result without
+// speeds.
 PlanResult PlanExperiment(const ExperimentPlan& plan, const StopFlag* stop = nullptr);
 
 // The fit of a plan's speeds at the truth, with signals without noise.

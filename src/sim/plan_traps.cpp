@@ -23,10 +23,6 @@ std::string Listed(const std::vector<std::string>& names) {
   return text;
 }
 
-std::string SpeedText(double speed) {
-  return FormatNumber(speed, "#,##0") + " rpm";
-}
-
 // "10,000 rpm, load 2.000E-6".
 std::string ScanText(const ExperimentPlan& plan, const PlannedScan& scan) {
   std::string text = SpeedText(scan.speed) + ", load " + FormatParam(scan.load);
@@ -113,6 +109,16 @@ void SayFlat(const PlanResult& result, std::vector<std::string>& remarks) {
   }
 }
 
+void SayLeftOut(const PlanResult& result, std::vector<std::string>& remarks) {
+  if (result.leftOut.empty()) return;
+  std::vector<std::string> speeds;
+  for (const double speed : result.leftOut) speeds.push_back(SpeedText(speed));
+  remarks.push_back(
+      speeds.size() == 1
+          ? "The candidate " + Listed(speeds) + " leads beyond all numbers and was left out."
+          : "The candidates " + Listed(speeds) + " lead beyond all numbers and were left out.");
+}
+
 void SayLost(const ExperimentPlan& plan, const PlanResult& result,
              std::vector<std::string>& remarks) {
   constexpr std::size_t kMostNamed = 4;
@@ -145,6 +151,7 @@ std::vector<std::string> TrapsOf(const ExperimentPlan& plan, const PlanResult& r
   SayUndetermined(result, remarks);
   SayWeak(result, remarks);
   SayCorrelated(result, remarks);
+  SayLeftOut(result, remarks);
   SayFlat(result, remarks);
   SayLost(plan, result, remarks);
   return remarks;

@@ -203,6 +203,25 @@ TEST(Plan, SaysWhatStandsInTheWay) {
   EXPECT_TRUE(CheckOn(plan, 1, stop).parameters.empty());
 }
 
+TEST(Plan, LeavesOutCandidatesBeyondAllNumbers) {
+  ExperimentPlan plan = PlanOf(kPlannedModels[2]);
+  plan.truth.ModelMW = 4e6;
+  plan.speeds.clear();
+  plan.candidates = {1000, 60000, 1500};
+  plan.choose = 2;
+  const PlanResult result = PlanExperiment(plan);
+  EXPECT_EQ(result.choices, 1U);
+  EXPECT_EQ(result.speeds, (std::vector<double>{1000, 1500}));
+  EXPECT_TRUE(Says(result, "The candidate 60,000 rpm leads beyond all numbers and was left out."));
+  plan.choose = 3;
+  try {
+    PlanExperiment(plan);
+    FAIL();
+  } catch (const ArithmeticFault& fault) {
+    EXPECT_EQ(std::string(fault.what()).find("Overflow at 60,000 rpm, load "), 0U) << fault.what();
+  }
+}
+
 TEST(Plan, RanksChoicesByWhatEachAloneWouldGive) {
   ExperimentPlan plan = PlanOf(kPlannedModels[2]);
   plan.candidates = {26000, 8000, 20000, 14000, 11000};
