@@ -7,6 +7,7 @@
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QLineEdit>
+#include <QSignalBlocker>
 #include <QSpinBox>
 #include <QVBoxLayout>
 #include <algorithm>
@@ -130,6 +131,7 @@ QGroupBox* PlanEntries::BuildRun() {
     ShowChoices();
     if (!showing_) emit Changed();
   };
+  connect(chkChoose_, &QCheckBox::toggled, this, &PlanEntries::OfferAgain);
   connect(chkChoose_, &QCheckBox::toggled, this, changed);
   connect(spnChoose_, &QSpinBox::valueChanged, this, changed);
   return group;
@@ -236,6 +238,23 @@ void PlanEntries::ShowPlan(const ExperimentPlan& plan) {
   ShowChoices();
   for (QLineEdit* box : findChildren<QLineEdit*>()) box->setCursorPosition(0);
   showing_ = false;
+}
+
+void PlanEntries::TakeChoice(const std::vector<double>& speeds) {
+  showing_ = true;
+  candidates_ = txtSpeeds_->text();
+  chosen_ = ListText(speeds);
+  chkChoose_->setChecked(false);
+  txtSpeeds_->setText(chosen_);
+  txtSpeeds_->setCursorPosition(0);
+  showing_ = false;
+}
+
+void PlanEntries::OfferAgain(bool choose) {
+  if (showing_ || !choose || txtSpeeds_->text() != chosen_) return;
+  const QSignalBlocker quiet(txtSpeeds_);
+  txtSpeeds_->setText(candidates_);
+  txtSpeeds_->setCursorPosition(0);
 }
 
 void PlanEntries::Refuse(const QLineEdit& box, const QString& why) {

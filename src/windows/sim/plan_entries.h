@@ -26,6 +26,10 @@ class PlanEntries : public QWidget {
   // Shows a plan in all boxes.
   void ShowPlan(const ExperimentPlan& plan);
 
+  // Shows speeds that were chosen among the candidates; these come back when they are asked for
+  // again.
+  void TakeChoice(const std::vector<double>& speeds);
+
   // What is entered; nothing, with Refusal() saying why, if it breaks a rule.
   std::optional<ExperimentPlan> Plan();
   const QString& Refusal() const { return refusal_; }
@@ -50,6 +54,7 @@ class PlanEntries : public QWidget {
   QLineEdit* AddBox(QFormLayout& form, const char* name, const QString& label, const QString& tip);
   void ShowModel();
   void ShowChoices();
+  void OfferAgain(bool choose);
   void ReadSample(ExperimentPlan& plan);
   void ReadRun(ExperimentPlan& plan);
   void ReadCell(ExperimentPlan& plan);
@@ -59,6 +64,8 @@ class PlanEntries : public QWidget {
 
   QString refusal_;
   bool showing_ = false;  // a plan is being shown: no change by the user
+  QString candidates_;    // that `chosen_` were taken from
+  QString chosen_;
   QComboBox* cmbModel_;
   std::array<Row, SharedParameters.size()> rows_;
   QLineEdit* txtVbar_;

@@ -32,9 +32,8 @@ QString NameOf(const ExpectedError& error) {
 
 QStringList ErrorRow(const PlanResult& result, std::size_t k) {
   const ExpectedError& error = result.errors[k];
-  std::optional<double> percent = error.relative;
-  if (percent) *percent *= 100.0;
-  QStringList row = {NameOf(error), Shown(error.value), Shown(error.sd), Pattern(percent, "0.00")};
+  QStringList row = {NameOf(error), Shown(error.value), Shown(error.sd),
+                     Pattern(PercentOf(error), "0.00")};
   for (const auto& value : result.correlations[k]) row << Pattern(value, "0.000");
   return row;
 }

@@ -3,6 +3,7 @@
 #include <QAction>
 #include <QComboBox>
 #include <QHBoxLayout>
+#include <QHeaderView>
 #include <QLabel>
 #include <QMenu>
 #include <QProgressBar>
@@ -48,6 +49,12 @@ constexpr std::string_view kFirstPlan =
     "ext_coeff = 40000.0;noise = 0.004;most_signal = 1.5;centerpiece = \"6 channels\";"
     "[parameters];MW = { value = 8100.0 };N1 = { value = 2.0, fit = false };"
     "LnK1 = { value = 11.5 };";
+
+// With its head, so that no row has to be scrolled to.
+int HeightOfRows(const QTableWidget& grid, int rows) {
+  return grid.horizontalHeader()->sizeHint().height() +
+         rows * grid.verticalHeader()->defaultSectionSize() + 2 * grid.frameWidth();
+}
 
 std::string OnOneLine(std::string text) {
   std::replace(text.begin(), text.end(), '\n', kLineEnd);
@@ -108,10 +115,12 @@ QWidget* PlanWindow::BuildSide() {
 
 QWidget* PlanWindow::BuildResults() {
   constexpr int kRemarkLines = 5;
+  constexpr int kErrorRows = 4;  // few models have more parameters to be fitted
   gridErrors_ = ResultGrid("gridPlanErrors", tr("Expected standard errors and correlations"));
   gridSpeeds_ = ResultGrid("gridPlanSpeeds", tr("The best choices of speeds"));
   gridSpeeds_->setToolTip(tr("A double click plans these speeds"));
   gridScans_ = ResultGrid("gridPlanScans", tr("Planned scans"));
+  gridErrors_->setMinimumHeight(HeightOfRows(*gridErrors_, kErrorRows));
   tabPlan_ = Named(new QTabWidget, "tabPlan");
   tabPlan_->addTab(gridErrors_, tr("Errors"));
   tabPlan_->addTab(gridSpeeds_, tr("Best Speeds"));
@@ -183,7 +192,7 @@ void PlanWindow::ConnectSignals() {
   });
   connect(cmbPicture_, &QComboBox::currentIndexChanged, this, &PlanWindow::Ask);
   connect(cmdCheck_, &QPushButton::clicked, this, &PlanWindow::BeginCheck);
-  connect(cmdStop_, &QPushButton::clicked, worker_, &PlanWorker::Stop);
+  connect(cmdStop_, &QPushButton::clicked, worker_, &PlanWorker::StopCheck);
   connect(cmdOpen_, &QPushButton::clicked, this, &PlanWindow::Open);
   connect(cmdSave_, &QPushButton::clicked, this, &PlanWindow::Save);
   connect(cmdSeries_, &QPushButton::clicked, this, [this] { MakeSeries(0); });
@@ -221,7 +230,7 @@ void PlanWindow::Follow() {
   prgCheck_->setFormat(QString());
   plan_ = entries_->Plan();
   if (!plan_) {
-    worker_->Stop();
+    worker_->GiveUp();
     ShowFault(entries_->Refusal());
     return;
   }
@@ -298,7 +307,9 @@ void PlanWindow::ShowFault(const QString& text) {
 
 void PlanWindow::ShowRemarks() {
   QStringList lines;
-  if (check_) {
+  if (check_ && check_->experiments == 0 && !check_->stopped) {
+    lines << tr("Not checked: no scan has points for a fit.");
+  } else if (check_) {
     lines << tr("%1 simulated experiments were fitted; %2 came to no rest or did not determine "
                 "every parameter.")
                  .arg(check_->experiments)
@@ -348,9 +359,7 @@ void PlanWindow::ShowPicture() {
 void PlanWindow::TakeChosenSpeeds() {
   const auto row = static_cast<std::size_t>(gridSpeeds_->currentRow());
   if (!plan_ || row >= answer_.result.ranking.size()) return;
-  ExperimentPlan plan = ShownPlan();
-  plan.speeds = answer_.result.ranking[row].speeds;
-  entries_->ShowPlan(plan);
+  entries_->TakeChoice(answer_.result.ranking[row].speeds);
   tabPlan_->setCurrentWidget(gridErrors_);
   Follow();
 }

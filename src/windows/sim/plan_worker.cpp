@@ -57,12 +57,12 @@ PlanWorker::PlanWorker(QObject* parent) : QObject(parent) {
 }
 
 PlanWorker::~PlanWorker() {
-  if (case_) case_->stop.Raise();
+  GiveUp();
   thread_.waitForDone();
 }
 
 void PlanWorker::Begin(PlanTask task) {
-  if (case_) case_->stop.Raise();
+  GiveUp();
   case_ = std::make_shared<Case>();
   case_->task = std::move(task);
   thread_.start([this, begun = case_] {
@@ -81,10 +81,13 @@ void PlanWorker::Begin(PlanTask task) {
   });
 }
 
-void PlanWorker::Stop() {
-  if (!case_) return;
-  case_->stop.Raise();
-  if (!case_->task.check) case_.reset();
+void PlanWorker::GiveUp() {
+  if (case_) case_->stop.Raise();
+  case_.reset();
+}
+
+void PlanWorker::StopCheck() {
+  if (case_ && case_->task.check) case_->stop.Raise();
 }
 
 void PlanWorker::Finish(const std::shared_ptr<Case>& done) {

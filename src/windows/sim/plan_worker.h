@@ -37,8 +37,11 @@ class PlanWorker : public QObject {
   // Begins; what is being worked out is given up.
   void Begin(PlanTask task);
 
-  // Gives up what is being worked out. A check instead ends with what is done, and is told.
-  void Stop();
+  // What is being worked out is not wanted any more.
+  void GiveUp();
+
+  // Ends a check with what is done, and tells it.
+  void StopCheck();
 
  signals:
   void Progressed(int done, int all);  // of a check

@@ -68,6 +68,11 @@ TEST_F(PlanWindowTest, FollowsWhatIsTyped) {
   emit ranking->cellDoubleClicked(5, 0);
   EXPECT_EQ(Find<QLineEdit>("txtPlanSpeeds")->text(), "8000, 14000");
   EXPECT_TRUE(Comes([&] { return ranking->rowCount() == 0 && errors->rowCount() == 2; }));
+  Find<QCheckBox>("chkPlanChoose")->setChecked(true);  // the candidates come back
+  EXPECT_TRUE(Comes([&] { return ranking->rowCount() == 6; }));
+  ranking->setCurrentCell(5, 0);
+  emit ranking->cellDoubleClicked(5, 0);
+  ASSERT_TRUE(Comes([&] { return ranking->rowCount() == 0 && errors->rowCount() == 2; }));
   EXPECT_TRUE(Says("At 8,000 rpm the columns are flat"));
 
   Find<QComboBox>("cmbPlanModel")->setCurrentIndex(6);  // loads of B are missing
@@ -96,6 +101,10 @@ TEST_F(PlanWindowTest, ChecksInTheBackgroundAndStops) {
   Type("txtPlanNoise", "0.002");  // another plan: the check is given up
   EXPECT_TRUE(Comes([&] { return std::fabs(Number(errors, 1, 2) - 0.0444) < 1e-4; }));
   EXPECT_EQ(errors->columnCount(), 6);
+  Click("cmdPlanCheck");
+  Type("txtPlanNoise", "");  // no plan: nor is the check told that ends meanwhile
+  QTest::qWait(200);
+  EXPECT_TRUE(Says("a number is wanted"));
 }
 
 TEST_F(PlanWindowTest, KeepsOpensAndSavesPlans) {
