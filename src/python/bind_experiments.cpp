@@ -82,13 +82,14 @@ py::dict PageOf(const ExperimentRecord& record) {
 
 void TakePage(const py::dict& page, QuorvaneModule& module) {
   for (const auto& [key, value] : page) {
-    const auto name = key.cast<std::string>();
+    const auto name = py::str(key).cast<std::string>();
     if (name == "Model") {
-      const Model* model = FindModel(value.cast<std::string>());
+      const Model* model = FindModel(py::str(value).cast<std::string>());
       if (model == nullptr) throw JobFault("Model: there is no such model");
       module.ChosenModel = model;
       continue;
     }
+    if (PyNumber_Check(value.ptr()) == 0) throw py::type_error(name + ": a number is wanted");
     const auto number = value.cast<double>();
     if (!std::isfinite(number)) throw JobFault(name + ": not a finite number");
     if (name == "Temperature") {
@@ -156,6 +157,7 @@ void BindExperiments(py::module_& m) {
   experiment.def("page", PageOf);
   experiment.def_readonly("log", &ExperimentRecord::log);
   experiment.def_readonly("messages", &ExperimentRecord::messages);
+  experiment.def("copy", [](const ExperimentRecord& record) { return record; });
   experiment.def("save", Save);
   m.def("open", Open);
   m.def("session_around", Around);

@@ -95,6 +95,10 @@ py::object LetterOf(ScanRecord& scan) {
                         : py::object(py::none());
 }
 
+void RequireOf(const std::string& name, const Refusal& refusal) {
+  if (refusal) throw JobFault(name + ": " + LineOf(refusal));
+}
+
 ScanRecord MakeScan(const DoubleArray& r, const DoubleArray& signal, const DoubleArray& error,
                     const std::string& name, const std::array<double, 3>& conditions) {
   ScanValues values{NumbersOf(r, "r"),
@@ -156,7 +160,7 @@ void BindFacts(py::class_<ScanRecord>& scan) {
   scan.def_property_readonly("comment2", [](ScanRecord& s) { return Comment2Of(s.Get()); });
   scan.def_property(
       "speed", [](ScanRecord& s) { return s.Get().Speed; },
-      [](ScanRecord& s, double rpm) { Require(SetSpeed(s.Change(), rpm)); });
+      [](ScanRecord& s, double rpm) { RequireOf("speed", SetSpeed(s.Change(), rpm)); });
   scan.def_property_readonly("wavelength", [](ScanRecord& s) { return s.Get().Wavelength; });
   scan.def_property_readonly(
       "temperature", [](ScanRecord& s) { return static_cast<double>(s.Get().Temperature); });
@@ -167,7 +171,7 @@ void BindFacts(py::class_<ScanRecord>& scan) {
   scan.def("value",
            [](ScanRecord& s, const std::string& name) { return s.Get().*RowValueOf(name).field; });
   scan.def("set_value", [](ScanRecord& s, const std::string& name, double number) {
-    Require(SetValue(RowValueOf(name), s.Change(), number));
+    RequireOf(name, SetValue(RowValueOf(name), s.Change(), number));
   });
 }
 

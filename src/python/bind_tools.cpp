@@ -24,6 +24,18 @@ void TakeModelOfFit(TomlFile& file) {
   if (model != nullptr) file.table.insert_or_assign("model", model->index);
 }
 
+// The inputs of a scan that a dataset of it needs, defaults too, by their keys in a job.
+void AddUsed(const SimInputs& inputs, Json& column) {
+  Json& used = column["used"] = Json::object();
+  for (const SimBox box : {SimBox::kSpeed, SimBox::kTemp, SimBox::kWaveL, SimBox::kRMS,
+                           SimBox::kExtCoeff, SimBox::kLoadC}) {
+    used[std::string(InfoOf(box).key)] = NumberIn(inputs, box);
+  }
+  for (const SimBox box : {SimBox::kExtCoeffB, SimBox::kLoadCB}) {
+    if (UsesBox(inputs.model, box)) used[std::string(InfoOf(box).key)] = NumberIn(inputs, box);
+  }
+}
+
 Json SimulateOne(const SimInputs& inputs, std::uint64_t seed, PythonHost& host) {
   Simulator simulator;
   simulator.Inputs = inputs;
@@ -32,6 +44,7 @@ Json SimulateOne(const SimInputs& inputs, std::uint64_t seed, PythonHost& host) 
   if (!outcome.ok) throw FitFault(outcome.error.empty() ? host.FailureText() : outcome.error);
   Json column;
   AddSimColumn(simulator, outcome.reference, column);
+  AddUsed(inputs, column);
   return column;
 }
 
@@ -41,6 +54,7 @@ Json SimulateAll(const SeriesPlan& plan, std::uint64_t seed, PythonHost& host) {
       RunSeries(plan, seed, host,
                 [&](const SeriesScan& scan, const Simulator& run, const SimReference& reference) {
                   AddSimColumn(run, reference, columns.emplace_back(SimScanJson(scan)));
+                  AddUsed(scan.inputs, columns.back());
                 });
   if (!fault.empty()) throw FitFault(fault);
   return columns;

@@ -19,6 +19,15 @@ namespace {
   throw FitFault(told.empty() ? outcome.error : told);
 }
 
+// The fit itself would only run into an empty table.
+void RequireGeometries(const JobFit& fit, const QuorvaneModule& module) {
+  const bool two = fit.model->secondComponent;
+  if (!(two ? fit.useMassConservation : fit.calcLoadingConcs).value_or(false)) return;
+  if (!module.CellGeometries.empty()) return;
+  throw JobFault(std::string(two ? "use_mass_conservation" : "calc_loading_concs") +
+                 " needs cell geometries: name their file as channels_file");
+}
+
 }  // namespace
 
 FitRecord FitScans(const std::vector<Dataset>& scans, const Job& job,
@@ -30,6 +39,7 @@ FitRecord FitScans(const std::vector<Dataset>& scans, const Job& job,
   for (const Dataset& scan : scans) module.Store.UseData.push_back(!IsBlank(scan));
   LoadGeometries(job, programFolder, module);
   ApplyConstants(job, module);
+  RequireGeometries(*job.fit, module);
   const std::vector<ChosenDataset> datasets = ApplyDatasets(job, module, host);
   TakeTemperature(job, module);
   const FitOutcome outcome = RunJobFit(job, datasets, module, host, host.Limit());

@@ -2,8 +2,11 @@
 
 import copy
 import gc
+import os
+import pathlib
 import pickle
 import re
+import shutil
 import signal
 import subprocess
 import sys
@@ -112,6 +115,10 @@ REFUSED = [
     (ValueError, lambda d: qv.fit(d, "Ideal", start={"MW": float("nan")})),
     (ValueError, lambda d: qv.fit(d, "Ideal", held=["MW", "Offset(1)", "RefC(1)"])),
     (KeyError, lambda d: qv.fit(d, "Ideal", held=["Offset(2)"])),
+    (ValueError, lambda d: qv.fit(d, "Ideal", held=["MW"], fitted=["MW"])),
+    (ValueError, lambda d: qv.fit(d, "Ideal", temperature=-274)),
+    (ValueError, lambda d: qv.fit(d, "Ideal", calc_loading_concs=True)),
+    (TypeError, lambda d: qv.fit([d, d], "Ideal", links={0.5: 0})),
     (ValueError, lambda d: qv.fit(d, "Ideal", links={0: 1})),
     (ValueError, lambda d: qv.fit(d, "Ideal", vbar=0.1)),
     (ValueError, lambda d: qv.fit([d, d], "A+B<>AB", links={0: 1, 1: 0})),
@@ -124,10 +131,15 @@ REFUSED = [
     (ValueError, lambda d: setattr(d, "signal", np.full(50, np.inf))),
     (ValueError, lambda d: d.signal.__setitem__(3, 1.0)),
     (ValueError, lambda d: setattr(d, "ref_conc", 0.0)),
+    (ValueError, lambda d: setattr(d, "name", "two\nlines")),
+    (TypeError, lambda d: setattr(d, "name", None)),
+    (ValueError, lambda d: scan(temperature=-300)),
+    (ValueError, lambda d: setattr(d, "signal", np.ma.masked_greater(d.signal, 0.4))),
     (ValueError, lambda d: d.keep(7.0, 6.0)),
     (ValueError, lambda d: d.subtract(d)),
     (ValueError, lambda d: qv.Dataset([1.0, 2.0], [1.0, 2.0], speed=1000)),
     (FileNotFoundError, lambda d: qv.load("/no/such/file")),
+    (TypeError, lambda d: qv.load(b"/no/such/file")),
     (IsADirectoryError, lambda d: qv.load("/")),
     (OSError, lambda d: qv.load(__file__)),
     (ValueError, lambda d: qv.load(DIMER / "00001.RA1", centerpiece="7 channels")),
@@ -136,6 +148,8 @@ REFUSED = [
     (OSError, lambda d: qv.save(qv.Experiment(qv.fit(d, "Ideal")), "/no/such/folder/a.exz")),
     (ValueError, lambda d: qv.simulate("Ideal", mw=3)),
     (ValueError, lambda d: qv.plan("Ideal", [20000], [1e-5], {"MW": 8000.0}, noise=-1)),
+    (ValueError, lambda d: qv.plan("Monomer-Nmer", [20000], [1e-5], {"MW": 8000.0})),
+    (TypeError, lambda d: qv.plan("Ideal", [20000], [1e-5], {"MW": 8000.0}, held="MW")),
     (ValueError, lambda d: qv.solution("B4D")),
 ]
 
@@ -162,6 +176,15 @@ def test_blanks_and_archives(tmp_path):
     assert again.page["MW"] == fit["MW"].value and again.log.strip() == fit.log.strip()
     assert qv.fit(again.datasets, again.page["Model"])["MW"].value == pytest.approx(
         fit["MW"].value)
+    again.page["MW"] = 5.0
+    for one in (copy.deepcopy(again), pickle.loads(pickle.dumps(again))):
+        assert one.page == again.page and one.log == again.log and one.datasets[0] is not d
+        assert (one.datasets[0].signal == again.datasets[0].signal).all()
+        one.datasets[0].good[:] = False
+    assert again.datasets[0].good.all()
+    again.page["MW"] = "heavy"
+    with pytest.raises((TypeError, ValueError), match="MW"):
+        qv.save(again, tmp_path / "fit.exz")
 
 
 def test_threads_fit_side_by_side(dimer_scans, dimer):
@@ -204,6 +227,34 @@ def test_an_interrupt_stops_the_work():
     child.send_signal(signal.SIGINT)
     assert child.communicate(timeout=60)[0] == "stopped\n"
     assert child.returncode == 0
+
+
+def test_a_simulated_dataset_has_what_was_simulated():
+    sim = qv.simulate("A+B<>AB", seed=1, speed=range(12000, 20000, 4000), load=np.array([3e-6]))
+    assert [one.dataset().speed for one in sim] == [12000, 16000] and sim[0] != sim[1]
+    d = sim[1].dataset(temperature=4)
+    given = {"load": [3e-6], "load_b": d.load_b, "ext_coeff": d.ext_coeff,
+             "ext_coeff_b": d.ext_coeff_b}  # the defaults written out
+    again = qv.simulate("A+B<>AB", seed=1, speed=[12000, 16000], **given)[1]
+    assert d.load_a == 3e-6 and d.temperature == 4 and (again.signal == d.signal).all()
+    plan = qv.plan("Ideal", 16000, sim[0].r[:1] * 1e-6, {"MW": 8000.0})
+    assert plan.speeds == [16000] and plan == plan and plan != sim
+
+
+def test_types_are_strict(tmp_path):
+    if shutil.which("mypy") is None:
+        pytest.skip("mypy is not installed")
+    package = pathlib.Path(qv.__file__).parent
+    (tmp_path / "use.py").write_text(
+        "import numpy as np\nimport quorvane as qv\n"
+        "qv.plan('Ideal', np.array([16000.0]), 1e-6, {'MW': 8100.0})['MW'].sd\n"
+        "r: float = qv.simulate('Ideal', mw=3e4, speed=16000).dataset().meniscus\n")
+    done = subprocess.run(
+        ["mypy", "--strict", "--ignore-missing-imports", "--python-executable", sys.executable,
+         "--cache-dir", str(tmp_path / "cache"), "-p", "quorvane", "-m", "use"],
+        env={**os.environ, "MYPYPATH": f"{package.parent}{os.pathsep}{tmp_path}"},
+        capture_output=True, text=True, cwd=tmp_path, check=False)
+    assert done.returncode == 0, done.stdout + done.stderr
 
 
 def test_everything_has_a_text_and_types():

@@ -3,6 +3,7 @@
 from __future__ import annotations
 
 import os
+from io import IOBase
 from typing import Any, Iterable, List, Optional, Sequence, Union
 
 import numpy as np
@@ -14,21 +15,53 @@ Floats = npt.NDArray[np.float64]
 PathLike = Union[str, "os.PathLike[str]"]
 
 
-def _row_value(name: str, text: str) -> Any:
-    """A property for one value of a row of the parameter page."""
+class _RowValue:
+    """One value of a row of the parameter page."""
 
-    def get(self: "Dataset") -> float:
-        return float(self._scan.value(name))
+    def __init__(self, text: str) -> None:
+        self.__doc__ = text
 
-    def put(self: "Dataset", value: float) -> None:
-        self._scan.set_value(name, float(value))
+    def __set_name__(self, owner: type, name: str) -> None:
+        self._name = name
 
-    return property(get, put, doc=text)
+    def __get__(self, dataset: Optional["Dataset"], owner: Optional[type] = None) -> float:
+        if dataset is None:
+            return self  # type: ignore[return-value]  # of the class, as a property is
+        return dataset._scan.value(self._name)
+
+    def __set__(self, dataset: "Dataset", value: float) -> None:
+        dataset._scan.set_value(self._name, float(value))
 
 
 def _read_only(array: Floats) -> Floats:
     array.flags.writeable = False
     return array
+
+
+def celsius(name: str, value: float) -> float:
+    """The temperature, deg C. Raises ValueError for none above absolute zero."""
+    degrees = float(value)
+    if degrees <= -273.15:
+        raise ValueError(f"{name}: {degrees:g} deg C is not above absolute zero")
+    return degrees
+
+
+def _name(name: str) -> str:
+    if not isinstance(name, str):
+        raise TypeError(f"name: a text is wanted, not {type(name).__name__}")
+    known = name.encode("cp1252", errors="ignore").decode("cp1252") == name
+    if not known or not name.strip() or not name.isprintable() or set(name) & set('\\/:*?"<>|'):
+        raise ValueError(
+            f"name: {name!r} is none for a file: letters of Windows-1252 are wanted, without "
+            '\\ / : * ? " < > |'
+        )
+    return name
+
+
+def _floats(name: str, values: npt.ArrayLike) -> Floats:
+    if isinstance(values, np.ma.MaskedArray) and np.any(values.mask):
+        raise ValueError(f"{name}: a masked array; assign `good` instead of a mask")
+    return np.asarray(values, dtype=float)
 
 
 class Dataset:
@@ -44,7 +77,7 @@ class Dataset:
     speed        rotor speed, rpm
     wavelength   nm
     temperature  deg C
-    name         as lists show it
+    name         as lists show it, at most 32 letters; a blank's begins with "BL_"
 
     A dataset can be copied (copy.copy) and pickled. Fits work on copies and never change it.
     """
@@ -62,13 +95,12 @@ class Dataset:
         temperature: float = 20.0,
         name: str = "scan",
     ) -> None:
-        radii = np.asarray(r, dtype=float)
-        errors = np.asarray(error, dtype=float)
+        radii, errors = _floats("r", r), _floats("error", error)
         if errors.ndim == 0:
             errors = np.full(radii.shape, errors)
-        conditions = [float(speed), float(wavelength), float(temperature)]
+        conditions = [float(speed), float(wavelength), celsius("temperature", temperature)]
         self._scan = _quorvane.Scan(
-            radii, np.asarray(signal, dtype=float), errors, str(name), conditions
+            radii, _floats("signal", signal), errors, _name(name), conditions
         )
 
     @classmethod
@@ -86,11 +118,12 @@ class Dataset:
 
     @name.setter
     def name(self, name: str) -> None:
-        self._scan.name = str(name)
+        self._scan.name = _name(name)
 
     @property
     def path(self) -> str:
-        """The file it was loaded from; empty for one made from arrays."""
+        """The file it was loaded from, letters beyond Windows-1252 as "?"; empty for one made
+        from arrays."""
         return str(self._scan.path)
 
     @property
@@ -154,7 +187,7 @@ class Dataset:
 
     @signal.setter
     def signal(self, signal: npt.ArrayLike) -> None:
-        self._scan.signal = np.asarray(signal, dtype=float)
+        self._scan.signal = _floats("signal", signal)
 
     @property
     def error(self) -> Floats:
@@ -206,17 +239,17 @@ class Dataset:
 
     # ---- what a fit takes from it
 
-    ext_coeff = _row_value("ext_coeff", "Extinction coefficient (of A), signal per mol/l.")
-    ext_coeff_b = _row_value("ext_coeff_b", "Extinction coefficient of B, signal per mol/l.")
-    meniscus = _row_value("meniscus", "Radius of the meniscus, cm.")
-    base = _row_value("base", "Radius of the base of the column, cm.")
-    baseline = _row_value("baseline", "Baseline that a fit starts from, signal units.")
-    ref_conc = _row_value(
-        "ref_conc", "Signal (of A) at `ref_radius` that a fit starts from, above 0."
+    ext_coeff = _RowValue("Extinction coefficient (of A), signal per mol/l.")
+    ext_coeff_b = _RowValue("Extinction coefficient of B, signal per mol/l.")
+    meniscus = _RowValue("Radius of the meniscus, cm.")
+    base = _RowValue("Radius of the base of the column, cm.")
+    baseline = _RowValue("Baseline that a fit starts from, signal units.")
+    ref_conc = _RowValue(
+        "Signal (of A) at `ref_radius` that a fit starts from, above 0."
     )
-    ref_conc_b = _row_value("ref_conc_b", "Signal of B at `ref_radius`, likewise.")
-    load_a = _row_value("load_a", "Loading concentration (of A), mol/l.")
-    load_b = _row_value("load_b", "Loading concentration of B, mol/l.")
+    ref_conc_b = _RowValue("Signal of B at `ref_radius`, likewise.")
+    load_a = _RowValue("Loading concentration (of A), mol/l.")
+    load_b = _RowValue("Loading concentration of B, mol/l.")
 
     @property
     def ref_radius(self) -> float:
@@ -263,9 +296,9 @@ def as_datasets(scans: Union[Dataset, Iterable[Dataset]]) -> List[Dataset]:
 def readable(path: PathLike) -> str:
     """The path as a text, if its file can be opened: FileNotFoundError and the like come from
     here."""
+    if not isinstance(path, (str, os.PathLike)) or not isinstance(os.fspath(path), str):
+        raise TypeError(f"a path is a str or an os.PathLike of one, not {type(path).__name__}")
     name = os.fspath(path)
-    if not isinstance(name, str):
-        raise TypeError("a path is a str or an os.PathLike of one")
     with open(name, "rb"):
         return name
 
@@ -287,7 +320,7 @@ def load(
     Raises OSError for a file that cannot be read or holds no scan, ValueError for a word that is
     none.
     """
-    if not isinstance(path, (str, os.PathLike)):
+    if isinstance(path, Iterable) and not isinstance(path, (str, bytes, IOBase)):
         datasets: List[Dataset] = []
         for one in path:
             datasets += load(one, kind, centerpiece, channels, blank)

@@ -2,7 +2,9 @@
 
 from __future__ import annotations
 
+import builtins
 import os
+import tempfile
 import warnings
 from typing import Any, Dict, List, Optional
 
@@ -15,14 +17,18 @@ class Experiment:
     """Datasets, values of the parameter page and log of an experiment.
 
     ``Experiment(fit)`` is one in which that fit has just ended, ``Experiment()`` an empty one;
-    :func:`open` reads one. All three parts may be changed before :func:`save`.
+    :func:`open` reads one. All three parts may be changed before :func:`save`. It can be copied,
+    and pickled as the file that would be saved.
+
+    datasets  a list of Dataset
+    page      values of the parameter page: "MW" (buoyant, Da), "LnK1" ..., "Vbar", "VbarB" (ml/g),
+              "Density" (g/ml), "Model" and "Temperature" (deg C)
+    log       as plain text
     """
 
     datasets: List[Dataset]
-    #: Values of the parameter page: "MW", "LnK1" ..., "Vbar", "VbarB" (ml/g), "Density" (g/ml),
-    #: "Model" and "Temperature" (deg C).
     page: Dict[str, Any]
-    log: str  #: as plain text
+    log: str
 
     def __init__(self, fit: Optional[Fit] = None) -> None:
         self._take(_quorvane.Session() if fit is None else _quorvane.session_around(fit._fit))
@@ -33,8 +39,39 @@ class Experiment:
         self.page = session.page()
         self.log = session.log
 
+    def __copy__(self) -> "Experiment":
+        made = Experiment()
+        made._session = self._session.copy()
+        made.datasets = [dataset.copy() for dataset in self.datasets]
+        made.page, made.log = dict(self.page), self.log
+        return made
+
+    def __deepcopy__(self, memo: Any) -> "Experiment":
+        return self.__copy__()
+
+    def __reduce__(self) -> Any:
+        if not self.datasets:
+            return _restore_experiment, (b"", self.page, self.log)
+        with tempfile.TemporaryDirectory() as folder:
+            path = os.path.join(folder, "pickled.exz")
+            save(self, path)
+            with builtins.open(path, "rb") as file:
+                return _restore_experiment, (file.read(), self.page, self.log)
+
     def __repr__(self) -> str:
         return f"<Experiment: {len(self.datasets)} datasets, model {self.page.get('Model')!r}>"
+
+
+def _restore_experiment(archive: bytes, page: Dict[str, Any], log: str) -> Experiment:
+    experiment = Experiment()
+    if archive:
+        with tempfile.TemporaryDirectory() as folder:
+            path = os.path.join(folder, "pickled.exz")
+            with builtins.open(path, "wb") as file:
+                file.write(archive)
+            experiment._take(_quorvane.open(path))
+    experiment.page, experiment.log = page, log
+    return experiment
 
 
 def open(path: PathLike) -> Experiment:  # noqa: A001

@@ -5,12 +5,14 @@ from __future__ import annotations
 import os
 import subprocess
 import sys
+import warnings
 from collections.abc import Mapping
 from dataclasses import dataclass
+from operator import index
 from typing import Any, Dict, Iterable, Iterator, List, Optional, Sequence, Tuple, Union
 
 from . import _quorvane
-from ._dataset import Dataset, Floats, PathLike, as_datasets
+from ._dataset import Dataset, Floats, PathLike, as_datasets, celsius
 from ._errors import FitError, UnknownNameError
 from ._job import MODELS, Job, texts
 
@@ -21,35 +23,56 @@ _PROGRAMS = os.path.join(sys.prefix, "bin")
 @dataclass(frozen=True)
 class Parameter:
     """A parameter of a finished fit. Weights are buoyant, M (1 - vbar density), in Da; association
-    constants and reference concentrations are natural logarithms, K in 1/molar each step."""
+    constants and reference concentrations are natural logarithms, K in 1/molar each step.
+
+    name    as the fit calls it
+    value   where the fit ended
+    sd      standard error, in the unit of the value; 0 of a held one, nan where the data give none
+    fitted  False: it was held
+    """
 
     name: str
     value: float
-    sd: float  #: standard error; 0 of a held one, nan where the data give none
+    sd: float
     fitted: bool
 
 
 @dataclass(frozen=True)
 class Interval:
-    """Limits of one parameter at one level of confidence."""
+    """Limits of one parameter at one level of confidence, in the unit of the parameter.
+
+    name          of the parameter
+    value         where the fit is at rest
+    lower, upper  None where there is no such limit
+    level         percent
+    method        "profile", "monte carlo", "bootstrap" or "joint"
+    details       all that the command line's JSON says of it
+    """
 
     name: str
-    value: float  #: where the fit is at rest
-    lower: Optional[float]  #: None where there is no such limit
+    value: float
+    lower: Optional[float]
     upper: Optional[float]
-    level: float  #: percent
+    level: float
     method: str
-    details: Dict[str, Any]  #: all that the command line's JSON says of it
+    details: Dict[str, Any]
 
 
 @dataclass(frozen=True)
 class MinimumCheck:
-    """What fits from scattered start values found."""
+    """What fits from scattered start values found.
 
-    better: bool  #: whether one of them lies below the fit
-    text: str  #: the finding in a sentence
-    minima: List[Dict[str, Any]]  #: the best first: chi_squared, rms, starts, current, parameters
-    ended: int  #: starts that came to rest
+    better         whether one of them lies below the fit
+    text           the finding in a sentence
+    minima         the best first, each a dict: "chi_squared" (signal units squared), "rms" (signal
+                   units), "starts" that ended there, whether it is the "current" one, "parameters"
+    ended, failed  starts that came to rest, and that did not
+    """
+
+    better: bool
+    text: str
+    minima: List[Dict[str, Any]]
+    ended: int
     failed: int
 
 
@@ -88,7 +111,7 @@ class Fit:
     __slots__ = ("_fit", "_counts", "_parameters", "__weakref__")
 
     def __init__(self, fit: Any) -> None:
-        self._fit = fit
+        self._fit: _quorvane.FinishedFit = fit
         self._counts: Dict[str, Any] = fit.counts()
         self._parameters = Parameters(fit.parameters())
 
@@ -188,7 +211,7 @@ class Fit:
 
     def _curve(self, dataset: int) -> Tuple[Floats, Floats, Floats]:
         sets = int(self._counts["sets"])
-        number = int(dataset)
+        number = index(dataset)
         if not -sets <= number < sets:
             raise IndexError(f"the fit has {sets} datasets")
         return self._fit.curve(number % sets)
@@ -222,19 +245,22 @@ class Fit:
         """Limits of each parameter by itself, by name.
 
         names       parameters; all fitted ones of the model if not given
-        level       percent
+        level       percent: 95.45, not 0.9545
         method      "profile", "monte carlo" or "bootstrap"
         replicates  experiments of the latter two, `seed` of their random numbers
 
         Raises UnknownNameError for a name that the model has not, ValueError for a held parameter.
         """
+        level = float(level)
+        if 0.0 < level < 1.0:
+            warnings.warn(f"level is in percent: {level:g} is {level:g} %", stacklevel=2)
         wanted = list(self._shared() if names is None else texts(names, "names"))
         keys = [self._key(name) for name in wanted]
         request: Dict[str, Any] = {
-            "levels": [float(level)],
+            "levels": [level],
             "methods": [str(method)],
-            "replicates": int(replicates),
-            "seed": int(seed),
+            "replicates": index(replicates),
+            "seed": index(seed),
             "parameters": "all" if None in keys else keys,
         }
         found = self._fit.errors({"fit": {"model": self.model}, "errors": request})
@@ -259,13 +285,13 @@ class Fit:
         keys = [self._key(name) for name in wanted]
         if None in keys:
             raise ValueError("only parameters of the model have joint limits")
-        request = {"percent": float(percent), "method": int(method), "parameters": keys}
+        request: Dict[str, Any] = {"percent": float(percent), "method": index(method), "parameters": keys}
         found = self._fit.intervals({"fit": {"model": self.model}, "confidence": request})
         captions = {row.caption: row.key for row in MODELS[self.model].parameters}
         entries = {captions[entry["name"]]: entry for entry in found["intervals"]}
         intervals = {}
         for name, key in zip(wanted, keys):
-            entry = entries.get(key)
+            entry = entries.get(str(key))
             if entry is None:
                 raise FitError(f"no limits of {name} were found")
             value = entry["value"]
@@ -278,7 +304,7 @@ class Fit:
     def check_minimum(self, starts: int = 20, seed: int = 1) -> MinimumCheck:
         """Fits again from `starts` scattered start values, to see whether a better minimum is
         there."""
-        request = {"model": self.model, "starts": int(starts), "seed": int(seed)}
+        request = {"model": self.model, "starts": index(starts), "seed": index(seed)}
         found = self._fit.minima({"fit": request})
         for minimum in found["found"]:
             minimum["parameters"] = {p["name"]: p["value"] for p in minimum["parameters"]}
@@ -426,17 +452,20 @@ def fit(
         raise ValueError("1 to 101 datasets can be fitted at once")
     if not isinstance(model, str):
         raise TypeError("model: a name is wanted")
+    for dataset in datasets:
+        if not dataset.is_blank and not dataset.good.any():
+            raise ValueError(f"{dataset.name} has no point in use")
     job = Job(model, len(datasets))
     job.start(dict(start if start is not None else {}))
     for names, is_fitted, what in ((held, False, "held"), (fitted, True, "fitted")):
         for name in texts(names, what):
-            job.choose(name, is_fitted)
+            job.choose(name, is_fitted, what)
     job.link(dict(links if links is not None else {}))
-    for dataset, geometry in dict(cell_geometry if cell_geometry is not None else {}).items():
-        if not 0 <= int(dataset) < len(datasets):
+    for number, geometry in dict(cell_geometry if cell_geometry is not None else {}).items():
+        if not 0 <= index(number) < len(datasets):
             raise ValueError("cell_geometry: there is no such dataset")
-        job.rows[int(dataset)]["cell_geometry"] = int(geometry)
-    job.fit["repeat"] = "rest" if rest else int(repeat)
+        job.rows[index(number)]["cell_geometry"] = index(geometry)
+    job.fit["repeat"] = "rest" if rest else index(repeat)
     if time_limit is not None:
         job.fit["time_limit"] = float(time_limit)
     for key, switch in (
@@ -445,6 +474,8 @@ def fit(
         ("constrain_k_ratios", constrain_k_ratios),
     ):
         job.fit[key] = bool(switch)
+    if temperature is not None:
+        temperature = celsius("temperature", temperature)
     numbers = {"vbar": vbar, "vbar_b": vbar_b, "density": density, "mc_tolerance": mc_tolerance,
                "temperature": temperature}
     tables = job.tables({key: float(x) for key, x in numbers.items() if x is not None})

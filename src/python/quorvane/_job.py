@@ -4,7 +4,8 @@ from __future__ import annotations
 
 from collections.abc import Mapping
 from dataclasses import dataclass
-from typing import Any, Dict, Iterable, List, Optional, Tuple
+from operator import index
+from typing import Any, Dict, Iterable, List, NoReturn, Optional, Tuple
 
 from . import _quorvane
 from ._errors import UnknownNameError
@@ -65,10 +66,11 @@ class Job:
                              "values of the datasets are")
             self.parameters.setdefault(key, {})["start"] = float(value)
 
-    def choose(self, name: str, fitted: bool) -> None:
+    def choose(self, name: str, fitted: bool, what: str) -> None:
         key = self._key(name)
         if key is not None:
-            self.parameters.setdefault(key, {})["fit"] = fitted
+            if self.parameters.setdefault(key, {}).setdefault("fit", fitted) != fitted:
+                raise ValueError(f"{what}: {name} is held already")
             return
         checks = {"Offset": "fit_baseline", "RefC": "fit_ref_conc", "RefCA": "fit_ref_conc",
                   "RefCB": "fit_ref_conc_b"}
@@ -76,16 +78,17 @@ class Job:
         known = block in checks and number.isascii() and number.isdigit()
         if not known or not 1 <= int(number) <= len(self.rows):
             self._refuse(name, "")
-        self.rows[int(number) - 1][checks[block]] = fitted
+        if self.rows[int(number) - 1].setdefault(checks[block], fitted) != fitted:
+            raise ValueError(f"{what}: {name} is held already")
 
     def link(self, links: Mapping[int, int]) -> None:
         count = len(self.rows)
         for dataset, target in links.items():
             for number in (dataset, target):
-                if not 0 <= int(number) < count:
+                if not 0 <= index(number) < count:
                     raise ValueError(f"links: datasets count from 0 to {count - 1}")
-            if int(dataset) != int(target):
-                self.rows[int(dataset)]["link_to"] = int(target) + 1
+            if index(dataset) != index(target):
+                self.rows[index(dataset)]["link_to"] = index(target) + 1
 
     def tables(self, constants: Dict[str, Any]) -> Dict[str, Any]:
         if self.parameters:
@@ -93,7 +96,7 @@ class Job:
         rows = [row for row in self.rows if len(row) > 1]
         return {"constants": constants, "fit": self.fit, **({"dataset": rows} if rows else {})}
 
-    def _refuse(self, name: str, hint: str) -> Any:
+    def _refuse(self, name: str, hint: str) -> NoReturn:
         if self.model is None:
             raise ValueError(f"there is no model {self.fit['model']!r}; the models are: "
                              + ", ".join(MODELS))

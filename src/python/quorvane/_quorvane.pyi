@@ -1,26 +1,41 @@
 """The native part; not meant to be called by users."""
 
-from typing import Any, Dict, List, Optional, Tuple
+from typing import Any, Dict, List, Optional, Tuple, TypedDict
 
 import numpy as np
 import numpy.typing as npt
 
 __version__: str
+Floats = npt.NDArray[np.float64]
 
 class Scan:
     name: str
     speed: float
-    signal: npt.NDArray[np.float64]
+    signal: Floats
+    good: npt.NDArray[np.bool_]
+    cell: Optional[int]
+    channel: Optional[str]
     def __init__(
         self, r: Any, signal: Any, error: Any, name: str, conditions: List[float]
     ) -> None: ...
+    def value(self, name: str) -> float: ...
     def __getattr__(self, name: str) -> Any: ...
     @staticmethod
     def unpack(packed: bytes) -> Scan: ...
 
+class Quality(TypedDict):
+    datasets: List[Dict[str, Any]]
+    remarks: List[str]
+    strong_correlations: List[Dict[str, Any]]
+
 class FinishedFit:
     log: str
     messages: List[str]
+    def rest(self) -> Optional[Dict[str, Any]]: ...
+    def covariance(self) -> Floats: ...
+    def criteria(self) -> Tuple[Optional[float], Optional[float]]: ...
+    def curve(self, set: int) -> Tuple[Floats, Floats, Floats]: ...
+    def quality(self) -> Quality: ...
     def __getattr__(self, name: str) -> Any: ...
     @staticmethod
     def unpack(packed: bytes) -> FinishedFit: ...
@@ -28,6 +43,7 @@ class FinishedFit:
 class Session:
     log: str
     messages: List[str]
+    def copy(self) -> Session: ...
     def __getattr__(self, name: str) -> Any: ...
 
 def models() -> List[Tuple[str, bool, List[Tuple[str, str, str]]]]: ...

@@ -1,0 +1,3 @@
+"""Reports of fits, drawn; not meant to be called by users."""
+
+def write_report(packed: bytes, path: str) -> None: ...
