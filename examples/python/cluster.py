@@ -16,6 +16,7 @@ import argparse
 import math
 import os
 import pathlib
+import signal
 import sys
 import time
 
@@ -105,24 +106,25 @@ def coverage_table(results, shared):
 
 def gather(client, shared, count, chunk, show):
     """Fits `count` experiments on the workers of `client`, `chunk` a task, and tells `show` how many
-    are done: results by number, and the seconds that the workers spent."""
-    futures = {
-        client.submit(experiments, shared, first, min(chunk, count - first), retries=5,
-                      pure=False): first  # a task has all that it needs: nothing is lost with a worker
-        for first in range(0, count, chunk)
-    }
-    results = [None] * count
+    are done: results in the order of their numbers, and the seconds that the workers spent. Ctrl+C
+    ends it with those that are done."""
+    futures = {}
+    results = {}
     seconds = 0.0
-    done = 0
-    for future in as_completed(futures):
-        found, spent = future.result()
-        first = futures[future]
-        results[first : first + len(found)] = found
-        seconds += spent
-        done += len(found)
-        future.release()
-        show(done)
-    return results, seconds
+    try:
+        for first in range(0, count, chunk):  # a task has all that it needs: no worker is missed
+            task = client.submit(experiments, shared, first, min(chunk, count - first), retries=5,
+                                 pure=False)
+            futures[task] = first
+        for future in as_completed(futures):
+            found, spent = future.result()
+            results.update(enumerate(found, start=futures[future]))
+            seconds += spent
+            future.release()
+            show(len(results))
+    except KeyboardInterrupt:
+        client.cancel(list(futures))
+    return [results[number] for number in sorted(results)], seconds
 
 
 def main():
@@ -137,8 +139,10 @@ def main():
         parser.error("whole numbers from 1 are wanted")
     cluster = None
     if arguments.address is None:
+        handler = signal.signal(signal.SIGINT, signal.SIG_IGN)  # Ctrl+C is for this process alone
         cluster = LocalCluster(n_workers=arguments.workers, threads_per_worker=1,
                                dashboard_address=None)
+        signal.signal(signal.SIGINT, handler)
     terminal = sys.stderr.isatty()
 
     def show(done):
@@ -146,7 +150,11 @@ def main():
             print(f"\r{done} of {arguments.experiments}", end="", file=sys.stderr, flush=True)
 
     shared = the_truth({"monomer-dimer": monomer_dimer, "hetero": hetero}[arguments.example])
-    with Client(arguments.address or cluster) as client:
+    try:
+        client = Client(arguments.address or cluster, timeout=10)
+    except (OSError, ValueError) as fault:
+        parser.exit(1, f"no scheduler answers at {arguments.address}: {fault}\n")
+    with client:
         began = time.perf_counter()
         results, seconds = gather(client, shared, arguments.experiments, arguments.chunk, show)
         elapsed = time.perf_counter() - began
@@ -155,8 +163,11 @@ def main():
         cluster.close()
     if terminal:
         print(file=sys.stderr)
-    print(coverage_table(results, shared))
     failed = sum(result is None for result in results)
+    if len(results) - failed > 1:
+        print(coverage_table(results, shared))
+    if len(results) < arguments.experiments:
+        print(f"\nStopped before the end, {arguments.experiments} were wanted.")
     print(f"\n{len(results)} experiments, {failed} without a result; {elapsed:.1f} s on {workers} "
           f"workers, {seconds:.1f} s of work")
 
