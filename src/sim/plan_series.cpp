@@ -2,6 +2,7 @@
 
 #include <cmath>
 
+#include "base/number_format.h"
 #include "base/text.h"
 
 namespace quorvane {
@@ -75,6 +76,11 @@ PlannedSeries SeriesOf(const ExperimentPlan& plan, const std::vector<double>& sp
   }
   if (plan.centerpiece && plan.loads.size() > 1 && ChannelCount(*plan.centerpiece) > 1) {
     series.remark = "The simulator fills a cell for each load: all columns stand as the first.";
+  }
+  if (std::isfinite(plan.mostSignal)) {
+    series.remark += std::string(series.remark.empty() ? "" : " ") +
+                     "It loses nothing to the detector: delete the points above " +
+                     FormatParam(plan.mostSignal) + ".";
   }
   return series;
 }

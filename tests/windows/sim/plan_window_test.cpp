@@ -2,6 +2,7 @@
 // entries that were refused, a check that cannot be stopped, a plan lost with the window, a series
 // that is not the planned one.
 #include <QCheckBox>
+#include <QLabel>
 #include <QLineEdit>
 #include <QProgressBar>
 #include <QSpinBox>
@@ -139,6 +140,7 @@ TEST_F(PlanWindowTest, MakesThePlannedSeries) {
   ASSERT_EQ(grid->rowCount(), 9);
   EXPECT_EQ(grid->item(8, 2)->text(), "26000");
   EXPECT_EQ(grid->item(8, 3)->text(), "1.5e-05");
+  EXPECT_TRUE(Find<QLabel>("sbStatusBar")->text().endsWith("delete the points above 1.5000."));
   Click("cmdMakeLoadSeries");
   ASSERT_EQ(session.Module.Store.NumDatasets(), 9);
   const Dataset& scan = session.Module.Store.Datasets[8];
