@@ -4,7 +4,6 @@
 #include <cmath>
 #include <set>
 
-#include "base/number_format.h"
 #include "base/text.h"
 #include "fit/fit_state.h"
 #include "sim/sim_boxes.h"
@@ -187,10 +186,6 @@ Refused CheckSize(const ExperimentPlan& plan) {
 }
 
 }  // namespace
-
-std::string SpeedText(double rpm) {
-  return FormatNumber(rpm, "#,##0") + " rpm";
-}
 
 std::size_t PlaceOf(const SharedParameter& parameter) {
   return static_cast<std::size_t>(&parameter - SharedParameters.data());

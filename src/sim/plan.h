@@ -57,9 +57,6 @@ struct ExperimentPlan {
   }
 };
 
-// "10,000 rpm".
-std::string SpeedText(double rpm);
-
 // Position of a shared parameter in SharedParameters.
 std::size_t PlaceOf(const SharedParameter& parameter);
 

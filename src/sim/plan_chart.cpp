@@ -6,6 +6,7 @@
 #include <cstdio>
 #include <utility>
 
+#include "fit/figure_words.h"
 #include "fit/fit_figure.h"
 #include "sim/sim_boxes.h"
 
@@ -74,7 +75,7 @@ Chart ScansOfPlan(const ExperimentPlan& plan, const PlanResult& result) {
     const auto number = static_cast<std::size_t>(speed - result.speeds.begin());
     ChartSeries good = Part(scan, true, FigureLookOf(number).color);
     const bool first = scan.column == 0 && scan.wavelength == 0;
-    if (first) good.name = SpeedText(scan.speed);
+    if (first) good.name = SpeedText(static_cast<int>(scan.speed));
     shown.Include(good.y);
     panel.series.push_back(std::move(good));
     if (scan.points < plan.points) panel.series.push_back(Part(scan, false, kLost));
@@ -112,7 +113,8 @@ std::string NameOf(const ExperimentPlan& plan, const PlanAxis& axis) {
   std::array<char, 32> micromolar{};
   std::snprintf(micromolar.data(), micromolar.size(), "%.4g micromolar", value / kMicro);
   const bool speed = axis.kind == PlanAxis::Kind::kSpeed;
-  return PlaceText(plan, axis) + " (" + (speed ? SpeedText(value) : micromolar.data()) + ")";
+  return PlaceText(plan, axis) + " (" +
+         (speed ? SpeedText(static_cast<int>(value)) : micromolar.data()) + ")";
 }
 
 std::vector<double> ValuesAlong(const ExperimentPlan& plan, const PlanAxis& axis, int count) {

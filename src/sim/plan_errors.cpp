@@ -5,6 +5,7 @@
 
 #include "base/arithmetic.h"
 #include "base/number_format.h"
+#include "fit/figure_words.h"
 #include "fit/settled_fit.h"
 #include "sim/plan_traps.h"
 
@@ -39,8 +40,8 @@ SpeedPart PartOf(const ExperimentPlan& plan, double speed, const StopFlag* stop)
       part.cells.push_back(PlanCell(plan, speed, column));
       part.root = Joined(part.root, InformationOfCell(plan, part.cells.back()));
     } catch (const ArithmeticFault& fault) {
-      throw ArithmeticFault(fault.kind(),
-                            "at " + SpeedText(speed) + ", load " + FormatParam(plan.loads[column]));
+      throw ArithmeticFault(fault.kind(), "at " + SpeedText(static_cast<int>(speed)) + ", load " +
+                                              FormatParam(plan.loads[column]));
     }
   }
   return part;

@@ -4,6 +4,7 @@
 #include <cmath>
 
 #include "base/number_format.h"
+#include "fit/figure_words.h"
 
 namespace quorvane {
 
@@ -25,7 +26,7 @@ std::string Listed(const std::vector<std::string>& names) {
 
 // "10,000 rpm, load 2.000E-6".
 std::string ScanText(const ExperimentPlan& plan, const PlannedScan& scan) {
-  std::string text = SpeedText(scan.speed) + ", load " + FormatParam(scan.load);
+  std::string text = SpeedText(static_cast<int>(scan.speed)) + ", load " + FormatParam(scan.load);
   if (plan.extCoeff.size() > 1) text += ", wavelength " + std::to_string(scan.wavelength + 1);
   return text;
 }
@@ -102,7 +103,7 @@ void SayFlat(const PlanResult& result, std::vector<std::string>& remarks) {
       least = std::min(least, scan.sigma);
     }
     if (flat == 0) continue;
-    remarks.push_back("At " + SpeedText(speed) + " " +
+    remarks.push_back("At " + SpeedText(static_cast<int>(speed)) + " " +
                       (flat == all ? "the columns are flat" : "some columns are flat") +
                       ": sigma is down to " + FormatNumber(least, "0.00") +
                       " 1/cm^2; below 1 a scan tells little but its mean.");
@@ -112,7 +113,7 @@ void SayFlat(const PlanResult& result, std::vector<std::string>& remarks) {
 void SayLeftOut(const PlanResult& result, std::vector<std::string>& remarks) {
   if (result.leftOut.empty()) return;
   std::vector<std::string> speeds;
-  for (const double speed : result.leftOut) speeds.push_back(SpeedText(speed));
+  for (const double speed : result.leftOut) speeds.push_back(SpeedText(static_cast<int>(speed)));
   remarks.push_back(
       speeds.size() == 1
           ? "The candidate " + Listed(speeds) + " leads beyond all numbers and was left out."

@@ -25,7 +25,6 @@ class Parameter:
     """A parameter of a finished fit. Weights are buoyant, M (1 - vbar density), in Da; association
     constants and reference concentrations are natural logarithms, K in 1/molar each step.
 
-    name    as the fit calls it
     value   where the fit ended
     sd      standard error, in the unit of the value; 0 of a held one, nan where the data give none
     fitted  False: it was held
@@ -41,7 +40,6 @@ class Parameter:
 class Interval:
     """Limits of one parameter at one level of confidence, in the unit of the parameter.
 
-    name          of the parameter
     value         where the fit is at rest
     lower, upper  None where there is no such limit
     level         percent
@@ -60,10 +58,9 @@ class Interval:
 
 @dataclass(frozen=True)
 class MinimumCheck:
-    """What fits from scattered start values found.
+    """What fits from scattered start values found: whether one is `better`, that is, below the fit,
+    and the finding in a sentence.
 
-    better         whether one of them lies below the fit
-    text           the finding in a sentence
     minima         the best first, each a dict: "chi_squared" (signal units squared), "rms" (signal
                    units), "starts" that ended there, whether it is the "current" one, "parameters"
     ended, failed  starts that came to rest, and that did not
@@ -285,7 +282,7 @@ class Fit:
         keys = [self._key(name) for name in wanted]
         if None in keys:
             raise ValueError("only parameters of the model have joint limits")
-        request: Dict[str, Any] = {"percent": float(percent), "method": index(method), "parameters": keys}
+        request = dict(percent=float(percent), method=index(method), parameters=keys)
         found = self._fit.intervals({"fit": {"model": self.model}, "confidence": request})
         captions = {row.caption: row.key for row in MODELS[self.model].parameters}
         entries = {captions[entry["name"]]: entry for entry in found["intervals"]}
@@ -456,12 +453,12 @@ def fit(
         if not dataset.is_blank and not dataset.good.any():
             raise ValueError(f"{dataset.name} has no point in use")
     job = Job(model, len(datasets))
-    job.start(dict(start if start is not None else {}))
+    job.start(dict({} if start is None else start))
     for names, is_fitted, what in ((held, False, "held"), (fitted, True, "fitted")):
         for name in texts(names, what):
             job.choose(name, is_fitted, what)
-    job.link(dict(links if links is not None else {}))
-    for number, geometry in dict(cell_geometry if cell_geometry is not None else {}).items():
+    job.link(dict({} if links is None else links))
+    for number, geometry in dict({} if cell_geometry is None else cell_geometry).items():
         if not 0 <= index(number) < len(datasets):
             raise ValueError("cell_geometry: there is no such dataset")
         job.rows[index(number)]["cell_geometry"] = index(geometry)
@@ -474,10 +471,8 @@ def fit(
         ("constrain_k_ratios", constrain_k_ratios),
     ):
         job.fit[key] = bool(switch)
-    if temperature is not None:
-        temperature = celsius("temperature", temperature)
     numbers = {"vbar": vbar, "vbar_b": vbar_b, "density": density, "mc_tolerance": mc_tolerance,
-               "temperature": temperature}
+               "temperature": None if temperature is None else celsius("temperature", temperature)}
     tables = job.tables({key: float(x) for key, x in numbers.items() if x is not None})
     if channels_file is not None:
         tables["channels_file"] = os.path.abspath(os.fspath(channels_file))

@@ -137,7 +137,7 @@ class ExpectedError:
 
     name      of the parameter
     value     expected: weights buoyant in Da, constants ln K, K in 1/molar each step
-    sd        expected standard error, in the unit of the value; None if the plan cannot determine it
+    sd        expected standard error, in the unit of the value; None: the plan cannot determine it
     relative  sd over abs(value); it says little of ln K, where the error of K is a factor exp(sd)
     """
 
@@ -256,8 +256,8 @@ def plan(
         "candidates": candidates, "choose": choose, "loads_b": loads_b,
         "ext_coeff_b": ext_coeff_b, "most_signal": most_signal, "centerpiece": centerpiece,
         "meniscus": meniscus, "base": base, "points": points, "temperature": temperature,
-        "vbar": vbar, "density": density, "sequence": sequence, "buffer": buffer, "parameters": truth,
-        "check": index(check) or None,
+        "vbar": vbar, "density": density, "sequence": sequence, "buffer": buffer,
+        "parameters": truth, "check": index(check) or None,
     })
     found = _quorvane.plan(job)
     expected = {p["name"]: ExpectedError(**p) for p in found["parameters"]}
