@@ -29,7 +29,8 @@ class Simulation:
     conc          total concentration, mol/l; None with a second component
     species       (points, species), concentration of each, mol/l; None without species
     text          the scan as a file, lines ended by CR LF
-    ref_a, ref_b  free A and B at the meniscus, as the simulator reports them
+    ref_a, ref_b  free A and B, mol/l: at the meniscus (Ideal, Nonideal, Isodesmic), else two
+                  thirds down the column
     inputs        of this scan, as they were given
     """
 
