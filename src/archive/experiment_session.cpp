@@ -74,6 +74,7 @@ void TakeSession(Experiment&& experiment, QuorvaneModule& module) {
   TakeDatasets(std::move(experiment.Datasets), module.Store);
   module.LastFit.reset();
   module.Fits.Clear();
+  module.Figure.reset();
   module.Solution = {};
   module.GraphStreams = std::move(experiment.GraphStreams);
 }

@@ -85,6 +85,17 @@ struct FigureKey {
   bool operator==(const FigureKey&) const = default;
 };
 
+// On paper, in millimetres, each side from 30 to 500.
+struct FigureSize {
+  double width = 175.0;
+  double height = 120.0;
+  bool operator==(const FigureSize&) const = default;
+};
+inline constexpr double kLeastFigureSide = 30.0;
+inline constexpr double kGreatestFigureSide = 500.0;
+inline constexpr double kFigureColumnWidth = 85.0;  // one column of a journal
+inline constexpr double kFigurePageWidth = 175.0;   // a page
+
 struct Figure {
   std::string title;
   std::string bottomTitle;    // of all cells
@@ -94,8 +105,10 @@ struct Figure {
   bool residuals = false;      // whether there are residual panels
   double residualReach = 1.0;  // their left axes all go from -reach to reach, with some to spare
   std::vector<FigureKey> keys;
-  std::vector<std::string> remarks;  // what the figure leaves out, for its maker
-  std::vector<std::string> texts;    // what stands in it automatically and may be replaced
+  std::vector<std::string> remarks;   // what the figure leaves out, for its maker
+  std::vector<std::string> texts;     // what stands in it automatically and may be replaced
+  double width = kFigurePageWidth;    // on paper, mm
+  std::optional<double> height = {};  // mm; absent: what suits
   bool operator==(const Figure&) const = default;
 };
 

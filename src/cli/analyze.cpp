@@ -112,8 +112,7 @@ ExitStatus WriteFigure(const Job& job, const QuorvaneModule& module) {
   const FinishedFit& fit = *module.LastFit;
   const Figure figure = MakeFigure(FigureSets(fit), &fit.state, {});
   const PictureFormat format = PictureFormatOf(*job.output.figure).value();
-  WriteWholeFile(*job.output.figure,
-                 RenderFigure(figure, format, NaturalSize(figure, kFigurePageWidth)));
+  WriteWholeFile(*job.output.figure, RenderFigure(figure, format, SizeOf(figure)));
   return ExitStatus::kDone;
 }
 

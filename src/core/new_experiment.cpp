@@ -23,6 +23,7 @@ void StartNewExperiment(QuorvaneModule& module) {
   module.Setup.FitModel = model;
   module.LastFit.reset();
   module.Fits.Clear();
+  module.Figure.reset();
   module.Solution = {};
   module.ExperimentOpen = false;
 }

@@ -6,10 +6,12 @@
 #include <cstdint>
 #include <filesystem>
 #include <memory>
+#include <optional>
 #include <vector>
 
 #include "base/k_display.h"
 #include "base/stop_flag.h"
+#include "core/figure_setup.h"
 #include "core/finished_fit.h"
 #include "core/fit_history.h"
 #include "fit/fit_page.h"
@@ -55,6 +57,7 @@ struct QuorvaneModule {
   FitSetup Setup;
   std::shared_ptr<const FinishedFit> LastFit;  // null: there is none
   FitHistory Fits;                             // all that were finished, the last one among them
+  std::optional<FigureSetup> Figure;           // as set up for this experiment; absent: not yet
   StopFlag Stop;                               // of the calculation that runs
   bool ExperimentOpen = false;
   ScanLoadSettings LoadSettings;  // of the next load

@@ -3,7 +3,10 @@
 
 #include <cstddef>
 #include <map>
+#include <optional>
 #include <string>
+
+#include "base/figure.h"
 
 namespace quorvane {
 
@@ -36,10 +39,13 @@ struct FigureChoices {
   bool residuals = true;
   bool leftOut = false;      // show points that are left out
   bool species = false;      // show the species of the curves
+  int every = 1;             // one mark in so many is shown, of data, residuals and local weights
   int window = 0;            // points of a local weight; 0: chosen to suit
   bool trueWeights = false;  // local weights M, by vbar and density, not buoyant ones
   std::string title = {};    // of the figure
   std::map<std::string, std::string> texts = {};  // what stands in place of a text of the figure
+  double width = kFigurePageWidth;                // on paper, mm
+  std::optional<double> height = {};              // mm; absent: what suits
 };
 
 }  // namespace quorvane

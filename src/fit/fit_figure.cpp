@@ -83,22 +83,44 @@ class FigureMaker {
   }
 
   Figure Make() {
+    figure_.width = choices_.width;
+    figure_.height = choices_.height;
+    panels_ = Panels();
+    looks_ = Looks();
     NameSets();
     SetTitles();
     FillCells();
     ListKeys();
-    if (dropped_ > 0) {
-      const char* what = choices_.content == FigureContent::kLocalWeights
-                             ? "Windows with points at or below the baseline are not shown: "
-                             : "Points at or below the baseline have no logarithm and are not "
-                               "shown: ";
-      figure_.remarks.push_back(what + std::to_string(dropped_) + ".");
-    }
+    RemarkWhatIsMissing();
     return std::move(figure_);
   }
 
  private:
   const FitState* FitOf(const FigureSet& set) const { return set.fitted > 0 ? fit_ : nullptr; }
+
+  bool ShowsWeights() const { return choices_.content == FigureContent::kLocalWeights; }
+
+  // How many marks there are for each that is shown; what judges all residuals shows them all.
+  int MarksForEach() const {
+    const bool thin = choices_.content == FigureContent::kData || ShowsWeights();
+    return thin ? std::max(choices_.every, 1) : 1;
+  }
+
+  void RemarkWhatIsMissing() {
+    if (dropped_ > 0) {
+      const char* what = ShowsWeights()
+                             ? "Windows with points at or below the baseline are not shown: "
+                             : "Points at or below the baseline have no logarithm and are not "
+                               "shown: ";
+      figure_.remarks.push_back(what + std::to_string(dropped_) + ".");
+    }
+    if (MarksForEach() == 1) return;
+    const bool fitted = std::any_of(sets_.begin(), sets_.end(),
+                                    [&](const FigureSet& set) { return FitOf(set) != nullptr; });
+    figure_.remarks.push_back("One " + std::string(ShowsWeights() ? "window" : "point") + " in " +
+                              std::to_string(MarksForEach()) +
+                              (fitted ? " is shown; the fit used all points." : " is shown."));
+  }
 
   // The user's text in place of an automatic one.
   std::string Shown(const std::string& text) const {
@@ -185,18 +207,37 @@ class FigureMaker {
     return panels == FigurePanels::kByChannel ? channels_.size() : speeds_.size();
   }
 
+  // As chosen, unless some of few datasets would look alike in their cell, as those of one channel
+  // at two wavelengths.
+  FigureLooks Looks() {
+    if (choices_.looks == FigureLooks::kByDataset || sets_.size() > kLegendRoom) {
+      return choices_.looks;
+    }
+    std::set<std::tuple<std::size_t, ChartColor, FigureSymbol, FigureStroke>> seen;
+    for (const FigureSet& set : sets_) {
+      const FigureLook look = LookOf(set);
+      if (seen.emplace(PlaceOf(*set.dataset, panels_), look.color, look.symbol, look.stroke).second)
+        continue;
+      figure_.remarks.push_back(
+          "Each dataset has a look of its own: speed and channel do not tell all of them apart.");
+      return FigureLooks::kByDataset;
+    }
+    return FigureLooks::kBySpeed;
+  }
+
+  // The scale of the residuals is that of all, shown or not.
   void FillCells() {
-    const FigurePanels panels = Panels();
-    figure_.cells.resize(std::max<std::size_t>(CellsOf(panels), 1));
+    figure_.cells.resize(std::max<std::size_t>(CellsOf(panels_), 1));
     double reach = 0.0;
     for (std::size_t k = 0; k < sets_.size(); ++k) {
       const Dataset& dataset = *sets_[k].dataset;
-      FigureCell& cell = figure_.cells[PlaceOf(dataset, panels)];
-      if (panels != FigurePanels::kOne) cell.title = Offer(CellTitle(dataset));
-      cell.series.push_back(SeriesOf(k));
-      for (const double y : cell.series.back().residuals.y) {
+      FigureCell& cell = figure_.cells[PlaceOf(dataset, panels_)];
+      if (panels_ != FigurePanels::kOne) cell.title = Offer(CellTitle(dataset));
+      FigureSeries& series = cell.series.emplace_back(SeriesOf(k));
+      for (const double y : series.residuals.y) {
         if (std::isfinite(y)) reach = std::max(reach, std::abs(y));
       }
+      Thin(series.residuals);
     }
     if (reach > 0.0) figure_.residualReach = reach;
     for (FigureCell& cell : figure_.cells) {
@@ -206,7 +247,7 @@ class FigureMaker {
   }
 
   FigureLook LookOf(const FigureSet& set) const {
-    if (choices_.looks == FigureLooks::kByDataset) return FigureLookOf(set.number);
+    if (looks_ == FigureLooks::kByDataset) return FigureLookOf(set.number);
     const std::size_t speed = PlaceIn(speeds_, set.dataset->Speed);
     const std::size_t channel = PlaceIn(channels_, KeyOf(*set.dataset));
     return {ColorOf(speed), SymbolOf(channel), StrokeOf(speed)};
@@ -237,6 +278,7 @@ class FigureMaker {
         break;
       case FigureContent::kLocalWeights:
         dropped_ += ShowLocalWeights(series, *fit_, set.fitted, choices_);
+        Thin(series.data);
         break;
       case FigureContent::kResiduals:
       case FigureContent::kQuantiles:
@@ -246,13 +288,22 @@ class FigureMaker {
     return series;
   }
 
+  void Thin(FigurePoints& points) const {
+    const auto each = static_cast<std::size_t>(MarksForEach());
+    if (each == 1) return;
+    FigurePoints kept;
+    for (std::size_t k = 0; k < points.x.size(); k += each) kept.Add(points.x[k], points.y[k]);
+    points = std::move(kept);
+  }
+
   void AddData(FigureSeries& series, const FigureSet& set) {
     const Dataset& dataset = *set.dataset;
     const FitState* fit = FitOf(set);
     const double baseline = fit != nullptr ? fit->FitA(set.fitted) : dataset.Offset;
+    int used = 0;
     for (std::size_t i = 0; i < static_cast<std::size_t>(dataset.NumPoints); ++i) {
       const bool good = dataset.Good[i] != kFalse;
-      if (!good && !choices_.leftOut) continue;
+      if (good ? used++ % MarksForEach() != 0 : !choices_.leftOut) continue;
       const double x = Abscissa(dataset.R[i], dataset);
       if (!Add(good ? series.data : series.leftOut, x, dataset.C[i], baseline)) ++dropped_;
     }
@@ -327,7 +378,7 @@ class FigureMaker {
       for (std::size_t k = 0; k < sets_.size(); ++k) {
         AddKey({.look = LookOf(sets_[k]), .line = HasCurve(sets_[k]), .text = names_[k]});
       }
-    } else if (choices_.looks == FigureLooks::kBySpeed) {
+    } else {
       ListSpeedsAndChannels();
     }
     for (const std::string& name : species_) {
@@ -338,8 +389,22 @@ class FigureMaker {
     }
   }
 
+  // But what the panels bear already as their titles.
   void ListSpeedsAndChannels() {
-    if (speeds_.size() + channels_.size() > kLegendRoom) return;
+    const bool bySpeed = looks_ == FigureLooks::kBySpeed;
+    const std::size_t speeds = panels_ == FigurePanels::kBySpeed ? 0 : speeds_.size();
+    const std::size_t channels = panels_ == FigurePanels::kByChannel ? 0 : channels_.size();
+    const std::size_t entries = bySpeed ? speeds + channels : sets_.size();
+    if (entries > kLegendRoom) {
+      figure_.remarks.push_back("There is no legend, as it would have " + std::to_string(entries) +
+                                " entries; the most are " + std::to_string(kLegendRoom) + ".");
+      return;
+    }
+    if (speeds > 0) ListSpeeds();
+    if (channels > 0) ListChannels();
+  }
+
+  void ListSpeeds() {
     const bool lines = std::any_of(sets_.begin(), sets_.end(),
                                    [&](const FigureSet& set) { return HasCurve(set); });
     for (const int speed : speeds_) {
@@ -349,6 +414,9 @@ class FigureMaker {
               .line = lines,
               .text = SpeedText(speed)});
     }
+  }
+
+  void ListChannels() {
     for (const ChannelKey& channel : channels_) {
       const auto one = std::find_if(sets_.begin(), sets_.end(), [&](const FigureSet& set) {
         return KeyOf(*set.dataset) == channel;
@@ -365,6 +433,8 @@ class FigureMaker {
   std::vector<const Dataset*> datasets_;
   std::set<int> speeds_;
   std::set<ChannelKey> channels_;
+  FigurePanels panels_ = FigurePanels::kOne;
+  FigureLooks looks_ = FigureLooks::kBySpeed;
   bool severalCells_ = false;
   bool severalWavelengths_ = false;
   std::vector<std::string> names_;    // of the sets, before the user's own

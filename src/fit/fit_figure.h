@@ -28,9 +28,11 @@ FigureLook FigureLookOf(std::size_t number);
 // takes the fitted baseline off, without a fit that of the dataset, and leaves out points that are
 // then not above 0; how many is a remark.
 // Cells stand by rising cell, channel and speed; more than kMostFigureCells become one cell. The
-// legend is in words ("10,000 rpm, channel A, 5.1 µM"); above 24 datasets it lists speeds and
-// channels instead, where these are at most 24 and tell datasets apart. A text of the legend that
-// the user has emptied takes its entry away.
+// legend is in words ("10,000 rpm, channel A, 5.1 µM"); above 24 datasets it lists instead the
+// speeds and channels that no panel is called by, where these are at most 24 and tell datasets
+// apart. A text of the legend that the user has emptied takes its entry away. Up to 24 datasets of
+// which two would look alike in their cell have looks of their own, whatever was chosen.
+// What is not shown, and what is done otherwise than chosen, is a remark.
 Figure MakeFigure(const std::vector<FigureSet>& sets, const FitState* fit,
                   const FigureChoices& choices);
 

@@ -111,6 +111,11 @@ FigureSize NaturalSize(const Figure& figure, double width) {
   return {width, std::round(std::clamp(height, kLeastFigureSide, kGreatestHeight))};
 }
 
+FigureSize SizeOf(const Figure& figure) {
+  if (figure.height) return {figure.width, *figure.height};
+  return NaturalSize(figure, figure.width);
+}
+
 std::string RenderFigure(const Figure& figure, PictureFormat format, FigureSize size, int dpi) {
   Check(size, dpi);
   switch (format) {

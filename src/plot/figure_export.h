@@ -11,20 +11,12 @@ class QRectF;
 
 namespace quorvane {
 
-// In millimetres on paper, each side from 30 to 500.
-struct FigureSize {
-  double width = 175.0;
-  double height = 120.0;
-  bool operator==(const FigureSize&) const = default;
-};
-inline constexpr double kLeastFigureSide = 30.0;
-inline constexpr double kGreatestFigureSide = 500.0;
-inline constexpr double kFigureColumnWidth = 85.0;  // one column of a journal
-inline constexpr double kFigurePageWidth = 175.0;   // a page
-
 // `width` with a height that suits the cells and the legend of `figure`, at most 240 mm.
 // A QApplication must exist.
 FigureSize NaturalSize(const Figure& figure, double width);
+
+// The size that `figure` says, with a natural height where it says none.
+FigureSize SizeOf(const Figure& figure);
 
 // The bytes of a file that shows `figure` in `size`; all formats show the same layout. A PNG has
 // `dpi` dots an inch, 72 to 1200, and says so. Equal figures give equal PNG and SVG bytes.

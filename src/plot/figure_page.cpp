@@ -85,18 +85,48 @@ class FigureFiller {
     page.setMargins(QMargins(4, 8, 8, 8));
     page.setRowSpacing(6);
     auto* grid = new QCPLayoutGrid;
-    page.addElement(1, 0, grid);
+    auto* titled = new QCPLayoutGrid;  // with a title for all panels, if there is one
+    titled->setColumnSpacing(0);
+    page.addElement(1, 0, titled);
+    titled->addElement(0, 1, grid);
     page.addElement(0, 0, Title(figure_.title, kFigureHead, Qt::Horizontal, grid));
     page.addElement(2, 0, Title(figure_.bottomTitle, kFigureTitle, Qt::Horizontal, grid));
+    int legendHeight = 0;
     if (!figure_.keys.empty()) {
       auto* legend = new FigureLegend(&plot_, figure_.keys, units_.width() - 12);
+      legendHeight = legend->Height();
       page.addElement(3, 0, legend);
       legend->setMargins(QMargins(0, 8, 0, 0));
+    }
+    ShareHeight(legendHeight);
+    if (low_) {
+      titled->addElement(0, 0, Title(TitleOfAll(), kFigureTitle, Qt::Vertical, grid));
+      titled->setColumnStretchFactor(0, kTitleShare);
     }
     FillGrid(*grid);
   }
 
  private:
+  // Low rows have no room for titles of their own, and a residual panel of them keeps the height
+  // that its numbers need.
+  void ShareHeight(int legendHeight) {
+    constexpr double kLeastResiduals = 100.0;
+    constexpr double kTitles = 130.0;  // above and below all cells
+    const int rows = (std::max(int(figure_.cells.size()), 1) + across_ - 1) / across_;
+    const double row = (units_.height() - legendHeight - kTitles) / rows;
+    const double panels = row - kNameRoom - kRowGap - kMargins.top() - kMargins.bottom();
+    if (!figure_.residuals || rows == 1) return;
+    low_ = panels / (1.0 + kDataShare) < kLeastResiduals;
+    if (low_) dataShare_ = std::clamp(panels / kLeastResiduals - 1.0, 1.0, kDataShare);
+  }
+
+  std::string TitleOfAll() const {
+    return QObject::tr("%1 (above), %2 (below)")
+        .arg(QString::fromStdString(figure_.leftTitle))
+        .arg(QString::fromStdString(figure_.residualTitle))
+        .toStdString();
+  }
+
   TitleElement* Title(const std::string& text, int size, Qt::Orientation orientation,
                       const QCPLayoutElement* centre) {
     return new TitleElement(&plot_, QString::fromStdString(text), size, orientation, centre,
@@ -117,7 +147,7 @@ class FigureFiller {
       QCPAxisRect* data = AddPanel(grid, row, column, figure_.leftTitle);
       data->setObjectName(PanelName(k));
       FillCell(figure_.cells[k], *data);
-      grid.setRowStretchFactor(row, kDataShare);
+      grid.setRowStretchFactor(row, dataShare_);
       QCPAxisRect* last = data;
       if (figure_.residuals) {
         last = AddPanel(grid, row + 1, column, figure_.residualTitle);
@@ -133,7 +163,8 @@ class FigureFiller {
   QCPAxisRect* AddPanel(QCPLayoutGrid& grid, int row, int column, const std::string& title) {
     auto* rect = new QCPAxisRect(&plot_);
     grid.addElement(row, column, rect);
-    if (column == 1) grid.addElement(row, 0, Title(title, kFigureTitle, Qt::Vertical, rect));
+    if (column == 1 && !low_)
+      grid.addElement(row, 0, Title(title, kFigureTitle, Qt::Vertical, rect));
     rect->setMinimumMargins(kMargins);
     rect->setMinimumSize(40, 30);
     rect->setMarginGroup(QCP::msLeft | QCP::msRight, margins_);
@@ -280,6 +311,8 @@ class FigureFiller {
   int across_;
   QCPMarginGroup* margins_ = nullptr;
   double mark_ = kFigureMark;
+  bool low_ = false;  // one title for all rows
+  double dataShare_ = kDataShare;
 };
 
 }  // namespace

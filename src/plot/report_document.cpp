@@ -184,7 +184,7 @@ FigureObject::FigureObject(const Figure& figure, QSizeF page, QCPPainter& painte
     : figure_(figure), painter_(painter) {
   constexpr double kMmPerInch = 25.4;
   constexpr double kMostOfPage = 0.85;  // heading and caption need the rest
-  const FigureSize natural = NaturalSize(figure, kFigurePageWidth);
+  const FigureSize natural = SizeOf(figure);
   millimetres_ = {natural.width, natural.height};
   size_ = millimetres_ * (painter.device()->logicalDpiX() / kMmPerInch);
   const QSizeF room(page.width(), page.height() * kMostOfPage);

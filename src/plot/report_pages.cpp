@@ -115,7 +115,7 @@ std::string RenderReportChart(const Chart& chart) {
 }
 
 std::string RenderReportFigure(const Figure& figure) {
-  return RenderFigure(figure, PictureFormat::kSvg, NaturalSize(figure, kFigurePageWidth));
+  return RenderFigure(figure, PictureFormat::kSvg, SizeOf(figure));
 }
 
 std::string RenderReportPages(const std::string& title, const std::string& body,

@@ -15,7 +15,7 @@ inline constexpr PictureSize kReportChart = {600, 540};
 
 // As the bytes of SVG files. A QApplication must exist (offscreen.h).
 std::string RenderReportChart(const Chart& chart);
-std::string RenderReportFigure(const Figure& figure);  // as wide as a page
+std::string RenderReportFigure(const Figure& figure);  // in its size on paper
 
 // The bytes of a PDF of A4 pages: `body`, elements of HTML with tables, in which an image of
 // kFigureImage stands for `figure`, then the charts, two beside each other where there are more

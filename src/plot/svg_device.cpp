@@ -9,6 +9,7 @@
 #include <QPen>
 #include <QPixmap>
 #include <cmath>
+#include <map>
 #include <utility>
 #include <vector>
 
@@ -16,10 +17,13 @@ namespace quorvane {
 
 namespace {
 
+// With as many decimals as it needs, three at most.
 QString Number(double value) {
   constexpr int kDecimals = 3;
-  const QString text = QString::number(value, 'f', kDecimals);
-  return text == QLatin1String("-0.000") ? QStringLiteral("0.000") : text;
+  QString text = QString::number(value, 'f', kDecimals);
+  while (text.endsWith(u'0')) text.chop(1);
+  if (text.endsWith(u'.')) text.chop(1);
+  return text == QLatin1String("-0") ? QStringLiteral("0") : text;
 }
 
 QString Point(double x, double y) {
@@ -90,7 +94,10 @@ QString FontAttributes(const QFont& font) {
   return text;
 }
 
-QString PathData(const QPainterPath& path) {
+// The data of a path whose first point is moved to `start`.
+QString PathData(const QPainterPath& path, QPointF start) {
+  if (path.isEmpty()) return {};
+  const QPointF move = start - QPointF(path.elementAt(0));
   QString data;
   for (int i = 0; i < path.elementCount(); ++i) {
     const QPainterPath::Element element = path.elementAt(i);
@@ -98,7 +105,7 @@ QString PathData(const QPainterPath& path) {
     if (element.type == QPainterPath::LineToElement) data += 'L';
     if (element.type == QPainterPath::CurveToElement) data += 'C';
     if (element.type == QPainterPath::CurveToDataElement) data += ' ';
-    data += Point(element.x, element.y);
+    data += Point(element.x + move.x(), element.y + move.y());
   }
   return data;
 }
@@ -130,22 +137,26 @@ class SvgEngine : public QPaintEngine {
     if (dirty & DirtyOpacity) opacity_ = now.opacity();
   }
 
-  void drawPath(const QPainterPath& path) override {
-    OpenShapeGroup(brush_);
-    const QString rule = path.fillRule() == Qt::OddEvenFill && brush_.style() != Qt::NoBrush
-                             ? Attribute("fill-rule", "evenodd")
-                             : QString();
-    body_ += "<path" + rule + Attribute("d", PathData(path)) + "/>\n";
+  // Where it stands goes into the path, so that marks drawn each with a place of their own share
+  // a group.
+  void drawPath(const QPainterPath& drawn) override {
+    const auto [turn, place] = Parted(transform_);
+    const QPainterPath path = drawn.translated(place);
+    OpenShapeGroup(brush_, turn);
+    const bool filled = brush_.style() != Qt::NoBrush;
+    if (!filled && path.elementCount() == 2) return AddLine(path.elementAt(0), path.elementAt(1));
+    const bool odd = filled && path.fillRule() == Qt::OddEvenFill;
+    AddShape(path, odd ? Attribute("fill-rule", "evenodd") : QString(), false);
   }
 
   void drawPolygon(const QPointF* points, int count, PolygonDrawMode mode) override {
     const bool closed = mode != PolylineMode;
-    OpenShapeGroup(closed ? brush_ : QBrush(Qt::NoBrush));
-    QString data;
-    for (int i = 0; i < count; ++i)
-      data += (i == 0 ? 'M' : 'L') + Point(points[i].x(), points[i].y());
-    if (closed) data += 'Z';
-    body_ += "<path" + Attribute("d", data) + "/>\n";
+    OpenShapeGroup(closed ? brush_ : QBrush(Qt::NoBrush), transform_);
+    if (!closed && count == 2) return AddLine(points[0], points[1]);
+    QPainterPath path;
+    if (count > 0) path.moveTo(points[0]);
+    for (int i = 1; i < count; ++i) path.lineTo(points[i]);
+    AddShape(path, {}, closed);
   }
 
   // Anchored in its middle, so that it stays centred in a viewer without the first font.
@@ -168,6 +179,56 @@ class SvgEngine : public QPaintEngine {
   const QString& Body() const { return body_; }
 
  private:
+  struct Mark {
+    QString name;
+    QPointF start;  // of the path that bears the name
+  };
+
+  // A shape that comes again is written once and then referred to: figures are full of marks.
+  void AddShape(const QPainterPath& path, const QString& rule, bool closed) {
+    if (path.isEmpty()) return;
+    const QPointF start(path.elementAt(0));
+    const QString end = closed ? QStringLiteral("Z") : QString();
+    const QString shape = rule + PathData(path, {}) + end;
+    const auto known = marks_.find(shape);
+    if (known != marks_.end()) {
+      const QPointF move = start - known->second.start;
+      body_ += "<use" + Attribute("xlink:href", '#' + known->second.name) +
+               Attribute("x", Number(move.x())) + Attribute("y", Number(move.y())) + "/>\n";
+      return;
+    }
+    QString name;
+    if (shape == lastShape_) {
+      name = "mark" + QString::number(marks_.size() + 1);
+      marks_[shape] = {name, start};
+      name = Attribute("id", name);
+    }
+    lastShape_ = shape;
+    body_ += "<path" + name + rule + Attribute("d", PathData(path, start) + end) + "/>\n";
+  }
+
+  // Lines one after the other, of the same look and with nothing shining through, are one path.
+  void AddLine(QPointF from, QPointF to) {
+    const QPointF along = to - from;
+    QString data = 'M' + Point(from.x(), from.y());
+    if (along.y() == 0.0) {
+      data += 'h' + Number(along.x());
+    } else if (along.x() == 0.0) {
+      data += 'v' + Number(along.y());
+    } else {
+      data += 'l' + Point(along.x(), along.y());
+    }
+    const QLatin1String end("\"/>\n");
+    const bool opaque = pen_.color().alphaF() * opacity_ >= 1.0;
+    if (opaque && linesEnd_ == body_.size()) {
+      body_.chop(end.size());
+      body_ += data + end;
+    } else {
+      body_ += "<path d=\"" + data + end;
+    }
+    linesEnd_ = body_.size();
+  }
+
   void DrawEmbedded(const QRectF& target, const QImage& image) {
     QByteArray png;
     QBuffer buffer(&png);
@@ -181,13 +242,24 @@ class SvgEngine : public QPaintEngine {
              Attribute("xlink:href", "data:image/png;base64," + png.toBase64()) + "/>\n";
   }
 
-  void OpenShapeGroup(const QBrush& brush) {
-    OpenGroup(Fill(brush, opacity_) + Stroke(pen_, opacity_));
+  // A transformation as a move and what comes after it.
+  static std::pair<QTransform, QPointF> Parted(const QTransform& whole) {
+    const QTransform turn(whole.m11(), whole.m12(), whole.m21(), whole.m22(), 0.0, 0.0);
+    bool invertible = false;
+    const QTransform back = turn.inverted(&invertible);
+    if (!invertible || !whole.isAffine()) return {whole, {}};
+    return {turn, back.map(QPointF(whole.dx(), whole.dy()))};
   }
 
-  void OpenGroup(const QString& style) {
+  void OpenShapeGroup(const QBrush& brush, const QTransform& transform) {
+    OpenGroup(Fill(brush, opacity_) + Stroke(pen_, opacity_), transform);
+  }
+
+  void OpenGroup(const QString& style) { OpenGroup(style, transform_); }
+
+  void OpenGroup(const QString& style, const QTransform& transform) {
     const QString clip = ClipAttribute();
-    const QString opening = "<g" + clip + "><g" + style + Transformation(transform_) + ">\n";
+    const QString opening = "<g" + clip + "><g" + style + Transformation(transform) + ">\n";
     if (opening == opening_) return;
     CloseGroup();
     body_ += opening;
@@ -225,6 +297,9 @@ class SvgEngine : public QPaintEngine {
   QString body_;
   QString opening_;  // the tags of the open groups; empty outside
   std::vector<QRectF> clips_;
+  std::map<QString, Mark> marks_;  // by their data from a start at 0, 0
+  QString lastShape_;
+  qsizetype linesEnd_ = -1;  // of body_ behind lines that others may join
 };
 
 SvgDevice::SvgDevice(QSize size, QString title, QSizeF millimetres)

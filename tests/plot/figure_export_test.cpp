@@ -60,6 +60,7 @@ TEST(FigureExport, AllFormatsHaveTheAskedSizeAndTheirTexts) {
                                         "0.2<")),
             2);
   EXPECT_EQ(svg.toStdString(), RenderFigure(figure, PictureFormat::kSvg, size));
+  EXPECT_GT(svg.count("<use "), 40);  // marks of one shape are references to it
   const std::string pdf = RenderFigure(figure, PictureFormat::kPdf, size);
   EXPECT_NE(pdf.find("/MediaBox [0 0 241.000000 312.000000]"), std::string::npos);
   for (const double side : {29.0, 501.0, std::nan("")}) {
@@ -78,6 +79,15 @@ TEST(FigureExport, HeightsSuitTheirCells) {
   EXPECT_LT(NaturalSize(figure, kFigureColumnWidth).height, column.height);
   figure.cells.resize(30, figure.cells[0]);
   EXPECT_EQ(NaturalSize(figure, kFigureColumnWidth).height, 240.0);
+  // Rows too low for titles of their own share one.
+  figure.residuals = true;
+  figure.width = kFigureColumnWidth;
+  const QString svg =
+      QString::fromStdString(RenderFigure(figure, PictureFormat::kSvg, SizeOf(figure)));
+  EXPECT_EQ(svg.count(">Fringes (above), Residuals (below)<"), 1);
+  EXPECT_EQ(svg.count(">Residuals<"), 0);
+  figure.height = 60.0;
+  EXPECT_EQ(SizeOf(figure), (FigureSize{kFigureColumnWidth, 60.0}));
 }
 
 TEST(FigureExport, ADragAsksForItsPartOfItsPanel) {

@@ -39,13 +39,15 @@ std::vector<FigureSet> FigureSets(const QuorvaneModule& module, const std::vecto
   return sets;
 }
 
-std::vector<FigureSet> FigureSets(const FinishedFit& fit) {
+std::vector<FigureSet> FigureSets(const FinishedFit& fit, const std::set<FigureScan>& hidden) {
   std::vector<FigureSet> sets;
   for (int d = 1; d <= fit.state.NumFitSets; ++d) {
-    sets.push_back(
-        {.dataset = &FittedSet(fit, d), .number = static_cast<std::size_t>(d - 1), .fitted = d});
+    const Dataset& dataset = FittedSet(fit, d);
+    if (hidden.contains(FigureScan(dataset))) continue;
+    const auto place = static_cast<std::size_t>(&dataset - fit.datasets.data());
+    sets.push_back({.dataset = &dataset, .number = place, .fitted = d});
   }
-  return sets;
+  return sets.empty() && !hidden.empty() ? FigureSets(fit) : sets;
 }
 
 }  // namespace quorvane

@@ -1,6 +1,7 @@
 // What a figure of datasets shows.
 #pragma once
 
+#include <set>
 #include <vector>
 
 #include "core/program_state.h"
@@ -15,7 +16,8 @@ namespace quorvane {
 std::vector<FigureSet> FigureSets(const QuorvaneModule& module, const std::vector<int>& chosen,
                                   bool withFit);
 
-// All datasets of `fit`, in its order; the result points into it.
-std::vector<FigureSet> FigureSets(const FinishedFit& fit);
+// The datasets of `fit` but the hidden ones, in its order; all of them if that leaves none. The
+// result points into `fit`.
+std::vector<FigureSet> FigureSets(const FinishedFit& fit, const std::set<FigureScan>& hidden = {});
 
 }  // namespace quorvane

@@ -7,6 +7,7 @@
 #include <string_view>
 
 #include "base/number_column.h"
+#include "base/number_format.h"
 
 namespace quorvane {
 
@@ -24,7 +25,8 @@ constexpr const char* kStyle =
     "h2{font-size:1.25em;margin:1.8em 0 .6em;border-bottom:1px solid #888;break-after:avoid}\n"
     "p,li{max-width:46em;overflow-wrap:break-word}ul{padding-left:1.3em}li{margin:.25em 0}\n"
     ".origin{color:#555;margin:.2em 0 1.5em}\n"
-    ".table,figure p{overflow-x:auto}.table{margin:1.2em 0}p img{min-width:38em}\n"
+    ".table,figure p{overflow-x:auto}.table{margin:1.2em 0}\n"
+    "p img{width:calc(100%*var(--share,1));min-width:calc(38em*var(--share,1))}\n"
     "table{border-collapse:collapse;font-size:.85em;width:100%;"
     "font-variant-numeric:tabular-nums}\n"
     "caption{text-align:left;font-weight:bold;padding-bottom:.3em;break-after:avoid}\n"
@@ -182,6 +184,11 @@ std::string ListHtml(const std::vector<std::string>& items) {
   return out + "</ul>\n";
 }
 
+// The width of a figure in that of a page, at most 1.
+std::string ShareOfPage(const Figure& figure) {
+  return FormatNumber(std::min(figure.width / kFigurePageWidth, 1.0), "0.###");
+}
+
 std::string Base64(std::string_view bytes) {
   constexpr std::string_view kDigits =
       "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789+/";
@@ -212,7 +219,8 @@ std::string ReportBody(const PaperReport& report, const std::string& figure) {
   for (const ReportSection& section : report.sections) {
     out += "<h2>" + Escaped(section.title) + "</h2>\n";
     if (section.figure) {
-      out += "<figure><p><img alt=\"" + Escaped(report.figureCaption) + "\" src=\"" + figure +
+      out += "<figure><p><img alt=\"" + Escaped(report.figureCaption) +
+             "\" style=\"--share:" + ShareOfPage(report.figure) + "\" src=\"" + figure +
              "\" /></p>\n<figcaption><p>" + Escaped(report.figureCaption) +
              "</p></figcaption></figure>\n";
     }

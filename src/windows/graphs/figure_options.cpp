@@ -24,6 +24,8 @@ namespace {
 
 enum WidthChoice { kColumnWidth, kPageWidth, kOwnWidth };
 
+constexpr int kMostMarksForEach = 50;  // that is shown
+
 constexpr FigureFile kFiles[] = {{PictureFormat::kPdf, 300},
                                  {PictureFormat::kSvg, 300},
                                  {PictureFormat::kPng, 300},
@@ -85,6 +87,14 @@ void FigureOptions::BuildLayout() {
   txtWindow_->setSuffix(tr(" points"));
   txtWindow_->setKeyboardTracking(false);
   txtWindow_->setToolTip(tr("Neighbouring points whose slope gives one weight"));
+  txtEvery_ = Named(new QSpinBox, "txtFigureEvery");
+  txtEvery_->setRange(1, kMostMarksForEach);
+  txtEvery_->setSpecialValueText(tr("all"));
+  txtEvery_->setPrefix(tr("one in "));
+  txtEvery_->setKeyboardTracking(false);
+  txtEvery_->setToolTip(
+      tr("Fewer marks, so that they do not hide the curves; curves and the scale "
+         "of the residuals stay those of all points"));
   cmbPanels_ = NewChoice("cmbFigurePanels", {tr("By channel"), tr("By speed"), tr("All in one")});
   cmbSignal_ = NewChoice("cmbFigureSignal", {tr("As measured"), tr("ln(signal - baseline)")});
   cmbLooks_ = NewChoice("cmbFigureLooks", {tr("Speed and channel"), tr("Dataset")});
@@ -95,6 +105,7 @@ void FigureOptions::BuildLayout() {
   form->addRow(tr("Pane&ls:"), cmbPanels_);
   form->addRow(tr("S&ignal:"), cmbSignal_);
   form->addRow(tr("Loo&ks by:"), cmbLooks_);
+  form->addRow(tr("&Marks:"), txtEvery_);
   radius_ = Named(new QRadioButton(tr("&Radius")), "optFigureAxis(0)");
   radius_->setChecked(true);
   psi_ = Named(new QRadioButton(tr("(r^2 - r&0^2)/2")), "optFigureAxis(1)");
@@ -143,7 +154,7 @@ void FigureOptions::BuildTexts() {
   gridTexts_->verticalHeader()->hide();
   gridTexts_->verticalHeader()->setDefaultSectionSize(gridTexts_->fontMetrics().height() * 3 / 2);
   auto* reset = Named(new QPushButton(tr("Automatic &Texts")), "cmdFigureTexts");
-  connect(reset, &QPushButton::clicked, this, &FigureOptions::ForgetTexts);
+  connect(reset, &QPushButton::clicked, this, &FigureOptions::TakeAutomaticTexts);
   auto* form = new QFormLayout;
   form->addRow(tr("T&itle:"), txtTitle_);
   auto* column = new QVBoxLayout(texts_);
@@ -159,7 +170,9 @@ void FigureOptions::ConnectSignals() {
   }
   connect(cmbLooks_, &QComboBox::currentIndexChanged, this, &FigureOptions::Changed);
   connect(cmbContent_, &QComboBox::currentIndexChanged, this, &FigureOptions::EnableChoices);
-  connect(txtWindow_, &QSpinBox::valueChanged, this, &FigureOptions::Changed);
+  for (QSpinBox* box : {txtWindow_, txtEvery_}) {
+    connect(box, &QSpinBox::valueChanged, this, &FigureOptions::Changed);
+  }
   for (QComboBox* box : {cmbContent_, cmbPanels_, cmbSignal_}) {
     connect(box, &QComboBox::currentIndexChanged, this, &FigureOptions::TellAxes);
   }
@@ -192,6 +205,7 @@ void FigureOptions::EnableChoices() {
   const bool weights = content == FigureContent::kLocalWeights;
   cmbContent_->setEnabled(fitted_);
   txtWindow_->setEnabled(weights);
+  txtEvery_->setEnabled(data || weights);
   cmbPanels_->setEnabled(data || weights);
   cmbSignal_->setEnabled(data);
   against_->setEnabled(data || content == FigureContent::kResiduals);
@@ -216,22 +230,22 @@ FigureChoices FigureOptions::Choices() const {
           .residuals = chkResiduals_->isChecked(),
           .leftOut = chkLeftOut_->isChecked(),
           .species = chkSpecies_->isChecked(),
+          .every = txtEvery_->value(),
           .window = window < kLeastWeightWindow ? 0 : window,
-          .title = txtTitle_->text().toStdString(),
-          .texts = replaced_};
+          .title = txtTitle_->text().simplified().toStdString(),
+          .texts = replaced_,
+          .width = txtWidth_->value(),
+          .height = chkHeight_->isChecked() ? std::nullopt : std::optional(txtHeight_->value())};
 }
 
 FigureFile FigureOptions::File() const {
   return kFiles[cmbFormat_->currentIndex()];
 }
 
-FigureSize FigureOptions::SizeOf(const Figure& figure) {
-  FigureSize size{txtWidth_->value(), txtHeight_->value()};
-  if (!chkHeight_->isChecked()) return size;
-  size = NaturalSize(figure, size.width);
+void FigureOptions::ShowHeight(double millimetres) {
+  if (!chkHeight_->isChecked()) return;
   const QSignalBlocker quiet(txtHeight_);
-  txtHeight_->setValue(size.height);
-  return size;
+  txtHeight_->setValue(millimetres);
 }
 
 void FigureOptions::ListTexts(const Figure& figure) {
@@ -260,10 +274,16 @@ void FigureOptions::TakeText(int row) {
   emit Changed();
 }
 
-void FigureOptions::ForgetTexts() {
+void FigureOptions::TakeAutomaticTexts() {
   replaced_.clear();
   listed_.clear();
   emit Changed();
+}
+
+void FigureOptions::ForgetTexts() {
+  const QSignalBlocker quiet(this);
+  txtTitle_->clear();
+  TakeAutomaticTexts();
 }
 
 void FigureOptions::SetFitted(bool fitted) {
@@ -277,7 +297,7 @@ QString FigureOptions::Line() const {
       psi_->isChecked(),          chkCurves_->isChecked(),     chkResiduals_->isChecked(),
       chkLeftOut_->isChecked(),   cmbWidth_->currentIndex(),   int(txtWidth_->value()),
       cmbFormat_->currentIndex(), cmbContent_->currentIndex(), txtWindow_->value(),
-      chkSpecies_->isChecked()};
+      chkSpecies_->isChecked(),   txtEvery_->value()};
   QStringList words;
   for (const int number : numbers) words += QString::number(number);
   return words.join(u' ');
@@ -311,6 +331,7 @@ void FigureOptions::TakeLine(const QString& line) {
   choose(cmbContent_);
   take(kGreatestWeightWindow + 1, [this](int number) { txtWindow_->setValue(number); });
   check(chkSpecies_);
+  take(kMostMarksForEach + 1, [this](int number) { txtEvery_->setValue(number); });
 }
 
 }  // namespace quorvane

@@ -38,14 +38,17 @@ class FigureOptions : public QObject {
   FigureChoices Choices() const;
   FigureFile File() const;
 
-  // The size of `figure` as chosen; a height that suits it is shown in its box.
-  FigureSize SizeOf(const Figure& figure);
+  // Shows in its box the height that suits a figure, where none was chosen.
+  void ShowHeight(double millimetres);
 
   // Lists the texts of `figure`, or what the user has put in their place.
   void ListTexts(const Figure& figure);
 
   // What a fit alone can show may be chosen.
   void SetFitted(bool fitted);
+
+  // Takes the automatic texts and no title, without a signal.
+  void ForgetTexts();
 
   // All choices but texts and height, as one line; what a line does not say stays.
   QString Line() const;
@@ -65,7 +68,7 @@ class FigureOptions : public QObject {
   void EnableChoices();
   FigureContent Content() const;
   void TakeText(int row);
-  void ForgetTexts();
+  void TakeAutomaticTexts();
 
   std::map<std::string, std::string> replaced_;
   std::vector<std::string> listed_;
@@ -79,6 +82,7 @@ class FigureOptions : public QObject {
   bool fitted_ = false;
   QComboBox* cmbContent_;
   QSpinBox* txtWindow_;
+  QSpinBox* txtEvery_;
   QComboBox* cmbPanels_;
   QComboBox* cmbSignal_;
   QComboBox* cmbLooks_;

@@ -148,30 +148,26 @@ void FigureWindow::hideEvent(QHideEvent* event) {
 
 void FigureWindow::Refresh() {
   if (!isVisible()) return;
+  if (!session_.Module.Figure) {  // of this experiment: texts and zoom were those of another
+    options_->ForgetTexts();
+    zoomed_.clear();
+  }
   ListDatasets();
   options_->SetFitted(session_.Module.LastFit != nullptr);
   Draw();
 }
 
-// A dataset is known again by its file and first radius, whatever its name and number become.
 void FigureWindow::ListDatasets() {
-  const auto keyOf = [](const Dataset& dataset) {
-    return QString::fromStdString(PathOf(dataset)) + '|' + QString::number(dataset.R[0], 'g', 17);
-  };
-  constexpr int kKey = Qt::UserRole;
   const QSignalBlocker quiet(sets_);
-  std::map<QString, Qt::CheckState> checks;
-  for (int k = 0; k < sets_->count(); ++k) {
-    checks[sets_->item(k)->data(kKey).toString()] = sets_->item(k)->checkState();
-  }
+  std::map<FigureScan, Qt::CheckState> checks;
+  for (int k = 0; k < sets_->count(); ++k)
+    checks[listed_[std::size_t(k)]] = sets_->item(k)->checkState();
   sets_->clear();
-  int number = 0;
+  listed_.clear();
   for (const Dataset& dataset : session_.Module.Store.Datasets) {
+    const auto known = checks.find(listed_.emplace_back(dataset));
     const QString name = QString::fromStdString(NameOf(dataset));
-    auto* item = new QListWidgetItem(QStringLiteral("%1: %2").arg(++number).arg(name), sets_);
-    const QString key = keyOf(dataset);
-    const auto known = checks.find(key);
-    item->setData(kKey, key);
+    auto* item = new QListWidgetItem(QStringLiteral("%1: %2").arg(listed_.size()).arg(name), sets_);
     item->setToolTip(DatasetTip(dataset));
     item->setFlags(Qt::ItemIsEnabled | Qt::ItemIsSelectable | Qt::ItemIsUserCheckable);
     item->setCheckState(known != checks.end() ? known->second
@@ -190,11 +186,25 @@ void FigureWindow::CheckAll(bool on) {
   Draw();
 }
 
-Figure FigureWindow::Drawn() const {
-  std::vector<int> chosen;
+std::vector<int> FigureWindow::Checked() const {
+  std::vector<int> places;
   for (int k = 0; k < sets_->count(); ++k) {
-    if (sets_->item(k)->checkState() == Qt::Checked) chosen.push_back(k);
+    if (sets_->item(k)->checkState() == Qt::Checked) places.push_back(k);
   }
+  return places;
+}
+
+// So that the report can show the same.
+void FigureWindow::KeepSetup() {
+  FigureSetup setup{.choices = options_->Choices()};
+  for (int k = 0; k < sets_->count(); ++k) {
+    const bool shown = sets_->item(k)->checkState() == Qt::Checked;
+    if (!shown) setup.hidden.insert(listed_[static_cast<std::size_t>(k)]);
+  }
+  session_.Module.Figure = std::move(setup);
+}
+
+Figure FigureWindow::Drawn() const {
   const QuorvaneModule& module = session_.Module;
   FigureChoices choices = options_->Choices();
   const bool withFit = choices.content != FigureContent::kData || choices.curves ||
@@ -205,7 +215,7 @@ Figure FigureWindow::Drawn() const {
     fit = &module.LastFit->state;
     choices.trueWeights = module.LastFit->constantsSet.Vbar && module.LastFit->constantsSet.Density;
   }
-  Figure figure = MakeFigure(FigureSets(module, chosen, withFit), fit, choices);
+  Figure figure = MakeFigure(FigureSets(module, Checked(), withFit), fit, choices);
   for (FigureCell& cell : figure.cells) {
     const auto zoom = zoomed_.find(cell.title);
     if (zoom != zoomed_.end()) cell.view = zoom->second;
@@ -215,6 +225,7 @@ Figure FigureWindow::Drawn() const {
 
 void FigureWindow::Draw() {
   if (!isVisible()) return;
+  KeepSetup();
   Figure figure = Drawn();
   ShowLooks(figure);
   options_->ListTexts(figure);
@@ -226,7 +237,8 @@ void FigureWindow::Draw() {
   for (const FigureCell& cell : figure.cells) drawn = drawn || !cell.series.empty();
   for (QPushButton* button : {cmdExport_, cmdCopy_, cmdNumbers_}) button->setEnabled(drawn);
   cmdZoomOut_->setEnabled(!zoomed_.empty());
-  const FigureSize size = options_->SizeOf(figure);
+  const FigureSize size = SizeOf(figure);
+  options_->ShowHeight(size.height);
   picture_->SetFigure(std::move(figure), size);
 }
 

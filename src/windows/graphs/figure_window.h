@@ -4,6 +4,7 @@
 #include <QWidget>
 #include <map>
 #include <string>
+#include <vector>
 
 #include "base/figure.h"
 #include "windows/session/printable.h"
@@ -43,6 +44,8 @@ class FigureWindow : public QWidget, public Printable {
   void ListDatasets();
   void CheckAll(bool on);
   void Draw();
+  std::vector<int> Checked() const;  // places of datasets
+  void KeepSetup();
   Figure Drawn() const;
   void ShowLooks(const Figure& figure);
   void Export();
@@ -58,6 +61,7 @@ class FigureWindow : public QWidget, public Printable {
   std::map<std::string, ChartArea> zoomed_;  // by the title of the cell
   FigureOptions* options_;
   FigureWidget* picture_;
+  std::vector<FigureScan> listed_;  // by row of sets_
   QListWidget* sets_;
   QLabel* lblRemark_;
   QPushButton* cmdAll_;

@@ -3,6 +3,7 @@
 // words that say what nobody measured, logarithms of what has none, a text that cannot be changed.
 #include "core/page/figure_sets.h"
 
+#include <numeric>
 #include <set>
 
 #include "core/fit_run.h"
@@ -118,6 +119,52 @@ TEST_F(FigureTest, ChoicesAndTextsAreTheUsers) {
   EXPECT_EQ(figure.bottomTitle, "r");
   EXPECT_EQ(figure.keys.size(), 3U);
   EXPECT_EQ(std::count(figure.texts.begin(), figure.texts.end(), first), 1);
+}
+
+TEST_F(FigureTest, ShowsSomeMarksOfSomeDatasets) {
+  Fit();
+  const Figure whole = Make();
+  const Figure figure =
+      MakeFigure(FigureSets(*module.LastFit, {FigureScan(module.Store.Datasets[1])}),
+                 &module.LastFit->state, {.every = 3, .width = 85.0});
+  EXPECT_EQ(figure.cells.at(0).series.size(), 1U);
+  const FigureSeries& series = figure.cells[0].series[0];
+  EXPECT_EQ(series.number, 3U);
+  EXPECT_EQ(series.data.x.size(), 13U);  // of 39
+  EXPECT_EQ(series.residuals.x, series.data.x);
+  EXPECT_EQ(series.data.x[1], whole.cells[0].series[1].data.x[3]);
+  EXPECT_EQ(series.curve, whole.cells[0].series[1].curve);
+  EXPECT_EQ(figure.remarks.at(0), "One point in 3 is shown; the fit used all points.");
+  EXPECT_EQ(figure.width, 85.0);
+  std::set<FigureScan> all;
+  for (const Dataset& dataset : module.Store.Datasets) all.emplace(dataset);
+  EXPECT_EQ(FigureSets(*module.LastFit, all).size(), 4U);  // rather than none
+}
+
+TEST_F(FigureTest, ManyDatasetsHaveALegendOfWhatThePanelsDoNotSay) {
+  for (int copy = 1; copy <= 6; ++copy) {
+    for (int set = 0; set < 4; ++set) {
+      module.Store.Datasets.push_back(module.Store.Datasets[static_cast<std::size_t>(set)]);
+      module.Store.Datasets.back().Speed += 1000 * copy;
+    }
+  }
+  std::vector<int> chosen(module.Store.Datasets.size());
+  std::iota(chosen.begin(), chosen.end(), 0);
+  const struct {
+    FigurePanels panels;
+    std::size_t entries;
+  } cases[] = {
+      {FigurePanels::kByChannel, 13}, {FigurePanels::kBySpeed, 2}, {FigurePanels::kOne, 15}};
+  for (const auto& one : cases) {
+    const Figure figure =
+        MakeFigure(FigureSets(module, chosen, false), nullptr, {.panels = one.panels});
+    EXPECT_EQ(figure.keys.size(), one.entries);
+  }
+  const Figure none =
+      MakeFigure(FigureSets(module, chosen, false), nullptr, {.looks = FigureLooks::kByDataset});
+  EXPECT_TRUE(none.keys.empty());
+  EXPECT_EQ(none.remarks.at(0),
+            "There is no legend, as it would have 28 entries; the most are 24.");
 }
 
 TEST_F(FigureTest, JudgesTheFitByWeightsAndResiduals) {

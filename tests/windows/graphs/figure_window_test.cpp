@@ -13,6 +13,7 @@
 #include <QSpinBox>
 #include <QTableWidget>
 
+#include "core/report/paper_report.h"
 #include "plot/chart_widget.h"
 #include "plot/figure_widget.h"
 #include "windows/main_window_fixture.h"
@@ -139,6 +140,38 @@ TEST_F(FigureWindowTest, TextsAndSizesGoIntoTheFile) {
   EXPECT_TRUE(QGuiApplication::clipboard()->mimeData()->hasFormat("image/svg+xml"));
   Click("cmdFigureTexts");
   EXPECT_EQ(Shown().bottomTitle, "Radius (cm)");
+}
+
+TEST_F(FigureWindowTest, TheReportShowsTheFigureThatWasSetUp) {
+  SetUpExample();
+  Click("cmdFitMe");
+  const auto reported = [this] { return MakePaperReport(session.Module); };
+  EXPECT_EQ(reported().figure.cells.at(0).title, "Channel A");
+  Open();
+  Choose("cmbFigurePanels", 1);
+  Choose("cmbFigureWidth", 0);
+  Click("optFigureAxis(1)");
+  Click("chkFigureLeftOut");
+  Find<QSpinBox>("txtFigureEvery")->setValue(4);
+  Find<QLineEdit>("txtFigureTitle")->setText("A dimer");
+  Find<QTableWidget>("gridFigureTexts")->item(0, 0)->setText("A(280)");
+  list->item(1)->setCheckState(Qt::Unchecked);
+  EXPECT_EQ(reported().figure, Shown());
+  EXPECT_EQ(Shown().leftTitle, "A(280)");
+  const std::string caption = reported().figureCaption;
+  for (const char* part : {"8 of the 9 datasets", "reference radius", "One point in 4"}) {
+    EXPECT_NE(caption.find(part), std::string::npos) << caption;
+  }
+  EXPECT_EQ(reported().charts.size(), 9U);
+  Choose("cmbFigureContent", 3);  // judges the fit, and is not the figure of the paper
+  EXPECT_EQ(reported().figure.leftTitle, "A(280)");
+  dialogs.yesNo = {true};
+  Trigger("mnuFileNew");
+  SetUpExample();
+  Open();
+  EXPECT_EQ(Shown().title, "");
+  EXPECT_EQ(Shown().leftTitle, "Absorbance at 280 nm");
+  EXPECT_EQ(Shown().cells.at(0).title, "16,000 rpm");
 }
 
 TEST_F(FigureWindowTest, RemembersItsChoices) {
