@@ -99,10 +99,8 @@ class FigureFiller {
       legend->setMargins(QMargins(0, 8, 0, 0));
     }
     ShareHeight(legendHeight);
-    if (low_) {
-      titled->addElement(0, 0, Title(TitleOfAll(), kFigureTitle, Qt::Vertical, grid));
-      titled->setColumnStretchFactor(0, kTitleShare);
-    }
+    if (low_) titled->addElement(0, 0, Title(TitleOfAll(), kFigureTitle, Qt::Vertical, grid));
+    titled->setColumnStretchFactor(0, kTitleShare);
     FillGrid(*grid);
   }
 

@@ -112,6 +112,7 @@ TEST(FigureExport, ADragAsksForItsPartOfItsPanel) {
     send(QEvent::MouseButtonPress, widget.PlaceOf(1, x1, y1), Qt::LeftButton);
     send(QEvent::MouseButtonRelease, widget.PlaceOf(1, x2, y2), {});
   };
+  EXPECT_LT(widget.PlaceOf(0, 6.0, 10.0).x(), 120.0);  // panels fill the page
   drag(6.55, 15.0, 6.65, 5.0);
   EXPECT_EQ(cell, 1);
   EXPECT_NEAR(area.x1, 6.55, 0.002);
