@@ -117,8 +117,8 @@ class FigureMaker {
     if (MarksForEach() == 1) return;
     const bool fitted = std::any_of(sets_.begin(), sets_.end(),
                                     [&](const FigureSet& set) { return FitOf(set) != nullptr; });
-    figure_.remarks.push_back("One " + std::string(ShowsWeights() ? "window" : "point") + " in " +
-                              std::to_string(MarksForEach()) +
+    const char* one = ShowsWeights() ? "One window in " : "One point in ";
+    figure_.remarks.push_back(one + std::to_string(MarksForEach()) +
                               (fitted ? " is shown; the fit used all points." : " is shown."));
   }
 
@@ -393,7 +393,12 @@ class FigureMaker {
   void ListSpeedsAndChannels() {
     const bool bySpeed = looks_ == FigureLooks::kBySpeed;
     const std::size_t speeds = panels_ == FigurePanels::kBySpeed ? 0 : speeds_.size();
-    const std::size_t channels = panels_ == FigurePanels::kByChannel ? 0 : channels_.size();
+    std::size_t channels = panels_ == FigurePanels::kByChannel ? 0 : channels_.size();
+    if (bySpeed && channels > kFigureSymbols) {
+      figure_.remarks.push_back("The legend names no channels: " + std::to_string(channels) +
+                                " of them share " + std::to_string(kFigureSymbols) + " symbols.");
+      channels = 0;
+    }
     const std::size_t entries = bySpeed ? speeds + channels : sets_.size();
     if (entries > kLegendRoom) {
       figure_.remarks.push_back("There is no legend, as it would have " + std::to_string(entries) +

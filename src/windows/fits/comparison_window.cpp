@@ -23,6 +23,8 @@ namespace quorvane {
 
 namespace {
 
+constexpr std::size_t kMostCurves = 6;  // more panels could not be read
+
 std::vector<NamedFit> NamedFits(const std::vector<HistoryEntry>& entries) {
   std::vector<NamedFit> fits;
   for (const HistoryEntry& entry : entries) fits.push_back({entry.name, &entry.kept->summary});
@@ -180,7 +182,11 @@ void ComparisonWindow::ShowResiduals() {
     const auto place = static_cast<std::size_t>(set);
     if (place < curves_[k].size()) curves.push_back({entries_[k].name, curves_[k][place]});
   }
-  const std::string name = cmbComparedSet_->currentText().toStdString();
+  std::string name = cmbComparedSet_->currentText().toStdString();
+  if (curves.size() > kMostCurves) {
+    curves.resize(kMostCurves);
+    name += tr(" (the first %1 fits)").arg(kMostCurves).toStdString();
+  }
   chart_->SetChart(curves.empty() ? Chart() : PlotComparedResiduals(name, curves));
 }
 

@@ -105,7 +105,7 @@ void FigureOptions::BuildLayout() {
   form->addRow(tr("Pane&ls:"), cmbPanels_);
   form->addRow(tr("S&ignal:"), cmbSignal_);
   form->addRow(tr("Loo&ks by:"), cmbLooks_);
-  form->addRow(tr("&Marks:"), txtEvery_);
+  form->addRow(tr("Marks:"), txtEvery_);
   radius_ = Named(new QRadioButton(tr("&Radius")), "optFigureAxis(0)");
   radius_->setChecked(true);
   psi_ = Named(new QRadioButton(tr("(r^2 - r&0^2)/2")), "optFigureAxis(1)");
