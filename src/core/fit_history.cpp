@@ -68,6 +68,7 @@ void Fill(HistoryEntry& entry, const FinishedFit& fit, const HistoryEntry& like)
 void FitHistory::Add(const std::shared_ptr<const FinishedFit>& fit,
                      std::chrono::system_clock::time_point time) {
   HistoryEntry entry{kNumbered + std::to_string(++numbered_), time, nullptr, nullptr};
+  entry.id = ++identified_;
   Fill(entry, *fit, entries_.empty() ? HistoryEntry{} : entries_.front());
   entries_.insert(entries_.begin(), std::move(entry));
   held_.insert(held_.begin(), fit);
@@ -78,6 +79,7 @@ void FitHistory::AddKept(std::string name, std::chrono::system_clock::time_point
   numbered_ = std::max(numbered_, NumberIn(name));
   entries_.push_back(
       {std::move(name), time, std::make_shared<const KeptFit>(std::move(kept)), nullptr});
+  entries_.back().id = ++identified_;
   held_.emplace_back();
 }
 
@@ -114,8 +116,11 @@ void FitHistory::Delete(std::size_t place) {
   held_.erase(held_.begin() + static_cast<std::ptrdiff_t>(place));
 }
 
+// Ids go on, so that nobody takes a new entry for one that is gone.
 void FitHistory::Clear() {
-  *this = {};
+  entries_.clear();
+  held_.clear();
+  numbered_ = 0;
 }
 
 void FitHistory::MarkCompared(const std::vector<std::size_t>& places) {
@@ -126,6 +131,7 @@ void FitHistory::MarkCompared(const std::vector<std::size_t>& places) {
 std::vector<std::size_t> FitHistory::Sorted(HistoryKey key) const {
   std::vector<std::size_t> places(entries_.size());
   std::iota(places.begin(), places.end(), std::size_t{0});
+  if (key == HistoryKey::kTime) std::reverse(places.begin(), places.end());
   std::stable_sort(places.begin(), places.end(), [&](std::size_t a, std::size_t b) {
     return RankOf(entries_[a], key) < RankOf(entries_[b], key);
   });

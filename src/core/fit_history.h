@@ -3,6 +3,7 @@
 
 #include <chrono>
 #include <cstddef>
+#include <cstdint>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -19,6 +20,7 @@ struct HistoryEntry {
   std::shared_ptr<const KeptFit> kept;      // never null
   std::shared_ptr<const PackedFit> packed;  // null: only `kept` is known, as from an archive
   bool compared = false;                    // it had a part in the last comparison
+  std::uint64_t id = 0;                     // its own in this list; times may be equal
 };
 
 inline constexpr std::size_t kLongestFitName = 200;  // bytes
@@ -58,13 +60,15 @@ class FitHistory {
   // The fits at `places` have been put side by side; no others are known as compared from now on.
   void MarkCompared(const std::vector<std::size_t>& places);
 
-  // Places in rising order of `key`, equal ones as they stand; what is not known comes last.
+  // Places in rising order of `key`, equal ones as they stand, of equal times the oldest first;
+  // what is not known comes last.
   std::vector<std::size_t> Sorted(HistoryKey key) const;
 
  private:
   std::vector<HistoryEntry> entries_;
   std::vector<std::weak_ptr<const FinishedFit>> held_;  // one an entry: the fit while it lives
   int numbered_ = 0;                                    // the last number in a name
+  std::uint64_t identified_ = 0;                        // the last id
 };
 
 }  // namespace quorvane

@@ -170,6 +170,10 @@ TEST(FitHistory, SortsRenamesAndDeletes) {
   unknown.summary.sum = 0.0;
   fits.AddKept("Fit 9", {}, unknown);
   EXPECT_EQ(fits.Sorted(HistoryKey::kAICc).back(), 3U);
+  // Within one second, to which an archive keeps the time.
+  fits.AddKept("Fit 8", {}, unknown);
+  EXPECT_EQ(fits.Sorted(HistoryKey::kTime), (std::vector<std::size_t>{4, 3, 2, 1, 0}));
+  EXPECT_NE(fits.Entries()[3].id, fits.Entries()[4].id);
   fits.Delete(1);
   EXPECT_EQ(fits.Entries()[0].name, "a dimer");
   EXPECT_EQ(fits.Entries()[1].kept->summary.model->name, "Monomer-Nmer");

@@ -74,14 +74,14 @@ std::optional<std::size_t> FitsModel::PlaceOf(int row) const {
   if (row < 0 || at >= rows_.size()) return std::nullopt;
   const std::vector<HistoryEntry>& entries = module_.Fits.Entries();
   const auto found = std::find_if(entries.begin(), entries.end(), [&](const HistoryEntry& entry) {
-    return entry.time == rows_[at].entry.time;
+    return entry.id == rows_[at].entry.id;
   });
   if (found == entries.end()) return std::nullopt;
   return static_cast<std::size_t>(found - entries.begin());
 }
 
-std::chrono::system_clock::time_point FitsModel::TimeOf(int row) const {
-  return rows_[static_cast<std::size_t>(row)].entry.time;
+std::uint64_t FitsModel::IdOf(int row) const {
+  return rows_[static_cast<std::size_t>(row)].entry.id;
 }
 
 int FitsModel::rowCount(const QModelIndex& parent) const {

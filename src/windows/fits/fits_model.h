@@ -21,8 +21,8 @@ class FitsModel : public QAbstractTableModel {
   // The fits have changed.
   void Refresh();
 
-  // When the fit of a row finished: that finds it again in a changed list.
-  std::chrono::system_clock::time_point TimeOf(int row) const;
+  // What finds the fit of a row again in a changed list.
+  std::uint64_t IdOf(int row) const;
 
   // Of the fit of a row in the list as it is now; nothing if it is gone: a name that is being typed
   // may be stored after a new experiment has emptied the list, and before that is shown.

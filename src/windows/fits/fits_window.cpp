@@ -96,14 +96,14 @@ std::vector<std::size_t> FitsWindow::Selected() const {
 }
 
 void FitsWindow::Refresh() {
-  std::vector<std::chrono::system_clock::time_point> selected;
+  std::vector<std::uint64_t> selected;
   for (const QModelIndex& row : gridFits_->selectionModel()->selectedRows()) {
-    selected.push_back(rows_.TimeOf(row.row()));
+    selected.push_back(rows_.IdOf(row.row()));
   }
   const int before = rows_.rowCount();
   rows_.Refresh();
   for (int row = 0; row < rows_.rowCount(); ++row) {
-    if (std::count(selected.begin(), selected.end(), rows_.TimeOf(row)) == 0) continue;
+    if (std::count(selected.begin(), selected.end(), rows_.IdOf(row)) == 0) continue;
     gridFits_->selectionModel()->select(rows_.index(row, 0),
                                         QItemSelectionModel::Select | QItemSelectionModel::Rows);
   }

@@ -8,6 +8,7 @@
 #include <QTableView>
 
 #include "plot/chart_widget.h"
+#include "windows/fits/fits_model.h"
 #include "windows/main_window_fixture.h"
 
 using namespace quorvane;
@@ -119,6 +120,18 @@ TEST_F(FitsWindowTest, GoesBackToAFitAndComparesItWithAnother) {
   Click("cmdRestoreFit");
   EXPECT_TRUE(dialogs.messages.back().text.contains("is not loaded any more"));
   EXPECT_EQ(session.Module.Setup.FitModel, model);
+}
+
+TEST_F(FitsWindowTest, FitsOfTheSameSecondAreTold) {
+  SetUpExample();
+  Click("cmdFitMe");
+  const HistoryEntry fit = session.Module.Fits.Entries()[0];
+  for (const char* name : {"b", "a"}) session.Module.Fits.AddKept(name, {}, *fit.kept);
+  Trigger("mnuFits");
+  EXPECT_EQ(Column(FitsModel::kName), (QStringList{"Fit 1", "b", "a"}));
+  Select({2});
+  Click("cmdDeleteFits");
+  EXPECT_EQ(Column(FitsModel::kName), (QStringList{"Fit 1", "b"}));
 }
 
 TEST_F(FitsWindowTest, StepsOfThePageGoBackAndForth) {
