@@ -127,11 +127,12 @@ TEST_F(FitsWindowTest, FitsOfTheSameSecondAreTold) {
   Click("cmdFitMe");
   const HistoryEntry fit = session.Module.Fits.Entries()[0];
   for (const char* name : {"b", "a"}) session.Module.Fits.AddKept(name, {}, *fit.kept);
+  Click("cmdFitMe");
   Trigger("mnuFits");
-  EXPECT_EQ(Column(FitsModel::kName), (QStringList{"Fit 1", "b", "a"}));
-  Select({2});
+  EXPECT_EQ(Column(FitsModel::kName), (QStringList{"Fit 2", "Fit 1", "b", "a"}));
+  Select({3});
   Click("cmdDeleteFits");
-  EXPECT_EQ(Column(FitsModel::kName), (QStringList{"Fit 1", "b"}));
+  EXPECT_EQ(Column(FitsModel::kName), (QStringList{"Fit 2", "Fit 1", "b"}));
 }
 
 TEST_F(FitsWindowTest, StepsOfThePageGoBackAndForth) {
