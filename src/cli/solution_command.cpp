@@ -23,7 +23,7 @@ void PrintComponents(std::ostream& out) {
   }
   for (const BufferComponent& component : BufferComponents()) {
     std::string more;
-    for (const std::string& name : component.shortNames) more += (more.empty() ? "" : ", ") + name;
+    for (const std::string& name : component.otherNames) more += (more.empty() ? "" : ", ") + name;
     if (!component.unusable.empty()) more += " (not used, " + component.unusable + ")";
     const std::string range = "up to " + RangeText(component);
     out << TextColumn(component.name, width, false)

@@ -18,7 +18,7 @@ Json SolutionJson(const SolutionRequest& request, const SolutionConstants& const
   if (constants.density) {
     Json components = Json::array();
     for (const BufferPart& part : *request.buffer) {
-      components.push_back({{"name", part.component->name}, {"molar", part.amount}});
+      components.push_back({{"name", part.component->name}, {"molar", part.molar}});
     }
     json["buffer"] = {{"density", *constants.density}, {"components", components}};
   }

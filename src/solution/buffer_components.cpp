@@ -1,10 +1,11 @@
 #include "solution/buffer_components.h"
 
 #include <algorithm>
+#include <cctype>
 #include <map>
 
-#include "base/number_format.h"
 #include "base/text.h"
+#include "solution/molar_mass.h"
 #include "solution/solution_fault.h"
 #include "solution/tables.h"
 
@@ -22,17 +23,20 @@ std::vector<std::string> SplitAtSlashes(std::string_view text) {
   return parts;
 }
 
-// "721 mM" in M; "5 %" as the number.
+// "721 mM" in mol/l.
 double GreatestOf(std::string_view text) {
   const std::size_t blank = text.find(' ');
   const double number = DoubleFromText(text.substr(0, blank));
   return text.substr(blank + 1) == "mM" ? number / 1000.0 : number;
 }
 
+std::optional<double> OptionalNumber(const std::string& field) {
+  return field.empty() ? std::nullopt : std::optional(DoubleFromText(field));
+}
+
 BufferComponent ComponentOf(const std::vector<std::string>& row) {
   BufferComponent component;
   component.name = row[0];
-  component.unit = row[1];
   component.greatest = GreatestOf(row[2]);
   for (std::size_t k = 0; k < component.increments.size(); ++k) {
     component.increments[k] = DoubleFromText(row[3 + k]);
@@ -47,20 +51,47 @@ std::vector<BufferComponent> ReadComponents() {
     places[row[0]] = components.size();
     components.push_back(ComponentOf(row));
   }
-  for (const std::vector<std::string>& row : tables::RowsOf(tables::kComponents)) {
+  const auto rows = tables::RowsOf(tables::kComponents);
+  for (const std::vector<std::string>& row : rows) {
     BufferComponent& component = components[places.at(row[0])];
-    component.shortNames = SplitAtSlashes(row[1]);
-    if (!row[2].empty()) component.hydration = DoubleFromText(row[2]);
-    component.detergent = row[3] == "yes";
-    component.unusable = row[4];
+    const std::string& formula = row[1];
+    component.otherNames = SplitAtSlashes(row[2]);
+    const auto ofFormula = std::count_if(rows.begin(), rows.end(),
+                                         [&](const auto& other) { return other[1] == formula; });
+    if (ofFormula == 1) component.otherNames.push_back(formula);  // sugars share theirs
+    if (!formula.empty()) component.molarMass = MolarMass(formula);
+    component.liquidDensity = OptionalNumber(row[3]);
+    component.hydration = row[4] == "yes";
+    component.detergent = row[5] == "yes";
+    component.setsPh = row[6];
+    component.unusable = row[7];
   }
   return components;
 }
 
 std::vector<std::string> NamesOf(const BufferComponent& component) {
-  std::vector<std::string> names = component.shortNames;
+  std::vector<std::string> names = component.otherNames;
   names.insert(names.begin(), component.name);
   return names;
+}
+
+// What of a name counts when names are compared.
+std::string KeyOf(std::string_view name) {
+  std::string key;
+  while (!name.empty()) {
+    const char32_t c = NextUtf8(name);
+    constexpr char32_t kSubscript0 = 0x2080;
+    constexpr char32_t kMiddleDot = 0xB7;
+    if (c >= kSubscript0 && c < kSubscript0 + 10) {
+      key += static_cast<char>('0' + (c - kSubscript0));
+    } else if (c > 127 ? c != kMiddleDot : std::isalnum(static_cast<int>(c)) != 0) {
+      AppendUtf8(key, c);
+    }
+  }
+  key = ToLower(key);
+  const std::size_t british = key.find("sulph");
+  if (british != std::string::npos) key.replace(british, 5, "sulf");
+  return key;
 }
 
 // Letters to be changed, added or left out (Levenshtein).
@@ -78,38 +109,52 @@ std::size_t EditDistance(std::string_view a, std::string_view b) {
   return row.back();
 }
 
-// How far a typed name (in small letters) is from a component; a part of a name is nearest.
-std::size_t DistanceTo(const BufferComponent& component, const std::string& typed) {
-  std::size_t nearest = 1000;
+struct NearName {
+  std::size_t distance;
+  std::string text;  // "Sodium chloride (NaCl)"
+};
+
+// The name of a component that is nearest to a typed one, by their keys; a part is nearest.
+NearName NearestOf(const BufferComponent& component, const std::string& typed) {
+  NearName nearest = {1000, ""};
   for (const std::string& name : NamesOf(component)) {
-    const std::string known = ToLower(name);
+    const std::string known = KeyOf(name);
     const bool part =
         typed.size() > 1 && (known.find(typed) != std::string::npos ||
                              (known.size() > 3 && typed.find(known) != std::string::npos));
-    nearest = std::min(nearest, part ? 0 : EditDistance(typed, known));
+    const std::size_t distance = part ? 0 : EditDistance(typed, known);
+    if (distance >= nearest.distance) continue;
+    nearest = {distance, component.name};
+    if (name != component.name) nearest.text += " (" + name + ")";
   }
   return nearest;
 }
 
+// Four at most, the nearest first; none that is half another word.
 std::string NearestNames(const std::string& typed) {
   constexpr std::size_t kNamed = 4;
-  std::vector<std::pair<std::size_t, const BufferComponent*>> ranked;
+  constexpr std::size_t kFarthest = 4;
+  std::vector<NearName> ranked;
   for (const BufferComponent& component : BufferComponents()) {
-    ranked.emplace_back(DistanceTo(component, typed.substr(0, kMostQuoted)), &component);
+    NearName near = NearestOf(component, typed);
+    if (near.distance <= std::min(typed.size() / 2, kFarthest)) ranked.push_back(std::move(near));
   }
   std::stable_sort(ranked.begin(), ranked.end(),
-                   [](const auto& a, const auto& b) { return a.first < b.first; });
+                   [](const auto& a, const auto& b) { return a.distance < b.distance; });
+  ranked.resize(std::min(ranked.size(), kNamed));
   std::string names;
-  for (std::size_t k = 0; k < kNamed; ++k) {
-    const BufferComponent& component = *ranked[k].second;
-    names += (k == 0 ? "" : "; ") + component.name;
-    if (!component.shortNames.empty()) names += " (" + component.shortNames.front() + ")";
-  }
+  for (const NearName& near : ranked) names += (names.empty() ? "" : "; ") + near.text;
   return names;
 }
 
-bool IsMolar(const BufferComponent& component) {
-  return component.unit == "mM";
+// What to take in place of a name that is no component; empty if that is not known.
+std::string AnswerFor(const std::string& key) {
+  for (const std::vector<std::string>& row : tables::RowsOf(tables::kNotListed)) {
+    for (const std::string& name : SplitAtSlashes(row[0])) {
+      if (KeyOf(name) == key) return row[1];
+    }
+  }
+  return "";
 }
 
 }  // namespace
@@ -120,12 +165,12 @@ const std::vector<BufferComponent>& BufferComponents() {
 }
 
 std::vector<const BufferComponent*> ComponentsLike(std::string_view text) {
-  const std::string wanted = ToLower(Trim(text));
+  const std::string wanted = KeyOf(text);
   std::vector<const BufferComponent*> found;
   for (const BufferComponent& component : BufferComponents()) {
     const std::vector<std::string> names = NamesOf(component);
     const bool like = std::any_of(names.begin(), names.end(), [&](const std::string& name) {
-      return ToLower(name).find(wanted) != std::string::npos;
+      return KeyOf(name).find(wanted) != std::string::npos;
     });
     if (like) found.push_back(&component);
   }
@@ -133,25 +178,20 @@ std::vector<const BufferComponent*> ComponentsLike(std::string_view text) {
 }
 
 const BufferComponent& FindComponent(std::string_view name) {
-  const std::string wanted = ToLower(Trim(name));
+  const std::string wanted = KeyOf(name.substr(0, kMostQuoted));
   for (const BufferComponent& component : BufferComponents()) {
     for (const std::string& known : NamesOf(component)) {
-      if (ToLower(known) == wanted) return component;
+      if (KeyOf(known) == wanted) return component;
     }
   }
-  throw SolutionFault("there is no component " + Quoted(Trim(name)) + "; the nearest names are " +
-                      NearestNames(wanted));
-}
-
-std::string RangeText(const BufferComponent& component) {
-  return AmountText(component, component.greatest);
-}
-
-std::string AmountText(const BufferComponent& component, double amount) {
-  if (!IsMolar(component)) return ShortestText(amount) + " " + component.unit;
-  if (amount >= 1.0) return ShortestText(amount) + " M";
-  const double rounded = DoubleFromText(FormatNumber(amount * 1000.0, "0.##########"));
-  return ShortestText(rounded) + " mM";
+  const std::string who = "there is no component " + Quoted(Trim(name));
+  if (const std::string answer = AnswerFor(wanted); !answer.empty()) {
+    throw SolutionFault(who + "; " + answer);
+  }
+  const std::string nearest = NearestNames(wanted);
+  throw SolutionFault(
+      who + (nearest.empty() ? ", nor a name near it" : "; the nearest names are " + nearest) +
+      "; left out, each mg/ml of it costs 0.3 % of the weight at most");
 }
 
 }  // namespace quorvane

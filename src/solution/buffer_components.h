@@ -13,29 +13,26 @@ namespace quorvane {
 // sources.
 struct BufferComponent {
   std::string name;                     // "Sodium chloride"
-  std::vector<std::string> shortNames;  // "NaCl"
-  std::string unit;                     // "mM", or of the number itself: "%", "mg/ml"
-  double greatest = 0.0;                // M, or in the unit if that is another
+  std::vector<std::string> otherNames;  // "NaCl": short names, and the formula if it has no other
+  double greatest = 0.0;                // mol/l
   std::array<double, 6> increments{};   // a to f of the table, at 20 deg C
-  std::optional<double> hydration;      // M, above which vbar is another one
+  std::optional<double> molarMass;      // g/mol, without water of crystallisation
+  std::optional<double> liquidDensity;  // g/ml of the pure liquid at 20 deg C
+  bool hydration = false;               // much of it gives a protein another vbar
   bool detergent = false;
+  std::string setsPh;    // what mostly sets the pH of a buffer of it; empty for most
   std::string unusable;  // why the row is not used; empty for most
 };
 
 // All, by name.
 const std::vector<BufferComponent>& BufferComponents();
 
-// Those with `text` in one of their names, capital or small.
+// Those with `text` in one of their names. In this and the next function capital and small letters,
+// "ph" and "f" of sulphates, blanks and signs make no difference: "tris hcl" is "Tris-HCl".
 std::vector<const BufferComponent*> ComponentsLike(std::string_view text);
 
-// The component of that name or short name, capital or small.
-// Throws SolutionFault, with the nearest names, if there is none.
+// The component of that name or other name.
+// Throws SolutionFault, with the nearest names or what to take in its place, if there is none.
 const BufferComponent& FindComponent(std::string_view name);
-
-// "6.741 M", "721 mM": the greatest concentration.
-std::string RangeText(const BufferComponent& component);
-
-// An amount of a component as it is shown: "20 mM", "1.5 M", "5 %".
-std::string AmountText(const BufferComponent& component, double amount);
 
 }  // namespace quorvane

@@ -24,7 +24,7 @@ double WaterDensity(double degC) {
 
 double DensityIncrement(const BufferPart& part) {
   const auto& [a, b, c, d, e, f] = part.component->increments;
-  const double x = part.amount;
+  const double x = part.molar;
   const double rho =
       a + b * 1e-3 * std::sqrt(x) + x * (c * 1e-2 + x * (d * 1e-3 + x * (e * 1e-4 + x * f * 1e-6)));
   return rho - kWaterDensity20;

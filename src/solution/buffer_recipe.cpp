@@ -1,7 +1,7 @@
 #include "solution/buffer_recipe.h"
 
 #include <algorithm>
-#include <optional>
+#include <cstring>
 
 #include "base/text.h"
 #include "solution/solution_fault.h"
@@ -10,67 +10,97 @@ namespace quorvane {
 
 namespace {
 
-// The factor that takes a number of this unit to the component's amounts.
-std::optional<double> FactorOf(std::string_view unit, const BufferComponent& component) {
-  if (component.unit != "mM") {
-    return unit == component.unit ? std::optional(1.0) : std::nullopt;
+constexpr std::string_view kLeavePhOut =
+    ": leave the pH out; what set it is a component of its own";
+
+// Line breaks, tabs and the blanks of word processors as blanks.
+std::string WithBlanks(std::string_view text) {
+  std::string out;
+  while (!text.empty()) {
+    const char32_t c = NextUtf8(text);
+    const bool blank = c < 32 || c == 0xA0 || c == 0x2009 || c == 0x202F;
+    AppendUtf8(out, blank ? U' ' : c);
   }
-  if (unit == "M") return 1.0;
-  if (unit == "mM") return 1e-3;
-  if (unit == "uM" || unit == "\xC2\xB5M" || unit == "\xCE\xBCM")
-    return 1e-6;  // both signs of micro
-  return std::nullopt;
+  return out;
 }
 
-std::string Wanted(const BufferComponent& component) {
-  return component.unit == "mM"
-             ? "a concentration such as 20 mM or 0.1 M, with a decimal point, is wanted"
-             : "a number of " + component.unit + ", such as 5 " + component.unit + ", is wanted";
+// Whether a text is of a pH, such as "pH 8.0" or "Tris (pH 8.0)".
+bool IsOfPh(std::string_view text) {
+  std::string words = " " + ToLower(text);
+  std::replace(words.begin(), words.end(), '(', ' ');
+  const std::size_t at = words.find(" ph");
+  return at != std::string::npos &&
+         words.find_first_of("0123456789", at) == words.find_first_not_of(" ph=", at);
+}
+
+struct NameAndAmount {
+  std::string name;
+  std::string amount;
+};
+
+// "5 % glycerol (v/v)" with its "(v/v)" beside the "%".
+void MovePercentage(NameAndAmount& part) {
+  for (const char* of : {"(w/v)", "(v/v)", "w/v", "v/v"}) {
+    if (!part.amount.ends_with('%') || !part.name.ends_with(of)) continue;
+    part.name = Trim(std::string_view(part.name).substr(0, part.name.size() - std::strlen(of)));
+    part.amount += of;
+  }
+}
+
+[[noreturn]] void RefuseBareName(std::string_view part) {
+  if (IsOfPh(part)) throw SolutionFault(Quoted(part) + std::string(kLeavePhOut));
+  if (part.find(' ') == std::string_view::npos) FindComponent(part);
+  throw SolutionFault(Quoted(part) + ": NAME = 20 mM is wanted");
+}
+
+// Takes the first part off `text`: "NAME = AMOUNT", whose name may have commas, or "AMOUNT NAME".
+NameAndAmount TakePart(std::string_view& text) {
+  const std::size_t amount = LengthOfAmount(text);
+  const std::size_t equals = amount > 0 ? 0 : text.find('=');
+  const std::size_t comma =
+      std::min(text.find(',', equals == std::string_view::npos ? 0 : equals), text.size());
+  const std::string_view part = text.substr(0, comma);
+  text = Trim(text.substr(std::min(comma + 1, text.size())));
+  if (equals == std::string_view::npos) RefuseBareName(Trim(part));
+  NameAndAmount named = {std::string(Trim(part.substr(0, equals))),
+                         std::string(Trim(part.substr(std::min(equals + 1, part.size()))))};
+  if (amount > 0) {
+    named = {std::string(Trim(part.substr(std::min(amount, part.size())))),
+             std::string(Trim(part.substr(0, amount)))};
+    MovePercentage(named);
+  }
+  return named;
+}
+
+const BufferComponent& ComponentOf(const NameAndAmount& part) {
+  if (part.name.empty()) {
+    throw SolutionFault("a name is wanted beside " + Quoted(part.amount) +
+                        "; numbers have a decimal point, a comma ends a part");
+  }
+  if (IsOfPh(part.name)) {
+    throw SolutionFault(Quoted(part.name) + std::string(kLeavePhOut));
+  }
+  return FindComponent(part.name);
 }
 
 }  // namespace
 
-BufferPart ReadAmount(const BufferComponent& component, std::string_view text) {
-  text = Trim(text);
-  const std::string who = component.name + " = " + std::string(text.substr(0, kMostQuoted)) + ": ";
-  const std::size_t end = std::min(text.find_first_not_of("+-.0123456789eE"), text.size());
-  const std::optional<double> number = ParseNumeric(text.substr(0, end));
-  const std::optional<double> factor = FactorOf(Trim(text.substr(end)), component);
-  if (!number || !factor) throw SolutionFault(who + Wanted(component));
-  if (!(*number > 0.0)) throw SolutionFault(who + "a concentration above 0 is wanted");
-  const double amount = *number * *factor;
-  if (amount > component.greatest * (1.0 + 1e-12)) {
-    throw SolutionFault(who + "densities are known up to " + RangeText(component));
-  }
-  if (!component.unusable.empty()) throw SolutionFault(who + "not used, " + component.unusable);
-  return {&component, amount};
-}
-
-BufferRecipe ReadBuffer(std::string_view text) {
+BufferRecipe ReadBuffer(std::string_view entered) {
   BufferRecipe recipe;
-  text = Trim(text);
+  const std::string blanked = WithBlanks(entered);
+  std::string_view text = Trim(blanked);
   if (text.empty()) {
     throw SolutionFault("the buffer is empty; \"water\" stands for water, NAME = 20 mM for a part");
   }
   if (ToLower(text) == "water") return recipe;
   while (!text.empty()) {
-    const std::size_t equals = text.find('=');
-    if (equals == std::string_view::npos) {
-      throw SolutionFault(Quoted(text) + ": NAME = 20 mM is wanted");
-    }
-    if (equals == 0) {
-      throw SolutionFault("a name is wanted before " + Quoted(text));
-    }
-    const BufferComponent& component = FindComponent(text.substr(0, equals));
-    text.remove_prefix(equals + 1);
-    const std::size_t comma = std::min(text.find(','), text.size());
-    const BufferPart part = ReadAmount(component, text.substr(0, comma));
+    const NameAndAmount named = TakePart(text);
+    const BufferPart part = ReadAmount(ComponentOf(named), named.amount);
     const bool twice = std::any_of(recipe.begin(), recipe.end(), [&](const BufferPart& other) {
       return other.component == part.component;
     });
-    if (twice) throw SolutionFault(component.name + " stands in the buffer twice");
+    if (twice) throw SolutionFault(part.component->name + " stands in the buffer twice");
     recipe.push_back(part);
-    text = Trim(text.substr(std::min(comma + 1, text.size())));
   }
   return recipe;
 }
@@ -79,8 +109,7 @@ std::string BufferText(const BufferRecipe& recipe) {
   if (recipe.empty()) return "water";
   std::string text;
   for (const BufferPart& part : recipe) {
-    text += (text.empty() ? "" : ", ") + part.component->name + " = " +
-            AmountText(*part.component, part.amount);
+    text += (text.empty() ? "" : ", ") + part.component->name + " = " + AmountText(part);
   }
   return text;
 }

@@ -42,10 +42,21 @@ void AddProtein(const SolutionRequest& request, Remarks& remarks) {
   }
 }
 
+// What sets the pH of a buffer, such as hydrochloric acid that of Tris.
+void AddPh(const BufferComponent& component, const BufferRecipe& recipe, Remarks& remarks) {
+  const bool counted = std::any_of(recipe.begin(), recipe.end(), [&](const BufferPart& part) {
+    return part.component->name == component.setsPh;
+  });
+  if (component.setsPh.empty() || counted) return;
+  remarks.push_back(component.name + " is counted without what set its pH, such as " +
+                    ToLower(component.setsPh) + ", which is a component of its own.");
+}
+
 void AddComponent(const BufferPart& part, Remarks& remarks) {
   const BufferComponent& component = *part.component;
-  if (component.hydration && part.amount > *component.hydration) {
-    remarks.push_back("More than 5 % of " + component.name +
+  constexpr double kMuch = 50.0 * (1.0 + 1e-9);  // g/l
+  if (component.hydration && part.molar * component.molarMass.value_or(0.0) > kMuch) {
+    remarks.push_back("More than 5 % w/v of " + component.name +
                       ": preferential hydration or binding gives the protein another vbar than the "
                       "sum of its residues.");
   }
@@ -69,7 +80,10 @@ std::vector<std::string> RemarksOn(const SolutionRequest& request) {
   Remarks remarks;
   if (request.letters) AddProtein(request, remarks);
   if (!request.buffer || request.buffer->empty()) return remarks;
-  for (const BufferPart& part : *request.buffer) AddComponent(part, remarks);
+  for (const BufferPart& part : *request.buffer) {
+    AddComponent(part, remarks);
+    AddPh(*part.component, *request.buffer, remarks);
+  }
   if (std::fabs(request.degC - 20.0) > 0.05) {
     remarks.push_back("Densities of components were measured at 20 deg C; at " +
                       ShortestText(request.degC) + " deg C the buffer is scaled as water.");

@@ -1,11 +1,14 @@
 // Faults caught here: a power of ten or of the concentration lost, a column of the table shifted,
 // water counted once for each component, a concentration beyond the fitted range that passes.
+#include <cmath>
 #include <string>
 
 #include <gtest/gtest.h>
 
 #include "solution/buffer_density.h"
+#include "solution/molar_mass.h"
 #include "solution/solution_fault.h"
+#include "solution/tables.h"
 
 using namespace quorvane;
 
@@ -43,6 +46,9 @@ TEST(BufferDensity, IsTheSumOfTheIncrements) {
       {"GdnHCl = 6 M", 25, 1.1409426, 1e-7},
       {"Glycerol = 1 M, HEPES = 50 \xC2\xB5M", 10, 1.0207061, 1e-7},
       {"sodium tungstate = 300 mM", 20, 1.0766892, 1e-7},
+      // 10 g of sucrose, 6.305 g of glycerol in 100 ml, by the formulas' masses.
+      {"10 % w/v sucrose", 20, 1.0366663, 1e-7},
+      {"NaCl = 9 g/l, 5 % glycerol (v/v)", 4, 1.0207127, 1e-7},
       // Published.
       {"NaCl = 1 M", 20, 1.0384, 3e-4},
       {"KCl = 1 M", 20, 1.0443, 1e-4},
@@ -56,18 +62,29 @@ TEST(BufferDensity, IsTheSumOfTheIncrements) {
 }
 
 // A slip in a row shows as a jump where the next concentration lies, or as a density no solution
-// has.
+// has; a wrong formula as a percentage by mass at the end of the range that is no round one.
 TEST(BufferComponents, HaveDensitiesOfSolutions) {
   EXPECT_EQ(BufferComponents().size(), 103U);
+  for (const auto& row : tables::RowsOf(tables::kBuffers)) EXPECT_EQ(row[1], "mM") << row[0];
+  int round = 0;
   for (const BufferComponent& component : BufferComponents()) {
-    EXPECT_EQ(component.unit, "mM") << component.name;
     if (!component.unusable.empty()) continue;
     const double rho = kWaterDensity20 + DensityIncrement({&component, component.greatest});
     EXPECT_TRUE(rho > 0.78 && rho < 1.85) << component.name << " " << rho;
     EXPECT_EQ(&FindComponent(component.name), &component);
-    for (const std::string& name : component.shortNames) {
+    for (const std::string& name : component.otherNames) {
       EXPECT_EQ(&FindComponent(name), &component) << name;
     }
+    const double percent = component.greatest * component.molarMass.value_or(0.05) / (10.0 * rho);
+    if (std::fabs(percent - std::round(percent)) < 0.06) ++round;
+    if (component.liquidDensity && percent > 99.0) {
+      EXPECT_NEAR(rho, *component.liquidDensity, 0.001) << component.name;
+    }
+  }
+  EXPECT_GE(round, 86);
+  EXPECT_NEAR(MolarMass("K4Fe(CN)6"), 4 * 39.098 + 55.845 + 6 * (12.011 + 14.007), 1e-9);
+  for (const char* formula : {"Xx", "(Na", "Na)", "nA"}) {
+    EXPECT_THROW(MolarMass(formula), std::invalid_argument) << formula;
   }
 }
 
@@ -79,6 +96,15 @@ TEST(ReadBuffer, TakesNamesWithCommasAndGivesItsTextBack) {
             "Tris(hydroxymethyl)aminomethane = 0.35 mM");
   EXPECT_EQ(BufferText(ReadBuffer(whole)), whole);
   EXPECT_EQ(BufferText(ReadBuffer(" Water ")), "water");
+  // As recipes are written, pasted from a page.
+  const std::string pasted =
+      "20\xC2\xA0mM Tris\xC2\xB7HCl,\n0.5 % (v/v) Glycerol, 7 % urea "
+      "(w/v),2g/l\tNa\xE2\x82\x82HPO4";
+  const std::string told = BufferText(ReadBuffer(pasted));
+  EXPECT_EQ(told,
+            "Tris(hydroxymethyl)aminomethane = 20 mM, Glycerol = 0.5 % v/v, Urea = 7 % w/v, "
+            "Sodium phosphate, di-basic = 2 g/l");
+  EXPECT_EQ(BufferText(ReadBuffer(told)), told);
 }
 
 TEST(ReadBuffer, NamesWhatIsWrong) {
@@ -87,14 +113,26 @@ TEST(ReadBuffer, NamesWhatIsWrong) {
       {"  ", "the buffer is empty"},
       {"NaCl", "\"NaCl\": NAME = 20 mM is wanted"},
       {"NaCl = 1 M, KCl", "\"KCl\": NAME"},
-      {"= 1 M", "a name is wanted before \"= 1 M\""},
+      {"= 1 M", "a name is wanted beside \"1 M\""},
+      {"0,5 M NaCl", "numbers have a decimal point"},
+      {"20 mM Tris, pH 8", "\"pH 8\": leave the pH out"},
+      {"20 mM Tris (pH 8)", "leave the pH out"},
+      {"PBS", "NaCl = 137 mM, KCl = 2.7 mM"},
+      {"5 % D2O", "measure the density"},
+      {"5 mM MOPS", "no component \"MOPS\", nor a name near it; left out, each mg/ml"},
       {"NaCk = 1 M", "no component \"NaCk\"; the nearest names are Sodium chloride (NaCl)"},
-      {"phosphate = 1 M", "Sodium phosphate, di-basic (Na2HPO4)"},
+      {"Na3HPO4 = 1 M", "Sodium phosphate, di-basic (Na2HPO4)"},
       {"NaCl = 0.1", "with a decimal point, is wanted"},
       {"NaCl = 0,1 M", "Sodium chloride = 0: a concentration"},
-      {"NaCl = 5 %", "such as 20 mM or 0.1 M"},
-      {"NaCl = mM", "such as 20 mM or 0.1 M"},
-      {"NaCl = 1e999 M", "such as 20 mM or 0.1 M"},
+      {"NaCl = mM", "such as 20 mM, 0.1 M or 5 % w/v"},
+      {"NaCl = 1e999 M", "such as 20 mM, 0.1 M or 5 % w/v"},
+      {"glycerol = 5 %",
+       "percent of what? \"5 % w/v\" is 5 g in 100 ml, 542.924 mM; \"5 % v/v\" is"},
+      {"10 % w/w sucrose", "w/v and v/v are known; \"10 % w/v\""},
+      {"5 % v/v NaCl", "v/v is for liquids; \"5 % w/v\""},
+      {"1 % w/v inulin", "it has no single molar mass"},
+      {"-5 % glycerol", "a concentration above 0"},
+      {"127 % w/v glycerol", "known up to 126.1 % w/v (13.694 M)"},
       {"NaCl = -1 mM", "a concentration above 0"},
       {"NaCl = 0 M", "a concentration above 0"},
       {"NaCl = 5.33 M", "Sodium chloride = 5.33 M: densities are known up to 5.326 M"},

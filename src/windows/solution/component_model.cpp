@@ -57,7 +57,7 @@ int ComponentModel::columnCount(const QModelIndex& parent) const {
 QString ComponentModel::AmountOf(const BufferComponent& component) const {
   const auto part = std::find_if(recipe_.begin(), recipe_.end(), PartOf(component));
   return part == recipe_.end() ? QString()
-                               : QString::fromStdString(AmountText(component, part->amount));
+                               : QString::fromStdString(AmountText(*part));
 }
 
 QString ComponentModel::TextOf(const BufferComponent& component, int column) const {
@@ -66,7 +66,7 @@ QString ComponentModel::TextOf(const BufferComponent& component, int column) con
       return QString::fromStdString(component.name);
     case kShortNames: {
       QStringList names;
-      for (const std::string& name : component.shortNames) names << QString::fromStdString(name);
+      for (const std::string& name : component.otherNames) names << QString::fromStdString(name);
       return names.join(QStringLiteral(", "));
     }
     case kRange:
