@@ -1,8 +1,11 @@
 // Prints the tables of docs/evidence.md on constants of solutions: what the sums give beside values
 // that others have measured. Usage: solution (run by scripts/evidence).
+#include <algorithm>
+#include <cmath>
 #include <cstdio>
 #include <map>
 #include <string>
+#include <vector>
 
 #include "base/files.h"
 #include "solution/buffer_density.h"
@@ -59,6 +62,36 @@ void PrintDensities() {
                 recipe[0].component->name.c_str(), row.source, row.percent, molar, row.degC,
                 row.density, density, difference, 100.0 * weight);
   }
+}
+
+// Ends of ranges are round percentages by mass of the tables that were fitted. Such a percentage
+// and the molar concentration give the density that the table had there, without any other source.
+void PrintEndsOfRanges() {
+  constexpr double kRound = 0.06;  // percent
+  constexpr const char* kShown[] = {"NaCl",    "KCl",  "(NH4)2SO4", "CaCl2",    "MgCl2",   "Na2SO4",
+                                    "NaH2PO4", "Tris", "Sucrose",   "Glycerol", "Ethanol", "Urea"};
+  std::vector<double> misses;
+  std::printf(
+      "| Solution | mol/l | Percent by mass | Density from both | Computed | Difference "
+      "|\n|---|---|---|---|---|---|\n");
+  for (const BufferComponent& component : BufferComponents()) {
+    if (!component.molarMass || !component.unusable.empty()) continue;
+    const double density = BufferDensity({{&component, component.greatest}}, 20.0);
+    const double grams = component.greatest * *component.molarMass / 10.0;  // in 100 ml
+    const double percent = std::round(grams / density);
+    if (std::fabs(grams / density - percent) >= kRound) continue;
+    const double difference = density - grams / percent;
+    misses.push_back(std::fabs(difference));
+    if (std::none_of(std::begin(kShown), std::end(kShown),
+                     [&](const char* name) { return &FindComponent(name) == &component; })) {
+      continue;
+    }
+    std::printf("| %s | %.3f | %.0f | %.4f | %.4f | %+.4f |\n", component.name.c_str(),
+                component.greatest, percent, grams / percent, density, difference);
+  }
+  std::sort(misses.begin(), misses.end());
+  std::printf("\nAll %zu: median %.4f, greatest %.4f\n", misses.size(), misses[misses.size() / 2],
+              misses.back());
 }
 
 struct MeasuredVbar {
@@ -146,6 +179,8 @@ void PrintExtinctions(const Proteins& proteins) {
 int main() {
   const Proteins proteins = ReadProteins();
   PrintDensities();
+  std::printf("\n");
+  PrintEndsOfRanges();
   std::printf("\n");
   PrintVbars(proteins);
   std::printf("\n");

@@ -321,8 +321,8 @@ Command AddSolution(CLI::App& app) {
       ->type_name("N");
   command
       ->add_option("--buffer", arguments->buffer,
-                   "Components with their concentrations, such as \"NaCl=0.1 M, Tris=20 mM\", or "
-                   "water")
+                   "Components with their amounts, such as \"NaCl=0.1 M, Tris=20 mM\" or "
+                   "\"20 mM Tris, 5 % v/v glycerol\", or water")
       ->type_name("\"NAME=20 mM, NAME=0.1 M\"");
   command->add_option("--temperature", arguments->temperature, "Temperature in deg C; default 20")
       ->check(FiniteNumber)

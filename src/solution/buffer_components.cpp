@@ -44,6 +44,12 @@ BufferComponent ComponentOf(const std::vector<std::string>& row) {
   return component;
 }
 
+// Before the names that are longer: "NaH2PO4, Monosodium phosphate", but "Tris, C4H11NO3".
+void AddFormula(const std::string& formula, std::vector<std::string>& names) {
+  const bool shortest = names.empty() || formula.size() < names.front().size();
+  names.insert(shortest ? names.begin() : names.end(), formula);
+}
+
 std::vector<BufferComponent> ReadComponents() {
   std::vector<BufferComponent> components;
   std::map<std::string, std::size_t> places;
@@ -58,7 +64,7 @@ std::vector<BufferComponent> ReadComponents() {
     component.otherNames = SplitAtSlashes(row[2]);
     const auto ofFormula = std::count_if(rows.begin(), rows.end(),
                                          [&](const auto& other) { return other[1] == formula; });
-    if (ofFormula == 1) component.otherNames.push_back(formula);  // sugars share theirs
+    if (ofFormula == 1) AddFormula(formula, component.otherNames);  // sugars share theirs
     if (!formula.empty()) component.molarMass = MolarMass(formula);
     component.liquidDensity = OptionalNumber(row[3]);
     component.hydration = row[4] == "yes";

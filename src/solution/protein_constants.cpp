@@ -47,6 +47,13 @@ const Residue* FindResidue(char letter) {
   return found == residues.end() ? nullptr : &*found;
 }
 
+const Residue* FindResidueByCode(std::string_view name) {
+  const std::vector<Residue>& residues = Residues();
+  const auto found = std::find_if(residues.begin(), residues.end(),
+                                  [&](const Residue& r) { return r.name == name; });
+  return found == residues.end() ? nullptr : &*found;
+}
+
 ProteinConstants ConstantsOfProtein(std::string_view letters, int disulphides, double degC) {
   CheckDisulphides(letters, disulphides);
   ProteinConstants protein;

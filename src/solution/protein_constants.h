@@ -18,6 +18,9 @@ struct Residue {
 // The residue of a letter in upper case, null if there is none.
 const Residue* FindResidue(char letter);
 
+// The residue of a name such as "Ala", null if there is none.
+const Residue* FindResidueByCode(std::string_view name);
+
 struct ProteinConstants {
   int residues = 0;
   int disulphides = 0;

@@ -26,19 +26,26 @@ void AddCysteines(const SolutionRequest& request, Remarks& remarks) {
 
 void AddProtein(const SolutionRequest& request, Remarks& remarks) {
   const std::string& letters = *request.letters;
+  constexpr std::size_t kShortest = 20;
+  if (letters.size() >= kShortest && letters.find_first_not_of("ACGTN") == std::string::npos) {
+    remarks.push_back(
+        "The sequence has no letters but those of nucleotides: it looks like DNA, which is no "
+        "protein.");
+  }
   remarks.push_back(
       "Only amino acids are counted: prosthetic groups such as haem, sugars, bound detergent or "
       "lipid, and modified residues change mass, vbar and extinction.");
+  if (letters.size() < kShortest) {
+    remarks.push_back(
+        "The volume of the charged ends is not counted: vbar of so short a peptide may be off by "
+        "0.01 or more.");
+  }
   AddCysteines(request, remarks);
   if (letters.find('W') == std::string::npos) {
     remarks.push_back(
         letters.find('Y') == std::string::npos
             ? "Without tryptophan and tyrosine there is hardly any extinction at 280 nm to go by."
             : "Without tryptophan the extinction may be off by more than 10 %.");
-  }
-  if (letters.find_first_not_of("ACGT") == std::string::npos) {
-    remarks.push_back(
-        "The sequence has no letters but A, C, G and T; one of DNA is no sequence of a protein.");
   }
 }
 

@@ -45,9 +45,12 @@ std::string MeaningOf(char letter) {
     case 'O':
       return " (pyrrolysine)";
     case '-':
+    case '.':
       return " (a gap)";
+    case '*':
+      return " (a stop)";
     default:
-      return "";
+      return letter >= '0' && letter <= '9' ? " (a number)" : "";
   }
 }
 
@@ -64,6 +67,19 @@ std::string PlaceIn(const ProteinSequence& sequence) {
   return sequence.name.empty() ? "" : sequence.name + ": ";
 }
 
+// "Ala" and the like would pass as the letters A, L and A.
+void RefuseThreeLetterCodes(std::string_view line, const ProteinSequence& sequence) {
+  bool some = false;
+  while (!line.empty()) {
+    const std::size_t end = std::min(line.find_first_of(" \t-"), line.size());
+    if (end > 0 && FindResidueByCode(line.substr(0, end)) == nullptr) return;
+    some = some || end > 0;
+    line.remove_prefix(std::min(end + 1, line.size()));
+  }
+  if (!some) return;
+  throw SolutionFault(PlaceIn(sequence) + "one letter for each amino acid is wanted, not three");
+}
+
 void AddLetters(std::string_view line, ProteinSequence& sequence, bool& ended) {
   for (std::size_t k = 0; k < line.size(); ++k) {
     if (line[k] == ' ' || line[k] == '\t') continue;
@@ -73,7 +89,7 @@ void AddLetters(std::string_view line, ProteinSequence& sequence, bool& ended) {
       const std::string_view wrong = ended ? "*" : line.substr(k);
       throw SolutionFault(PlaceIn(sequence) + Shown(wrong) + MeaningOf(letter) + " at place " +
                           std::to_string(sequence.letters.size() + 1) +
-                          " of the sequence is no amino acid with a known mass");
+                          " of the sequence is none of the twenty amino acids");
     }
     if (sequence.letters.size() == kMostResidues) {
       throw SolutionFault(PlaceIn(sequence) + "the sequence has more than 40000 residues");
@@ -114,7 +130,9 @@ std::vector<ProteinSequence> ReadSequences(std::string_view text) {
       ended = false;
       continue;
     }
+    if (line.front() == ';') continue;  // a comment of old FASTA files
     if (sequences.empty()) sequences.emplace_back();
+    RefuseThreeLetterCodes(line, sequences.back());
     AddLetters(line, sequences.back(), ended);
   }
   if (sequences.empty()) sequences.emplace_back();

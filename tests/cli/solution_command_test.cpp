@@ -28,7 +28,7 @@ TEST_F(SolutionCommand, WritesWhatWasAskedFor) {
   const double density = result["buffer"]["density"];
   EXPECT_NEAR(result["buoyancy"], 1 - vbar * density, 1e-15);
   EXPECT_NEAR(result["buoyant_mass"], 506.6183 * (1 - vbar * density), 1e-4);
-  EXPECT_EQ(result["remarks"].size(), 2U);
+  EXPECT_EQ(result["remarks"].size(), 4U);
   EXPECT_NE(err.str().find("Only amino acids"), std::string::npos);
   ASSERT_EQ(Run({"solution", "--buffer", "water", "--json", Path("out.json")}), 0);
   result = Result();

@@ -71,8 +71,8 @@ TEST(ConstantsOfProtein, AreTheSumsOverTheResidues) {
 }
 
 TEST(ReadSequence, TakesLettersAndFasta) {
-  for (const char* text :
-       {"mkLV", " MK\tL\r\nV \r\n", ">a\nMKLV*\n", "\xEF\xBB\xBF>a b\r\nMK\r\nLV"}) {
+  for (const char* text : {"mkLV", " MK\tL\r\nV \r\n", ">a\nMKLV*\n", ";of old\n>a\n;kept\nMKLV",
+                           "\xEF\xBB\xBF>a b\r\nMK\r\nLV"}) {
     EXPECT_EQ(ReadSequence(text).letters, "MKLV") << text;
   }
   EXPECT_EQ(ReadSequence(">sp|P1\tb\xE9 \r\nMK").name, "sp|P1 b\xEF\xBF\xBD");
@@ -87,9 +87,11 @@ TEST(ReadSequence, NamesWhatIsWrong) {
       {">a\n>b\nMK", "a: the sequence has no letters"},
       {"MKXL", "\"X\" (any amino acid) at place 3"},
       {">a\nMK\nLB", "a: \"B\" (Asp or Asn) at place 4"},
-      {"1 MKLV", "\"1\" at place 1"},
+      {"1 MKLV", "\"1\" (a number) at place 1"},
+      {">a\nAla-Gly Ser-\n", "a: one letter for each amino acid is wanted"},
+      {"-", "\"-\" (a gap) at place 1"},
       {"MK-LV", "\"-\" (a gap) at place 3"},
-      {"MK*LV", "\"*\" at place 3"},
+      {"MK*LV", "\"*\" (a stop) at place 3"},
       {"MK\xC3\xBCL", "\"\xC3\xBC\" at place 3"},
       {std::string("MK\0L", 4), "character 0 at place 3"},
       {"MK\xFF", "at place 3"},
@@ -120,15 +122,15 @@ TEST(CalcSolution, GivesWhatWasAskedForAndRemarks) {
   request.degC = 4.0;
   SolutionConstants constants = CalcSolution(request);
   EXPECT_FALSE(constants.density || constants.buoyancy || constants.buoyantMass);
-  EXPECT_EQ(constants.remarks.size(), 2U);  // amino acids only, reduced
+  EXPECT_EQ(constants.remarks.size(), 3U);  // amino acids only, a short one, reduced
   request.disulphides = 1;
   request.buffer = ReadBuffer("urea = 4 M, NaCl = 20 mM");
   constants = CalcSolution(request);
-  EXPECT_EQ(constants.remarks.size(), 3U);  // amino acids only, hydration, 20 deg C
+  EXPECT_EQ(constants.remarks.size(), 4U);  // amino acids only, short, hydration, 20 deg C
   EXPECT_NEAR(*constants.buoyancy, 1 - constants.protein->vbar * *constants.density, 1e-15);
   EXPECT_NEAR(*constants.buoyantMass, constants.protein->mass * *constants.buoyancy, 1e-12);
   request.buffer = ReadBuffer("NiSO4 = 1 mM, tween-80 = 1 mM");
-  request.letters = "ACGT";
+  request.letters = "ACGTACGTACGTACGTACGT";
   request.disulphides.reset();
   EXPECT_EQ(CalcSolution(request).remarks.size(), 7U);
   for (const double degC : {-0.1, 100.1, std::nan("")}) {

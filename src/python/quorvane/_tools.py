@@ -281,7 +281,7 @@ class Solution:
     extinction_280  at 280 nm, 1/(M cm)
     a280_1mg_ml     absorption at 280 nm of 1 mg/ml in 1 cm
     density         of the buffer, g/ml
-    components      of the buffer, by name, mol/l or in their own unit
+    components      of the buffer, by name, mol/l
     buoyancy        1 - vbar density
     buoyant_mass    mass times buoyancy, Da
     remarks         what the sums do not know
@@ -309,7 +309,7 @@ def solution(
     """Mass, partial specific volume and extinction of a protein, density of a buffer.
 
     sequence     letters, FASTA, or the name of a FASTA file
-    buffer       "NaCl=0.1 M, Tris=20 mM"; "water"
+    buffer       "NaCl=0.1 M, Tris=20 mM", or "20 mM Tris, 5 % v/v glycerol"; "water"
     temperature  0 to 100 deg C
     disulphides  bonds in the protein
 

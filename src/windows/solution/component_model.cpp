@@ -22,8 +22,26 @@ void ComponentModel::SetRecipe(BufferRecipe recipe) {
 }
 
 void ComponentModel::Search(const QString& text) {
-  search_ = text;
+  std::string typed = text.trimmed().toStdString();
+  if (LengthOfAmount(typed) > 0) {
+    typed = QString::fromStdString(typed.substr(typed.rfind(',') + 1)).trimmed().toStdString();
+    typed.erase(0, LengthOfAmount(typed));
+  }
+  search_ = QString::fromStdString(typed);
   Arrange();
+}
+
+void ComponentModel::Add(const BufferRecipe& parts) {
+  for (const BufferPart& part : parts) {
+    const auto old = std::find_if(recipe_.begin(), recipe_.end(), PartOf(*part.component));
+    if (old == recipe_.end()) {
+      recipe_.push_back(part);
+    } else {
+      *old = part;
+    }
+  }
+  Arrange();
+  emit Changed();
 }
 
 void ComponentModel::Arrange() {
@@ -56,8 +74,7 @@ int ComponentModel::columnCount(const QModelIndex& parent) const {
 
 QString ComponentModel::AmountOf(const BufferComponent& component) const {
   const auto part = std::find_if(recipe_.begin(), recipe_.end(), PartOf(component));
-  return part == recipe_.end() ? QString()
-                               : QString::fromStdString(AmountText(*part));
+  return part == recipe_.end() ? QString() : QString::fromStdString(AmountText(*part));
 }
 
 QString ComponentModel::TextOf(const BufferComponent& component, int column) const {
@@ -87,7 +104,7 @@ QVariant ComponentModel::data(const QModelIndex& cell, int role) const {
       return QVariant::fromValue<Qt::Alignment>(
           (cell.column() >= kRange ? Qt::AlignRight : Qt::AlignLeft) | Qt::AlignVCenter);
     case Qt::ToolTipRole:
-      return cell.column() == kAmount ? tr("An amount such as 20 mM or 0.1 M; empty: none")
+      return cell.column() == kAmount ? tr("An amount such as 20 mM, 0.1 M or 5 % w/v; empty: none")
                                       : TextOf(component, cell.column());
     case Qt::FontRole: {
       QFont font;

@@ -82,6 +82,7 @@ void SequenceBox::BuildWidgets() {
   lblSequence_ = Named(new QLabel, "lblSequence");
   lblSequence_->setTextFormat(Qt::PlainText);
   lblSequence_->setWordWrap(true);
+  lblSequence_->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);  // long names
   auto* grid = new QGridLayout(this);
   grid->addWidget(txtSequence_, 0, 0, 1, 4);
   grid->addWidget(lblSequenceRecord_, 1, 0);
@@ -145,9 +146,10 @@ void SequenceBox::ShowRecords() {
   cmbSequenceRecord_->clear();
   if (several) {
     for (const ProteinSequence& sequence : sequences_) {
-      cmbSequenceRecord_->addItem(tr("%1: %2 residues")
-                                      .arg(QString::fromStdString(sequence.name))
-                                      .arg(sequence.letters.size()));
+      cmbSequenceRecord_->addItem(tr("%1. %2: %3 residues")
+                                      .arg(QString::number(cmbSequenceRecord_->count() + 1),
+                                           QString::fromStdString(sequence.name),
+                                           QString::number(sequence.letters.size())));
     }
     cmbSequenceRecord_->setPlaceholderText(tr("Choose one of %1").arg(sequences_.size()));
   }

@@ -17,6 +17,7 @@
 
 #include "base/number_format.h"
 #include "base/text.h"
+#include "core/page/constants.h"
 #include "core/page/page_weights.h"
 #include "solution/buffer_density.h"
 #include "solution/solution_fault.h"
@@ -51,6 +52,11 @@ QString Number(double value, const char* pattern) {
   return QString::fromStdString(FormatNumber(value, pattern));
 }
 
+// Whether a text tells amounts, not only a part of a name.
+bool IsRecipe(const QString& text) {
+  return text.contains('=') || LengthOfAmount(text.trimmed().toStdString()) > 0;
+}
+
 }  // namespace
 
 SolutionWindow::SolutionWindow(Session& session, QWidget* parent)
@@ -80,9 +86,11 @@ void SolutionWindow::BuildWidgets() {
 QGroupBox* SolutionWindow::BuildBuffer() {
   auto* group = Named(new QGroupBox(tr("Buffer")), "grpSolutionBuffer");
   txtFindComponent_ = Named(new QLineEdit, "txtFindComponent");
-  txtFindComponent_->setPlaceholderText(tr("NaCl, Tris, glycerol ..."));
+  txtFindComponent_->setPlaceholderText(tr("NaCl, or 20 mM Tris, 5 % v/v glycerol ..."));
   txtFindComponent_->setClearButtonEnabled(true);
-  txtFindComponent_->setToolTip(tr("Part of a name; Return goes to the amount of the first found"));
+  txtFindComponent_->setToolTip(
+      tr("Part of a name: Return goes to the amount of the first found.\n"
+         "A recipe, such as 20 mM Tris, 0.1 M NaCl: Return takes it into the buffer."));
   auto* find = new QLabel(tr("&Find"));
   find->setBuddy(txtFindComponent_);
   gridComponents_ = Named(new QTableView, "gridComponents");
@@ -104,6 +112,7 @@ QGroupBox* SolutionWindow::BuildBuffer() {
   lblBuffer_ = Named(new QLabel, "lblBuffer");
   lblBuffer_->setTextFormat(Qt::PlainText);
   lblBuffer_->setWordWrap(true);
+  lblBuffer_->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
   auto* search = new QHBoxLayout;
   search->addWidget(find);
   search->addWidget(txtFindComponent_, 1);
@@ -130,6 +139,7 @@ QGroupBox* SolutionWindow::BuildConstants() {
   lblSolutionRemarks_ = Named(new QLabel, "lblSolutionRemarks");
   lblSolutionRemarks_->setTextFormat(Qt::PlainText);
   lblSolutionRemarks_->setWordWrap(true);
+  lblSolutionRemarks_->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
   lblSolutionRemarks_->setAlignment(Qt::AlignLeft | Qt::AlignTop);
   lblSolutionRemarks_->setTextInteractionFlags(Qt::TextSelectableByMouse);
   auto* scroll = new QScrollArea;
@@ -186,8 +196,8 @@ QWidget* SolutionWindow::BuildUse() {
 
 void SolutionWindow::ConnectSignals() {
   connect(protein_, &SequenceBox::Changed, this, &SolutionWindow::Recompute);
-  connect(txtFindComponent_, &QLineEdit::textChanged, &components_, &ComponentModel::Search);
-  connect(txtFindComponent_, &QLineEdit::returnPressed, this, &SolutionWindow::EditFirstFound);
+  connect(txtFindComponent_, &QLineEdit::textChanged, this, &SolutionWindow::Find);
+  connect(txtFindComponent_, &QLineEdit::returnPressed, this, &SolutionWindow::TakeTyped);
   connect(&components_, &ComponentModel::Changed, this, &SolutionWindow::Recompute);
   connect(&components_, &ComponentModel::Refused, this, &SolutionWindow::Refuse);
   for (QLineEdit* box : {txtSolutionTemp_, txtSolutionPath_}) {
@@ -208,7 +218,34 @@ void SolutionWindow::ShowEntry() {
   txtSolutionPath_->setText(Number(entry.path, "0.0##"));
 }
 
+// Says what to do for a name that nothing is found for.
+void SolutionWindow::Find(const QString& text) {
+  components_.Search(text);
+  ShowBuffer();
+  if (components_.FirstFound() >= 0 || IsRecipe(text)) return;
+  try {
+    FindComponent(text.trimmed().toStdString());
+  } catch (const SolutionFault& fault) {
+    lblBuffer_->setText(QString::fromStdString(fault.what()));
+  }
+}
+
 // The Return of the search box; "Use" must not take it.
+void SolutionWindow::TakeTyped() {
+  const QString text = txtFindComponent_->text();
+  if (!IsRecipe(text)) {
+    EditFirstFound();
+    return;
+  }
+  try {
+    const BufferRecipe parts = ReadBuffer(text.toStdString());
+    txtFindComponent_->clear();
+    components_.Add(parts);
+  } catch (const SolutionFault& fault) {
+    Refuse(QString::fromStdString(fault.what()));
+  }
+}
+
 void SolutionWindow::EditFirstFound() {
   const int row = components_.FirstFound();
   if (row < 0) return;
@@ -263,8 +300,7 @@ void SolutionWindow::Recompute() {
       fault_ = QString::fromStdString(fault.what());
     }
   }
-  lblBuffer_->setPalette(palette());
-  lblBuffer_->setText(QString::fromStdString(BufferText(components_.Recipe())));
+  ShowBuffer();
   ShowConstants();
   ShowWeights();
   ShowRemarks();
@@ -272,6 +308,11 @@ void SolutionWindow::Recompute() {
   const bool some = (use.vbar && constants_.protein) || (use.density && constants_.density) ||
                     (use.extinction && constants_.protein);
   cmdUseSolution_->setEnabled(fault_.isEmpty() && some);
+}
+
+void SolutionWindow::ShowBuffer() {
+  lblBuffer_->setPalette(palette());
+  lblBuffer_->setText(QString::fromStdString(BufferText(components_.Recipe())));
 }
 
 void SolutionWindow::ShowConstants() {
@@ -334,18 +375,25 @@ SolutionUse SolutionWindow::Chosen() const {
 }
 
 void SolutionWindow::Use() {
+  QuorvaneModule& module = session_.Module;
   const SolutionUse use = Chosen();
-  if (const Refusal refusal = UseSolution(session_.Module, use, constants_)) {
+  const double oldVbar = ValueOf(module, use.ofB ? Constant::kVbarB : Constant::kVbar);
+  const double oldDensity = ValueOf(module, Constant::kDensity);
+  if (const Refusal refusal = UseSolution(module, use, constants_)) {
     session_.Ask.ShowMessage(this, tr("Solution"), QString::fromStdString(refusal.text),
                              MessageIcon::kExclamation);
     return;
   }
   QStringList taken;
-  if (use.vbar) taken << tr("vbar %1").arg(Number(constants_.protein->vbar, "0.0000"));
-  if (use.density) taken << tr("density %1").arg(Number(*constants_.density, "0.00000"));
-  if (use.extinction) {
-    taken << tr("extinction of %1 datasets").arg(RowsAt280(session_.Module).size());
+  if (use.vbar) {
+    taken << tr("vbar %1 (was %2)")
+                 .arg(Number(constants_.protein->vbar, "0.0000"), Number(oldVbar, "0.00##"));
   }
+  if (use.density) {
+    taken << tr("density %1 (was %2)")
+                 .arg(Number(*constants_.density, "0.00000"), Number(oldDensity, "0.00###"));
+  }
+  if (use.extinction) taken << tr("extinction of %1 datasets").arg(RowsAt280(module).size());
   session_.Remark(tr("Taken from the solution: %1.").arg(taken.join(QStringLiteral(", "))));
   accept();
   emit Used();

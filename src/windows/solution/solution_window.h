@@ -40,12 +40,15 @@ class SolutionWindow : public QDialog {
   QWidget* BuildUse();
   void ConnectSignals();
   void ShowEntry();
+  void Find(const QString& text);
+  void TakeTyped();
   void EditFirstFound();
   void Refuse(const QString& why);
   void Recompute();
   bool TakeEntry();
   bool TakeNumber(const QLineEdit& box, const QString& name, double lowest, double highest,
                   double& number);
+  void ShowBuffer();
   void ShowConstants();
   void ShowWeights();
   void ShowRemarks();
