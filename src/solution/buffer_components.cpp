@@ -62,10 +62,12 @@ std::vector<BufferComponent> ReadComponents() {
     BufferComponent& component = components[places.at(row[0])];
     const std::string& formula = row[1];
     component.otherNames = SplitAtSlashes(row[2]);
-    const auto ofFormula = std::count_if(rows.begin(), rows.end(),
+    if (!formula.empty()) {
+      component.molarMass = MolarMass(formula);
+      const auto sharing = std::count_if(rows.begin(), rows.end(),
                                          [&](const auto& other) { return other[1] == formula; });
-    if (ofFormula == 1) AddFormula(formula, component.otherNames);  // sugars share theirs
-    if (!formula.empty()) component.molarMass = MolarMass(formula);
+      if (sharing == 1) AddFormula(formula, component.otherNames);  // not those of sugars
+    }
     component.liquidDensity = OptionalNumber(row[3]);
     component.hydration = row[4] == "yes";
     component.detergent = row[5] == "yes";
@@ -172,15 +174,22 @@ const std::vector<BufferComponent>& BufferComponents() {
 
 std::vector<const BufferComponent*> ComponentsLike(std::string_view text) {
   const std::string wanted = KeyOf(text);
-  std::vector<const BufferComponent*> found;
+  // The name itself, names that begin with it, other names with it.
+  std::array<std::vector<const BufferComponent*>, 3> found;
   for (const BufferComponent& component : BufferComponents()) {
-    const std::vector<std::string> names = NamesOf(component);
-    const bool like = std::any_of(names.begin(), names.end(), [&](const std::string& name) {
-      return KeyOf(name).find(wanted) != std::string::npos;
-    });
-    if (like) found.push_back(&component);
+    std::size_t best = found.size();
+    for (const std::string& name : NamesOf(component)) {
+      const std::string key = KeyOf(name);
+      const std::size_t at = key.find(wanted);
+      if (at != std::string::npos)
+        best = std::min<std::size_t>(best, key == wanted ? 0 : at == 0 ? 1 : 2);
+    }
+    if (best < found.size()) found[best].push_back(&component);
   }
-  return found;
+  for (const auto& next : {found[1], found[2]}) {
+    found[0].insert(found[0].end(), next.begin(), next.end());
+  }
+  return found[0];
 }
 
 const BufferComponent& FindComponent(std::string_view name) {

@@ -27,7 +27,8 @@ struct BufferComponent {
 // All, by name.
 const std::vector<BufferComponent>& BufferComponents();
 
-// Those with `text` in one of their names. In this and the next function capital and small letters,
+// Those with `text` in one of their names, those first that are called so and then those whose name
+// begins so. In this and the next function capital and small letters,
 // "ph" and "f" of sulphates, blanks and signs make no difference: "tris hcl" is "Tris-HCl".
 std::vector<const BufferComponent*> ComponentsLike(std::string_view text);
 

@@ -14,9 +14,9 @@ struct ProteinSequence {
 };
 
 // The sequences of a text: FASTA, where a line that begins with ">" names a sequence and begins it,
-// or the letters alone. Blanks and line breaks between letters do not count, nor do lines that begin
-// with ";" and a "*" at the end, and small letters are letters too.
-// Throws SolutionFault, naming record, letter and place, for anything else: digits, gaps, codes of three letters, letters
+// or the letters alone. Blanks and line breaks between letters do not count, nor do lines that
+// begin with ";" and a "*" at the end, and small letters are letters too. Throws SolutionFault,
+// naming record, letter and place, for anything else: digits, gaps, codes of three letters, letters
 // of no amino acid or of several, a record or a text without letters, more than
 // 40000 residues.
 std::vector<ProteinSequence> ReadSequences(std::string_view text);

@@ -3,6 +3,7 @@
 #include <cmath>
 
 #include "base/number_format.h"
+#include "base/text.h"
 #include "core/report/report_view.h"
 #include "solution/solution_fault.h"
 
@@ -13,6 +14,19 @@ namespace {
 bool Same(double taken, double computed) {
   constexpr double kSame = 1e-6;  // of the number, as it is kept in an archive
   return std::fabs(taken - computed) <= kSame * std::fabs(computed);
+}
+
+// "20 mM sodium chloride, 5 mM HEPES".
+std::string BufferProse(const BufferRecipe& buffer) {
+  if (buffer.empty()) return "water";
+  std::string text;
+  for (const BufferPart& part : buffer) {
+    std::string name = part.component->name;
+    const bool isWord = name[1] >= 'a' && name[1] <= 'z' && !part.component->detergent;
+    if (isWord) name.front() = ToLower(name).front();
+    text += (text.empty() ? "" : ", ") + AmountText(part) + " " + name;
+  }
+  return text;
 }
 
 std::string ProteinText(const SolutionEntry& entry, const ProteinConstants& protein) {
@@ -68,7 +82,7 @@ std::optional<ReportSection> SolutionSection(const ReportView& view) {
   if (Same(view.record.page.Density, *constants.density)) {
     section.paragraphs.push_back(
         "The density, " + ReportNumber(*constants.density, "0.00000") + " g/ml at " + at +
-        ", is that of " + BufferText(entry.buffer) +
+        ", is that of " + BufferProse(entry.buffer) +
         (entry.buffer.empty()
              ? " (Kell 1975)."
              : ", from increments at 20 \u00b0C (Laue et al. 1992) and the density "

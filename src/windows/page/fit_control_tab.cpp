@@ -184,6 +184,7 @@ void FitControlTab::ShowRow(int row) {
 
 void FitControlTab::RefreshDisplay() {
   block_->ShowAll();
+  rows_->ShowValues();
 }
 
 void FitControlTab::SetFitDone(bool done) {

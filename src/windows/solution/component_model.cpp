@@ -58,10 +58,8 @@ void ComponentModel::Arrange() {
 
 int ComponentModel::FirstFound() const {
   const auto found = ComponentsLike(search_.toStdString());
-  const auto row = std::find_if(rows_.begin(), rows_.end(), [&](const BufferComponent* component) {
-    return std::find(found.begin(), found.end(), component) != found.end();
-  });
-  return row == rows_.end() ? -1 : static_cast<int>(row - rows_.begin());
+  if (found.empty()) return -1;
+  return static_cast<int>(std::find(rows_.begin(), rows_.end(), found.front()) - rows_.begin());
 }
 
 int ComponentModel::rowCount(const QModelIndex& parent) const {

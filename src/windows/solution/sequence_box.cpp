@@ -1,6 +1,7 @@
 #include "windows/solution/sequence_box.h"
 
 #include <QComboBox>
+#include <QFontDatabase>
 #include <QGridLayout>
 #include <QLabel>
 #include <QMimeData>
@@ -29,7 +30,7 @@ QString Droppable(const QMimeData* source) {
 
 // As FASTA, in lines that fit the box.
 QString TextOf(const SolutionEntry& entry) {
-  constexpr int kLine = 60;
+  constexpr int kLine = 40;
   const QString letters = QString::fromStdString(entry.letters);
   QString text;
   if (!entry.name.empty()) text = '>' + QString::fromStdString(entry.name) + '\n';
@@ -66,6 +67,7 @@ void SequenceBox::BuildWidgets() {
   txtSequence_->setPlaceholderText(
       tr("The sequence in letters or as FASTA: type, paste, or drop a file"));
   txtSequence_->setTabChangesFocus(true);
+  txtSequence_->setFont(QFontDatabase::systemFont(QFontDatabase::FixedFont));
   cmdOpenSequence_ = Named(new QPushButton(tr("&Open FASTA...")), "cmdOpenSequence");
   cmdOpenSequence_->setAutoDefault(false);
   cmbSequenceRecord_ = Named(new QComboBox, "cmbSequenceRecord");
@@ -74,7 +76,7 @@ void SequenceBox::BuildWidgets() {
   lblSequenceRecord_->setBuddy(cmbSequenceRecord_);
   spnDisulphides_ = Named(new QSpinBox, "spnDisulphides");
   spnDisulphides_->setRange(kNoneSaid, kNoneSaid);
-  spnDisulphides_->setSpecialValueText(tr("not said"));
+  spnDisulphides_->setSpecialValueText(tr("unknown"));
   spnDisulphides_->setToolTip(
       tr("Each takes 2.0 Da off the mass and adds 125 to the extinction at 280 nm"));
   auto* disulphides = new QLabel(tr("&Disulphides"));

@@ -107,7 +107,7 @@ QGroupBox* SolutionWindow::BuildBuffer() {
   QHeaderView* heads = gridComponents_->horizontalHeader();
   heads->setSectionResizeMode(ComponentModel::kName, QHeaderView::Stretch);
   gridComponents_->setColumnWidth(ComponentModel::kShortNames, unit * 18);
-  gridComponents_->setColumnWidth(ComponentModel::kRange, unit * 11);
+  gridComponents_->setColumnWidth(ComponentModel::kRange, unit * 12);
   gridComponents_->setColumnWidth(ComponentModel::kAmount, unit * 12);
   lblBuffer_ = Named(new QLabel, "lblBuffer");
   lblBuffer_->setTextFormat(Qt::PlainText);
@@ -175,7 +175,6 @@ QWidget* SolutionWindow::BuildUse() {
   txtSolutionPath_->setMaximumWidth(fontMetrics().averageCharWidth() * 9);
   cmdUseSolution_ = MakeButton("cmdUseSolution", tr("&Use"));
   cmdUseSolution_->setToolTip(tr("Take what is checked for this experiment"));
-  cmdUseSolution_->setDefault(true);
   auto* cmdClose = MakeButton("cmdCloseSolution", tr("Close"));
   connect(cmdClose, &QPushButton::clicked, this, &QDialog::reject);
   auto* bar = new QWidget;
@@ -230,7 +229,7 @@ void SolutionWindow::Find(const QString& text) {
   }
 }
 
-// The Return of the search box; "Use" must not take it.
+// The Return of the search box. "Use" is no default button, which would take every Return.
 void SolutionWindow::TakeTyped() {
   const QString text = txtFindComponent_->text();
   if (!IsRecipe(text)) {

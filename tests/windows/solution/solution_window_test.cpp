@@ -73,9 +73,9 @@ TEST_F(SolutionWindowTest, NamesABadEntryAndChangesNothing) {
   const SolutionEntry entry = session.Module.Solution;
   const std::pair<const char*, const char*> sequences[] = {
       {"ACX", "\"X\" (any amino acid) at place 3"},
-      {"AC 12", "\"1\" at place 3"},
+      {"AC 12", "\"1\" (a number) at place 3"},
       {">a\n>b\nAC", "a: the sequence has no letters"},
-      {">a\nAC\n>b\nACD", "There are 2 sequences: choose one."}};
+      {">a %3\nAC\n>a %3\nACD", "There are 2 sequences: choose one."}};
   for (const auto& [sequence, says] : sequences) {
     Paste(sequence);
     EXPECT_TRUE(Text("lblSolutionRemarks").contains(says))
@@ -84,6 +84,7 @@ TEST_F(SolutionWindowTest, NamesABadEntryAndChangesNothing) {
     EXPECT_EQ(session.Module.Solution, entry);
   }
   Find<QComboBox>("cmbSequenceRecord")->setCurrentIndex(1);
+  EXPECT_EQ(Find<QComboBox>("cmbSequenceRecord")->currentText(), "2. a %3: 3 residues");
   EXPECT_EQ(session.Module.Solution.letters, "ACD");
   for (const char* degC : {"", "x", "-1", "1e9"}) {
     Find<QLineEdit>("txtSolutionTemp")->setText(degC);
@@ -98,6 +99,32 @@ TEST_F(SolutionWindowTest, NamesABadEntryAndChangesNothing) {
   }
   Amount("NaCl", "");
   EXPECT_EQ(Text("lblBuffer"), "water");
+}
+
+// Return in a box once pressed "Use", which closes the window.
+TEST_F(SolutionWindowTest, ReturnInFindTakesARecipeOrGoesToTheAmount) {
+  SetUpExample();
+  Open();
+  auto* find = Find<QLineEdit>("txtFindComponent");
+  const auto enter = [&](const char* text) {
+    find->setText(text);
+    QTest::keyClick(find, Qt::Key_Return);
+    return Text("lblBuffer");
+  };
+  EXPECT_TRUE(enter("20 mM Tris-HCl, 5 % glycerol").contains("percent of what?"));
+  EXPECT_TRUE(session.Module.Solution.buffer.empty());
+  EXPECT_TRUE(enter("MOPS").contains("nor a name near it"));
+  EXPECT_EQ(enter("20 mM Tris-HCl, 5 % (v/v) glycerol"),
+            "Tris(hydroxymethyl)aminomethane = 20 mM, Glycerol = 5 % v/v");
+  enter("10 mM tris");
+  EXPECT_TRUE(enter("cl").startsWith("Tris(hydroxymethyl)aminomethane = 10 mM, Glycerol"));
+  enter("gly");
+  const QModelIndex amount = Find<QTableView>("gridComponents")->currentIndex();
+  EXPECT_EQ(amount.siblingAtColumn(0).data().toString(), "Glycerol");
+  EXPECT_EQ(amount.data().toString(), "5 % v/v");
+  QTest::keyClick(Find<QLineEdit>("txtSolutionTemp"), Qt::Key_Return);
+  EXPECT_TRUE(Find<QDialog>("frmSolution")->isVisible());
+  EXPECT_EQ(session.Module.FitPage.Density, 1.0);
 }
 
 TEST_F(SolutionWindowTest, TakesADroppedFile) {
@@ -131,6 +158,7 @@ TEST_F(SolutionWindowTest, UseSetsWhatIsCheckedAndTheReportSaysSo) {
   EXPECT_NEAR(page.Vbar, 0.69748, 1e-5);
   EXPECT_TRUE(session.Module.ConstantsSet.Vbar && session.Module.ConstantsSet.Density);
   EXPECT_EQ(session.Module.Store.Datasets.front().ExtCoeff, 5500 * 1.2);
+  EXPECT_EQ(Find<QLineEdit>("txtExtCoeff(1)")->text(), "6.600E+3");
   EXPECT_EQ(session.Module.Store.Datasets.back().ExtCoeff, last);
   EXPECT_FALSE(LogText().contains("a protein"));
   Click("cmdFitMe");
@@ -138,6 +166,8 @@ TEST_F(SolutionWindowTest, UseSetsWhatIsCheckedAndTheReportSaysSo) {
   ASSERT_EQ(section.title, "Constants of the solution");
   ASSERT_EQ(section.paragraphs.size(), 3U);
   EXPECT_NE(section.paragraphs[0].find("a protein (6 residues"), std::string::npos);
+  EXPECT_NE(section.paragraphs[2].find("is that of 100 mM sodium chloride, from"),
+            std::string::npos);
   // The density was set by hand since: the report does not claim it.
   session.Module.FitPage.Density = 1.01;
   Click("cmdFitMe");
