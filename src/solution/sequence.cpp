@@ -87,8 +87,8 @@ void AddLetters(std::string_view line, ProteinSequence& sequence, bool& ended) {
         line[k] >= 'a' && line[k] <= 'z' ? static_cast<char>(line[k] - 32) : line[k];
     if (ended || (FindResidue(letter) == nullptr && letter != '*')) {
       const std::string_view wrong = ended ? "*" : line.substr(k);
-      throw SolutionFault(PlaceIn(sequence) + Shown(wrong) + MeaningOf(letter) + " at place " +
-                          std::to_string(sequence.letters.size() + 1) +
+      throw SolutionFault(PlaceIn(sequence) + Shown(wrong) + MeaningOf(ended ? '*' : letter) +
+                          " at place " + std::to_string(sequence.letters.size() + 1) +
                           " of the sequence is none of the twenty amino acids");
     }
     if (sequence.letters.size() == kMostResidues) {

@@ -132,7 +132,7 @@ TEST(CalcSolution, GivesWhatWasAskedForAndRemarks) {
   request.buffer = ReadBuffer("NiSO4 = 1 mM, tween-80 = 1 mM");
   request.letters = "ACGTACGTACGTACGTACGT";
   request.disulphides.reset();
-  EXPECT_EQ(CalcSolution(request).remarks.size(), 7U);
+  EXPECT_EQ(CalcSolution(request).remarks.size(), 8U);
   for (const double degC : {-0.1, 100.1, std::nan("")}) {
     request.degC = degC;
     EXPECT_NE(FaultOf([&] { CalcSolution(request); }), "none") << degC;

@@ -317,6 +317,8 @@ def solution(
     """
     if sequence is None and buffer is None:
         raise ValueError("sequence, buffer or both are wanted")
+    if buffer is not None and not isinstance(buffer, str):
+        raise ValueError(f"buffer: a text is wanted, not {type(buffer).__name__}")
     found = _quorvane.solution(
         None if sequence is None else os.fspath(sequence),
         None if disulphides is None else index(disulphides), buffer, float(temperature),

@@ -1,6 +1,7 @@
 // Faults caught here: constants that follow no longer what is typed, a bad entry that changes
 // something, "Use" that takes what was not checked, an entry lost with the experiment.
 #include <QCheckBox>
+#include <QDialog>
 #include <QLabel>
 #include <QLineEdit>
 #include <QMimeData>
