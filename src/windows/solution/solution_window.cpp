@@ -355,7 +355,8 @@ void SolutionWindow::ShowWeights() {
 void SolutionWindow::ShowRemarks() {
   QString text = fault_;
   for (const std::string& remark : constants_.remarks) {
-    text += (text.isEmpty() ? "" : "\n") + QString::fromStdString(remark);
+    text += (text.isEmpty() ? QStringLiteral("\u2022 ") : QStringLiteral("\n\u2022 ")) +
+            QString::fromStdString(remark);
   }
   lblSolutionRemarks_->setText(text);
   QPalette ink = palette();
