@@ -86,9 +86,10 @@ std::string Choices(const BufferComponent& component, double percent) {
     if (!perMolar) continue;
     const std::string number = ShortestText(percent);
     const bool mass = unit == AmountUnit::kMassInVolume;
-    text += (text.empty() ? "\"" : "; \"") + number + (mass ? " % w/v\" is " : " % v/v\" is ") +
-            number + (mass ? " g in 100 ml, " : " ml in 100 ml, ") +
-            FormatNumber(1000.0 * percent / *perMolar, "0.0##") + " mM";
+    if (!text.empty()) text += "; ";
+    text.append("\"").append(number).append(mass ? " % w/v\" is " : " % v/v\" is ");
+    text.append(number).append(mass ? " g in 100 ml, " : " ml in 100 ml, ");
+    text.append(FormatNumber(1000.0 * percent / *perMolar, "0.0##")).append(" mM");
   }
   return text;
 }

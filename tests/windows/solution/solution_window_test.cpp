@@ -11,6 +11,7 @@
 #include <QUrl>
 
 #include "base/clock.h"
+#include "core/page/solution_use.h"
 #include "core/report/paper_report.h"
 #include "windows/main_window_fixture.h"
 #include "windows/solution/sequence_box.h"
@@ -162,6 +163,12 @@ TEST_F(SolutionWindowTest, UseSetsWhatIsCheckedAndTheReportSaysSo) {
   EXPECT_EQ(Find<QLineEdit>("txtExtCoeff(1)")->text(), "6.600E+3");
   EXPECT_EQ(session.Module.Store.Datasets.back().ExtCoeff, last);
   EXPECT_FALSE(LogText().contains("a protein"));
+  const SolutionUse ofB = {.ofB = true, .density = false, .extinction = true};
+  const SolutionRequest request = RequestOf(session.Module.Solution, 4.0);
+  ASSERT_FALSE(UseSolution(session.Module, ofB, CalcSolution(request)));
+  EXPECT_NEAR(page.VbarB, 0.69748 - 16 * kVbarPerKelvin, 1e-5);
+  EXPECT_NEAR(page.Vbar, 0.69748, 1e-5);
+  EXPECT_EQ(session.Module.Store.Datasets.front().ExtCoeff2, 5500 * 1.2);
   Click("cmdFitMe");
   const ReportSection section = MakePaperReport(session.Module).sections[1];
   ASSERT_EQ(section.title, "Constants of the solution");
