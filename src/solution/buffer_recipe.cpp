@@ -72,7 +72,7 @@ NameAndAmount TakePart(std::string_view& text) {
   return named;
 }
 
-const BufferComponent& ComponentOf(const NameAndAmount& part) {
+const BufferComponent& ComponentNamed(const NameAndAmount& part) {
   if (part.name.empty()) {
     throw SolutionFault("a name is wanted beside " + Quoted(part.amount) +
                         "; numbers have a decimal point, a comma ends a part");
@@ -95,7 +95,7 @@ BufferRecipe ReadBuffer(std::string_view entered) {
   if (ToLower(text) == "water") return recipe;
   while (!text.empty()) {
     const NameAndAmount named = TakePart(text);
-    const BufferPart part = ReadAmount(ComponentOf(named), named.amount);
+    const BufferPart part = ReadAmount(ComponentNamed(named), named.amount);
     const bool twice = std::any_of(recipe.begin(), recipe.end(), [&](const BufferPart& other) {
       return other.component == part.component;
     });
