@@ -20,12 +20,17 @@ import signal
 import sys
 import time
 
+import dask
 import numpy as np
 from distributed import Client, LocalCluster, as_completed
 
 import quorvane as qv
 
 EXAMPLES = pathlib.Path(__file__).resolve().parents[1]
+
+# Dask's workers give memory back to the system after each fit and fetch it again for the next, which
+# takes longer than the fit. These are the limits above which they do, bytes.
+KEEP_MEMORY = {"MALLOC_TRIM_THRESHOLD_": 100_000_000, "MALLOC_MMAP_THRESHOLD_": 33_554_432}
 
 
 def monomer_dimer():
@@ -140,8 +145,10 @@ def main():
     cluster = None
     if arguments.address is None:
         handler = signal.signal(signal.SIGINT, signal.SIG_IGN)  # Ctrl+C is for this process alone
-        cluster = LocalCluster(n_workers=arguments.workers, threads_per_worker=1,
-                               dashboard_address=None)
+        with dask.config.set({f"distributed.nanny.pre-spawn-environ.{name}": limit
+                              for name, limit in KEEP_MEMORY.items()}):
+            cluster = LocalCluster(n_workers=arguments.workers, threads_per_worker=1,
+                                   dashboard_address=None)
         signal.signal(signal.SIGINT, handler)
     terminal = sys.stderr.isatty()
 
