@@ -19,6 +19,13 @@ namespace {
   throw FitFault(told.empty() ? outcome.error : told);
 }
 
+// What the caller's job must have.
+template <class Part>
+const Part& Wanted(const std::optional<Part>& part, const char* name) {
+  if (!part) throw JobFault(std::string(name) + " is missing");
+  return *part;
+}
+
 // The fit itself would only run into an empty table.
 void RequireGeometries(const JobFit& fit, const QuorvaneModule& module) {
   const bool two = fit.model->secondComponent;
@@ -33,13 +40,14 @@ void RequireGeometries(const JobFit& fit, const QuorvaneModule& module) {
 FitRecord FitScans(const std::vector<Dataset>& scans, const Job& job,
                    const std::filesystem::path& programFolder, PythonHost& host,
                    QuorvaneModule& module) {
+  const JobFit& wanted = Wanted(job.fit, "the table [fit]");
   module.Preferences.SaveGraphs = false;
   module.Preferences.LogGraphs = false;
   module.Store.Datasets = scans;
   for (const Dataset& scan : scans) module.Store.UseData.push_back(!IsBlank(scan));
   LoadGeometries(job, programFolder, module);
   ApplyConstants(job, module);
-  RequireGeometries(*job.fit, module);
+  RequireGeometries(wanted, module);
   const std::vector<ChosenDataset> datasets = ApplyDatasets(job, module, host);
   TakeTemperature(job, module);
   const FitOutcome outcome = RunJobFit(job, datasets, module, host, host.Limit());
@@ -66,7 +74,8 @@ void BeginAround(const FitRecord& record, QuorvaneModule& module) {
 
 Json FindErrors(FitRecord& record, const Job& job, PythonHost& host, QuorvaneModule& module) {
   const FinishedFit& fit = *record.fit;
-  const ErrorRequest request = RequestOf(*job.errors, fit.setup, fit.state);
+  const ErrorRequest request =
+      RequestOf(Wanted(job.errors, "the table [errors]"), fit.setup, fit.state);
   module.LastFit = record.fit;
   const ErrorAnalysis found = SearchErrors(module, request, host);
   if (!found.error.empty()) throw FitFault(found.error);
@@ -79,6 +88,7 @@ Json FindErrors(FitRecord& record, const Job& job, PythonHost& host, QuorvaneMod
 }
 
 Json FindIntervals(FitRecord& record, const Job& job, PythonHost& host, QuorvaneModule& module) {
+  Wanted(job.confidence, "the table [confidence]");
   const ConfidenceRequest request = ConfidenceOf(job, record.fit->setup);
   module.LastFit = record.fit;
   const ConfidenceOutcome found = SearchIntervals(module, request, host);
@@ -95,9 +105,10 @@ Json FindIntervals(FitRecord& record, const Job& job, PythonHost& host, Quorvane
 
 Json FindMinima(const FitRecord& record, const Job& job, PythonHost& host, QuorvaneModule& module) {
   const FitState& state = record.fit->state;
-  const MinimumOutcome outcome = CheckMinimum(state, *job.fit->minima, module.Stop, host);
-  Json json = MinimaJson(state, *job.fit->minima, outcome);
-  json["summary"] = MinimumSummary(outcome, *job.fit->minima);
+  const auto& request = Wanted(Wanted(job.fit, "the table [fit]").minima, "starts in [fit]");
+  const MinimumOutcome outcome = CheckMinimum(state, request, module.Stop, host);
+  Json json = MinimaJson(state, request, outcome);
+  json["summary"] = MinimumSummary(outcome, request);
   return json;
 }
 

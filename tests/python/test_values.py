@@ -151,6 +151,10 @@ REFUSED = [
     (ValueError, lambda d: qv.plan("Monomer-Nmer", [20000], [1e-5], {"MW": 8000.0})),
     (TypeError, lambda d: qv.plan("Ideal", [20000], [1e-5], {"MW": 8000.0}, held="MW")),
     (ValueError, lambda d: qv.solution("B4D")),
+    (ValueError, lambda d: qv._quorvane.fit([], {}, "")),  # what wrappers would never send
+    (ValueError, lambda d: qv.fit(d, "Ideal")._fit.minima({"fit": {"model": "Ideal"}})),
+    (ValueError, lambda d: qv.fit(d, "Ideal")._fit.errors({})),
+    (ValueError, lambda d: qv.fit(d, "Ideal")._fit.intervals({})),
 ]
 
 
