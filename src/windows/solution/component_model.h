@@ -21,8 +21,8 @@ class ComponentModel : public QAbstractTableModel {
   void SetRecipe(BufferRecipe recipe);
   const BufferRecipe& Recipe() const { return recipe_; }
 
-  // Shows the components with `text` in one of their names; of a recipe such as "20 mM Tris, 5 mM K"
-  // the name that stands last.
+  // Shows the components with `text` in one of their names; of a recipe such as "20 mM Tris, 5 mM
+  // K" the name that stands last.
   void Search(const QString& text);
 
   // Puts these into the buffer; the amount of a component that it has is replaced.
