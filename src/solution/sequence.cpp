@@ -67,16 +67,23 @@ std::string PlaceIn(const ProteinSequence& sequence) {
   return sequence.name.empty() ? "" : sequence.name + ": ";
 }
 
-// "Ala" and the like would pass as the letters A, L and A.
+// "Ala" and the like would pass as the letters A, L and A. In capitals a single word may be
+// letters.
 void RefuseThreeLetterCodes(std::string_view line, const ProteinSequence& sequence) {
-  bool some = false;
+  int words = 0;
+  bool asWritten = false;
   while (!line.empty()) {
     const std::size_t end = std::min(line.find_first_of(" \t-"), line.size());
-    if (end > 0 && FindResidueByCode(line.substr(0, end)) == nullptr) return;
-    some = some || end > 0;
+    if (end > 0) {
+      std::string code = ToLower(line.substr(0, end));
+      code.front() = static_cast<char>(code.front() - 'a' + 'A');
+      if (FindResidueByCode(code) == nullptr) return;
+      asWritten = asWritten || code == line.substr(0, end);
+      ++words;
+    }
     line.remove_prefix(std::min(end + 1, line.size()));
   }
-  if (!some) return;
+  if (words < 2 && !asWritten) return;
   throw SolutionFault(PlaceIn(sequence) + "one letter for each amino acid is wanted, not three");
 }
 

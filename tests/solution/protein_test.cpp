@@ -76,6 +76,7 @@ TEST(ReadSequence, TakesLettersAndFasta) {
     EXPECT_EQ(ReadSequence(text).letters, "MKLV") << text;
   }
   EXPECT_EQ(ReadSequence(">sp|P1\tb\xE9 \r\nMK").name, "sp|P1 b\xEF\xBF\xBD");
+  EXPECT_EQ(ReadSequence(">a\nMKL\nSER").letters, "MKLSER");  // the rest of a line, no serine
   EXPECT_EQ(ReadSequences(">a\nMK*\n\n>\nLV").back().name, "record 2");
 }
 
@@ -89,6 +90,8 @@ TEST(ReadSequence, NamesWhatIsWrong) {
       {">a\nMK\nLB", "a: \"B\" (Asp or Asn) at place 4"},
       {"1 MKLV", "\"1\" (a number) at place 1"},
       {">a\nAla-Gly Ser-\n", "a: one letter for each amino acid is wanted"},
+      {"MET ALA GLY", "one letter for each amino acid is wanted"},
+      {"Ala", "one letter for each amino acid is wanted"},
       {"-", "\"-\" (a gap) at place 1"},
       {"MK-LV", "\"-\" (a gap) at place 3"},
       {"MK*LV", "\"*\" (a stop) at place 3"},
